@@ -16,6 +16,15 @@ function(qx_configure_target target)
   # Results must be equal on every compiler, so no fused multiply-add unless it is written down.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -ffp-contract=off
     $<$<BOOL:${QX_WARNINGS_AS_ERRORS}>:-Werror>)
+  # A test or program of a sanitizer build carries the runtime's options itself, whatever starts it.
+  get_target_property(type ${target} TYPE)
+  if(QX_SANITIZE AND type STREQUAL "EXECUTABLE")
+    target_sources(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/QXSanitizerOptions.cpp")
+  endif()
+  if(QX_BUILD_FUZZERS)
+    # Coverage feedback from the library too, not only from the fuzz target's own file.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
   if(QX_SANITIZE STREQUAL "address")
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
@@ -58,4 +67,40 @@ function(qx_add_benchmark name)
     target_link_libraries(${name} PRIVATE QxGraphics3D::QxGraphics3D)
   endif()
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} benchmark::benchmark benchmark::benchmark_main)
+endfunction()
+
+# qx_add_fuzzer(NAME [OBJECTS] SOURCES ... [LIBRARIES ...] CORPUS dir)
+# A fuzz target NAME (fuzz_<subject>) that defines LLVMFuzzerTestOneInput and has no main. CORPUS is the folder
+# of its inputs, relative to the calling list file; it holds at least one file. With QX_BUILD_FUZZERS it is a
+# libFuzzer program and the test NAME runs it for QX_FUZZ_SECONDS, finds going to the build tree; without, the
+# test NAME runs the corpus through a plain main.
+function(qx_add_fuzzer name)
+  cmake_parse_arguments(ARG "OBJECTS" "CORPUS" "SOURCES;LIBRARIES" ${ARGN})
+  get_filename_component(corpus "${ARG_CORPUS}" ABSOLUTE)
+  if(NOT ARG_CORPUS OR NOT IS_DIRECTORY "${corpus}")
+    message(FATAL_ERROR "${name}: the corpus folder '${ARG_CORPUS}' is missing")
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  qx_configure_target(${name})
+  if(ARG_OBJECTS)
+    target_link_libraries(${name} PRIVATE QxGraphics3D_objects)
+  else()
+    target_link_libraries(${name} PRIVATE QxGraphics3D::QxGraphics3D)
+  endif()
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
+  if(QX_BUILD_FUZZERS)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    set(found "${CMAKE_CURRENT_BINARY_DIR}/found/${name}")
+    file(MAKE_DIRECTORY "${found}")
+    # libFuzzer writes what it finds into the first folder; the corpus itself is only read. No leak check
+    # after each input: the check at the end sees the same leaks and costs nothing a run.
+    add_test(NAME ${name} COMMAND ${name} -max_total_time=${QX_FUZZ_SECONDS} -timeout=10 -rss_limit_mb=2048
+      -verbosity=1 -print_final_stats=1 "-artifact_prefix=${found}/" "${found}" "${corpus}")
+    math(EXPR limit "${QX_FUZZ_SECONDS} + 120")
+    set_tests_properties(${name} PROPERTIES LABELS fuzz TIMEOUT ${limit})
+  elseif(QX_BUILD_TESTS)
+    target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/QXCorpusMain.cpp")
+    add_test(NAME ${name} COMMAND ${name} "${corpus}")
+    set_tests_properties(${name} PROPERTIES LABELS corpus TIMEOUT 300)
+  endif()
 endfunction()
