@@ -36,6 +36,28 @@ function(qx_configure_target target)
   endif()
 endfunction()
 
+# qx_add_plugin(NAME INI file [DATA dir ...] SOURCES ... [LIBRARIES ...])
+# A module NAME (lib<NAME>.so) that hosts find through its configuration file INI. Module, configuration and the
+# folders of DATA stand together in <libdir>/QxGraphics3D/plugins, in the build tree as when installed, because
+# the configuration names the module relative to itself. Plug-ins link the shared library as any host does.
+function(qx_add_plugin name)
+  cmake_parse_arguments(ARG "" "INI" "DATA;SOURCES;LIBRARIES" ${ARGN})
+  set(folder QxGraphics3D/plugins)
+  add_library(${name} MODULE ${ARG_SOURCES})
+  qx_configure_target(${name})
+  target_link_libraries(${name} PRIVATE QxGraphics3D::QxGraphics3D ${ARG_LIBRARIES})
+  set_target_properties(${name} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${folder}"
+    INSTALL_RPATH "$ORIGIN/../..")
+  install(TARGETS ${name} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/${folder}")
+  configure_file("${ARG_INI}" "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${folder}/" COPYONLY)
+  install(FILES "${ARG_INI}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/${folder}")
+  foreach(data IN LISTS ARG_DATA)
+    file(COPY "${data}" DESTINATION "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${folder}")
+    install(DIRECTORY "${data}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/${folder}")
+  endforeach()
+endfunction()
+
 # qx_add_test(NAME [OBJECTS] SOURCES ... [LIBRARIES ...])
 # A GoogleTest program NAME. It links the shared library as a host does; with OBJECTS it links the library's
 # object files instead, which is how tests reach the private cores in detail/.
