@@ -16,6 +16,13 @@ function(qx_configure_target target)
   # Results must be equal on every compiler, so no fused multiply-add unless it is written down.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -ffp-contract=off
     $<$<BOOL:${QX_WARNINGS_AS_ERRORS}>:-Werror>)
+  if(QX_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path)
+    target_link_options(${target} PRIVATE --coverage)
+  endif()
+  if(QX_TIDY)
+    set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "clang-tidy-14;--quiet;--warnings-as-errors=*")
+  endif()
   # A test or program of a sanitizer build carries the runtime's options itself, whatever starts it.
   get_target_property(type ${target} TYPE)
   if(QX_SANITIZE AND type STREQUAL "EXECUTABLE")
