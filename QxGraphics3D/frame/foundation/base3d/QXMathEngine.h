@@ -1,0 +1,36 @@
+/// @file
+/// Matrices of views and projections, and integer helpers.
+#pragma once
+
+#include <QxGraphics3D/Export.h>
+#include <QxGraphics3D/frame/foundation/base3d/QX3DEnums.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
+
+namespace QXC {
+
+class QXQuaternion4d;
+class QXVector3d;
+
+/// Static operations of 3D arithmetic, for row vectors as everywhere.
+class QXGRAPHICS3D_API QXMathEngine {
+public:
+  /// What kind of renderer runs in this process. Written by the plug-in at start, read by the image atlases.
+  static _Graphics3DType m_msGraphics3DType;
+
+  /// The view matrix of an eye: maps world coordinates to x right, y up, -z ahead.
+  /// @param position     the eye, which the matrix maps to the origin
+  /// @param orientation  unit quaternion that turns the axes of the eye into those of the world
+  static QXMatrix4d MakeViewMatrix(QXVector3d const& position, QXQuaternion4d const& orientation);
+
+  /// The orthographic projection onto -1..1 in all three axes; z = -dNear becomes -1 and z = -dFar becomes 1.
+  /// Equal opposite planes give values that are not finite.
+  static QXMatrix4d ComputeOrthoMatrix(double dLeft, double dRight, double dBottom, double dTop, double dNear,
+                                       double dFar);
+
+  /// The smallest power of two not below the argument: 1 for 0, and 0 above 2^31, where 32 bits hold none.
+  static unsigned int NextP2(unsigned int nValue);
+  /// The exponent of the smallest power of two not below the argument: 0 for 0 and 1, 32 above 2^31.
+  static unsigned int NextLog2(unsigned int nValue);
+};
+
+}  // namespace QXC
