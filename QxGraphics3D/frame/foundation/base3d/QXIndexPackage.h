@@ -1,0 +1,51 @@
+/// @file
+/// One index range of a mesh together with the names of the passes that draw it.
+#pragma once
+
+#include <QxGraphics3D/Export.h>
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
+#include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
+
+namespace QXC {
+
+/// Index array of one mesh part. Static geometry collects several of them over one vertex package.
+/// Ownership: the package owns m_pIndices and frees it as an array of the width that m_nIndexType says.
+/// Threads:   one at a time.
+class QXGRAPHICS3D_API QXIndexPackage {
+public:
+  QXIndexPackage() = default;
+  ~QXIndexPackage();
+
+  QXIndexPackage(QXIndexPackage const&) = delete;
+  QXIndexPackage& operator=(QXIndexPackage const&) = delete;
+
+  /// Frees the old array and makes a zero-filled one of 16-bit entries (m_nIndexType 0).
+  /// @param nNum  entries; 0 gives an empty array that is not null, a negative count is taken as 0.
+  void SetIndexNum(int nNum);
+
+  /// The same with 32-bit entries (m_nIndexType 1), for a mesh of more than 65,535 vertices.
+  void SetIndexNum32(int nNum);
+
+  /// The array as its true type; null unless m_nIndexType says so.
+  unsigned short* GetIndices16() const;
+  unsigned int* GetIndices32() const;
+
+  /// Entries in m_pIndices.
+  int m_nIndexNum = 0;
+  /// `new unsigned short[]` or `new unsigned int[]`, owned.
+  void* m_pIndices = nullptr;
+  /// 0: 16-bit entries, 1: 32-bit entries.
+  int m_nIndexType = 0;
+  /// For the reader and the writer of the mesh; nothing here looks at it.
+  unsigned char m_bFlag = 0;
+  /// Keys of the passes that draw this range, in drawing order.
+  QdcArray<QdcUnicodeString> m_arrPassNames;
+  /// A QXOperationType; other values are kept.
+  int m_eOperationType = QX_OPERATION_TRIANGLE_LIST;
+
+private:
+  void FreeIndices();
+};
+
+}  // namespace QXC
