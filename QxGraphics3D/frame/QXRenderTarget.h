@@ -312,10 +312,9 @@ public:
   static unsigned int ms_nRefAdd;
 
 private:
-  /// Whether the keys are 0, 1, 2.. without a gap and no entry is null.
-  unsigned char IsDense() const;
-  /// Stores the viewports anew under dense keys.
-  void MakeDense();
+  void MoveToTop(int nKey);
+  void StoreDensely();
+  void SwapFirstTwo();
 };
 
 }  // namespace QXC
