@@ -1,6 +1,7 @@
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/frame/foundation/base/QdcTime.h>
@@ -31,7 +32,7 @@ QXRenderTarget::QXRenderTarget()
       m_bFlagA(0),
       m_bRenderStencilSM(0),
       m_pOsgbSelShadowTexture(nullptr),
-      m_eRenderState(static_cast<RenderStateSet>(1)),
+      m_eRenderState(RENDER_STATE_SOLID),
       m_pReflectRenderTarget(nullptr),
       m_pSelectionRenderTarget(nullptr),
       m_pVertexSelectionRenderTarget(nullptr),
@@ -59,10 +60,10 @@ void QXRenderTarget::Update() {
   MoveViewPortToLast(-1);
   ViewportPosition position = m_Viewports.GetStartPosition();
   BeginViewportUpdate(position);
-  int nZOrder = 0;
-  QXViewport* pViewport = nullptr;
   while (!m_Viewports.IsEOF(position)) {
-    m_Viewports.GetNextAssoc(position, nZOrder, pViewport);
+    QXViewport* const pViewport = position->second;
+    // Before the viewport draws: a scene that takes its own viewport away does not pull the walk's place with it.
+    ++position;
     if (pViewport == nullptr) {
       continue;
     }
@@ -93,11 +94,8 @@ void QXRenderTarget::MoveViewPortToLast(int nIndex) {
   unsigned char bDense = 1;
   int nNext = 0;
   int nHalfHeight = 0;
-  int nKey = 0;
-  QXViewport* pViewport = nullptr;
-  ViewportPosition position = m_Viewports.GetStartPosition();
-  while (!m_Viewports.IsEOF(position)) {
-    m_Viewports.GetNextAssoc(position, nKey, pViewport);
+  for (ViewportPosition position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
+    QXViewport* const pViewport = position->second;
     if (pViewport == nullptr) {
       bDense = 0;
       continue;
@@ -107,7 +105,7 @@ void QXRenderTarget::MoveViewPortToLast(int nIndex) {
       nHalfHeight = nNext;
     }
     pViewport->SetZOrder(nNext);
-    if (nKey != nNext) {
+    if (position->first != nNext) {
       bDense = 0;
     }
     ++nNext;
@@ -139,16 +137,12 @@ void QXRenderTarget::MoveToTop(int nKey) {
 void QXRenderTarget::StoreDensely() {
   QdcDict<int, QXViewport*, std::less<int>> dense;
   int nNext = 0;
-  int nKey = 0;
-  QXViewport* pViewport = nullptr;
-  ViewportPosition position = m_Viewports.GetStartPosition();
-  while (!m_Viewports.IsEOF(position)) {
-    m_Viewports.GetNextAssoc(position, nKey, pViewport);
-    if (pViewport != nullptr) {
-      dense[nNext++] = pViewport;
+  for (ViewportPosition position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
+    if (position->second != nullptr) {
+      dense[nNext++] = position->second;
     }
   }
-  m_Viewports = dense;
+  m_Viewports = std::move(dense);
 }
 
 void QXRenderTarget::SwapFirstTwo() {
@@ -224,12 +218,8 @@ void QXRenderTarget::RemoveViewport(int nZOrder) {
 }
 
 void QXRenderTarget::RemoveAllViewports() {
-  int nZOrder = 0;
-  QXViewport* pViewport = nullptr;
-  ViewportPosition position = m_Viewports.GetStartPosition();
-  while (!m_Viewports.IsEOF(position)) {
-    m_Viewports.GetNextAssoc(position, nZOrder, pViewport);
-    delete pViewport;
+  for (ViewportPosition position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
+    delete position->second;
   }
   m_Viewports.RemoveAll();
 }
