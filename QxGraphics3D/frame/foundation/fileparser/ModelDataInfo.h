@@ -1,0 +1,74 @@
+/// @file
+/// A model as its parser hands it out.
+#pragma once
+
+#include <QxGraphics3D/Export.h>
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
+#include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelNode.h>
+
+namespace QXC {
+
+class QXModelMesh;
+
+/// Which way is up in the coordinates of a model.
+enum QXModelUpAxis : int {
+  /// The format does not say: the coordinates are those of the file, and a host chooses.
+  QX_UP_UNKNOWN = 0,
+  /// The model was turned so that z is up, as maps have it.
+  QX_UP_Z = 1
+};
+
+/// Meshes and their placements.
+/// Ownership: owns its meshes.
+/// Copying:   deep, so that a cache and its caller hold independent models.
+/// Threads:   one at a time.
+class QXGRAPHICS3D_API ModelDataInfo {
+public:
+  ModelDataInfo() = default;
+  ModelDataInfo(ModelDataInfo const& other);
+  ModelDataInfo& operator=(ModelDataInfo const& other);
+  ~ModelDataInfo();
+
+  /// The path for a model that a parser read, so that a cache that keeps models by path finds it again.
+  QdcUnicodeString GetName() const { return m_strName; }
+  void SetName(QdcUnicodeString const& strName) { m_strName = strName; }
+
+  QXModelUpAxis GetUpAxis() const { return m_eUpAxis; }
+  void SetUpAxis(QXModelUpAxis eUpAxis) { m_eUpAxis = eUpAxis; }
+
+  /// Takes the mesh over. @return  its index, or -1 for null
+  int AddMesh(QXModelMesh* pMesh);
+  int GetMeshCount() const;
+  /// Null for an index out of range. The mesh stays the model's.
+  QXModelMesh* GetMesh(int nIndex) const;
+
+  /// Stores a copy. @return  its index, or -1 if the node's mesh does not exist
+  int AddNode(QXModelNode const& node);
+  int GetNodeCount() const;
+  /// Null for an index out of range; the pointer dies with the next AddNode.
+  QXModelNode* GetNode(int nIndex);
+  QXModelNode const* GetNode(int nIndex) const;
+
+  /// Multiplies every node's matrix by a matrix on the right: turns or moves the whole model.
+  void Transform(QXMatrix4d const& matTransform);
+
+  /// Box of all placed positions, each transformed in double; a null box without any.
+  /// Cost: linear in the placed vertices.
+  QXBoundingBox GetBoundingBox() const;
+
+  /// Triangles and vertices as drawn: a mesh counts once for each node that places it.
+  unsigned int GetTriangleCount() const;
+  unsigned int GetVertexCount() const;
+
+private:
+  void Swap(ModelDataInfo& other);
+
+  QdcUnicodeString m_strName;
+  QXModelUpAxis m_eUpAxis = QX_UP_UNKNOWN;
+  QdcArray<QXModelMesh*> m_arrMeshes;
+  QdcArray<QXModelNode> m_arrNodes;
+};
+
+}  // namespace QXC
