@@ -6,6 +6,7 @@
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/Platform.h>
 #include <QxGraphics3D/Version.h>
+
 #include <QxGraphics3D/frame/foundation/base/Namespaces.h>
 #include <QxGraphics3D/frame/foundation/base/QDCCharset.h>
 #include <QxGraphics3D/frame/foundation/base/QXSharedPtr.h>
@@ -19,6 +20,7 @@
 #include <QxGraphics3D/frame/foundation/base/QdcRect.h>
 #include <QxGraphics3D/frame/foundation/base/QdcTime.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+
 #include <QxGraphics3D/frame/foundation/base3d/QX3DEnums.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingSphere.h>
@@ -36,6 +38,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexAttribute.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexDataPackage.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexDeclaration.h>
+
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXHash.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXLogFile.h>
@@ -44,6 +47,7 @@
 #include <QxGraphics3D/frame/foundation/toolkit/QXSingleton.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXStringEx.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXToolkit.h>
+
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParams.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParamsManager.h>
@@ -54,8 +58,10 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXImportParams.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelNode.h>
+
 #include <QxGraphics3D/view/QXCamera.h>
 #include <QxGraphics3D/view/QXFrustum.h>
+
 #include <QxGraphics3D/frame/QXGraphics3D.h>
 #include <QxGraphics3D/frame/QXGraphics3DCapabilities.h>
 #include <QxGraphics3D/frame/QXPluginConfig.h>
@@ -70,6 +76,7 @@
 #include <QxGraphics3D/frame/QXSceneOperation.h>
 #include <QxGraphics3D/frame/QXUniformBuffer.h>
 #include <QxGraphics3D/frame/QXViewport.h>
+
 #include <QxGraphics3D/renderop/QXBatchSelAndVertexColor.h>
 #include <QxGraphics3D/renderop/QXBillboard.h>
 #include <QxGraphics3D/renderop/QXIndexBlock.h>
@@ -90,8 +97,12 @@
 #include <QxGraphics3D/renderop/QXVertexBlock.h>
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
 #include <QxGraphics3D/renderop/TextureVertex.h>
+
 #include <QxGraphics3D/texture/QXTexture.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
+
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
+
 #include <QxGraphics3D/text/QXTextureFontManager.h>
+
 #include <QxGraphics3D/model/QXModelManager.h>

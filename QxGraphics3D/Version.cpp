@@ -2,6 +2,8 @@
 
 namespace QXC {
 
-char const* GetLibraryVersion() { return QXGRAPHICS3D_VERSION; }
+char const* GetLibraryVersion() {
+  return QXGRAPHICS3D_VERSION;
+}
 
 }  // namespace QXC

@@ -11,6 +11,10 @@ QX_SANITIZER_HOOK char const* __asan_default_options() {
          "detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1";
 }
 
-QX_SANITIZER_HOOK char const* __ubsan_default_options() { return "print_stacktrace=1"; }
+QX_SANITIZER_HOOK char const* __ubsan_default_options() {
+  return "print_stacktrace=1";
+}
 
-QX_SANITIZER_HOOK char const* __tsan_default_options() { return "handle_segv=2:second_deadlock_stack=1"; }
+QX_SANITIZER_HOOK char const* __tsan_default_options() {
+  return "handle_segv=2:second_deadlock_stack=1";
+}
