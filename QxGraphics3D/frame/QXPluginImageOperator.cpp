@@ -1,0 +1,5 @@
+#include <QxGraphics3D/frame/QXPluginImageOperator.h>
+
+int QXPluginImageOperator::GetExtNameCount() const {
+  return 1;
+}
