@@ -24,8 +24,8 @@ public:
 
   /// The orthographic projection onto -1..1 in all three axes; z = -dNear becomes -1 and z = -dFar becomes 1.
   /// Equal opposite planes give values that are not finite.
-  static QXMatrix4d ComputeOrthoMatrix(double dLeft, double dRight, double dBottom, double dTop, double dNear,
-                                       double dFar);
+  static QXMatrix4d ComputeOrthoMatrix(
+      double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar);
 
   /// The smallest power of two not below the argument: 1 for 0, and 0 above 2^31, where 32 bits hold none.
   static unsigned int NextP2(unsigned int nValue);

@@ -20,8 +20,7 @@ public:
   static const QXMatrix4d IDENTITY;
 
   /// The identity.
-  constexpr QXMatrix4d()
-      : m{{1.0, 0.0, 0.0, 0.0}, {0.0, 1.0, 0.0, 0.0}, {0.0, 0.0, 1.0, 0.0}, {0.0, 0.0, 0.0, 1.0}} {}
+  constexpr QXMatrix4d() : m{{1.0, 0.0, 0.0, 0.0}, {0.0, 1.0, 0.0, 0.0}, {0.0, 0.0, 1.0, 0.0}, {0.0, 0.0, 0.0, 1.0}} {}
   constexpr QXMatrix4d(QXMatrix4d const& other) = default;
   constexpr QXMatrix4d& operator=(QXMatrix4d const& other) = default;
   // With a body, not defaulted: g++ 12 refuses a defaulted one in the constant initialisation of ZERO.

@@ -1,0 +1,47 @@
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXQuaternion4d.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
+
+#include <bit>
+
+namespace QXC {
+
+_Graphics3DType QXMathEngine::m_msGraphics3DType = GRAPHICS3D_UNKNOWN;
+
+QXMatrix4d QXMathEngine::MakeViewMatrix(QXVector3d const& position, QXQuaternion4d const& orientation) {
+  // The eye's axes stand in the columns: a row vector times the matrix gives its dot product with each axis.
+  QXVector3d axes[3];
+  orientation.ToAxes(axes);
+  QXMatrix4d view;
+  for (int nColumn = 0; nColumn < 3; ++nColumn) {
+    view[0][nColumn] = axes[nColumn].x;
+    view[1][nColumn] = axes[nColumn].y;
+    view[2][nColumn] = axes[nColumn].z;
+    view[3][nColumn] = -position.DotProduct(axes[nColumn]);
+  }
+  return view;
+}
+
+QXMatrix4d QXMathEngine::ComputeOrthoMatrix(
+    double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar) {
+  QXMatrix4d projection;
+  projection[0][0] = 2.0 / (dRight - dLeft);
+  projection[1][1] = 2.0 / (dTop - dBottom);
+  projection[2][2] = -2.0 / (dFar - dNear);
+  projection[3][0] = -(dRight + dLeft) / (dRight - dLeft);
+  projection[3][1] = -(dTop + dBottom) / (dTop - dBottom);
+  projection[3][2] = -(dFar + dNear) / (dFar - dNear);
+  return projection;
+}
+
+unsigned int QXMathEngine::NextP2(unsigned int nValue) {
+  unsigned int const nExponent = NextLog2(nValue);
+  return nExponent < 32 ? 1U << nExponent : 0;
+}
+
+unsigned int QXMathEngine::NextLog2(unsigned int nValue) {
+  return nValue <= 1 ? 0 : static_cast<unsigned int>(std::bit_width(nValue - 1));
+}
+
+}  // namespace QXC
