@@ -1,0 +1,130 @@
+#include <plugins/assimp/QXAssimpFileParser.h>
+
+#include <plugins/assimp/QXFormatCheck.h>
+#include <plugins/assimp/QXModelBytes.h>
+#include <plugins/assimp/QXModelFolder.h>
+#include <plugins/assimp/QXSceneConverter.h>
+#include <plugins/assimp/QXTextOffset.h>
+
+#include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileParseToolkit.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXImportParams.h>
+
+#include <assimp/Importer.hpp>
+#include <assimp/config.h>
+#include <assimp/postprocess.h>
+#include <assimp/scene.h>
+
+#include <cxxabi.h>
+
+#include <exception>
+#include <memory>
+#include <new>
+
+namespace QXAssimp {
+
+namespace {
+
+/// An importer's message as one line of reasonable length.
+std::string MakeLine(std::string const& strText) {
+  std::string strLine;
+  for (char c : strText) {
+    if (strLine.size() == 200) break;
+    strLine += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+  }
+  return strLine.empty() ? "the importer gives no reason" : strLine;
+}
+
+/// Triangles, normals where there are none (smooth over edges of up to 30 degrees, so that walls stay flat and domes
+/// round), texture rows counted from the top, points and lines dropped.
+aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName) {
+  importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE, aiPrimitiveType_POINT | aiPrimitiveType_LINE);
+  importer.SetPropertyFloat(AI_CONFIG_PP_GSN_MAX_SMOOTHING_ANGLE, 30.0f);
+  // Bones, lights, cameras and animations have no place in the model: not read, not an attack surface either.
+  importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_CAMERAS, false);
+  importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_LIGHTS, false);
+  importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_ANIMATIONS, false);
+  importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_WEIGHTS, false);
+  return importer.ReadFile(strFileName,
+      aiProcess_ValidateDataStructure | aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_GenSmoothNormals |
+          aiProcess_JoinIdenticalVertices | aiProcess_FlipUVs);
+}
+
+/// Folder of a path; the current one for a bare name.
+std::string FolderOf(std::string const& strPath) {
+  std::size_t const nSlash = strPath.rfind('/');
+  if (nSlash == std::string::npos) return ".";
+  return nSlash == 0 ? "/" : strPath.substr(0, nSlash);
+}
+
+std::string DescribeUnknownType() {
+  QXC::QdcArray<QXC::QdcUnicodeString> arrExtNames;
+  QXC::QXFileType::GetModelExtNames(arrExtNames);
+  std::string strText = "unknown kind of model; readable are";
+  for (QXC::QdcUnicodeString const& strExt : arrExtNames) strText += std::string(" ") + strExt.ToMBString().Cstr();
+  return strText;
+}
+
+}  // namespace
+
+unsigned char QXAssimpFileParser::Open(QXC::QXImportParams* pParams) {
+  m_strError = L"";
+  SetModelDataInfo(nullptr);
+  std::string strError;
+  std::vector<unsigned char> vecBytes;
+  if (pParams == nullptr || pParams->GetFilePathName().IsEmpty()) {
+    strError = "no file was named";
+  } else {
+    std::string const strPath = pParams->GetFilePathName().ToMBString().Cstr();
+    int nType = pParams->GetFileType();
+    if (nType < 0) nType = QXC::QXFileParseToolkit::GetFileTypeByExtName(pParams->GetFilePathName());
+    try {
+      if (QXC::QXFileType::IsModelType(nType) == 0)
+        strError = DescribeUnknownType();
+      else if (ReadModelBytes(strPath, vecBytes, strError))
+        strError = OpenBytes(nType, FolderOf(strPath), std::move(vecBytes));
+    } catch (std::bad_alloc const&) {
+      strError = "there is not enough memory for this model";
+    }
+  }
+  if (!strError.empty()) {
+    m_strError = QXC::QdcUnicodeString::FromUTF8(strError.c_str());
+    return 0;
+  }
+  QXC::ModelDataInfo* pModel = GetModelDataInfo();
+  pModel->SetName(pParams->GetFilePathName());
+  SetModelDataInfo(pModel);
+  return 1;
+}
+
+std::string QXAssimpFileParser::OpenBytes(
+    int nType, std::string const& strFolder, std::vector<unsigned char>&& vecBytes) {
+  SetModelDataInfo(nullptr);
+  try {
+    std::string strError;
+    if (!CheckFormat(nType, vecBytes, strError)) return strError;
+    double dOffset[3];
+    SubtractOffset(nType, vecBytes, dOffset);
+    // Not the file's own name: that one may be any bytes, and companions are found from the folder alone.
+    std::string const strFileName =
+        std::string("model") + QXC::QXFileType::FileTypeToExtName(nType).ToMBString().Cstr();
+    Assimp::Importer importer;
+    importer.SetIOHandler(new QXModelFolder(strFolder, strFileName, vecBytes));  // the importer deletes it
+    aiScene const* pScene = Import(importer, strFileName);
+    if (pScene == nullptr) return MakeLine(importer.GetErrorString());
+    std::unique_ptr<QXC::ModelDataInfo> pModel = ConvertScene(*pScene, nType, dOffset, strError);
+    SetModelDataInfo(pModel.release());
+    return strError;
+  } catch (abi::__forced_unwind&) {
+    throw;  // a thread that is being cancelled; swallowing it ends the process
+  } catch (std::bad_alloc const&) {
+    return "there is not enough memory for this model";
+  } catch (std::exception const& exception) {
+    return MakeLine(exception.what());
+  } catch (...) {
+    return "the importer failed without a reason";
+  }
+}
+
+}  // namespace QXAssimp
