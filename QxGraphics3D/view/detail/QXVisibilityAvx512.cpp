@@ -45,9 +45,9 @@ QX_AVX512 unsigned char IsBoxVisibleAvx512(QXPlane const* pPlanes, QXBoundingBox
   __m512d const y = _mm512_mul_pd(planes.m_nY, _mm512_set1_pd(box.m_dMin[1]));
   __m512d const z = _mm512_mul_pd(planes.m_nZ, _mm512_set1_pd(box.m_dMin[2]));
   // The maximum is its second operand if either is not a number, so only the first products are asked for it.
-  __m512d const xLargest = _mm512_max_pd(x, _mm512_mul_pd(planes.m_nX, _mm512_set1_pd(box.m_dMax[0])));
-  __m512d const yLargest = _mm512_max_pd(y, _mm512_mul_pd(planes.m_nY, _mm512_set1_pd(box.m_dMax[1])));
-  __m512d const zLargest = _mm512_max_pd(z, _mm512_mul_pd(planes.m_nZ, _mm512_set1_pd(box.m_dMax[2])));
+  __m512d const xLargest = _mm512_maskz_max_pd(kAllLanes, x, _mm512_mul_pd(planes.m_nX, _mm512_set1_pd(box.m_dMax[0])));
+  __m512d const yLargest = _mm512_maskz_max_pd(kAllLanes, y, _mm512_mul_pd(planes.m_nY, _mm512_set1_pd(box.m_dMax[1])));
+  __m512d const zLargest = _mm512_maskz_max_pd(kAllLanes, z, _mm512_mul_pd(planes.m_nZ, _mm512_set1_pd(box.m_dMax[2])));
   __m512d const largest = _mm512_add_pd(_mm512_add_pd(_mm512_add_pd(xLargest, yLargest), zLargest), planes.m_nConstant);
   __mmask8 rejecting = _mm512_cmp_pd_mask(x, y, _CMP_ORD_Q);
   rejecting = _mm512_mask_cmp_pd_mask(rejecting, z, z, _CMP_ORD_Q);
