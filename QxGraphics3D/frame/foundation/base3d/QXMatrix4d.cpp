@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace QXC {
@@ -141,11 +142,11 @@ void QXMatrix4d::MultMatricesd(double const a[16], double const b[16], double ou
 int QXMatrix4d::InvertMatrixd(double const in[16], double out[16]) {
   if (!AllFinite(in)) return 0;
   Rows left;
-  std::copy_n(in, 16, &left.v[0][0]);
+  std::memcpy(left.v, in, sizeof left.v);
   if (IsSingular(left)) return 0;
   Rows right = {{{1.0, 0.0, 0.0, 0.0}, {0.0, 1.0, 0.0, 0.0}, {0.0, 0.0, 1.0, 0.0}, {0.0, 0.0, 0.0, 1.0}}};
   if (!Eliminate(left, right) || !AllFinite(&right.v[0][0])) return 0;
-  std::copy_n(&right.v[0][0], 16, out);
+  std::memcpy(out, right.v, sizeof right.v);
   return 1;
 }
 
