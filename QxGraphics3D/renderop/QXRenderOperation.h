@@ -153,7 +153,7 @@ private:
   void CopyValues(QXRenderOperation const& other);
   void CopyTexParameters(QXRenderOperation const& other);
   void CopyArrays(QXRenderOperation const& other);
-  void FreeArrays();
+  void SwapArrays(QXRenderOperation& other) noexcept;
   void FreeIndices();
 
   // The copy of a shared index array is our own although m_bIndexShared stays set for the renderer to read. Kept

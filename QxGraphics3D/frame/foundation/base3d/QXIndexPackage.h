@@ -11,23 +11,24 @@ namespace QXC {
 
 /// Index array of one mesh part. Static geometry collects several of them over one vertex package.
 /// Ownership: the package owns m_pIndices and frees it as an array of the width that m_nIndexType says.
+/// Copying:   deep.
 /// Threads:   one at a time.
 class QXGRAPHICS3D_API QXIndexPackage {
 public:
-  QXIndexPackage() = default;
+  QXIndexPackage();
+  QXIndexPackage(QXIndexPackage const& other);
+  QXIndexPackage& operator=(QXIndexPackage const& other);
   ~QXIndexPackage();
 
-  QXIndexPackage(QXIndexPackage const&) = delete;
-  QXIndexPackage& operator=(QXIndexPackage const&) = delete;
-
   /// Frees the old array and makes a zero-filled one of 16-bit entries (m_nIndexType 0).
-  /// @param nNum  entries; 0 gives an empty array that is not null, a negative count is taken as 0.
+  /// @param nNum  entries; 0 gives an empty array that is not null, a negative count is taken as 0
+  /// Failure: the allocator's exception; the array is then null and the count 0.
   void SetIndexNum(int nNum);
 
   /// The same with 32-bit entries (m_nIndexType 1), for a mesh of more than 65,535 vertices.
   void SetIndexNum32(int nNum);
 
-  /// The array as its true type; null unless m_nIndexType says so.
+  /// The array as its true type; null where m_nIndexType says the other.
   unsigned short* GetIndices16() const;
   unsigned int* GetIndices32() const;
 
@@ -45,7 +46,8 @@ public:
   int m_eOperationType = QX_OPERATION_TRIANGLE_LIST;
 
 private:
-  void FreeIndices();
+  void Free();
+  void Allocate(int nNum, int nIndexType);
 };
 
 }  // namespace QXC
