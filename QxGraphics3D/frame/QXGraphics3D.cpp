@@ -41,6 +41,19 @@ void UpdateAsActive(QXRenderTarget& target) {
   target.SetActive(bWasActive);
 }
 
+// An inactive target that draws every frame all the same, with its own companions attached meanwhile.
+void UpdateAlwaysActive(QXGraphics3D& graphics, QXRenderTarget& target, QXRenderTarget* pSaved) {
+  graphics.m_pActiveRenderTarget = &target;
+  unsigned char const bWasActive = target.IsActive();
+  target.SetActive(1);
+  AttachCompanions(graphics, target);
+  target.Update();
+  target.SetActive(bWasActive);
+  graphics.m_pActiveRenderTarget = pSaved;
+  // Before any target was active there are no companions to go back to.
+  if (pSaved) AttachCompanions(graphics, *pSaved);
+}
+
 }  // namespace
 
 QXGraphics3D::QXGraphics3D()
@@ -100,21 +113,9 @@ void QXGraphics3D::UpdateAllRenderTargets() {
     } else if (pTarget->IsActive() && pTarget->IsAutoUpdated()) {
       pTarget->Update();
     } else if (pTarget->IsAlwaysActive()) {
-      UpdateAlwaysActive(*pTarget, pSaved);
+      UpdateAlwaysActive(*this, *pTarget, pSaved);
     }
   }
-}
-
-void QXGraphics3D::UpdateAlwaysActive(QXRenderTarget& target, QXRenderTarget* pSaved) {
-  unsigned char const bWasActive = target.IsActive();
-  m_pActiveRenderTarget = &target;
-  target.SetActive(1);
-  AttachCompanions(*this, target);
-  target.Update();
-  target.SetActive(bWasActive);
-  m_pActiveRenderTarget = pSaved;
-  // Before any target was active there are no companions to go back to.
-  if (pSaved) AttachCompanions(*this, *pSaved);
 }
 
 void QXGraphics3D::InvalidateAllRenderTargets() {

@@ -904,9 +904,6 @@ public:
   unsigned char m_bFlagD = 0;
   /// Set by the plug-in, not owned.
   QXRenderOperationManager* m_pRenderOperationManager = nullptr;
-
-private:
-  void UpdateAlwaysActive(QXRenderTarget& target, QXRenderTarget* pSaved);
 };
 
 }  // namespace QXC
