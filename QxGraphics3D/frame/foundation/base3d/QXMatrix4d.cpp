@@ -109,7 +109,7 @@ bool QXMatrix4d::operator==(QXMatrix4d const& other) const {
 
 QXMatrix4d QXMatrix4d::operator*(QXMatrix4d const& other) const {
   QXMatrix4d result;
-  MultMatricesd(&m[0][0], &other.m[0][0], &result.m[0][0]);
+  for (int nRow = 0; nRow < 4; ++nRow) MultMatrixVecd(&other.m[0][0], m[nRow], result.m[nRow]);
   return result;
 }
 
@@ -136,7 +136,7 @@ void QXMatrix4d::MultMatrixVecd(double const matrix[16], double const in[4], dou
 void QXMatrix4d::MultMatricesd(double const a[16], double const b[16], double out[16]) {
   double result[16];
   for (int nRow = 0; nRow < 4; ++nRow) MultMatrixVecd(b, a + 4 * nRow, result + 4 * nRow);
-  std::copy_n(result, 16, out);
+  std::memcpy(out, result, sizeof result);
 }
 
 int QXMatrix4d::InvertMatrixd(double const in[16], double out[16]) {
