@@ -13,9 +13,12 @@ if(TARGET QxGraphics3D_testing)
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 endif()
 
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/QxGraphics3D/"
-  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxGraphics3D"
-  FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
+file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/QxGraphics3D/*.h")
+list(FILTER headers EXCLUDE REGEX "/detail/")
+foreach(header IN LISTS headers)
+  get_filename_component(folder "${header}" DIRECTORY)
+  install(FILES "${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}")
+endforeach()
 
 install(EXPORT QxGraphics3DTargets NAMESPACE QxGraphics3D:: DESTINATION "${QX_PACKAGE_DIR}")
 set(QX_PLUGIN_DIR "${CMAKE_INSTALL_LIBDIR}/QxGraphics3D/plugins")
