@@ -1,0 +1,143 @@
+#include <QxGraphics3D/frame/foundation/toolkit/QXLogFile.h>
+
+#include "QXChildProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace QXC {
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool bSanitizer = true;
+#elif defined(__has_feature)
+#  if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr bool bSanitizer = true;
+#  else
+constexpr bool bSanitizer = false;
+#  endif
+#else
+constexpr bool bSanitizer = false;
+#endif
+
+QXChildResult RunSignalChild(char const* szMode, int nSignal = 0, QXChildSetup const& setup = {}) {
+  return RunChild({QX_SIGNAL_CHILD, szMode, std::to_string(nSignal)}, setup);
+}
+
+bool EndedBy(QXChildResult const& result, int nSignal) {
+  return WIFSIGNALED(result.m_nStatus) && WTERMSIG(result.m_nStatus) == nSignal;
+}
+
+class QXLogFileCrash : public testing::Test {
+protected:
+  void SetUp() override {
+    if (bSanitizer) GTEST_SKIP() << "a sanitizer's own handlers stay in place in its builds";
+  }
+  static void ExpectTrace(QXChildResult const& result, int nSignal) {
+    EXPECT_TRUE(EndedBy(result, nSignal)) << result.m_nStatus;
+    std::string const headline = "QxGraphics3D: crash by signal " + std::to_string(nSignal) + "\n";
+    EXPECT_EQ(result.m_strErrors.rfind(headline, 0), 0u) << result.m_strErrors;
+    // The stack: this library's handler and the program that crashed.
+    EXPECT_NE(result.m_strErrors.find("libQxGraphics3D"), std::string::npos) << result.m_strErrors;
+    EXPECT_NE(result.m_strErrors.find("QXSignalChild"), std::string::npos) << result.m_strErrors;
+    EXPECT_EQ(result.m_strOutput, "");
+  }
+};
+
+TEST_F(QXLogFileCrash, LoadingTheLibraryInstallsTheHandlerForEveryNumber) {
+  QXChildResult const result = RunSignalChild("list");
+  ASSERT_TRUE(WIFEXITED(result.m_nStatus));
+  EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+}
+
+TEST_F(QXLogFileCrash, SegmentationFaultWritesTheStackAndKeepsItsStatus) {
+  ExpectTrace(RunSignalChild("fault"), SIGSEGV);
+}
+
+TEST_F(QXLogFileCrash, FloatingPointErrorWritesTheStackAndKeepsItsStatus) {
+#if defined(__x86_64__) || defined(__i386__)
+  ExpectTrace(RunSignalChild("divide"), SIGFPE);
+#endif
+  ExpectTrace(RunSignalChild("raise", SIGFPE), SIGFPE);
+}
+
+TEST_F(QXLogFileCrash, IllegalInstructionWritesTheStackAndKeepsItsStatus) {
+#if defined(__x86_64__) || defined(__i386__)
+  ExpectTrace(RunSignalChild("illegal"), SIGILL);
+#endif
+  ExpectTrace(RunSignalChild("raise", SIGILL), SIGILL);
+}
+
+TEST_F(QXLogFileCrash, AbortWritesTheStackOnceAndKeepsItsStatus) {
+  QXChildResult const result = RunSignalChild("abort");
+  ExpectTrace(result, SIGABRT);
+  EXPECT_EQ(result.m_strErrors.find("crash by signal", 30), std::string::npos);
+}
+
+TEST_F(QXLogFileCrash, CrashIsTracedEvenIfTheSignalWasIgnoredAtTheStart) {
+  QXChildSetup setup;
+  setup.m_arrIgnored = {SIGFPE};
+  ExpectTrace(RunSignalChild("raise", SIGFPE, setup), SIGFPE);
+}
+
+TEST(QXLogFile, InterruptAndTerminationEndTheProcessSilently) {
+  for (int const signal : {SIGINT, SIGTERM}) {
+    QXChildResult const result = RunSignalChild("raise", signal);
+    EXPECT_TRUE(EndedBy(result, signal)) << result.m_nStatus;
+    EXPECT_EQ(result.m_strErrors, "");
+    EXPECT_EQ(result.m_strOutput, "");
+  }
+}
+
+TEST(QXLogFile, TerminalAccessFromTheBackgroundStopsTheProcessSilently) {
+  for (int const signal : {21, 22}) {
+    QXChildResult const result = RunSignalChild("raise", signal);
+    EXPECT_TRUE(WIFSTOPPED(result.m_nStatus)) << signal << " " << result.m_nStatus;
+    EXPECT_EQ(WSTOPSIG(result.m_nStatus), signal);
+    EXPECT_EQ(result.m_strErrors, "");
+  }
+}
+
+TEST(QXLogFile, SignalsIgnoredAtTheStartStayIgnored) {
+  for (int const signal : {2, 15, 21, 22}) {
+    QXChildSetup setup;
+    setup.m_arrIgnored = {signal};
+    QXChildResult const result = RunSignalChild("raise", signal, setup);
+    ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << signal << " " << result.m_nStatus;
+    EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+  }
+}
+
+TEST(QXLogFile, HandlerThatAHostInstallsInMainIsKept) {
+  for (int const signal : {2, 15}) {
+    QXChildResult const result = RunSignalChild("host", signal);
+    ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << signal;
+    EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 42);
+    EXPECT_EQ(result.m_strErrors, "");
+  }
+}
+
+TEST_F(QXLogFileCrash, HandlerThatAHostInstallsForACrashIsKept) {
+  for (int const signal : {4, 6, 8, 11}) {
+    QXChildResult const result = RunSignalChild("host", signal);
+    ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << signal;
+    EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 42);
+    EXPECT_EQ(result.m_strErrors, "");
+  }
+}
+
+TEST(QXLogFile, DumpCalledAsAFunctionEndsTheProcessByTheSignal) {
+  QXChildResult const result = RunSignalChild("dump", SIGTERM);
+  EXPECT_TRUE(EndedBy(result, SIGTERM));
+}
+
+TEST(QXLogFile, UnloadingTheLibraryLeavesNoHandlerBehind) {
+  if (bSanitizer) GTEST_SKIP() << "the library needs the sanitizer's runtime in the program that loads it";
+  QXChildResult const result = RunChild({QX_UNLOAD_CHILD, QX_LIBRARY_FILE});
+  EXPECT_TRUE(EndedBy(result, SIGINT)) << result.m_nStatus;
+  EXPECT_EQ(result.m_strErrors, "");
+}
+
+}  // namespace
+}  // namespace QXC

@@ -1,0 +1,61 @@
+// Does to itself what the command line says, with the library loaded.
+//   raise N     sends itself signal N and exits with 0 if that did nothing
+//   host N      the same after installing a handler of its own, which exits with 42
+//   dump N      calls the handler as a function
+//   fault       writes to an address that is not there
+//   divide      divides by zero
+//   illegal     executes an illegal instruction
+//   abort       calls abort
+//   list        exits with the count of signals that do not have the library's handler
+#include <QxGraphics3D/frame/foundation/toolkit/QXLogFile.h>
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+
+namespace {
+
+void HostHandler(int) {
+  ::_exit(42);
+}
+
+int CountOthers() {
+  int others = 0;
+  for (int const signal : {2, 4, 6, 8, 11, 15, 21, 22}) {
+    struct sigaction action {};
+    ::sigaction(signal, nullptr, &action);
+    if (action.sa_handler != &QXC::QXLogFile::Dump) ++others;
+  }
+  return others;
+}
+
+void Fault() {
+  int* volatile pNowhere = nullptr;
+  *pNowhere = 1;
+}
+
+int Divide() {
+  int volatile dividend = 100;  // a constant one would be divided without a division
+  int volatile divisor = 0;
+  return dividend / divisor;
+}
+
+}  // namespace
+
+int main(int nArgumentCount, char** arrArguments) {
+  if (nArgumentCount < 2) return 99;
+  auto const is = [arrArguments](char const* szName) { return std::strcmp(arrArguments[1], szName) == 0; };
+  int const number = nArgumentCount > 2 ? std::atoi(arrArguments[2]) : 0;
+  if (is("list")) return CountOthers();
+  if (is("host")) ::signal(number, &HostHandler);
+  if (is("host") || is("raise")) ::raise(number);
+  if (is("dump")) QXC::QXLogFile::Dump(number);
+  if (is("fault")) Fault();
+  if (is("divide")) return Divide();
+  if (is("illegal")) __builtin_trap();
+  if (is("abort")) std::abort();
+  return 0;
+}
