@@ -51,6 +51,7 @@
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParams.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParamsManager.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileParseManager.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseModel.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseToolkit.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParser.h>
