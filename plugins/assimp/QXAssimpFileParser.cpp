@@ -36,19 +36,16 @@ std::string MakeLine(std::string const& strText) {
   return strLine.empty() ? "the importer gives no reason" : strLine;
 }
 
-/// Triangles, normals where there are none (smooth over edges of up to 30 degrees, so that walls stay flat and domes
-/// round), texture rows counted from the top, points and lines dropped.
+/// Polygons become triangles and texture rows count from the top; the rest is the converter's.
 aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName) {
-  importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE, aiPrimitiveType_POINT | aiPrimitiveType_LINE);
-  importer.SetPropertyFloat(AI_CONFIG_PP_GSN_MAX_SMOOTHING_ANGLE, 30.0f);
   // Bones, lights, cameras and animations have no place in the model: not read, not an attack surface either.
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_CAMERAS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_LIGHTS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_ANIMATIONS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_WEIGHTS, false);
-  return importer.ReadFile(strFileName,
-      aiProcess_ValidateDataStructure | aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_GenSmoothNormals |
-          aiProcess_JoinIdenticalVertices | aiProcess_FlipUVs);
+  return importer.ReadFile(strFileName, aiProcess_ValidateDataStructure | aiProcess_Triangulate |
+                                            aiProcess_SortByPType | aiProcess_JoinIdenticalVertices |
+                                            aiProcess_FlipUVs);
 }
 
 /// Folder of a path; the current one for a bare name.

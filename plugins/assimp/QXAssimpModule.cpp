@@ -7,7 +7,9 @@
 
 extern "C" {
 
-QX_PLUGIN_EXPORT unsigned int QXPluginInterfaceVersion() { return QXC::QX_PLUGIN_INTERFACE_VERSION; }
+QX_PLUGIN_EXPORT unsigned int QXPluginInterfaceVersion() {
+  return QXC::QX_PLUGIN_INTERFACE_VERSION;
+}
 
 QX_PLUGIN_EXPORT void* QXPluginCreate(char const* szKind) {
   if (szKind == nullptr || std::strcmp(szKind, "model-reader") != 0) return nullptr;
@@ -15,6 +17,8 @@ QX_PLUGIN_EXPORT void* QXPluginCreate(char const* szKind) {
   return pParser;
 }
 
-QX_PLUGIN_EXPORT void QXPluginDestroy(void* pObject) { delete static_cast<QXC::QXFileParseModel*>(pObject); }
+QX_PLUGIN_EXPORT void QXPluginDestroy(void* pObject) {
+  delete static_cast<QXC::QXFileParseModel*>(pObject);
+}
 
 }  // extern "C"

@@ -1,5 +1,7 @@
 #include <plugins/assimp/QXMeshConverter.h>
 
+#include <plugins/assimp/QXNormalBuilder.h>
+
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
@@ -19,7 +21,9 @@ namespace {
 /// Most vertices that 16-bit indices reach. The last number stays free: devices read it as a restart mark.
 constexpr unsigned int MaxShortVertices = 65535;
 
-bool IsFinite(aiVector3D const& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
+bool IsFinite(aiVector3D const& v) {
+  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
 
 /// Corners of the triangles that can be drawn, three after three.
 std::vector<unsigned int> CollectTriangles(aiMesh const& mesh) {
@@ -64,62 +68,84 @@ QXC::QXColorValue3D MakeColor(aiColor4D const& color, bool bLinear) {
   return QXC::QXColorValue3D(convert(color.r), convert(color.g), convert(color.b), dAlpha);
 }
 
-unsigned char ToByte(double dValue) { return static_cast<unsigned char>(std::lround(dValue * 255.0)); }
-
-void StoreVector(aiVector3D const& vec, float* pTarget) {
-  for (unsigned int nAxis = 0; nAxis < 3; ++nAxis) pTarget[nAxis] = vec[nAxis];
+unsigned char ToByte(double dValue) {
+  return static_cast<unsigned char>(std::lround(dValue * 255.0));
 }
 
-void FillPositions(aiMesh const& mesh, std::vector<unsigned int> const& vecUsed, double const (&dOffset)[3],
-    QXC::QXVertexDataPackage& package) {
-  package.SetVertexNum(static_cast<unsigned int>(vecUsed.size()), 0);
-  float* pTarget = package.m_pVertices;
-  for (unsigned int nVertex : vecUsed)
-    for (unsigned int nAxis = 0; nAxis < 3; ++nAxis)
-      *pTarget++ = static_cast<float>(static_cast<double>(mesh.mVertices[nVertex][nAxis]) - dOffset[nAxis]);
+/// The vertices of the finished mesh: where each comes from, and its normal.
+struct VertexPlan {
+  std::vector<unsigned int> m_vecSources;
+  /// Three floats a vertex.
+  std::vector<float> m_vecNormals;
+};
+
+/// Whether every corner has a normal that points somewhere. Files write zeros for "compute it yourself".
+bool HasUsableNormals(aiMesh const& mesh, std::vector<unsigned int> const& vecCorners) {
+  if (!mesh.HasNormals()) return false;
+  return std::all_of(vecCorners.begin(), vecCorners.end(), [&](unsigned int nVertex) {
+    float const fLength2 = mesh.mNormals[nVertex].SquareLength();
+    return fLength2 > 0.25f && fLength2 < 4.0f;  // a length that is no number fails too
+  });
 }
 
-void FillAttributes(aiMesh const& mesh, std::vector<unsigned int> const& vecUsed, bool bLinearColors,
-    QXC::QXVertexDataPackage& package) {
-  unsigned int const nCount = static_cast<unsigned int>(vecUsed.size());
-  if (mesh.HasNormals()) package.SetNormalNum(nCount, 0);
-  if (mesh.HasTextureCoords(0)) package.SetTexCoordNum(0, nCount, 0);
-  if (mesh.HasVertexColors(0)) package.SetColorNum(nCount, 0);
-  for (std::size_t i = 0; i < vecUsed.size(); ++i) {
-    unsigned int const nVertex = vecUsed[i];
-    if (mesh.HasNormals()) {
-      // A triangle without an area has no direction; any will do, as long as it is a number.
-      aiVector3D const& normal = mesh.mNormals[nVertex];
-      StoreVector(IsFinite(normal) ? normal : aiVector3D(0.0f, 0.0f, 1.0f), package.m_pNormals + 3 * i);
-    }
-    if (mesh.HasTextureCoords(0)) {
-      aiVector3D const& coord = mesh.mTextureCoords[0][nVertex];
-      package.m_pTexCoords[0][2 * i] = std::isfinite(coord.x) ? coord.x : 0.0f;
-      package.m_pTexCoords[0][2 * i + 1] = std::isfinite(coord.y) ? coord.y : 0.0f;
-    }
-    if (mesh.HasVertexColors(0)) {
-      QXC::QXColorValue3D const color = MakeColor(mesh.mColors[0][nVertex], bLinearColors);
-      package.m_pColors[i] = QDC::QDCRGBA(ToByte(color.r), ToByte(color.g), ToByte(color.b), ToByte(color.a));
-      if (color.a < 1.0) package.m_bTransparent = 1;
-    }
-  }
-}
-
-/// Drops the vertices that nothing uses, so that neither bounds nor memory count them.
-/// The corners get the new numbers, in the order of first use, which devices like as well.
-/// @return  the old number of each vertex kept
-std::vector<unsigned int> Compact(unsigned int nVertexNum, std::vector<unsigned int>& vecCorners) {
+/// Keeps the vertices that are used, in the order of first use, with the normals of the file.
+VertexPlan KeepVertices(aiMesh const& mesh, std::vector<unsigned int>& vecCorners) {
   constexpr unsigned int Unused = std::numeric_limits<unsigned int>::max();
-  std::vector<unsigned int> vecNumbers(nVertexNum, Unused);
-  std::vector<unsigned int> vecUsed;
+  std::vector<unsigned int> vecNumbers(mesh.mNumVertices, Unused);
+  VertexPlan plan;
   for (unsigned int& nCorner : vecCorners) {
     if (vecNumbers[nCorner] == Unused) {
-      vecNumbers[nCorner] = static_cast<unsigned int>(vecUsed.size());
-      vecUsed.push_back(nCorner);
+      vecNumbers[nCorner] = static_cast<unsigned int>(plan.m_vecSources.size());
+      plan.m_vecSources.push_back(nCorner);
+      aiVector3D const& normal = mesh.mNormals[nCorner];
+      plan.m_vecNormals.insert(plan.m_vecNormals.end(), {normal.x, normal.y, normal.z});
     }
     nCorner = vecNumbers[nCorner];
   }
-  return vecUsed;
+  return plan;
+}
+
+VertexPlan PlanVertices(aiMesh const& mesh, bool bNormalsOfFile, std::vector<unsigned int>& vecCorners) {
+  static_assert(sizeof(aiVector3D) == 3 * sizeof(float));
+  if (bNormalsOfFile && HasUsableNormals(mesh, vecCorners)) return KeepVertices(mesh, vecCorners);
+  VertexPlan plan;
+  QXCornerNormals const normals = BuildNormals(&mesh.mVertices[0].x, mesh.mNumVertices, vecCorners);
+  SplitByNormal(normals, mesh.mNumVertices, vecCorners, plan.m_vecSources, plan.m_vecNormals);
+  return plan;
+}
+
+void FillPositions(
+    aiMesh const& mesh, VertexPlan const& plan, double const (&dOffset)[3], QXC::QXVertexDataPackage& package) {
+  unsigned int const nCount = static_cast<unsigned int>(plan.m_vecSources.size());
+  package.SetVertexNum(nCount, 0);
+  float* pTarget = package.m_pVertices;
+  for (unsigned int nVertex : plan.m_vecSources)
+    for (unsigned int nAxis = 0; nAxis < 3; ++nAxis)
+      *pTarget++ = static_cast<float>(static_cast<double>(mesh.mVertices[nVertex][nAxis]) - dOffset[nAxis]);
+  package.SetNormalNum(nCount, 0);
+  std::copy(plan.m_vecNormals.begin(), plan.m_vecNormals.end(), package.m_pNormals);
+}
+
+void FillTexCoords(aiMesh const& mesh, VertexPlan const& plan, QXC::QXVertexDataPackage& package) {
+  if (!mesh.HasTextureCoords(0)) return;
+  package.SetTexCoordNum(0, static_cast<unsigned int>(plan.m_vecSources.size()), 0);
+  float* pTarget = package.m_pTexCoords[0];
+  for (unsigned int nVertex : plan.m_vecSources) {
+    aiVector3D const& coord = mesh.mTextureCoords[0][nVertex];
+    *pTarget++ = std::isfinite(coord.x) ? coord.x : 0.0f;
+    *pTarget++ = std::isfinite(coord.y) ? coord.y : 0.0f;
+  }
+}
+
+void FillColors(aiMesh const& mesh, VertexPlan const& plan, bool bLinear, QXC::QXVertexDataPackage& package) {
+  if (!mesh.HasVertexColors(0)) return;
+  package.SetColorNum(static_cast<unsigned int>(plan.m_vecSources.size()), 0);
+  unsigned int* pTarget = package.m_pColors;
+  for (unsigned int nVertex : plan.m_vecSources) {
+    QXC::QXColorValue3D const color = MakeColor(mesh.mColors[0][nVertex], bLinear);
+    *pTarget++ = QDC::QDCRGBA(ToByte(color.r), ToByte(color.g), ToByte(color.b), ToByte(color.a));
+    if (color.a < 1.0) package.m_bTransparent = 1;
+  }
 }
 
 std::unique_ptr<QXC::QXIndexPackage> MakeIndices(std::vector<unsigned int> const& vecCorners, unsigned int nVertexNum) {
@@ -139,7 +165,7 @@ std::unique_ptr<QXC::QXIndexPackage> MakeIndices(std::vector<unsigned int> const
 /// Formats without materials get one that the importer made up; its grey is nobody's choice.
 bool IsMadeUp(QXC::QdcUnicodeString const& strName) {
   return strName.IsEmpty() || strName == L"DefaultMaterial" || strName == L"%%%DEFAULT" ||
-      strName == L"$ColladaAutoName$_0" || strName == L"DefaultPLYMaterial";
+         strName == L"$ColladaAutoName$_0" || strName == L"DefaultPLYMaterial";
 }
 
 void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMesh& mesh) {
@@ -148,10 +174,12 @@ void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMes
     mesh.m_strMaterialName = QXC::QdcUnicodeString::FromUTF8(strName.C_Str());
   aiColor4D color(1.0f, 1.0f, 1.0f, 1.0f);
   bool const bColor = material.Get(AI_MATKEY_BASE_COLOR, color) == aiReturn_SUCCESS ||
-      material.Get(AI_MATKEY_COLOR_DIFFUSE, color) == aiReturn_SUCCESS;
+                      material.Get(AI_MATKEY_COLOR_DIFFUSE, color) == aiReturn_SUCCESS;
   if (!bColor || IsMadeUp(mesh.m_strMaterialName)) return;
   float fOpacity = 1.0f;
-  if (material.Get(AI_MATKEY_OPACITY, fOpacity) == aiReturn_SUCCESS && fOpacity < color.a) color.a = fOpacity;
+  material.Get(AI_MATKEY_OPACITY, fOpacity);
+  // Exporters disagree on which end of the scale is clear; what nobody could see was meant to be solid.
+  if (fOpacity > 0.0f && fOpacity < color.a) color.a = fOpacity;
   mesh.m_BaseColor = MakeColor(color, bLinearColors);
   mesh.m_bBaseColorSet = 1;
 }
@@ -159,7 +187,7 @@ void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMes
 }  // namespace
 
 std::unique_ptr<QXC::QXModelMesh> ConvertMesh(
-    aiMesh const& mesh, aiMaterial const* pMaterial, bool bLinearColors, double (&dOffset)[3]) {
+    aiMesh const& mesh, aiMaterial const* pMaterial, QXMeshRules const& rules, double (&dOffset)[3]) {
   if (mesh.mVertices == nullptr || mesh.mFaces == nullptr) return nullptr;
   std::vector<unsigned int> vecCorners = CollectTriangles(mesh);
   if (vecCorners.empty() || vecCorners.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
@@ -169,13 +197,14 @@ std::unique_ptr<QXC::QXModelMesh> ConvertMesh(
   auto pResult = std::make_unique<QXC::QXModelMesh>();
   pResult->m_strName = QXC::QdcUnicodeString::FromUTF8(mesh.mName.C_Str());
   pResult->m_pVertexPackage = new QXC::QXVertexDataPackage;
-  std::vector<unsigned int> const vecUsed = Compact(mesh.mNumVertices, vecCorners);
-  FillPositions(mesh, vecUsed, dOffset, *pResult->m_pVertexPackage);
-  FillAttributes(mesh, vecUsed, bLinearColors, *pResult->m_pVertexPackage);
+  VertexPlan const plan = PlanVertices(mesh, rules.m_bNormalsOfFile, vecCorners);
+  FillPositions(mesh, plan, dOffset, *pResult->m_pVertexPackage);
+  FillTexCoords(mesh, plan, *pResult->m_pVertexPackage);
+  FillColors(mesh, plan, rules.m_bLinearColors, *pResult->m_pVertexPackage);
   std::unique_ptr<QXC::QXIndexPackage> pIndices = MakeIndices(vecCorners, pResult->m_pVertexPackage->m_nVertexNum);
   pResult->m_arrIndexPackages.Add(pIndices.get());
   pIndices.release();
-  if (pMaterial != nullptr) SetMaterial(*pMaterial, bLinearColors, *pResult);
+  if (pMaterial != nullptr) SetMaterial(*pMaterial, rules.m_bLinearColors, *pResult);
   pResult->UpdateBounds();
   return pResult;
 }

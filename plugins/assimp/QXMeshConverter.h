@@ -13,10 +13,18 @@ class QXModelMesh;
 
 namespace QXAssimp {
 
-/// @param bLinearColors  1: colours are linear and become sRGB
-/// @param dOffset        gets what was taken off the positions; add it in front of the placement
+/// How the format of a mesh is to be understood.
+struct QXMeshRules {
+  /// Colours are linear and become sRGB.
+  bool m_bLinearColors = false;
+  /// The file itself holds normals. Where it does not, those of the importer are passed over for our own.
+  bool m_bNormalsOfFile = true;
+};
+
+/// @param pMaterial  null for none
+/// @param dOffset    gets what was taken off the positions; add it in front of the placement
 /// @return  null if the mesh has no triangle with finite positions and indices inside the mesh
 std::unique_ptr<QXC::QXModelMesh> ConvertMesh(
-    aiMesh const& mesh, aiMaterial const* pMaterial, bool bLinearColors, double (&dOffset)[3]);
+    aiMesh const& mesh, aiMaterial const* pMaterial, QXMeshRules const& rules, double (&dOffset)[3]);
 
 }  // namespace QXAssimp

@@ -20,8 +20,7 @@ class MemoryStream : public Assimp::IOStream {
 public:
   explicit MemoryStream(std::vector<unsigned char> const* pBytes) : m_pBytes(pBytes) {}
   explicit MemoryStream(std::vector<unsigned char>&& vecOwned)
-      : m_vecOwned(std::move(vecOwned)),
-        m_pBytes(&m_vecOwned) {}
+      : m_vecOwned(std::move(vecOwned)), m_pBytes(&m_vecOwned) {}
 
   std::size_t Read(void* pBuffer, std::size_t nSize, std::size_t nCount) override {
     if (nSize == 0 || nCount == 0) return 0;
@@ -54,16 +53,16 @@ private:
 }  // namespace
 
 QXModelFolder::QXModelFolder(std::string strFolder, std::string strFileName, std::vector<unsigned char> const& vecModel)
-    : m_strFolder(std::move(strFolder)),
-      m_strFileName(std::move(strFileName)),
-      m_vecModel(vecModel),
+    : m_strFolder(std::move(strFolder)), m_strFileName(std::move(strFileName)), m_vecModel(vecModel),
       m_nRemaining(MaxFileSize) {}
 
 bool QXModelFolder::Exists(char const* szFile) const {
   return szFile != nullptr && (m_strFileName == szFile || !Resolve(szFile).empty());
 }
 
-char QXModelFolder::getOsSeparator() const { return '/'; }
+char QXModelFolder::getOsSeparator() const {
+  return '/';
+}
 
 Assimp::IOStream* QXModelFolder::Open(char const* szFile, char const* szMode) {
   if (szFile == nullptr || szMode == nullptr || std::strpbrk(szMode, "wa+") != nullptr) return nullptr;
@@ -77,7 +76,9 @@ Assimp::IOStream* QXModelFolder::Open(char const* szFile, char const* szMode) {
   return new MemoryStream(std::move(vecBytes));
 }
 
-void QXModelFolder::Close(Assimp::IOStream* pFile) { delete pFile; }
+void QXModelFolder::Close(Assimp::IOStream* pFile) {
+  delete pFile;
+}
 
 std::string QXModelFolder::Resolve(std::string const& strFile) const {
   if (m_strFolder.empty()) return std::string();

@@ -92,14 +92,14 @@ struct ConvertedMesh {
   double m_dOffset[3] = {0.0, 0.0, 0.0};
 };
 
-std::vector<ConvertedMesh> ConvertMeshes(aiScene const& scene, bool bLinearColors, QXC::ModelDataInfo& model) {
+std::vector<ConvertedMesh> ConvertMeshes(aiScene const& scene, QXMeshRules const& rules, QXC::ModelDataInfo& model) {
   std::vector<ConvertedMesh> vecMeshes(scene.mNumMeshes);
   for (unsigned int i = 0; i < scene.mNumMeshes; ++i) {
     aiMesh const* pMesh = scene.mMeshes[i];
     if (pMesh == nullptr) continue;
     aiMaterial const* pMaterial =
         pMesh->mMaterialIndex < scene.mNumMaterials ? scene.mMaterials[pMesh->mMaterialIndex] : nullptr;
-    std::unique_ptr<QXC::QXModelMesh> pResult = ConvertMesh(*pMesh, pMaterial, bLinearColors, vecMeshes[i].m_dOffset);
+    std::unique_ptr<QXC::QXModelMesh> pResult = ConvertMesh(*pMesh, pMaterial, rules, vecMeshes[i].m_dOffset);
     if (pResult == nullptr) continue;
     vecMeshes[i].m_nIndex = model.AddMesh(pResult.get());
     pResult.release();
@@ -146,9 +146,11 @@ bool PlaceMeshes(aiScene const& scene, ModelFrame const& frame, std::vector<Conv
 std::unique_ptr<QXC::ModelDataInfo> ConvertScene(
     aiScene const& scene, int nType, double const (&dOffset)[3], std::string& strError) {
   auto pModel = std::make_unique<QXC::ModelDataInfo>();
-  bool const bLinearColors = nType == QXC::QXFileType::EM_MODEL_GLTF || nType == QXC::QXFileType::EM_MODEL_GLB;
+  QXMeshRules rules;
+  rules.m_bLinearColors = nType == QXC::QXFileType::EM_MODEL_GLTF || nType == QXC::QXFileType::EM_MODEL_GLB;
+  rules.m_bNormalsOfFile = nType != QXC::QXFileType::EM_MODEL_3DS;
   ModelFrame const frame = ChooseFrame(scene, nType, dOffset);
-  std::vector<ConvertedMesh> const vecMeshes = ConvertMeshes(scene, bLinearColors, *pModel);
+  std::vector<ConvertedMesh> const vecMeshes = ConvertMeshes(scene, rules, *pModel);
   if (scene.mRootNode != nullptr && !PlaceMeshes(scene, frame, vecMeshes, *pModel)) {
     strError = "the model repeats its parts to more than 500 million triangles, more than can be drawn";
     return nullptr;
