@@ -22,8 +22,7 @@ QXIndexPackage& QXIndexPackage::operator=(QXIndexPackage const& other) {
   m_nIndexType = other.m_nIndexType;
   if (!other.m_pIndices) return *this;
   Allocate(other.m_nIndexNum, other.m_nIndexType);
-  std::memcpy(m_pIndices, other.m_pIndices,
-      static_cast<std::size_t>(m_nIndexNum) * detail::GetIndexSize(m_nIndexType));
+  std::memcpy(m_pIndices, other.m_pIndices, static_cast<std::size_t>(m_nIndexNum) * detail::GetIndexSize(m_nIndexType));
   return *this;
 }
 
