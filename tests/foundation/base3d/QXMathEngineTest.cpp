@@ -1,0 +1,78 @@
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+
+#include "QXTestMath.h"
+
+#include <glm/gtc/matrix_transform.hpp>
+
+using namespace QXC;
+using QXTest::ExpectNear;
+using QXTest::ToGlm;
+
+namespace {
+
+TEST(QXMathEngine, MapsTheEyeToTheOriginAndItsAxesToTheirNames) {
+  SCOPED_TRACE(QXTest::Random::kSeed);
+  QXTest::Random random;
+  for (int nRound = 0; nRound < 200; ++nRound) {
+    QXVector3d const eye = random.Vector(1000);
+    QXQuaternion4d const orientation = random.Rotation();
+    QXMatrix4d const view = QXMathEngine::MakeViewMatrix(eye, orientation);
+    ExpectNear(eye.MultiplyMatrix(view), QXVector3d::ZERO, 1e-10);
+    ExpectNear((eye + orientation * QXVector3d::UNIT_X).MultiplyMatrix(view), QXVector3d::UNIT_X, 1e-10);
+    ExpectNear((eye + orientation * QXVector3d::UNIT_Y).MultiplyMatrix(view), QXVector3d::UNIT_Y, 1e-10);
+    ExpectNear((eye - orientation * QXVector3d::UNIT_Z).MultiplyMatrix(view), -QXVector3d::UNIT_Z, 1e-10);
+    ExpectNear(
+        view, glm::inverse(glm::translate(glm::dmat4(1.0), ToGlm(eye)) * glm::mat4_cast(ToGlm(orientation))), 1e-9);
+  }
+}
+
+TEST(QXMathEngine, KeepsTheFourthColumnOfAViewAffine) {
+  QXMatrix4d const view = QXMathEngine::MakeViewMatrix({1, 2, 3}, QXQuaternion4d());
+  EXPECT_EQ(view[0][3], 0.0);
+  EXPECT_EQ(view[1][3], 0.0);
+  EXPECT_EQ(view[2][3], 0.0);
+  EXPECT_EQ(view[3][3], 1.0);
+}
+
+TEST(QXMathEngine, AgreesWithTheOracleOnOrthographicProjections) {
+  ExpectNear(QXMathEngine::ComputeOrthoMatrix(-3, 7, -2, 11, 1, 20000),
+      glm::orthoRH_NO(-3.0, 7.0, -2.0, 11.0, 1.0, 20000.0), 1e-15);
+}
+
+TEST(QXMathEngine, MapsTheOrthographicBoxToMinusOneToOne) {
+  QXMatrix4d const projection = QXMathEngine::ComputeOrthoMatrix(-3, 7, -2, 11, 1, 20000);
+  ExpectNear(QXVector3d(-3, -2, -1).MultiplyMatrix(projection), {-1, -1, -1}, 1e-12);
+  ExpectNear(QXVector3d(7, 11, -20000).MultiplyMatrix(projection), {1, 1, 1}, 1e-12);
+}
+
+TEST(QXMathEngine, RoundsUpToPowersOfTwo) {
+  EXPECT_EQ(QXMathEngine::NextP2(0), 1U);
+  EXPECT_EQ(QXMathEngine::NextP2(1), 1U);
+  EXPECT_EQ(QXMathEngine::NextP2(2), 2U);
+  EXPECT_EQ(QXMathEngine::NextP2(3), 4U);
+  EXPECT_EQ(QXMathEngine::NextP2(4), 4U);
+  EXPECT_EQ(QXMathEngine::NextP2(1023), 1024U);
+  EXPECT_EQ(QXMathEngine::NextP2(1025), 2048U);
+  EXPECT_EQ(QXMathEngine::NextP2(0x80000000U), 0x80000000U);
+  EXPECT_EQ(QXMathEngine::NextP2(0x80000001U), 0U);
+}
+
+TEST(QXMathEngine, GivesTheExponentOfThatPower) {
+  EXPECT_EQ(QXMathEngine::NextLog2(0), 0U);
+  EXPECT_EQ(QXMathEngine::NextLog2(1), 0U);
+  EXPECT_EQ(QXMathEngine::NextLog2(2), 1U);
+  EXPECT_EQ(QXMathEngine::NextLog2(3), 2U);
+  EXPECT_EQ(QXMathEngine::NextLog2(1024), 10U);
+  EXPECT_EQ(QXMathEngine::NextLog2(1025), 11U);
+  EXPECT_EQ(QXMathEngine::NextLog2(0x80000000U), 31U);
+  EXPECT_EQ(QXMathEngine::NextLog2(0x80000001U), 32U);
+}
+
+TEST(QXMathEngine, HoldsTheKindOfRendererForTheProcess) {
+  EXPECT_EQ(QXMathEngine::m_msGraphics3DType, GRAPHICS3D_UNKNOWN);
+  QXMathEngine::m_msGraphics3DType = GRAPHICS3D_DEFERRED;
+  EXPECT_EQ(QXMathEngine::m_msGraphics3DType, 7);
+  QXMathEngine::m_msGraphics3DType = GRAPHICS3D_UNKNOWN;
+}
+
+}  // namespace
