@@ -1,0 +1,81 @@
+#include <apps/qx3d/QXModelColors.h>
+
+#include <QxGraphics3D/frame/foundation/base/QdcColor.h>
+#include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace QXApp {
+
+namespace {
+
+using QXC::QXColorValue3D;
+
+constexpr QXColorValue3D Ground(0.66, 0.69, 0.60, 1.0);
+constexpr QXColorValue3D Roof(0.74, 0.41, 0.31, 1.0);
+constexpr QXColorValue3D Wall(0.90, 0.86, 0.78, 1.0);
+
+/// Below this a model counts as dark, and its brightest colour is brought up to the other.
+constexpr double DarkBelow = 0.6;
+constexpr double BroughtUpTo = 0.92;
+
+unsigned char ToByte(double dValue) {
+  return static_cast<unsigned char>(std::lround(std::clamp(dValue, 0.0, 1.0) * 255.0));
+}
+
+double Brightest(QXC::QXModelMesh const& mesh) {
+  double dColor = 1.0;
+  if (mesh.m_bBaseColorSet != 0) dColor = std::max({mesh.m_BaseColor.r, mesh.m_BaseColor.g, mesh.m_BaseColor.b});
+  QXC::QXVertexDataPackage const& package = *mesh.m_pVertexPackage;
+  if (package.m_pColors == nullptr) return dColor;
+  int nVertex = 0;
+  for (unsigned int i = 0; i < package.m_nColorNum; ++i) {
+    unsigned int const nColor = package.m_pColors[i];
+    nVertex =
+        std::max({nVertex, int{QDC::QDCREDVAL(nColor)}, int{QDC::QDCGREENVAL(nColor)}, int{QDC::QDCBLUEVAL(nColor)}});
+  }
+  return dColor * nVertex / 255.0;
+}
+
+bool HasColors(QXC::QXModelMesh const& mesh) {
+  return mesh.m_bBaseColorSet != 0 || mesh.m_pVertexPackage->m_pColors != nullptr;
+}
+
+}  // namespace
+
+QXModelColors::QXModelColors(QXC::ModelDataInfo const& model, QXC::QXBoundingBox const& box)
+    : m_dBottom(box.m_dMin[2]), m_dHeight(box.m_dMax[2] - box.m_dMin[2]) {
+  double dBrightest = 0.0;
+  for (int i = 0; i < model.GetMeshCount(); ++i)
+    if (HasColors(*model.GetMesh(i))) dBrightest = std::max(dBrightest, Brightest(*model.GetMesh(i)));
+  // A model that is black throughout is meant to be black.
+  if (dBrightest > 0.05 && dBrightest < DarkBelow) m_dGain = BroughtUpTo / dBrightest;
+}
+
+unsigned int QXModelColors::GetColor(QXC::QXModelMesh const& mesh, unsigned int nVertex,
+    QXC::QXVector3d const& vecPosition, QXC::QXVector3d const& vecNormal) const {
+  QXColorValue3D color = mesh.m_BaseColor;
+  if (unsigned int const* pColors = mesh.m_pVertexPackage->m_pColors) {
+    unsigned int const nColor = pColors[nVertex];
+    color.r *= QDC::QDCREDVAL(nColor) / 255.0;
+    color.g *= QDC::QDCGREENVAL(nColor) / 255.0;
+    color.b *= QDC::QDCBLUEVAL(nColor) / 255.0;
+    color.a *= QDC::QDCALPHAVAL(nColor) / 255.0;
+  }
+  if (!HasColors(mesh)) {
+    bool const bUp = vecNormal.z > 0.4;
+    bool const bLow = vecPosition.z <= m_dBottom + 0.02 * m_dHeight;
+    color = bUp ? (bLow ? Ground : Roof) : Wall;
+  } else {
+    color.SetValue(color.r * m_dGain, color.g * m_dGain, color.b * m_dGain, color.a);
+  }
+  return QDC::QDCRGBA(ToByte(color.r), ToByte(color.g), ToByte(color.b), ToByte(color.a));
+}
+
+bool QXModelColors::IsTransparent(QXC::QXModelMesh const& mesh) {
+  return mesh.m_BaseColor.a < 1.0 || mesh.m_pVertexPackage->m_bTransparent != 0;
+}
+
+}  // namespace QXApp

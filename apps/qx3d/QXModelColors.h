@@ -1,0 +1,40 @@
+/// @file
+/// The colours in which a model is shown.
+#pragma once
+
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
+
+namespace QXC {
+class ModelDataInfo;
+class QXModelMesh;
+}  // namespace QXC
+
+namespace QXApp {
+
+/// Chooses the colour of each vertex of a model.
+class QXModelColors {
+public:
+  /// @param box  bounds of the model, which tell how high a face lies
+  QXModelColors(QXC::ModelDataInfo const& model, QXC::QXBoundingBox const& box);
+
+  /// Colour of a vertex, packed by QDCRGBA.
+  /// @param vecPosition  in the world
+  /// @param vecNormal    in the world, of length 1
+  unsigned int GetColor(QXC::QXModelMesh const& mesh, unsigned int nVertex, QXC::QXVector3d const& vecPosition,
+      QXC::QXVector3d const& vecNormal) const;
+
+  /// Whether a mesh has anything to look through.
+  static bool IsTransparent(QXC::QXModelMesh const& mesh);
+
+  /// Factor on the colours that the file states, 1 or above.
+  double GetGain() const { return m_dGain; }
+
+private:
+  double m_dGain = 1.0;
+  double m_dBottom;
+  double m_dHeight;
+};
+
+}  // namespace QXApp

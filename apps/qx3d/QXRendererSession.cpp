@@ -1,0 +1,211 @@
+#include <apps/qx3d/QXRendererSession.h>
+
+#include <apps/qx3d/QXSceneBuilder.h>
+
+#include <QxGraphics3D/frame/QXGraphics3D.h>
+#include <QxGraphics3D/frame/QXPluginConfigs.h>
+#include <QxGraphics3D/frame/QXPluginModule.h>
+#include <QxGraphics3D/frame/QXRenderTarget.h>
+#include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/renderop/QXRenderOperation3D.h>
+#include <QxGraphics3D/renderop/QXRenderOperationManager.h>
+#include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
+#include <QxGraphics3D/view/QXCamera.h>
+
+#include <cstdlib>
+#include <limits>
+
+namespace QXApp {
+
+namespace {
+
+using QXC::QdcUnicodeString;
+
+/// Format of the picture: 4 bytes blue, green, red, alpha.
+constexpr QXC::QX3DPixelFormat PictureFormat = static_cast<QXC::QX3DPixelFormat>(12);
+
+std::string Narrow(QdcUnicodeString const& strText) {
+  return strText.ToMBString().Cstr();
+}
+
+QdcUnicodeString Widen(std::string const& strText) {
+  return QdcUnicodeString::FromUTF8(strText.c_str());
+}
+
+/// What a person needs when a renderer is not found: the broken configuration that may have named it.
+std::string AppendProblems(std::string strReason, QXC::QXPluginConfigs const& configs) {
+  for (QdcUnicodeString const& strProblem : configs.GetProblems()) {
+    std::string const strLine = Narrow(strProblem);
+    if (strReason.find(strLine) == std::string::npos) strReason += "; " + strLine;
+  }
+  return strReason;
+}
+
+}  // namespace
+
+QXRendererSession::~QXRendererSession() {
+  if (m_pGraphics3D == nullptr) return;
+  if (QXC::QXRenderOperationManager* pManager = m_pGraphics3D->GetRenderOperationManager())
+    for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
+  // Targets before cameras: a viewport holds its camera.
+  m_pGraphics3D->ShutDown();
+  for (View const& view : m_vecViews) m_pGraphics3D->DestroyCamera(view.m_pCamera);
+  m_pModule->Destroy(m_pGraphics3D);
+}
+
+std::string QXRendererSession::DescribeFailure(char const* szWhat) const {
+  std::string strText = std::string("renderer '") + GetRendererName() + "': " + szWhat;
+  std::string const strReason = Narrow(m_pGraphics3D->GetErrorText());
+  if (!strReason.empty()) strText += ": " + strReason;
+  return strText;
+}
+
+std::string QXRendererSession::Start(std::string const& strName, std::vector<std::string> const& vecFolders) {
+  for (std::string const& strFolder : vecFolders) QXC::QXPluginConfigs::AddSearchFolder(Widen(strFolder));
+  QXC::QXPluginConfigs const configs;
+  QdcUnicodeString strError;
+  m_pModule.reset(QXC::QXPluginModule::Load(configs, QXC::QX_PLUGIN_KIND_RENDERER, Widen(strName), strError));
+  if (m_pModule == nullptr) return AppendProblems(Narrow(strError), configs);
+  m_pGraphics3D = static_cast<QXC::QXGraphics3D*>(m_pModule->Create(strError));
+  if (m_pGraphics3D == nullptr) return Narrow(strError);
+  // The empty path: media beside the module.
+  if (m_pGraphics3D->Initialize(QdcUnicodeString()) == 0) {
+    std::string strText = DescribeFailure("the device cannot be started");
+    char const* szDisplay = std::getenv("DISPLAY");
+    if ((szDisplay == nullptr || *szDisplay == 0) && strText.find("xvfb-run") == std::string::npos)
+      strText += "; there is no display, so start the program through 'xvfb-run -a'";
+    return strText;
+  }
+  return PrepareScene();
+}
+
+std::string QXRendererSession::PrepareScene() {
+  QdcUnicodeString strScene = m_pGraphics3D->GetSceneName(0);
+  if (strScene.IsEmpty()) {
+    strScene = L"Scene";
+    if (m_pGraphics3D->CreateScene(strScene) == 0) return DescribeFailure("no scene can be made");
+  }
+  m_strScene = strScene.Cstr();
+  if (m_pGraphics3D->GetRenderOperationManager() == nullptr) return DescribeFailure("it makes no drawables");
+  return std::string();
+}
+
+std::string QXRendererSession::AttachTarget(QXC::QXRenderTarget* pTarget) {
+  if (pTarget == nullptr) return DescribeFailure("no picture of this size can be opened");
+  m_pTarget = pTarget;
+  m_pGraphics3D->AttachRenderTarget(pTarget);
+  pTarget->SetActive(1);
+  return std::string();
+}
+
+std::string QXRendererSession::OpenTexture(int nWidth, int nHeight) {
+  return AttachTarget(m_pGraphics3D->CreateRenderTexture(L"Picture", PictureFormat, static_cast<unsigned int>(nWidth),
+      static_cast<unsigned int>(nHeight), 0, 32, m_strScene.c_str()));
+}
+
+std::string QXRendererSession::OpenWindow(HWND hWindow, int nWidth, int nHeight) {
+  return AttachTarget(m_pGraphics3D->CreateRenderWindow(
+      L"Window", hWindow, static_cast<unsigned int>(nWidth), static_cast<unsigned int>(nHeight), 0));
+}
+
+std::string QXRendererSession::AddPart(QXScenePart& part) {
+  QXC::QXRenderOperation3D* pDrawable =
+      m_pGraphics3D->GetRenderOperationManager()->CreateRenderOperation3D(m_strScene.c_str(), 1);
+  if (pDrawable == nullptr) return DescribeFailure("no drawable can be made");
+  m_vecDrawables.push_back(pDrawable);
+  pDrawable->SetBoundingBox(part.m_pOperation->GetBoundingBox());
+  pDrawable->SetRenderOperationMultiIndex(part.m_pOperation.get());
+  pDrawable->SetModelMatrix(*part.m_pOperation->GetMatrix());
+  part.m_pOperation.reset();  // the drawable has copied it
+  return std::string();
+}
+
+std::string QXRendererSession::Show(QXScene& scene, bool bGround) {
+  m_Bounds = scene.m_Bounds;
+  m_pGraphics3D->SetRelativeOrigin(scene.m_vecOrigin);
+  if (bGround) {
+    m_dGroundReach = GetGroundRadius(scene);
+    QXScenePart ground = BuildGround(scene);
+    std::string const strReason = AddPart(ground);
+    if (!strReason.empty()) return strReason;
+  }
+  for (QXScenePart& part : scene.m_vecParts) {
+    std::string const strReason = AddPart(part);
+    if (!strReason.empty()) return strReason;
+  }
+  // So far away that it stands in the same direction from everywhere: in the south-west, 50 degrees high.
+  constexpr double Far = 1e9;
+  m_pGraphics3D->SetSunPosition(QXC::QXVector3d(-0.45 * Far, -0.60 * Far, 0.90 * Far));
+  m_pGraphics3D->SetSunLightEnable(1);
+  return std::string();
+}
+
+std::string QXRendererSession::AddView(QXCell const& cell) {
+  int const nView = static_cast<int>(m_vecViews.size());
+  QdcUnicodeString strName;
+  strName.Format(L"View%d", nView);
+  QXC::QXCamera* pCamera = m_pGraphics3D->CreateCamera(strName, m_strScene.c_str());
+  if (pCamera == nullptr) return DescribeFailure("no camera can be made");
+  // Kept before the viewport: whatever fails from here on, the camera goes back with the others.
+  m_vecViews.push_back({pCamera, nullptr});
+  QXC::QXViewport* pViewport =
+      m_pTarget->AddViewport(pCamera, nView, cell.m_dLeft, cell.m_dBottom, cell.m_dWidth, cell.m_dHeight);
+  if (pViewport == nullptr) return DescribeFailure("no viewport can be made");
+  pViewport->m_BackgroundColor = QXC::QXColorValue3D(0.78, 0.87, 0.95, 1.0);
+  m_vecViews.back().m_pViewport = pViewport;
+  return std::string();
+}
+
+double QXRendererSession::GetAspect(int nView) const {
+  QXC::QXViewport const* pViewport = m_vecViews[static_cast<std::size_t>(nView)].m_pViewport;
+  return static_cast<double>(pViewport->GetActualWidth()) / static_cast<double>(pViewport->GetActualHeight());
+}
+
+void QXRendererSession::SetPose(int nView, QXPose const& pose) {
+  QXC::QXCamera& camera = *m_vecViews[static_cast<std::size_t>(nView)].m_pCamera;
+  double dNear = 0.0;
+  double dFar = 0.0;
+  ComputeNearFar(pose, m_Bounds, m_dGroundReach, dNear, dFar);
+  double const dAspect = GetAspect(nView);
+  camera.SetAspect(dAspect);
+  camera.SetFov(FieldOfView);
+  camera.SetNearDist(dNear);
+  camera.SetFarDist(dFar);
+  camera.SetProjectionMatrix(MakePerspective(FieldOfView, dAspect, dNear, dFar));
+  camera.SetRelativeOrigin(m_pGraphics3D->GetRelativeOrigin());
+  camera.SetPosition(pose.GetEye());
+  camera.SetOrientation(pose.GetOrientation());
+  // The planes follow the matrices only when they are asked to, and the view matrix when it is read.
+  camera.GetViewMatrix();
+  camera.UpdateFrustum();
+  camera.Refresh();
+}
+
+void QXRendererSession::Resize(int nWidth, int nHeight) {
+  m_pTarget->ReSize(static_cast<unsigned int>(nWidth), static_cast<unsigned int>(nHeight));
+  for (View const& view : m_vecViews) view.m_pViewport->UpdateDimensions();
+}
+
+void QXRendererSession::DrawFrame() {
+  m_pGraphics3D->BeginGeometryCount();
+  m_pGraphics3D->UpdateAllRenderTargets();
+  if (m_pTarget->IsTextureTarget() == 0) m_pTarget->SwapBuffers(m_pGraphics3D->GetWaitForVerticalBlank());
+  m_Figures.m_nTriangles = static_cast<unsigned int>(m_pTarget->GetTriangleCount());
+  m_Figures.m_nVertices = m_pGraphics3D->GetVertexCount();
+  m_Figures.m_nDrawOperations = m_pGraphics3D->GetDrawOperationCount();
+}
+
+std::string QXRendererSession::ReadPicture(std::vector<unsigned char>& vecPixels) {
+  std::size_t const nBytes = std::size_t{4} * m_pTarget->GetWidth() * m_pTarget->GetHeight();
+  vecPixels.resize(nBytes);
+  if (nBytes > std::numeric_limits<unsigned int>::max() ||
+      m_pTarget->CopyToMemory(vecPixels.data(), static_cast<unsigned int>(nBytes)) == 0)
+    return DescribeFailure("the picture cannot be read back");
+  return std::string();
+}
+
+std::string QXRendererSession::GetRendererName() const {
+  return Narrow(m_pModule->GetName());
+}
+
+}  // namespace QXApp

@@ -1,0 +1,102 @@
+/// @file
+/// A renderer plug-in at work: one target, its views and what they show.
+#pragma once
+
+#include <apps/qx3d/QXPose.h>
+
+#include <QxGraphics3D/Platform.h>
+#include <QxGraphics3D/frame/QXPluginModule.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace QXC {
+class QXCamera;
+class QXGraphics3D;
+class QXRenderOperation3D;
+class QXRenderTarget;
+class QXViewport;
+}  // namespace QXC
+
+namespace QXApp {
+
+struct QXScene;
+struct QXScenePart;
+
+/// Figures of the frames drawn so far.
+struct QXFrameFigures {
+  unsigned int m_nTriangles = 0;
+  unsigned int m_nVertices = 0;
+  unsigned int m_nDrawOperations = 0;
+};
+
+/// Drives a renderer through the library's abstract classes alone. Each step answers with an empty string or the reason
+/// of its failure, one line. The order is Start, one of the Open operations, Show, AddView, then frames.
+class QXRendererSession {
+public:
+  QXRendererSession() = default;
+  QXRendererSession(QXRendererSession const&) = delete;
+  QXRendererSession& operator=(QXRendererSession const&) = delete;
+  /// Gives everything back: drawables, targets, cameras, renderer.
+  ~QXRendererSession();
+
+  /// Loads a renderer and starts its device.
+  /// @param strName     empty: the configured default
+  /// @param vecFolders  further folders with plug-in configurations
+  std::string Start(std::string const& strName, std::vector<std::string> const& vecFolders);
+
+  /// Opens the target off screen.
+  std::string OpenTexture(int nWidth, int nHeight);
+  /// Opens the target in a window of the program.
+  std::string OpenWindow(HWND hWindow, int nWidth, int nHeight);
+
+  /// Hands a model's drawables over, with light from the south-west. The parts' buffers are freed on the way.
+  std::string Show(QXScene& scene, bool bGround);
+
+  /// Adds a viewport with a camera of its own, below those that come after it.
+  std::string AddView(QXCell const& cell);
+  /// Size of a viewport as width over height.
+  double GetAspect(int nView) const;
+  /// Moves the camera of a viewport.
+  void SetPose(int nView, QXPose const& pose);
+
+  /// The window has another size.
+  void Resize(int nWidth, int nHeight);
+  /// Draws a frame of all targets and shows it.
+  void DrawFrame();
+
+  /// Width times height times four bytes, blue, green, red, alpha, top row first.
+  std::string ReadPicture(std::vector<unsigned char>& vecPixels);
+
+  QXC::QXRenderTarget const* GetTarget() const { return m_pTarget; }
+  /// Of the last frame.
+  QXFrameFigures const& GetFigures() const { return m_Figures; }
+  std::string GetRendererName() const;
+
+  /// Vertical field of view of every camera, radians.
+  static constexpr double FieldOfView = 0.55;
+
+private:
+  struct View {
+    QXC::QXCamera* m_pCamera;
+    QXC::QXViewport* m_pViewport;
+  };
+
+  std::string DescribeFailure(char const* szWhat) const;
+  std::string PrepareScene();
+  std::string AttachTarget(QXC::QXRenderTarget* pTarget);
+  std::string AddPart(QXScenePart& part);
+
+  std::unique_ptr<QXC::QXPluginModule> m_pModule;
+  QXC::QXGraphics3D* m_pGraphics3D = nullptr;
+  QXC::QXRenderTarget* m_pTarget = nullptr;
+  std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;
+  std::vector<View> m_vecViews;
+  QXC::QXBoundingBox m_Bounds;
+  double m_dGroundReach = 0.0;
+  QXFrameFigures m_Figures;
+  std::wstring m_strScene;
+};
+
+}  // namespace QXApp

@@ -1,0 +1,40 @@
+/// @file
+/// Growing vertex and index buffers of one drawable.
+#pragma once
+
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
+
+#include <memory>
+#include <vector>
+
+namespace QXC {
+class QXRenderOperationMultiIndex;
+}
+
+namespace QXApp {
+
+/// Collects vertices of position, normal and colour and hands them over as one operation.
+class QXVertexCollector {
+public:
+  /// Floats a vertex: three of position, three of normal, one slot with the bits of the colour.
+  static constexpr unsigned short Stride = 7;
+
+  unsigned int GetVertexCount() const { return static_cast<unsigned int>(m_vecFloats.size() / Stride); }
+  bool IsEmpty() const { return m_vecIndices.empty(); }
+
+  /// @param nColor  packed by QDCRGBA
+  /// @return  the number of the vertex
+  unsigned int AddVertex(QXC::QXVector3d const& vecPosition, QXC::QXVector3d const& vecNormal, unsigned int nColor);
+  void AddIndex(unsigned int nVertex) { m_vecIndices.push_back(nVertex); }
+
+  /// Makes the operation and starts anew. Indices have 16 bits up to 65,535 vertices and 32 above.
+  /// @param vecOrigin  where the positions' zero stands in the world
+  std::unique_ptr<QXC::QXRenderOperationMultiIndex> Finish(QXC::QXVector3d const& vecOrigin);
+
+private:
+  std::vector<float> m_vecFloats;
+  std::vector<unsigned int> m_vecIndices;
+};
+
+}  // namespace QXApp

@@ -1,0 +1,198 @@
+#include <apps/qx3d/QXViewCommand.h>
+
+#include <apps/qx3d/QXModelLoader.h>
+#include <apps/qx3d/QXPngWriter.h>
+#include <apps/qx3d/QXProgress.h>
+#include <apps/qx3d/QXRendererSession.h>
+#include <apps/qx3d/QXSceneBuilder.h>
+#include <apps/qx3d/QXStatsReport.h>
+#include <apps/qx3d/QXViewOptions.h>
+#include <apps/qx3d/QXWindow.h>
+
+#include <QxGraphics3D/frame/QXRenderTarget.h>
+#include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+namespace QXApp {
+
+namespace {
+
+/// The work of one call of `qx3d view`; every step answers with an empty string or the line to leave with.
+class ViewRun {
+public:
+  explicit ViewRun(QXViewOptions const& options) : m_Options(options) {}
+
+  std::string Run() {
+    std::string strError = CheckOutput();
+    if (strError.empty()) strError = Load();
+    if (strError.empty()) strError = OpenRenderer();
+    if (strError.empty()) strError = AddViews();
+    if (strError.empty()) strError = m_Options.m_strOut.empty() ? RunWindow() : WritePicture();
+    m_Progress.Clear();
+    return strError;
+  }
+
+private:
+  bool IsPicture() const { return !m_Options.m_strOut.empty(); }
+
+  /// Before any work: whoever waited for a large model should not learn only then that the name was wrong.
+  std::string CheckOutput() const {
+    if (!IsPicture()) return std::string();
+    std::string const strReason = QXPngWriter::Check(m_Options.m_strOut);
+    return strReason.empty() ? strReason : m_Options.m_strOut + ": " + strReason;
+  }
+
+  std::string Load() {
+    m_Progress.Show("reading " + m_Options.m_strModel);
+    std::string strReason;
+    std::unique_ptr<QXC::ModelDataInfo> const pModel = LoadModel(m_Options.m_strModel, m_Options.m_eUp, strReason);
+    if (pModel == nullptr) return m_Options.m_strModel + ": " + strReason;
+    m_Progress.Show("preparing " + std::to_string(pModel->GetTriangleCount()) + " triangles");
+    m_Scene = BuildScene(*pModel);
+    return std::string();
+  }
+
+  std::string OpenRenderer() {
+    m_Progress.Show("starting the renderer");
+    std::string strError;
+    if (!IsPicture())
+      strError = m_Window.Open("qx3d - " + m_Options.m_strModel, m_Options.m_nWidth, m_Options.m_nHeight);
+    if (strError.empty()) strError = m_Session.Start(m_Options.m_strRenderer, m_Options.m_vecPluginFolders);
+    if (strError.empty()) {
+      strError = IsPicture()
+                     ? m_Session.OpenTexture(m_Options.m_nWidth, m_Options.m_nHeight)
+                     : m_Session.OpenWindow(m_Window.GetNativeHandle(), m_Options.m_nWidth, m_Options.m_nHeight);
+    }
+    if (strError.empty()) strError = m_Session.Show(m_Scene, m_Options.m_bGround);
+    return strError;
+  }
+
+  std::string AddViews() {
+    for (int i = 0; i < m_Options.m_nViews; ++i) {
+      std::string const strError = m_Session.AddView(GetViewCell(i, m_Options.m_nViews));
+      if (!strError.empty()) return strError;
+      m_vecPoses.emplace_back();
+    }
+    return ResetPoses();
+  }
+
+  std::string ResetPoses() {
+    for (int i = 0; i < m_Options.m_nViews; ++i) {
+      double dHeading = 0.0;
+      double dElevation = 0.0;
+      GetViewAngles(i, dHeading, dElevation);
+      QXPose& pose = m_vecPoses[static_cast<std::size_t>(i)];
+      // The core may be cut a little at the corners of the picture; that looks nearer than a rim around it.
+      pose =
+          FrameBox(m_Scene.m_Core, dHeading, dElevation, QXRendererSession::FieldOfView, m_Session.GetAspect(i), 1.02);
+    }
+    std::string const strError = ApplyEyeAndLook();
+    ApplyPoses();
+    return strError;
+  }
+
+  /// --eye and --look are about the first view.
+  std::string ApplyEyeAndLook() {
+    if (!m_Options.m_bEye && !m_Options.m_bLook) return std::string();
+    QXPose& pose = m_vecPoses[0];
+    QXC::QXVector3d vecLook = m_Scene.m_Core.GetCenter();
+    if (m_Options.m_bLook) vecLook = QXC::QXVector3d(m_Options.m_dLook[0], m_Options.m_dLook[1], m_Options.m_dLook[2]);
+    if (!m_Options.m_bEye) {
+      pose.m_vecTarget = vecLook;
+      return std::string();
+    }
+    QXC::QXVector3d const vecEye(m_Options.m_dEye[0], m_Options.m_dEye[1], m_Options.m_dEye[2]);
+    if (!pose.SetEyeAndTarget(vecEye, vecLook)) return "--eye and --look are the same point; move one of them";
+    return std::string();
+  }
+
+  void ApplyPoses() {
+    for (int i = 0; i < m_Options.m_nViews; ++i) m_Session.SetPose(i, m_vecPoses[static_cast<std::size_t>(i)]);
+  }
+
+  std::string WritePicture() {
+    m_Progress.Show("drawing");
+    int const nFrames = m_Options.m_nFrames > 0 ? m_Options.m_nFrames : 1;
+    for (int i = 0; i < nFrames; ++i) m_Session.DrawFrame();
+    std::vector<unsigned char> vecPixels;
+    std::string strError = m_Session.ReadPicture(vecPixels);
+    if (!strError.empty()) return strError;
+    m_Progress.Show("writing " + m_Options.m_strOut);
+    strError = QXPngWriter::Write(m_Options.m_strOut, m_Options.m_nWidth, m_Options.m_nHeight, vecPixels.data());
+    if (!strError.empty()) return m_Options.m_strOut + ": " + strError;
+    Report();
+    return std::string();
+  }
+
+  std::string RunWindow() {
+    m_Progress.Clear();
+    for (int nFrame = 0; m_Options.m_nFrames == 0 || nFrame < m_Options.m_nFrames; ++nFrame) {
+      m_Session.DrawFrame();
+      // A little wait keeps a still picture from costing a whole core; the frame after an event comes at once.
+      QXInput const input = m_Window.ReadInput(m_Options.m_nFrames == 0 ? 15 : 0);
+      if (input.m_bQuit) break;
+      FollowInput(input);
+    }
+    Report();
+    return std::string();
+  }
+
+  void FollowInput(QXInput const& input) {
+    if (input.m_bResized) {
+      m_Window.GetSize(m_nWidth, m_nHeight);
+      m_Session.Resize(m_nWidth, m_nHeight);
+    }
+    if (input.m_bHome) ResetPoses();
+    QXPose& pose = m_vecPoses[static_cast<std::size_t>(FindView(input.m_nMouseX, input.m_nMouseY))];
+    constexpr double RadiansPerPixel = 0.006;
+    pose.Orbit(input.m_dOrbitX * RadiansPerPixel, -input.m_dOrbitY * RadiansPerPixel);
+    // What is grabbed stays under the mouse: the picture is 2 tan(fov / 2) of the distance high.
+    double const dPerPixel = 2.0 * std::tan(0.5 * QXRendererSession::FieldOfView) / m_nHeight;
+    pose.Pan(-input.m_dPanX * dPerPixel, input.m_dPanY * dPerPixel);
+    pose.Zoom(std::pow(0.85, input.m_dZoom));
+    ApplyPoses();
+  }
+
+  /// The view under a pixel of the window.
+  int FindView(int nX, int nY) const {
+    double const x = (nX + 0.5) / m_nWidth;
+    double const y = 1.0 - (nY + 0.5) / m_nHeight;
+    for (int i = 0; i < m_Options.m_nViews; ++i) {
+      QXCell const cell = GetViewCell(i, m_Options.m_nViews);
+      if (x >= cell.m_dLeft && x < cell.m_dLeft + cell.m_dWidth && y >= cell.m_dBottom &&
+          y < cell.m_dBottom + cell.m_dHeight)
+        return i;
+    }
+    return 0;
+  }
+
+  void Report() {
+    m_Progress.Clear();
+    if (m_Options.m_bStats) PrintStats(m_Session);
+  }
+
+  QXViewOptions const& m_Options;
+  QXProgress m_Progress;
+  QXScene m_Scene;
+  QXWindow m_Window;
+  // After the window, so that the renderer goes first: it draws into it.
+  QXRendererSession m_Session;
+  std::vector<QXPose> m_vecPoses;
+  int m_nWidth = m_Options.m_nWidth;
+  int m_nHeight = m_Options.m_nHeight;
+};
+
+}  // namespace
+
+int RunView(QXViewOptions const& options) {
+  ViewRun run(options);
+  std::string const strError = run.Run();
+  if (strError.empty()) return 0;
+  std::fprintf(stderr, "qx3d: %s\n", strError.c_str());
+  return 1;
+}
+
+}  // namespace QXApp

@@ -1,0 +1,13 @@
+/// @file
+/// `qx3d view`.
+#pragma once
+
+namespace QXApp {
+
+struct QXViewOptions;
+
+/// Shows a model: writes a picture of it, or opens a window until the person closes it.
+/// @return  the exit status; 1 after one line on the standard error output
+int RunView(QXViewOptions const& options);
+
+}  // namespace QXApp

@@ -1,0 +1,160 @@
+#include <apps/qx3d/QXViewOptions.h>
+
+#include <QxGraphics3D/Version.h>
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <string_view>
+
+namespace QXApp {
+
+namespace {
+
+/// Longest side of a picture: what graphics devices give, with a picture of 1 GiB at most.
+constexpr long MaxSide = 16384;
+
+/// Reads "WxH". Numbers of any size are well-formed here; whether there is such a picture is another question.
+bool ReadSize(std::string_view strText, long (&nSides)[2]) {
+  char const* p = strText.data();
+  char const* const pEnd = p + strText.size();
+  for (int i = 0; i < 2; ++i) {
+    auto const result = std::from_chars(p, pEnd, nSides[i]);
+    if (result.ec == std::errc::result_out_of_range)
+      nSides[i] = -1;
+    else if (result.ec != std::errc())
+      return false;
+    p = result.ptr;
+    if (i == 0 && (p == pEnd || (*p != 'x' && *p != 'X'))) return false;
+    if (i == 0) ++p;
+  }
+  return p == pEnd;
+}
+
+/// Reads "x,y,z".
+bool ReadPoint(std::string_view strText, double (&dPoint)[3]) {
+  char const* p = strText.data();
+  char const* const pEnd = p + strText.size();
+  for (int i = 0; i < 3; ++i) {
+    if (i > 0 && (p == pEnd || *p++ != ',')) return false;
+    auto const result = std::from_chars(p, pEnd, dPoint[i]);
+    if (result.ec != std::errc() || !std::isfinite(dPoint[i])) return false;
+    p = result.ptr;
+  }
+  return p == pEnd;
+}
+
+std::string CheckSizeSyntax(std::string& strText) {
+  long nSides[2];
+  return ReadSize(strText, nSides) ? std::string() : "'" + strText + "' is no size; write it as 1280x720";
+}
+
+std::string CheckPointSyntax(std::string& strText) {
+  double dPoint[3];
+  return ReadPoint(strText, dPoint) ? std::string() : "'" + strText + "' is no position; write it as 10,20,30.5";
+}
+
+constexpr char const* ViewFooter =
+    R"(Without --out a window opens: left button orbits, right button pans, wheel zooms, Home goes back to the first
+view, Escape quits. Without a display give --out, and start a renderer that needs one through 'xvfb-run -a'.
+
+Colours: a mesh shows its material colour times its vertex colours. A mesh with neither is coloured by its faces:
+light ground, pale walls, brick roofs. If every colour of a file is dark, all are brightened by the same factor.
+z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
+down, and else OBJ has y up and the others z, unless --up tells.)";
+
+struct RawOptions {
+  std::string m_strSize;
+  std::string m_strEye;
+  std::string m_strLook;
+  std::string m_strUp = "auto";
+  bool m_bNoGround = false;
+};
+
+void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
+  view.add_option("model", options.m_strModel, "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx")->required();
+  view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")
+      ->type_name("FILE");
+  view.add_option("--size", raw.m_strSize, "Width and height in pixels (1280x720)")
+      ->type_name("WxH")
+      ->check(CLI::Validator(CheckSizeSyntax, ""));
+  view.add_option("--renderer", options.m_strRenderer, "Renderer plug-in by name, such as ogre or null")
+      ->type_name("NAME");
+  view.add_option("--plugins", options.m_vecPluginFolders, "Folder with further plug-in configurations")
+      ->type_name("DIR")
+      ->expected(1)
+      ->take_all();
+  view.add_option("--eye", raw.m_strEye, "Position of the eye (default: the model fills the picture)")
+      ->type_name("x,y,z")
+      ->check(CLI::Validator(CheckPointSyntax, ""));
+  view.add_option("--look", raw.m_strLook, "Point to look at (default: the middle of the model)")
+      ->type_name("x,y,z")
+      ->check(CLI::Validator(CheckPointSyntax, ""));
+  view.add_option("--up", raw.m_strUp, "Axis that is up where the format does not say: auto, y or z")
+      ->type_name("AXIS")
+      ->check(CLI::IsMember({"auto", "y", "z"}));
+  view.add_option("--views", options.m_nViews, "Viewports with different views, 1 to 16")
+      ->type_name("N")
+      ->check(CLI::Range(1, 16));
+  view.add_option(
+          "--frames", options.m_nFrames, "Frames to draw: before the picture is taken, or before the window closes")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000000));
+  view.add_flag("--no-ground", raw.m_bNoGround, "Leave out the ground plane under the model");
+  view.add_flag("--stats", options.m_bStats, "Print frame statistics, triangles, vertices and draw operations");
+  view.footer(ViewFooter);
+}
+
+/// What follows once the syntax is right. An empty string, or the line that says which size cannot be.
+std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
+  options.m_bGround = !raw.m_bNoGround;
+  if (raw.m_strUp == "y") options.m_eUp = UpAxis::Y;
+  if (raw.m_strUp == "z") options.m_eUp = UpAxis::Z;
+  options.m_bEye = !raw.m_strEye.empty() && ReadPoint(raw.m_strEye, options.m_dEye);
+  options.m_bLook = !raw.m_strLook.empty() && ReadPoint(raw.m_strLook, options.m_dLook);
+  long nSides[2] = {options.m_nWidth, options.m_nHeight};
+  if (!raw.m_strSize.empty()) ReadSize(raw.m_strSize, nSides);
+  for (long nSide : nSides)
+    if (nSide < 1 || nSide > MaxSide) return "--size " + raw.m_strSize + ": a side must have 1 to 16384 pixels";
+  options.m_nWidth = static_cast<int>(nSides[0]);
+  options.m_nHeight = static_cast<int>(nSides[1]);
+  return std::string();
+}
+
+QXCommandLine Leave(int nExitStatus, std::string const& strLine) {
+  if (!strLine.empty()) std::fprintf(stderr, "qx3d: %s\n", strLine.c_str());
+  QXCommandLine result;
+  result.m_nExitStatus = nExitStatus;
+  return result;
+}
+
+}  // namespace
+
+QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) {
+  CLI::App app("Shows 3D models through a renderer plug-in.", "qx3d");
+  app.set_version_flag("--version", std::string("qx3d ") + QXC::GetLibraryVersion());
+  app.require_subcommand(1);
+  QXCommandLine result;
+  RawOptions raw;
+  CLI::App* pView = app.add_subcommand("view", "Show a model in a window, or write a picture of it");
+  DefineView(*pView, result.m_Options, raw);
+  try {
+    app.parse(nArguments, pszArguments);
+  } catch (CLI::Success const& success) {
+    app.exit(success);  // prints help or version
+    return Leave(0, std::string());
+  } catch (CLI::ParseError const& error) {
+    std::string strLine = error.what();
+    for (char& c : strLine)
+      if (c == '\n') c = ' ';
+    return Leave(2, strLine + (pView->parsed() ? "; see 'qx3d view --help'" : "; see 'qx3d --help'"));
+  }
+  std::string const strImpossible = TakeOver(raw, result.m_Options);
+  if (!strImpossible.empty()) return Leave(1, strImpossible);
+  result.m_bRun = true;
+  return result;
+}
+
+}  // namespace QXApp

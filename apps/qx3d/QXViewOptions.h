@@ -1,0 +1,47 @@
+/// @file
+/// The command line of `qx3d view`.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace QXApp {
+
+/// Which axis of a model points up where its format does not say.
+enum class UpAxis { Auto, Y, Z };
+
+/// What `qx3d view` was asked for.
+struct QXViewOptions {
+  std::string m_strModel;
+  /// Picture to write; empty: show a window.
+  std::string m_strOut;
+  int m_nWidth = 1280;
+  int m_nHeight = 720;
+  /// Name of the renderer plug-in; empty: the configured default.
+  std::string m_strRenderer;
+  /// Folders with further plug-in configurations.
+  std::vector<std::string> m_vecPluginFolders;
+  bool m_bEye = false;
+  double m_dEye[3] = {0.0, 0.0, 0.0};
+  bool m_bLook = false;
+  double m_dLook[3] = {0.0, 0.0, 0.0};
+  int m_nViews = 1;
+  /// 0: one for a picture, until it is closed for a window.
+  int m_nFrames = 0;
+  bool m_bStats = false;
+  bool m_bGround = true;
+  UpAxis m_eUp = UpAxis::Auto;
+};
+
+/// Outcome of reading the command line: either options to act on, or an exit status to leave with.
+struct QXCommandLine {
+  bool m_bRun = false;
+  int m_nExitStatus = 0;
+  QXViewOptions m_Options;
+};
+
+/// Reads the command line. Help and version are printed to the standard output; a mistake is one line on the standard
+/// error output, with exit status 2 for wrong usage and 1 for a size that cannot be.
+QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments);
+
+}  // namespace QXApp
