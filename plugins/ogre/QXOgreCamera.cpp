@@ -1,0 +1,128 @@
+#include <plugins/ogre/QXOgreCamera.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+
+#include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/QXOgreRenderTarget.h>
+#include <plugins/ogre/QXOgreScene.h>
+
+namespace QXC {
+
+namespace {
+
+/// Beyond this ratio of the distances a depth buffer of 24 bits tells neighbouring faces apart too badly.
+constexpr double MAX_DEPTH_RATIO = 1.0e4;
+constexpr double EMPTY_SCENE_NEAR = 1.0;
+constexpr double EMPTY_SCENE_FAR = 20000.0;
+
+/// Tells where a box begins and ends along the view.
+void DepthRange(QXBoundingBox const& box, QXMatrix4d const& matView, double& dNearest, double& dFarthest) {
+  dNearest = HUGE_VAL;
+  dFarthest = -HUGE_VAL;
+  for (QXVector3d const& vecCorner : box.GetCorners()) {
+    double const dDepth = -vecCorner.MultiplyMatrix(matView).z;
+    dNearest = std::min(dNearest, dDepth);
+    dFarthest = std::max(dFarthest, dDepth);
+  }
+}
+
+QXMatrix4d Translation(QXVector3d const& vecOffset) {
+  QXMatrix4d mat;
+  mat.SetTrans(vecOffset);
+  return mat;
+}
+
+}  // namespace
+
+QXOgreCamera::QXOgreCamera(
+    QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName)
+    : m_Graphics3D(graphics3D), m_strSceneName(strSceneName), m_matOwnProjection(QXMatrix4d::ZERO) {
+  SetName(strName);
+  SetRelativeOrigin(graphics3D.GetRelativeOrigin());
+}
+
+void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene) {
+  auto* const pTarget = pViewport ? dynamic_cast<QXOgreRenderTarget*>(pViewport->GetTarget()) : nullptr;
+  if (!pTarget) return;
+  m_Graphics3D.SetViewport(pViewport);
+  m_Graphics3D.SetViewMatrix(GetViewMatrix());
+  if (IsProjectionOwn()) ComputeProjection(*pViewport);
+  m_Graphics3D.SetProjectionMatrix(m_matProjection);
+  UpdateFrustum();
+  QXOgreView view;
+  view.m_pFrustum = this;
+  view.m_vecOrigin = m_Graphics3D.GetRelativeOrigin();
+  view.m_matView = Translation(view.m_vecOrigin) * m_matView;
+  view.m_matProjection = m_matProjection;
+  view.m_dVerticalExaggeration = pTarget->GetVerticalExaggeration();
+  view.m_ePolygonMode = pTarget->GetPolygonMode();
+  pTarget->DrawViewport(*pViewport, FindScene(pViewport), view, bRenderScene);
+  m_bRefresh = 0;
+  if (m_pfnSceneRender) m_pfnSceneRender(m_nSceneRenderHandle, this, pViewport, bRenderScene);
+}
+
+void QXOgreCamera::UpdateViewMatrix(QXViewport*) {
+  m_Graphics3D.SetViewMatrix(GetViewMatrix());
+}
+
+void QXOgreCamera::UpdateProMatrix() {
+  if (m_pViewport && IsProjectionOwn()) ComputeProjection(*m_pViewport);
+  m_Graphics3D.SetProjectionMatrix(m_matProjection);
+}
+
+QXOgreScene* QXOgreCamera::FindScene(QXViewport const* pViewport) const {
+  if (!m_strSceneName.IsEmpty()) return m_Graphics3D.FindScene(m_strSceneName);
+  QXRenderTarget const* const pTarget = pViewport ? pViewport->GetTarget() : nullptr;
+  bool const bNamed = pTarget && !pTarget->GetSceneName().IsEmpty();
+  return m_Graphics3D.FindScene(bNamed ? pTarget->GetSceneName() : m_Graphics3D.GetSceneName(0));
+}
+
+bool QXOgreCamera::IsProjectionOwn() const {
+  return m_matProjection == QXMatrix4d::ZERO || m_matProjection == m_matOwnProjection;
+}
+
+void QXOgreCamera::ComputeProjection(QXViewport const& viewport) {
+  SetAspect(static_cast<double>(viewport.GetActualWidth()) / viewport.GetActualHeight());
+  double dNear = 0.0;
+  double dFar = 0.0;
+  FindDistances(viewport, dNear, dFar);
+  if (m_eProjectionType == PROJECTION_ORTHOGRAPHIC) {
+    double const dHalfHeight = 0.5 * (m_dOrthoHeight > 0.0 ? m_dOrthoHeight : 2.0);
+    double const dHalfWidth = dHalfHeight * m_dAspect;
+    m_matOwnProjection =
+        QXMathEngine::ComputeOrthoMatrix(-dHalfWidth, dHalfWidth, -dHalfHeight, dHalfHeight, dNear, dFar);
+  } else {
+    // The second field is the horizontal one; the height follows.
+    double const dFovY =
+        m_eFOVMode == FOV_MODE_SECOND ? 2.0 * std::atan(std::tan(m_dFovSecond / 2.0) / m_dAspect) : m_dFov;
+    m_Graphics3D.MakeProjectionMatrix(dFovY, m_dAspect, dNear, dFar, m_matOwnProjection);
+  }
+  m_matProjection = m_matOwnProjection;
+}
+
+void QXOgreCamera::FindDistances(QXViewport const& viewport, double& dNear, double& dFar) {
+  double dNearest = EMPTY_SCENE_NEAR;
+  double dFarthest = EMPTY_SCENE_FAR;
+  QXOgreScene const* const pScene = m_bNearDistSet && m_bFarDistSet ? nullptr : FindScene(&viewport);
+  QXBoundingBox const box = pScene ? pScene->GetBounds() : QXBoundingBox();
+  if (!box.IsNULL()) {
+    DepthRange(box, GetViewMatrix(), dNearest, dFarthest);
+    // A hair more, so that what lies flat on the bounds is not cut.
+    double const dMargin = 1.0e-3 * (dFarthest - dNearest) + 1.0e-3;
+    dNearest -= dMargin;
+    dFarthest += dMargin;
+  }
+  if (m_eProjectionType == PROJECTION_ORTHOGRAPHIC) {
+    dFar = m_bFarDistSet ? m_dFarDist : dFarthest;
+    dNear = m_bNearDistSet ? m_dNearDist : dNearest;
+    return;
+  }
+  dFar = m_bFarDistSet ? m_dFarDist : std::max(dFarthest, EMPTY_SCENE_NEAR);
+  dNear = m_bNearDistSet ? m_dNearDist : std::clamp(dNearest, dFar / MAX_DEPTH_RATIO, dFar / 2.0);
+}
+
+}  // namespace QXC

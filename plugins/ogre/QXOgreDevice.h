@@ -1,0 +1,73 @@
+/// @file
+/// OGRE's root with its render system, without configuration files.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+#include <OgrePrerequisites.h>
+
+#include <plugins/ogre/QXOgreLog.h>
+
+namespace QXC {
+
+class QXOgreDrawable;
+class QXOgreMaterials;
+class QXOgreScene;
+class QXOgreSceneFactory;
+
+/// One running OGRE: log, root, render system, and a hidden window whose context all targets share. OGRE keeps its root
+/// in a process-wide singleton, so there is one device at a time; a new one may start after the old one has gone.
+/// At its end it takes everything off the GPU that drawables still hold there, then releases materials, root and log, in
+/// the only order that OGRE survives. Render targets must be gone before.
+class QXOgreDevice final {
+public:
+  /// Starts the device.
+  /// @param strMediaFolder  looked into first for the render system module; may be empty
+  /// @param strError        why null came back, one line: no display, no render system module, a device in use
+  static std::unique_ptr<QXOgreDevice> Start(std::string const& strMediaFolder, std::string& strError);
+  ~QXOgreDevice();
+  QXOgreDevice(QXOgreDevice const&) = delete;
+  QXOgreDevice& operator=(QXOgreDevice const&) = delete;
+
+  Ogre::Root& GetRoot() { return *m_pRoot; }
+  Ogre::RenderSystem& GetRenderSystem() { return *m_pRenderSystem; }
+  QXOgreMaterials& GetMaterials() { return *m_pMaterials; }
+  QXOgreLog& GetLog() { return m_Log; }
+  /// Edge length of the largest target that the device makes, pixels.
+  unsigned int GetMaxTargetSize() const { return m_nMaxTargetSize; }
+
+  /// Makes an empty scene; it belongs to the device until DestroyScene.
+  QXOgreScene* CreateScene();
+  /// The drawables in it stay, in no scene.
+  void DestroyScene(QXOgreScene* pScene);
+
+  /// Called by the drawables themselves.
+  void AddDrawable(QXOgreDrawable* pDrawable) { m_setDrawables.insert(pDrawable); }
+  void RemoveDrawable(QXOgreDrawable* pDrawable) { m_setDrawables.erase(pDrawable); }
+  /// Drawables that exist.
+  std::unordered_set<QXOgreDrawable*> const& GetDrawables() const { return m_setDrawables; }
+
+  /// A name that no object of the process has had: OGRE throws at the second use of one.
+  static std::string MakeName(std::string_view strKind);
+
+private:
+  QXOgreDevice();
+  void Open(std::string const& strMediaFolder);
+  void LoadRenderSystem(std::string const& strMediaFolder);
+  void OpenHiddenWindow();
+
+  // Declared in the order of creation; destroyed in the reverse one.
+  QXOgreLog m_Log;
+  std::unique_ptr<Ogre::LogManager> m_pLogManager;
+  std::unique_ptr<Ogre::Root> m_pRoot;
+  std::unique_ptr<QXOgreSceneFactory> m_pSceneFactory;
+  std::unique_ptr<QXOgreMaterials> m_pMaterials;
+  std::unordered_set<QXOgreDrawable*> m_setDrawables;
+  Ogre::RenderSystem* m_pRenderSystem;
+  unsigned int m_nMaxTargetSize;
+};
+
+}  // namespace QXC

@@ -1,0 +1,181 @@
+#include <plugins/ogre/QXOgreDrawable.h>
+
+#include <algorithm>
+#include <utility>
+
+#include <OgreRenderQueue.h>
+
+#include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
+#include <QxGraphics3D/view/QXFrustum.h>
+
+#include <plugins/ogre/QXOgreConvert.h>
+#include <plugins/ogre/QXOgreDevice.h>
+#include <plugins/ogre/QXOgreRenderable.h>
+#include <plugins/ogre/QXOgreScene.h>
+
+namespace QXC {
+
+namespace {
+
+QXMatrix4d Translation(QXVector3d const& vecOffset) {
+  QXMatrix4d mat;
+  mat.SetTrans(vecOffset);
+  return mat;
+}
+
+/// The box around the eight corners of a box after a transformation.
+QXBoundingBox Transformed(QXBoundingBox const& box, QXMatrix4d const& mat) {
+  if (box.IsNULL()) return box;
+  QXBoundingBox result;
+  for (QXVector3d const& vecCorner : box.GetCorners()) {
+    QXVector3d const vecPoint = vecCorner.MultiplyMatrix(mat);
+    result.Merge(QXBoundingBox(vecPoint, vecPoint));
+  }
+  return result;
+}
+
+QXBoundingBox Exaggerated(QXBoundingBox const& box, double dFactor) {
+  QXVector3d vecMin = box.GetMin();
+  QXVector3d vecMax = box.GetMax();
+  vecMin.z *= dFactor;
+  vecMax.z *= dFactor;
+  if (vecMin.z > vecMax.z) std::swap(vecMin.z, vecMax.z);
+  return {vecMin, vecMax};
+}
+
+}  // namespace
+
+QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
+    : m_pDevice(pDevice), m_pScene(nullptr), m_matToEye(Ogre::Matrix4::IDENTITY), m_bVisible(1) {
+  if (m_pDevice) m_pDevice->AddDrawable(this);
+}
+
+QXOgreDrawable::~QXOgreDrawable() {
+  SetScene(nullptr);
+  if (m_pDevice) m_pDevice->RemoveDrawable(this);
+}
+
+void QXOgreDrawable::SetScene(QXOgreScene* pScene) {
+  if (m_pScene == pScene) return;
+  if (m_pScene) m_pScene->Remove(this);
+  m_pScene = pScene;
+  if (m_pScene) m_pScene->Add(this);
+}
+
+void QXOgreDrawable::LeaveDevice() {
+  SetScene(nullptr);
+  ClearGeometry();
+  m_pDevice = nullptr;
+}
+
+void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source) {
+  ClearGeometry();
+  if (!m_pDevice) return;
+  m_Geometry.Upload(source);
+  for (QXOgreRange const& range : m_Geometry.GetRanges()) {
+    m_arrRenderables.push_back(std::make_unique<QXOgreRenderable>(
+        m_Geometry.GetVertexData(), range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_matToEye));
+  }
+  if (source.GetMatrix()) m_matModel = *source.GetMatrix();
+  UpdateMaterials();
+  UpdateWorldBounds();
+}
+
+void QXOgreDrawable::ClearGeometry() {
+  m_arrRenderables.clear();
+  m_Geometry.Clear();
+  UpdateWorldBounds();
+}
+
+unsigned char QXOgreDrawable::UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions) {
+  unsigned char const bDone = m_Geometry.UpdatePositions(nFirst, nCount, pPositions);
+  UpdateWorldBounds();
+  return bDone;
+}
+
+unsigned char QXOgreDrawable::UpdateColors(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors) {
+  unsigned char const bDone = m_Geometry.UpdateColors(nFirst, nCount, pColors);
+  UpdateMaterials();
+  return bDone;
+}
+
+void QXOgreDrawable::SetRangeVisible(unsigned int nRange, unsigned char bVisible) {
+  if (nRange < m_arrRenderables.size()) m_arrRenderables[nRange]->SetVisible(bVisible);
+}
+
+void QXOgreDrawable::SetRangeColor(unsigned int nRange, QXColorValue3D const& color) {
+  if (nRange >= m_arrRenderables.size()) return;
+  m_arrRenderables[nRange]->SetColor(color);
+  UpdateMaterials();
+}
+
+unsigned int QXOgreDrawable::GetTriangleCount() const {
+  unsigned int nCount = 0;
+  for (QXOgreRange const& range : m_Geometry.GetRanges()) nCount += range.m_nTriangleCount;
+  return nCount;
+}
+
+void QXOgreDrawable::SetModelMatrix(QXMatrix4d const& matModel) {
+  m_matModel = matModel;
+  UpdateWorldBounds();
+}
+
+void QXOgreDrawable::SetBounds(QXBoundingBox const& box) {
+  m_Bounds = box;
+  UpdateWorldBounds();
+}
+
+QXBoundingBox const& QXOgreDrawable::GetBounds() const {
+  return m_Bounds.IsNULL() ? m_Geometry.GetBounds() : m_Bounds;
+}
+
+void QXOgreDrawable::SetLook(QXOgreLook const& look) {
+  m_Look = look;
+  UpdateMaterials();
+}
+
+bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
+  if (!m_bVisible || m_arrRenderables.empty() || m_WorldBounds.IsNULL()) return false;
+  QXBoundingBox const box = Exaggerated(m_WorldBounds, view.m_dVerticalExaggeration);
+  if (m_Look.m_dNear > 0.0 || m_Look.m_dFar > 0.0) {
+    double const dDistance = (box.GetCenter() - view.m_vecOrigin).MultiplyMatrix(view.m_matView).Length();
+    if (dDistance < m_Look.m_dNear || (m_Look.m_dFar > 0.0 && dDistance > m_Look.m_dFar)) return false;
+  }
+  return view.m_pFrustum->IsVisible(box, 0.0) != 0;
+}
+
+void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXOgreCounts& counts) {
+  if (!IsSeen(view)) return;
+  QXMatrix4d matModel = m_matModel;
+  for (int i = 0; i < 4; ++i) matModel[i][2] *= view.m_dVerticalExaggeration;
+  // The large numbers meet in double, and what is left of them becomes float.
+  m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matModel * Translation(-view.m_vecOrigin) * view.m_matView);
+  auto const nPriority = static_cast<unsigned short>(std::clamp(0x8000 + m_Look.m_nPriority, 0, 0xFFFF));
+  unsigned int nRanges = 0;
+  for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
+    if (!m_arrRenderables[i]->IsVisible()) continue;
+    queue.addRenderable(m_arrRenderables[i].get(), Ogre::RENDER_QUEUE_MAIN, nPriority);
+    counts.m_nTriangles += m_Geometry.GetRanges()[i].m_nTriangleCount;
+    ++nRanges;
+  }
+  counts.m_nDrawOperations += nRanges;
+  if (nRanges > 0) counts.m_nVertices += m_Geometry.GetVertexCount();
+}
+
+void QXOgreDrawable::UpdateMaterials() {
+  if (!m_pDevice) return;
+  QXColorValue3D const& own = m_Look.m_Color;
+  QXColorValue3D const tint(own.r, own.g, own.b, own.a * m_Look.m_dOpacity);
+  for (auto const& pRenderable : m_arrRenderables) {
+    QXOgreSurface surface = m_Look.m_Surface;
+    surface.m_bTransparent = tint.a * pRenderable->GetColor().a < 1.0 || m_Geometry.HasTransparentVertices();
+    pRenderable->SetMaterial(m_pDevice->GetMaterials().Get(surface));
+    pRenderable->SetLook(tint, m_Look.m_bSelected ? m_Look.m_SelectionColor : QXColorValue3D(), m_Look.m_bLight);
+  }
+}
+
+void QXOgreDrawable::UpdateWorldBounds() {
+  m_WorldBounds = Transformed(GetBounds(), m_matModel);
+}
+
+}  // namespace QXC

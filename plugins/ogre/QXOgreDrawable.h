@@ -1,0 +1,102 @@
+/// @file
+/// What a scene draws: geometry at a place.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <OgreMatrix4.h>
+#include <OgrePrerequisites.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
+
+#include <plugins/ogre/QXOgreGeometry.h>
+#include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreView.h>
+
+namespace QXC {
+
+class QXOgreDevice;
+class QXOgreRenderable;
+class QXOgreScene;
+class QXRenderOperationMultiIndex;
+
+/// How a drawable looks, apart from its geometry.
+struct QXOgreLook {
+  QXColorValue3D m_Color = QXColorValue3D::White;
+  double m_dOpacity = 1.0;
+  /// Alpha: how much of the own colour it covers.
+  QXColorValue3D m_SelectionColor = {1.0, 0.8, 0.0, 0.6};
+  bool m_bSelected = false;
+  bool m_bLight = true;
+  int m_nPriority = 0;
+  /// Distances of the bounds' centre from the eye; far 0 is without limit.
+  double m_dNear = 0.0;
+  double m_dFar = 0.0;
+  /// m_bTransparent is not read: it follows from the colours.
+  QXOgreSurface m_Surface;
+};
+
+/// Geometry on the GPU with model matrix, look and visibility, standing in a scene or in none. It belongs to the host,
+/// so it lives on, drawing nothing, when its scene or the device goes first.
+class QXOgreDrawable final {
+public:
+  /// @param pDevice  null: one that draws nothing
+  explicit QXOgreDrawable(QXOgreDevice* pDevice);
+  ~QXOgreDrawable();
+  QXOgreDrawable(QXOgreDrawable const&) = delete;
+  QXOgreDrawable& operator=(QXOgreDrawable const&) = delete;
+
+  /// Moves into a scene of the same device; null takes it out of the one where it stands.
+  void SetScene(QXOgreScene* pScene);
+  /// Called by the device at its end: everything on the GPU goes.
+  void LeaveDevice();
+
+  /// Replaces the geometry by a copy of the source's, and the model matrix if the source has one.
+  void SetGeometry(QXRenderOperationMultiIndex const& source);
+  void ClearGeometry();
+  QXOgreGeometry const& GetGeometry() const { return m_Geometry; }
+  unsigned char UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions);
+  unsigned char UpdateColors(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors);
+  /// Ranges in the order of the source; a number past the last is ignored.
+  void SetRangeVisible(unsigned int nRange, unsigned char bVisible);
+  void SetRangeColor(unsigned int nRange, QXColorValue3D const& color);
+  unsigned int GetTriangleCount() const;
+
+  void SetModelMatrix(QXMatrix4d const& matModel);
+  QXMatrix4d const& GetModelMatrix() const { return m_matModel; }
+  /// Culling goes by this box, in model coordinates; null (as at first): by the vertices' own.
+  void SetBounds(QXBoundingBox const& box);
+  QXBoundingBox const& GetBounds() const;
+  /// In world coordinates; null if there is nothing to draw.
+  QXBoundingBox const& GetWorldBounds() const { return m_WorldBounds; }
+  void SetVisible(unsigned char bVisible) { m_bVisible = bVisible; }
+  unsigned char IsVisible() const { return m_bVisible; }
+  QXOgreLook const& GetLook() const { return m_Look; }
+  void SetLook(QXOgreLook const& look);
+
+  /// Puts the ranges into the queue if the view may see any of them, and counts them.
+  void Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXOgreCounts& counts);
+
+private:
+  bool IsSeen(QXOgreView const& view) const;
+  void UpdateMaterials();
+  void UpdateWorldBounds();
+
+  QXOgreDevice* m_pDevice;
+  QXOgreScene* m_pScene;
+  QXOgreGeometry m_Geometry;
+  /// One a range.
+  std::vector<std::unique_ptr<QXOgreRenderable>> m_arrRenderables;
+  QXMatrix4d m_matModel;
+  QXBoundingBox m_Bounds;
+  QXBoundingBox m_WorldBounds;
+  QXOgreLook m_Look;
+  /// From buffer coordinates to the eye's, of the view that is being drawn; the renderables point here.
+  Ogre::Matrix4 m_matToEye;
+  unsigned char m_bVisible;
+};
+
+}  // namespace QXC

@@ -1,0 +1,233 @@
+#include <plugins/ogre/QXOgreGeometry.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include <OgreHardwareBufferManager.h>
+#include <OgreHardwareIndexBuffer.h>
+#include <OgreHardwareVertexBuffer.h>
+#include <OgreVertexIndexData.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
+#include <QxGraphics3D/renderop/QXIndexBlock.h>
+#include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
+#include <QxGraphics3D/renderop/QXTexCoordBlock.h>
+#include <QxGraphics3D/renderop/QXVertexBlock.h>
+#include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
+
+namespace QXC {
+
+namespace {
+
+constexpr std::uint32_t OPAQUE_WHITE = 0xFFFFFFFF;
+/// Places of the streams that can be overwritten.
+constexpr unsigned short POSITION_STREAM = 0;
+constexpr unsigned short COLOR_STREAM = 2;
+
+/// The element at nOffset of a vertex, null where the block has no such element.
+float const* Element(QXVertexBlock const& block, std::size_t nVertex, short nOffset) {
+  return nOffset < 0 ? nullptr : block.m_pBuffer + nVertex * block.m_nStride + nOffset;
+}
+
+/// Whether an element of nSize floats, if present at all, stands inside the stride.
+bool Fits(QXVertexBlock const& block, short nOffset, int nSize) {
+  return nOffset < 0 || nOffset + nSize <= block.m_nStride;
+}
+
+bool IsUsable(QXVertexBlock const* pBlock) {
+  return pBlock && pBlock->m_pBuffer && pBlock->m_nVertexCount > 0 && pBlock->m_nPositionOffset >= 0 &&
+         Fits(*pBlock, pBlock->m_nPositionOffset, 3) && Fits(*pBlock, pBlock->m_nNormalOffset, 3) &&
+         Fits(*pBlock, pBlock->m_nColorOffset, 1);
+}
+
+unsigned int TriangleCount(int eOperationType, unsigned int nIndexNum) {
+  if (eOperationType == QX_OPERATION_TRIANGLE_LIST) return nIndexNum / 3;
+  if (eOperationType == QX_OPERATION_TRIANGLE_STRIP || eOperationType == QX_OPERATION_TRIANGLE_FAN)
+    return nIndexNum < 3 ? 0 : nIndexNum - 2;
+  return 0;
+}
+
+bool HasTransparent(std::uint32_t const* pColors, unsigned int nCount) {
+  return std::any_of(pColors, pColors + nCount, [](std::uint32_t nColor) { return (nColor >> 24) != 0xFF; });
+}
+
+template <class T>
+bool IndicesStayBelow(T const* pIndices, unsigned int nCount, unsigned int nLimit) {
+  T nMax = 0;
+  for (unsigned int i = 0; i < nCount; ++i) nMax = std::max(nMax, pIndices[i]);
+  return nMax < nLimit;
+}
+
+}  // namespace
+
+QXOgreGeometry::QXOgreGeometry() : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0) {}
+QXOgreGeometry::~QXOgreGeometry() = default;
+
+void QXOgreGeometry::Upload(QXRenderOperationMultiIndex const& source) {
+  Clear();
+  if (!IsUsable(source.m_pVertexBlock)) return;
+  m_nVertexCount = source.m_pVertexBlock->m_nVertexCount;
+  MeasureBounds(source);
+  m_pVertexData = std::make_unique<Ogre::VertexData>();
+  m_pVertexData->vertexCount = m_nVertexCount;
+  UploadVertices(source);
+  UploadTexCoords(source);
+  UploadRanges(source);
+}
+
+void QXOgreGeometry::Clear() {
+  m_arrRanges.clear();
+  m_pVertexData.reset();
+  m_vecZero = QXVector3d::ZERO;
+  m_Bounds.SetNULL();
+  m_nDeviceMemory = 0;
+  m_nVertexCount = 0;
+  m_bColors = 0;
+  m_bTransparentVertices = 0;
+}
+
+void QXOgreGeometry::MeasureBounds(QXRenderOperationMultiIndex const& source) {
+  QXVertexBlock const& block = *source.m_pVertexBlock;
+  double const dInfinity = std::numeric_limits<double>::infinity();
+  double dMin[3] = {dInfinity, dInfinity, dInfinity};
+  double dMax[3] = {-dInfinity, -dInfinity, -dInfinity};
+  for (std::size_t i = 0; i < m_nVertexCount; ++i) {
+    float const* const pPosition = Element(block, i, block.m_nPositionOffset);
+    for (int k = 0; k < 3; ++k) {
+      dMin[k] = std::min(dMin[k], static_cast<double>(pPosition[k]));
+      dMax[k] = std::max(dMax[k], static_cast<double>(pPosition[k]));
+    }
+  }
+  m_Bounds.SetExtents({dMin[0], dMin[1], dMin[2]}, {dMax[0], dMax[1], dMax[2]});
+  QXVector3d const vecCenter = m_Bounds.GetCenter();
+  double const dSize = (m_Bounds.GetMax() - m_Bounds.GetMin()).Length();
+  // Moving rounds anew, so only what lies far out is moved: there the difference is exact.
+  bool const bFar = std::isfinite(dSize) && vecCenter.Length() > 4.0 * dSize;
+  m_vecZero = bFar ? vecCenter : QXVector3d::ZERO;
+}
+
+void QXOgreGeometry::UploadVertices(QXRenderOperationMultiIndex const& source) {
+  QXVertexBlock const& block = *source.m_pVertexBlock;
+  double const dZero[3] = {m_vecZero.x, m_vecZero.y, m_vecZero.z};
+  std::vector<float> arrPositions(std::size_t{m_nVertexCount} * 3);
+  // No normal is a normal of zeros: the fragment program then takes the face's own.
+  std::vector<float> arrNormals(std::size_t{m_nVertexCount} * 3, 0.0F);
+  std::vector<std::uint32_t> arrColors(m_nVertexCount, OPAQUE_WHITE);
+  for (std::size_t i = 0; i < m_nVertexCount; ++i) {
+    float const* const pPosition = Element(block, i, block.m_nPositionOffset);
+    for (std::size_t k = 0; k < 3; ++k) arrPositions[3 * i + k] = static_cast<float>(pPosition[k] - dZero[k]);
+    float const* const pNormal = Element(block, i, block.m_nNormalOffset);
+    if (pNormal) std::copy_n(pNormal, 3, arrNormals.data() + 3 * i);
+    float const* const pColor = Element(block, i, block.m_nColorOffset);
+    if (pColor) arrColors[i] = std::bit_cast<std::uint32_t>(*pColor);
+  }
+  m_bColors = block.m_nColorOffset >= 0;
+  m_bTransparentVertices = HasTransparent(arrColors.data(), m_nVertexCount);
+  AddStream(Ogre::VET_FLOAT3, Ogre::VES_POSITION, 0, arrPositions.data());
+  AddStream(Ogre::VET_FLOAT3, Ogre::VES_NORMAL, 0, arrNormals.data());
+  AddStream(Ogre::VET_UBYTE4_NORM, Ogre::VES_DIFFUSE, 0, arrColors.data());
+}
+
+void QXOgreGeometry::AddStream(
+    Ogre::VertexElementType eType, Ogre::VertexElementSemantic eSemantic, unsigned short nIndex, void const* pData) {
+  auto const nSource = static_cast<unsigned short>(m_pVertexData->vertexBufferBinding->getBufferCount());
+  std::size_t const nSize = Ogre::VertexElement::getTypeSize(eType);
+  auto const pBuffer = Ogre::HardwareBufferManager::getSingleton().createVertexBuffer(
+      nSize, m_nVertexCount, Ogre::HardwareBuffer::HBU_STATIC_WRITE_ONLY);
+  pBuffer->writeData(0, nSize * m_nVertexCount, pData, true);
+  m_pVertexData->vertexDeclaration->addElement(nSource, 0, eType, eSemantic, nIndex);
+  m_pVertexData->vertexBufferBinding->setBinding(nSource, pBuffer);
+  m_nDeviceMemory += nSize * m_nVertexCount;
+}
+
+unsigned char QXOgreGeometry::UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions) {
+  if (!pPositions || !m_pVertexData || nFirst > m_nVertexCount || nCount > m_nVertexCount - nFirst) return 0;
+  double const dZero[3] = {m_vecZero.x, m_vecZero.y, m_vecZero.z};
+  std::vector<float> arrPositions(std::size_t{nCount} * 3);
+  for (std::size_t i = 0; i < nCount; ++i) {
+    float const* const p = pPositions + 3 * i;
+    for (std::size_t k = 0; k < 3; ++k) arrPositions[3 * i + k] = static_cast<float>(p[k] - dZero[k]);
+    QXVector3d const vecPoint(p[0], p[1], p[2]);
+    m_Bounds.Merge(QXBoundingBox(vecPoint, vecPoint));
+  }
+  std::size_t const nSize = 3 * sizeof(float);
+  m_pVertexData->vertexBufferBinding->getBuffer(POSITION_STREAM)
+      ->writeData(nFirst * nSize, nCount * nSize, arrPositions.data());
+  return 1;
+}
+
+unsigned char QXOgreGeometry::UpdateColors(unsigned int nFirst, unsigned int nCount, std::uint32_t const* pColors) {
+  if (!pColors || !m_bColors || nFirst > m_nVertexCount || nCount > m_nVertexCount - nFirst) return 0;
+  std::size_t const nSize = sizeof(std::uint32_t);
+  m_pVertexData->vertexBufferBinding->getBuffer(COLOR_STREAM)->writeData(nFirst * nSize, nCount * nSize, pColors);
+  // A vertex that was transparent may not be any more, but nobody remembers the others: blending draws both right.
+  if (HasTransparent(pColors, nCount)) m_bTransparentVertices = 1;
+  return 1;
+}
+
+void QXOgreGeometry::UploadTexCoords(QXRenderOperationMultiIndex const& source) {
+  if (!source.m_pTexCoordBlock) return;
+  QXTexCoordBlock const& block = *source.m_pTexCoordBlock;
+  unsigned short nSet = 0;
+  for (unsigned int nUnit = 0; nUnit < QXTexCoordBlock::UnitNum; ++nUnit) {
+    unsigned short const nDim = block.m_nDims[nUnit];
+    // A set that does not reach all vertices would be read beyond its end.
+    if (!block.m_pBuffers[nUnit] || nDim < 1 || nDim > 4 || block.m_nCounts[nUnit] < m_nVertexCount) continue;
+    std::size_t const nStride = block.m_nStrides[nUnit] == 0 ? nDim : block.m_nStrides[nUnit];
+    std::vector<float> arrCoords(std::size_t{m_nVertexCount} * nDim);
+    for (std::size_t i = 0; i < m_nVertexCount; ++i)
+      std::copy_n(block.m_pBuffers[nUnit] + i * nStride, nDim, arrCoords.data() + i * nDim);
+    AddStream(Ogre::VertexElement::multiplyTypeCount(Ogre::VET_FLOAT1, nDim), Ogre::VES_TEXTURE_COORDINATES, nSet++,
+        arrCoords.data());
+  }
+}
+
+void QXOgreGeometry::UploadRanges(QXRenderOperationMultiIndex const& source) {
+  auto const addPackage = [&](QXVertexIndexPackage const* pPackage) {
+    if (!pPackage) return;
+    QXColorValue3D const& range = pPackage->m_Color;
+    QXColorValue3D const color(
+        range.r * source.m_Color.r, range.g * source.m_Color.g, range.b * source.m_Color.b, range.a * source.m_Color.a);
+    AddRange(pPackage->m_pIndices, pPackage->m_nIndexType, pPackage->m_nStart, pPackage->m_nIndexNum,
+        pPackage->m_eOperationType, color);
+  };
+  addPackage(source.m_pVertexIndexPackage);
+  if (source.m_pIndexBlock) {
+    QXIndexBlock const& block = *source.m_pIndexBlock;
+    AddRange(block.m_pBuffer, block.m_nIndexType, 0, block.m_nIndexNum, QX_OPERATION_TRIANGLE_LIST, source.m_Color);
+  }
+  auto const& arrPackages = source.GetIndexPackageArray();
+  for (unsigned int i = 0; i < arrPackages.GetSize(); ++i) addPackage(arrPackages[i]);
+}
+
+void QXOgreGeometry::AddRange(void const* pIndices, int nIndexType, unsigned int nStart, unsigned int nCount,
+    int eOperationType, QXColorValue3D const& color) {
+  unsigned int const nTriangles = TriangleCount(eOperationType, nCount);
+  bool const bKnown = eOperationType >= QX_OPERATION_POINT_LIST && eOperationType <= QX_OPERATION_TRIANGLE_FAN;
+  // Whoever numbers ranges counts those that draw nothing too, so a range that cannot be drawn stands in its place.
+  QXOgreRange range{nullptr, eOperationType, color, 0};
+  if (pIndices && nCount > 0 && bKnown) UploadIndices(range, pIndices, nIndexType == 1, nStart, nCount);
+  if (range.m_pIndexData) range.m_nTriangleCount = nTriangles;
+  m_arrRanges.push_back(std::move(range));
+}
+
+void QXOgreGeometry::UploadIndices(
+    QXOgreRange& range, void const* pIndices, bool bWide, unsigned int nStart, unsigned int nCount) {
+  std::size_t const nSize = bWide ? sizeof(std::uint32_t) : sizeof(std::uint16_t);
+  auto const* const pFirst = static_cast<unsigned char const*>(pIndices) + nStart * nSize;
+  bool const bValid = bWide ? IndicesStayBelow(reinterpret_cast<std::uint32_t const*>(pFirst), nCount, m_nVertexCount)
+                            : IndicesStayBelow(reinterpret_cast<std::uint16_t const*>(pFirst), nCount, m_nVertexCount);
+  if (!bValid) return;
+  range.m_pIndexData = std::make_unique<Ogre::IndexData>();
+  range.m_pIndexData->indexCount = nCount;
+  range.m_pIndexData->indexBuffer = Ogre::HardwareBufferManager::getSingleton().createIndexBuffer(
+      bWide ? Ogre::HardwareIndexBuffer::IT_32BIT : Ogre::HardwareIndexBuffer::IT_16BIT, nCount,
+      Ogre::HardwareBuffer::HBU_STATIC_WRITE_ONLY);
+  range.m_pIndexData->indexBuffer->writeData(0, nCount * nSize, pFirst, true);
+  m_nDeviceMemory += nCount * nSize;
+}
+
+}  // namespace QXC

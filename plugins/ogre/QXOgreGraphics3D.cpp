@@ -1,0 +1,259 @@
+#include <plugins/ogre/QXOgreGraphics3D.h>
+
+#include <algorithm>
+#include <exception>
+
+#include <OgreException.h>
+#include <OgreRenderSystem.h>
+#include <OgreRenderSystemCapabilities.h>
+
+#include <QxGraphics3D/frame/QXRenderTarget.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+
+#include <plugins/ogre/QXOgreCamera.h>
+#include <plugins/ogre/QXOgreConvert.h>
+#include <plugins/ogre/QXOgreDrawable.h>
+#include <plugins/ogre/QXOgreRenderOperationManager.h>
+#include <plugins/ogre/QXOgreRenderTexture.h>
+#include <plugins/ogre/QXOgreRenderWindow.h>
+#include <plugins/ogre/QXOgreScene.h>
+
+namespace QXC {
+
+namespace {
+
+constexpr wchar_t const* MAIN_SCENE = L"3D";
+constexpr wchar_t const* RENDER_SYSTEM = L"OpenGL 3+ Rendering Subsystem";
+
+/// OGRE numbers the makers otherwise than the library does.
+GPUVendor ToVendor(Ogre::GPUVendor eVendor, std::string const& strDevice) {
+  if (strDevice.find("llvmpipe") != std::string::npos || strDevice.find("softpipe") != std::string::npos)
+    return GPU_SOFTWARE;
+  switch (eVendor) {
+  case Ogre::GPU_NVIDIA: return GPU_NVIDIA;
+  case Ogre::GPU_AMD: return GPU_AMD;
+  case Ogre::GPU_INTEL: return GPU_INTEL;
+  default: return GPU_UNKNOWN;
+  }
+}
+
+}  // namespace
+
+QXOgreGraphics3D::QXOgreGraphics3D()
+    : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)), m_strName(L"ogre"), m_nDrawOperationCount(0) {
+  m_pRenderOperationManager = m_pManager.get();
+}
+
+QXOgreGraphics3D::~QXOgreGraphics3D() {
+  // Targets that the host has not deleted live on; neither cameras nor the device may be reached through them.
+  for (QXOgreRenderTarget* const pTarget : m_setTargets) {
+    for (auto const& pCamera : m_arrCameras) pTarget->NotifyCameraRemoved(pCamera.get());
+    pTarget->LeaveRenderer();
+  }
+  m_arrCameras.clear();
+  for (auto const& [strName, pScene] : m_mapScenes) m_pDevice->DestroyScene(pScene);
+  m_mapScenes.clear();
+  m_pDevice.reset();
+  m_pRenderOperationManager = nullptr;
+}
+
+QXOgreScene* QXOgreGraphics3D::FindScene(QdcUnicodeString const& strName) const {
+  auto const position = m_mapScenes.find(strName);
+  return position == m_mapScenes.end() ? nullptr : position->second;
+}
+
+void QXOgreGraphics3D::Count(QXOgreCounts const& counts) {
+  m_nDrawOperationCount += counts.m_nDrawOperations;
+  m_nFaceCount += counts.m_nTriangles;
+  m_nVertexCount += counts.m_nVertices;
+}
+
+void QXOgreGraphics3D::SetErrorText(std::string const& strText) {
+  m_strError = FromUtf8(OneLine(strText));
+}
+
+unsigned char QXOgreGraphics3D::IsTargetSize(unsigned int nWidth, unsigned int nHeight) {
+  unsigned int const nMax = m_pDevice ? m_pDevice->GetMaxTargetSize() : 0;
+  if (nWidth >= 1 && nHeight >= 1 && nWidth <= nMax && nHeight <= nMax) return 1;
+  SetErrorText("a target of " + std::to_string(nWidth) + " x " + std::to_string(nHeight) +
+               " pixels is impossible: each side takes 1 to " + std::to_string(nMax) + " pixels");
+  return 0;
+}
+
+void QXOgreGraphics3D::Fail(std::exception const& exception) {
+  auto const* const pOgre = dynamic_cast<Ogre::Exception const*>(&exception);
+  SetErrorText(pOgre ? pOgre->getDescription() : exception.what());
+}
+
+unsigned char QXOgreGraphics3D::Initialize(QdcUnicodeString const& strResourcePath) {
+  if (m_pDevice) {
+    SetErrorText("the renderer is running already");
+    return 0;
+  }
+  std::string strError;
+  m_pDevice = QXOgreDevice::Start(ToUtf8(strResourcePath), strError);
+  if (!m_pDevice) {
+    SetErrorText(strError);
+    return 0;
+  }
+  FillCapabilities();
+  QXMathEngine::m_msGraphics3DType = GRAPHICS3D_IMMEDIATE;
+  return CreateScene(MAIN_SCENE);
+}
+
+void QXOgreGraphics3D::FillCapabilities() {
+  Ogre::RenderSystemCapabilities const& source = *m_pDevice->GetRenderSystem().getCapabilities();
+  QXGraphics3DCapabilities capabilities;
+  capabilities.SetDeviceName(FromUtf8(source.getDeviceName()));
+  capabilities.SetVendor(ToVendor(source.getVendor(), source.getDeviceName()));
+  capabilities.SetNumTextureUnits(source.getNumTextureUnits());
+  capabilities.SetMaxPointSize(source.getMaxPointSize());
+  capabilities.SetMaxTextureSize(static_cast<int>(m_pDevice->GetMaxTargetSize()));
+  capabilities.SetStencilBufferBitDepth(8);
+  // What every OpenGL of version 3.3 has.
+  for (Capabilities const eCapability :
+      {CAP_AUTOMIPMAP, CAP_BLENDING, CAP_CUBEMAPPING, CAP_HWSTENCIL, CAP_VERTEX_PROGRAM, CAP_FRAGMENT_PROGRAM,
+          CAP_HWRENDER_TO_TEXTURE, CAP_INSTANCING, CAP_NON_POWER_OF_2_TEXTURES, CAP_TEXTURE_FLOAT})
+    capabilities.SetCapability(eCapability);
+  if (source.hasCapability(Ogre::RSC_ANISOTROPY)) {
+    capabilities.SetCapability(CAP_ANISOTROPY);
+    capabilities.SetMaxAnisotropy(static_cast<float>(source.getMaxSupportedAnisotropy()));
+  }
+  if (source.hasCapability(Ogre::RSC_TEXTURE_COMPRESSION)) capabilities.SetCapability(CAP_TEXTURE_COMPRESSION);
+  m_Capabilities = capabilities;
+}
+
+unsigned char QXOgreGraphics3D::CreateScene(QdcUnicodeString const& strName) {
+  if (!m_pDevice || strName.IsEmpty() || FindScene(strName)) {
+    SetErrorText("a scene needs an initialised renderer and a name of its own: '" + ToUtf8(strName) + "'");
+    return 0;
+  }
+  return Try([&] { m_mapScenes[strName] = m_pDevice->CreateScene(); });
+}
+
+void QXOgreGraphics3D::DestroyScene(QdcUnicodeString const& strName) {
+  QXOgreScene* const pScene = FindScene(strName);
+  if (!pScene) return;
+  for (std::size_t i = m_arrCameras.size(); i-- > 0;)
+    if (m_arrCameras[i]->GetSceneName() == strName) DestroyCamera(m_arrCameras[i].get());
+  m_mapScenes.erase(strName);
+  m_pDevice->DestroyScene(pScene);
+}
+
+QXCamera* QXOgreGraphics3D::CreateCamera(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) {
+  if (GetCamera(strName) || (!strSceneName.IsEmpty() && !FindScene(strSceneName))) {
+    SetErrorText("a camera needs a name of its own and a scene that exists: '" + ToUtf8(strName) + "' in '" +
+                 ToUtf8(strSceneName) + "'");
+    return nullptr;
+  }
+  m_arrCameras.push_back(std::make_unique<QXOgreCamera>(*this, strName, strSceneName));
+  return m_arrCameras.back().get();
+}
+
+void QXOgreGraphics3D::DestroyCamera(QXCamera* pCamera) {
+  auto const position =
+      std::find_if(m_arrCameras.begin(), m_arrCameras.end(), [&](auto const& p) { return p.get() == pCamera; });
+  if (position == m_arrCameras.end()) return;
+  NotifyCameraRemoved(pCamera);
+  // Targets that are not attached hold viewports too.
+  for (QXOgreRenderTarget* const pTarget : m_setTargets) pTarget->NotifyCameraRemoved(pCamera);
+  m_arrCameras.erase(position);
+}
+
+QXCamera* QXOgreGraphics3D::GetCamera(QdcUnicodeString const& strName) const {
+  for (auto const& pCamera : m_arrCameras)
+    if (pCamera->GetName() == strName) return pCamera.get();
+  return nullptr;
+}
+
+unsigned char QXOgreGraphics3D::CanMakeTarget(
+    QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight) {
+  bool const bTaken = std::any_of(m_setTargets.begin(), m_setTargets.end(),
+      [&](QXOgreRenderTarget const* pTarget) { return pTarget->GetName() == strName; });
+  if (!m_pDevice || strName.IsEmpty() || bTaken) {
+    SetErrorText("a target needs an initialised renderer and a name of its own: '" + ToUtf8(strName) + "'");
+    return 0;
+  }
+  return IsTargetSize(nWidth, nHeight);
+}
+
+template <class Target, class... Arguments>
+QXRenderTarget* QXOgreGraphics3D::MakeTarget(Arguments const&... arguments) {
+  QXRenderTarget* pTarget = nullptr;
+  Try([&] { pTarget = new Target(*this, arguments...); });
+  return pTarget;
+}
+
+QXRenderTarget* QXOgreGraphics3D::CreateRenderWindow(QdcUnicodeString const& strName, HWND hWindow, unsigned int nWidth,
+    unsigned int nHeight, unsigned char bFullScreen) {
+  if (!CanMakeTarget(strName, nWidth, nHeight)) return nullptr;
+  return MakeTarget<QXOgreRenderWindow>(strName, hWindow, nWidth, nHeight, bFullScreen);
+}
+
+QXRenderTarget* QXOgreGraphics3D::CreateRenderTexture(QdcUnicodeString const& strName, QX3DPixelFormat,
+    unsigned int nWidth, unsigned int nHeight, int nMipmaps, unsigned int, QdcUnicodeString const& strSceneName) {
+  if (!CanMakeTarget(strName, nWidth, nHeight)) return nullptr;
+  return MakeTarget<QXOgreRenderTexture>(strName, nWidth, nHeight, nMipmaps, strSceneName);
+}
+
+QXRenderTarget* QXOgreGraphics3D::CreateReflectRenderTarget(
+    QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, QdcUnicodeString const& strSceneName) {
+  return CreateRenderTexture(strName, PF_A8R8G8B8, nWidth, nHeight, 0, 32, strSceneName);
+}
+
+void QXOgreGraphics3D::SwapAllRenderTargetBuffers(unsigned char bWaitForVerticalBlank) {
+  for (auto position = m_RenderTargets.GetStartPosition(); !m_RenderTargets.IsEOF(position); ++position)
+    if (position->second && !position->second->IsTextureTarget()) position->second->SwapBuffers(bWaitForVerticalBlank);
+}
+
+void QXOgreGraphics3D::UpdatePrioritisedRenderTargets() {
+  auto const& targets = m_PrioritisedRenderTargets;
+  for (auto position = targets.GetStartPosition(); !targets.IsEOF(position); ++position)
+    if (position->second) position->second->Update();
+}
+
+void QXOgreGraphics3D::SetRelativeOrigin(QXVector3d const& vecOrigin) {
+  m_vecRelativeOrigin = vecOrigin;
+  for (auto const& pCamera : m_arrCameras) {
+    QXVector3d const vecPosition = pCamera->GetPosition();
+    pCamera->SetRelativeOrigin(vecOrigin);
+    pCamera->SetPosition(vecPosition);
+  }
+}
+
+void QXOgreGraphics3D::BeginGeometryCount() {
+  QXGraphics3D::BeginGeometryCount();
+  m_nDrawOperationCount = 0;
+}
+
+void QXOgreGraphics3D::GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const {
+  arrNames.Add(RENDER_SYSTEM);
+}
+
+unsigned char QXOgreGraphics3D::SelectRenderSystem(QdcUnicodeString const& strName) {
+  return strName == RENDER_SYSTEM;
+}
+
+QdcUnicodeString QXOgreGraphics3D::GetRenderSystemName() const {
+  return m_pDevice ? RENDER_SYSTEM : L"";
+}
+
+QdcUnicodeString QXOgreGraphics3D::GetRenderSystemVersion() const {
+  if (!m_pDevice) return {};
+  return FromUtf8(m_pDevice->GetRenderSystem().getDriverVersion().toString());
+}
+
+unsigned char QXOgreGraphics3D::IsRenderSystemSupported(QdcUnicodeString const& strName) const {
+  return m_pDevice && strName == RENDER_SYSTEM;
+}
+
+QdcUnicodeString QXOgreGraphics3D::GetSceneName(int nSceneManagerType) const {
+  return nSceneManagerType == 0 ? MAIN_SCENE : L"";
+}
+
+unsigned char QXOgreGraphics3D::HasRenderableObjects(QdcUnicodeString const& strSceneName) const {
+  QXOgreScene const* const pScene = FindScene(strSceneName);
+  return pScene && !pScene->GetBounds().IsNULL();
+}
+
+}  // namespace QXC

@@ -1,0 +1,138 @@
+/// @file
+/// The renderer on OGRE.
+#pragma once
+
+#include <exception>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include <plugins/ogre/QXOgreDevice.h>
+#include <plugins/ogre/QXOgreUnsupported.h>
+#include <plugins/ogre/QXOgreView.h>
+
+namespace QXC {
+
+class QXOgreCamera;
+class QXOgreRenderOperationManager;
+class QXOgreRenderTarget;
+class QXOgreScene;
+
+/// The renderer. It owns the device, the scenes and the cameras, and knows its targets and drawables, which hosts own:
+/// at its end it takes the device's part away from those that are left.
+class QXOgreGraphics3D final : public QXOgreUnsupported {
+public:
+  QXOgreGraphics3D();
+  ~QXOgreGraphics3D() override;
+
+  // What the plug-in's own classes ask.
+
+  /// Null before Initialize.
+  QXOgreDevice* GetDevice() const { return m_pDevice.get(); }
+  /// Null if there is none of that name.
+  QXOgreScene* FindScene(QdcUnicodeString const& strName) const;
+  /// Called by the targets themselves.
+  void AddTarget(QXOgreRenderTarget* pTarget) { m_setTargets.insert(pTarget); }
+  void RemoveTarget(QXOgreRenderTarget* pTarget) { m_setTargets.erase(pTarget); }
+  /// Adds to the counters of the frame.
+  void Count(QXOgreCounts const& counts);
+  void SetErrorText(std::string const& strText);
+  /// Whether the device can make a target of that size; sets the error text if not.
+  unsigned char IsTargetSize(unsigned int nWidth, unsigned int nHeight);
+  /// Runs a piece of work with OGRE, whose exceptions must not reach the host: 1, or 0 with the reason as error text.
+  template <class Work>
+  unsigned char Try(Work&& work);
+
+  unsigned char Initialize(QdcUnicodeString const& strResourcePath) override;
+  QdcUnicodeString const& GetName() const override { return m_strName; }
+  QdcUnicodeString const& GetErrorText() const override { return m_strError; }
+  unsigned char CreateScene(QdcUnicodeString const& strName) override;
+  void DestroyScene(QdcUnicodeString const& strName) override;
+  QXRenderTarget* CreateRenderWindow(QdcUnicodeString const& strName, HWND hWindow, unsigned int nWidth,
+      unsigned int nHeight, unsigned char bFullScreen) override;
+  QXCamera* CreateCamera(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) override;
+  void DestroyCamera(QXCamera* pCamera) override;
+  QXCamera* GetCamera(QdcUnicodeString const& strName) const override;
+  unsigned char IsInitialized() const override { return m_pDevice != nullptr; }
+  unsigned char HasScene(QdcUnicodeString const& strName) const override { return FindScene(strName) != nullptr; }
+  void SetViewport(QXViewport* pViewport) override { m_pViewport = pViewport; }
+  void SwapAllRenderTargetBuffers(unsigned char bWaitForVerticalBlank) override;
+  void UpdatePrioritisedRenderTargets() override;
+  void SetViewMatrix(QXMatrix4d const& matView) override { m_matView = matView; }
+  void SetProjectionMatrix(QXMatrix4d const& matProjection) override { m_matProjection = matProjection; }
+  void SetWorldMatrix(QXMatrix4d const& matWorld) override { m_matWorld = matWorld; }
+  void MakeProjectionMatrix(double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) override;
+  void MakeFrustumMatrix(
+      double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) override;
+  void ConvertProjectionMatrix(QXMatrix4d const& matIn, QXMatrix4d& matOut) const override { matOut = matIn; }
+  void ApplyObliqueDepthProjection(QXMatrix4d& matProjection, QXPlane const& plane) const override;
+  double GetMinimumDepthInputValue() const override { return -1.0; }
+  double GetMaximumDepthInputValue() const override { return 1.0; }
+  void MakeOrthoMatrix(
+      double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) override;
+  void SetCullingMode(CullingMode eMode) override { m_eCullingMode = eMode; }
+  void SetRelativeOrigin(QXVector3d const& vecOrigin) override;
+  QXVector3d const& GetRelativeOrigin() const override { return m_vecRelativeOrigin; }
+  unsigned int GetDrawOperationCount() const override { return m_nDrawOperationCount; }
+  void BeginGeometryCount() override;
+  void RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,
+      QXRenderTarget* pTarget, QdcRect2D const& rcPatch) override;
+  void SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) override;
+  void ClearSelectedObjects() override;
+  void SetSelectionColor(QXColorValue3D const& color) override;
+  unsigned char GetObjectBoundingBox(unsigned int nID, QXBoundingBox& box) const override;
+  void SetObjectVisible(unsigned int nID, unsigned char bVisible) override;
+  unsigned char IsObjectVisible(unsigned int nID) const override;
+  void SetObjectColor(unsigned int nID, QXColorValue3D const& color) override;
+  void ResetObjectColor(unsigned int nID) override;
+  void GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const override;
+  unsigned char SelectRenderSystem(QdcUnicodeString const& strName) override;
+  QdcUnicodeString GetRenderSystemName() const override;
+  QdcUnicodeString GetRenderSystemVersion() const override;
+  unsigned char IsRenderSystemSupported(QdcUnicodeString const& strName) const override;
+  QdcUnicodeString GetSceneName(int nSceneManagerType) const override;
+  unsigned char ReadPixels(
+      QXRenderTarget* pTarget, QdcRect const& rcPixels, unsigned char* pPixels, unsigned int nByteCount) override;
+  unsigned char GetScreenPosition(QXVector3d const& vecWorld, QXVector3d& vecWindow) const override;
+  unsigned char HasRenderableObjects(QdcUnicodeString const& strSceneName) const override;
+  QXRenderTarget* CreateReflectRenderTarget(QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight,
+      QdcUnicodeString const& strSceneName) override;
+  QXRenderTarget* CreateRenderTexture(QdcUnicodeString const& strName, QX3DPixelFormat eFormat, unsigned int nWidth,
+      unsigned int nHeight, int nMipmaps, unsigned int nColourDepth, QdcUnicodeString const& strSceneName) override;
+
+private:
+  /// Whether a target may be made; sets the error text if not.
+  unsigned char CanMakeTarget(QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight);
+  /// Makes a target of a kind; null with the reason as error text if OGRE cannot.
+  template <class Target, class... Arguments>
+  QXRenderTarget* MakeTarget(Arguments const&... arguments);
+  void FillCapabilities();
+  void Fail(std::exception const& exception);
+
+  std::unique_ptr<QXOgreDevice> m_pDevice;
+  std::map<QdcUnicodeString, QXOgreScene*> m_mapScenes;
+  std::vector<std::unique_ptr<QXOgreCamera>> m_arrCameras;
+  std::unordered_set<QXOgreRenderTarget*> m_setTargets;
+  std::unique_ptr<QXOgreRenderOperationManager> m_pManager;
+  /// Colours that SetObjectColor replaced.
+  std::map<unsigned int, QXColorValue3D> m_mapOwnColors;
+  QXVector3d m_vecRelativeOrigin;
+  QdcUnicodeString m_strName;
+  QdcUnicodeString m_strError;
+  unsigned int m_nDrawOperationCount;
+};
+
+template <class Work>
+unsigned char QXOgreGraphics3D::Try(Work&& work) {
+  try {
+    work();
+    return 1;
+  } catch (std::exception const& exception) {
+    Fail(exception);
+    return 0;
+  }
+}
+
+}  // namespace QXC

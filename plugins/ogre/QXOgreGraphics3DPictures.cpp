@@ -1,0 +1,163 @@
+// Projections, patches, read-back and objects by their selection identifiers.
+
+#include <cmath>
+#include <cstring>
+#include <set>
+
+#include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+
+#include <plugins/ogre/QXOgreCamera.h>
+#include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/QXOgreRenderOperation3D.h>
+#include <plugins/ogre/QXOgreRenderOperationManager.h>
+#include <plugins/ogre/QXOgreRenderTarget.h>
+#include <plugins/ogre/QXOgreScene.h>
+
+namespace QXC {
+
+namespace {
+
+double Sign(double dValue) {
+  return dValue > 0.0 ? 1.0 : dValue < 0.0 ? -1.0 : 0.0;
+}
+
+}  // namespace
+
+void QXOgreGraphics3D::MakeProjectionMatrix(
+    double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) {
+  double const dTop = dNear * std::tan(dFovY / 2.0);
+  MakeFrustumMatrix(-dTop * dAspect, dTop * dAspect, -dTop, dTop, dNear, dFar, matOut);
+}
+
+void QXOgreGraphics3D::MakeFrustumMatrix(
+    double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) {
+  matOut = QXMatrix4d::ZERO;
+  matOut[0][0] = 2.0 * dNear / (dRight - dLeft);
+  matOut[1][1] = 2.0 * dNear / (dTop - dBottom);
+  matOut[2][0] = (dRight + dLeft) / (dRight - dLeft);
+  matOut[2][1] = (dTop + dBottom) / (dTop - dBottom);
+  matOut[2][2] = -(dFar + dNear) / (dFar - dNear);
+  matOut[2][3] = -1.0;
+  matOut[3][2] = -2.0 * dFar * dNear / (dFar - dNear);
+}
+
+void QXOgreGraphics3D::MakeOrthoMatrix(
+    double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) {
+  matOut = QXMathEngine::ComputeOrthoMatrix(dLeft, dRight, dBottom, dTop, dNear, dFar);
+}
+
+// E. Lengyel, Oblique View Frustum Depth Projection and Clipping, Journal of Game Development 1 (2005): the plane
+// becomes the near plane, and is scaled so that the far plane passes the corner of the frustum opposite to it.
+void QXOgreGraphics3D::ApplyObliqueDepthProjection(QXMatrix4d& matProjection, QXPlane const& plane) const {
+  QXVector3d const vecNormal = plane.GetNormal();
+  double const dPlane[4] = {vecNormal.x, vecNormal.y, vecNormal.z, plane.GetPlaneDistance()};
+  double const dCorner[4] = {(Sign(dPlane[0]) + matProjection[2][0]) / matProjection[0][0],
+      (Sign(dPlane[1]) + matProjection[2][1]) / matProjection[1][1], -1.0,
+      (1.0 + matProjection[2][2]) / matProjection[3][2]};
+  double dDot = 0.0;
+  for (int i = 0; i < 4; ++i) dDot += dPlane[i] * dCorner[i];
+  if (dDot == 0.0 || !std::isfinite(dDot)) return;
+  for (int i = 0; i < 4; ++i) matProjection[i][2] = dPlane[i] * (2.0 / dDot) - matProjection[i][3];
+}
+
+void QXOgreGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,
+    QXRenderTarget* pTarget, QdcRect2D const& rcPatch) {
+  auto* const pOwn = dynamic_cast<QXOgreRenderTarget*>(pTarget);
+  if (!pOwn || !m_pDevice) return;
+  QdcUnicodeString const strScene = pOwn->GetSceneName().IsEmpty() ? GetSceneName(0) : pOwn->GetSceneName();
+  QXOgreScene const* const pScene = FindScene(strScene);
+  if (!pScene) return;
+  QXBoundingBox const box = pScene->GetBounds();
+  double const dExaggeration = pOwn->GetVerticalExaggeration();
+  double const dTop = std::max(box.GetMin().z * dExaggeration, box.GetMax().z * dExaggeration);
+  double const dLow = std::min(box.GetMin().z * dExaggeration, box.GetMax().z * dExaggeration);
+  QXOgreCamera camera(*this, L"patch", strScene);
+  camera.SetPosition(dHalfWidth, dHalfHeight, dTop + 1.0);
+  camera.SetProjectionType(PROJECTION_ORTHOGRAPHIC);
+  camera.SetProjectionMatrix(QXMathEngine::ComputeOrthoMatrix(
+      -0.5 * dWidth, 0.5 * dWidth, -0.5 * dHeight, 0.5 * dHeight, 0.5, dTop - dLow + 1.5));
+  pOwn->DrawPatch(camera, rcPatch);
+}
+
+unsigned char QXOgreGraphics3D::ReadPixels(
+    QXRenderTarget* pTarget, QdcRect const& rcPixels, unsigned char* pPixels, unsigned int nByteCount) {
+  if (!pTarget || !pPixels) return 0;
+  auto const nWidth = static_cast<int>(pTarget->GetWidth());
+  auto const nHeight = static_cast<int>(pTarget->GetHeight());
+  bool const bInside = rcPixels.left >= 0 && rcPixels.top >= 0 && rcPixels.right <= nWidth &&
+                       rcPixels.bottom <= nHeight && rcPixels.left < rcPixels.right && rcPixels.top < rcPixels.bottom;
+  if (!bInside) return 0;
+  std::size_t const nRow = static_cast<std::size_t>(rcPixels.right - rcPixels.left) * 4;
+  std::size_t const nRows = static_cast<std::size_t>(rcPixels.bottom - rcPixels.top);
+  if (nByteCount < nRow * nRows) return 0;
+  std::vector<unsigned char> arrPicture(static_cast<std::size_t>(nWidth) * static_cast<std::size_t>(nHeight) * 4);
+  if (!pTarget->CopyToMemory(arrPicture.data(), static_cast<unsigned int>(arrPicture.size()))) return 0;
+  // The rectangle counts from the bottom, the picture's rows from the top.
+  std::size_t const nFirst = static_cast<std::size_t>(nHeight - rcPixels.bottom);
+  for (std::size_t i = 0; i < nRows; ++i) {
+    std::size_t const nAt =
+        ((nFirst + i) * static_cast<std::size_t>(nWidth) + static_cast<std::size_t>(rcPixels.left)) * 4;
+    std::memcpy(pPixels + i * nRow, arrPicture.data() + nAt, nRow);
+  }
+  return 1;
+}
+
+unsigned char QXOgreGraphics3D::GetScreenPosition(QXVector3d const& vecWorld, QXVector3d& vecWindow) const {
+  if (!m_pViewport) return 0;
+  double arrMatrix[16];
+  double arrPoint[4] = {vecWorld.x, vecWorld.y, vecWorld.z, 1.0};
+  MakeRowGLMatrix(arrMatrix, m_matView * m_matProjection);
+  QXMatrix4d::MultMatrixVecd(arrMatrix, arrPoint, arrPoint);
+  if (arrPoint[3] < 1.0e-10) return 0;
+  Project(vecWorld, vecWindow);
+  return 1;
+}
+
+void QXOgreGraphics3D::SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) {
+  std::set<unsigned int> setIDs;
+  for (std::size_t i = 0; i < arrIDs.GetSize(); ++i) setIDs.insert(arrIDs[i]);
+  for (QXOgreRenderOperation3D* const pOperation : m_pManager->GetOperations()) {
+    unsigned int const nID = pOperation->GetSelectionID();
+    pOperation->SetSelected(nID != 0 && setIDs.contains(nID));
+  }
+}
+
+void QXOgreGraphics3D::ClearSelectedObjects() {
+  SetSelectedObjects({});
+}
+
+void QXOgreGraphics3D::SetSelectionColor(QXColorValue3D const& color) {
+  for (QXOgreRenderOperation3D* const pOperation : m_pManager->GetOperations()) pOperation->SetSelectionColor(color);
+}
+
+unsigned char QXOgreGraphics3D::GetObjectBoundingBox(unsigned int nID, QXBoundingBox& box) const {
+  QXOgreRenderOperation3D const* const pOperation = m_pManager->Find(nID);
+  if (pOperation) box = pOperation->GetWorldBoundingBox();
+  return pOperation != nullptr;
+}
+
+void QXOgreGraphics3D::SetObjectVisible(unsigned int nID, unsigned char bVisible) {
+  if (QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID)) pOperation->SetVisible(bVisible);
+}
+
+unsigned char QXOgreGraphics3D::IsObjectVisible(unsigned int nID) const {
+  QXOgreRenderOperation3D const* const pOperation = m_pManager->Find(nID);
+  return pOperation && pOperation->IsVisible();
+}
+
+void QXOgreGraphics3D::SetObjectColor(unsigned int nID, QXColorValue3D const& color) {
+  QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID);
+  if (!pOperation) return;
+  QXColorValue3D const& own = m_mapOwnColors.try_emplace(nID, pOperation->GetColor()).first->second;
+  pOperation->SetColor(QXColorValue3D(own.r * color.r, own.g * color.g, own.b * color.b, own.a * color.a));
+}
+
+void QXOgreGraphics3D::ResetObjectColor(unsigned int nID) {
+  auto const position = m_mapOwnColors.find(nID);
+  if (position == m_mapOwnColors.end()) return;
+  if (QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID)) pOperation->SetColor(position->second);
+  m_mapOwnColors.erase(position);
+}
+
+}  // namespace QXC

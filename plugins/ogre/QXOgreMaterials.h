@@ -1,0 +1,71 @@
+/// @file
+/// Programs and materials of the drawables.
+#pragma once
+
+#include <compare>
+#include <map>
+
+#include <OgreColourValue.h>
+#include <OgreHighLevelGpuProgram.h>
+#include <OgrePrerequisites.h>
+#include <OgreVector.h>
+
+namespace QXC {
+
+class QXOgreLog;
+
+/// The light of one viewport, in the coordinates of its camera.
+struct QXOgreLight {
+  Ogre::Vector3 m_vecToSun;     ///< Unit vector towards the sun
+  Ogre::ColourValue m_Ambient;  ///< Light that reaches every face
+  Ogre::ColourValue m_Diffuse;  ///< Sun light on a face that the sun meets squarely; black without a sun
+  Ogre::Real m_fOrthographic;   ///< 1: all rays to the eye are parallel, 0: they meet in the eye
+};
+
+/// What a material fixes; what differs between drawables of one material travels as custom parameters.
+struct QXOgreSurface {
+  bool m_bTransparent = false;  ///< Blended by alpha, behind which depth is not written
+  bool m_bWireframe = false;
+  bool m_bDepthTest = true;
+  bool m_bDepthWrite = true;
+  int m_eCullingMode = 1;  ///< CullingMode; none at first, since models of the real world come with either winding
+  float m_fLineWidth = 1.0F;
+  float m_fPointSize = 1.0F;
+  float m_fDepthBias = 0.0F;
+  float m_fDepthBiasSlope = 0.0F;
+
+  auto operator<=>(QXOgreSurface const&) const = default;
+};
+
+/// Numbers of the custom parameters that a renderable gives.
+enum QXOgreParameter : unsigned int {
+  QX_OGRE_TINT = 0,       ///< Factor on the vertex colour
+  QX_OGRE_SELECTION = 1,  ///< Colour of the selection; alpha is how much it covers, 0 where nothing is selected
+  QX_OGRE_SHADING = 2,    ///< x: 1 lit, 0 the plain colour
+};
+
+/// Materials of the drawables, one a surface, all on one pair of programs: GL3Plus draws nothing without programs.
+class QXOgreMaterials final {
+public:
+  /// Compiles the programs. Throws std::runtime_error with the compiler's words if they do not compile: OGRE itself
+  /// tells that to its log alone.
+  explicit QXOgreMaterials(QXOgreLog& log);
+  ~QXOgreMaterials();
+  QXOgreMaterials(QXOgreMaterials const&) = delete;
+  QXOgreMaterials& operator=(QXOgreMaterials const&) = delete;
+
+  /// The material of a surface, made at its first use and kept until the end.
+  Ogre::MaterialPtr const& Get(QXOgreSurface const& surface);
+  /// Sets the light for what is drawn next.
+  void SetLight(QXOgreLight const& light);
+
+private:
+  void CompilePrograms(QXOgreLog& log);
+  Ogre::MaterialPtr Make(QXOgreSurface const& surface);
+
+  Ogre::HighLevelGpuProgramPtr m_pVertexProgram;
+  Ogre::HighLevelGpuProgramPtr m_pFragmentProgram;
+  std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
+};
+
+}  // namespace QXC

@@ -1,0 +1,55 @@
+#include <plugins/ogre/QXOgreRenderOperationManager.h>
+
+#include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/QXOgreRenderOperation3D.h>
+
+namespace QXC {
+
+QXOgreRenderOperationManager::QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D) : m_Graphics3D(graphics3D) {}
+
+QXOgreRenderOperationManager::~QXOgreRenderOperationManager() {
+  for (QXOgreRenderOperation3D* const pOperation : m_setOperations) pOperation->LeaveManager();
+}
+
+QXOgreRenderOperation3D* QXOgreRenderOperationManager::Find(unsigned int nSelectionID) const {
+  if (nSelectionID == 0) return nullptr;
+  for (QXOgreRenderOperation3D* const pOperation : m_setOperations)
+    if (pOperation->GetSelectionID() == nSelectionID) return pOperation;
+  return nullptr;
+}
+
+unsigned int QXOgreRenderOperationManager::GetRenderOperationCount() const {
+  return static_cast<unsigned int>(m_setOperations.size());
+}
+
+QXRenderOperation3D* QXOgreRenderOperationManager::CreateRenderOperation3D(
+    QdcUnicodeString const& strSceneName, unsigned char bAttach) {
+  auto* const pOperation = new QXOgreRenderOperation3D(*this, m_Graphics3D.GetDevice());
+  if (bAttach) pOperation->GetDrawable().SetScene(m_Graphics3D.FindScene(strSceneName));
+  return pOperation;
+}
+
+void QXOgreRenderOperationManager::DestroyRenderOperation3D(QXRenderOperation3D* pOperation) {
+  delete Own(pOperation);
+}
+
+unsigned char QXOgreRenderOperationManager::AttachRenderOperation3D(
+    QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) {
+  QXOgreRenderOperation3D* const pOwn = Own(pOperation);
+  QXOgreScene* const pScene = m_Graphics3D.FindScene(strSceneName);
+  if (!pOwn || !pScene) return 0;
+  pOwn->GetDrawable().SetScene(pScene);
+  return 1;
+}
+
+void QXOgreRenderOperationManager::DetachRenderOperation3D(QXRenderOperation3D* pOperation) {
+  if (QXOgreRenderOperation3D* const pOwn = Own(pOperation)) pOwn->GetDrawable().SetScene(nullptr);
+}
+
+QXOgreRenderOperation3D* QXOgreRenderOperationManager::Own(QXRenderOperation3D* pOperation) const {
+  // Looked up before it is cast: the pointer may be another renderer's.
+  auto* const pOwn = static_cast<QXOgreRenderOperation3D*>(pOperation);
+  return m_setOperations.contains(pOwn) ? pOwn : nullptr;
+}
+
+}  // namespace QXC

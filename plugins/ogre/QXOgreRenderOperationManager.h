@@ -1,0 +1,55 @@
+/// @file
+/// Maker of the plug-in's drawables.
+#pragma once
+
+#include <unordered_set>
+
+#include <QxGraphics3D/renderop/QXRenderOperationManager.h>
+
+namespace QXC {
+
+class QXOgreGraphics3D;
+class QXOgreRenderOperation3D;
+
+/// Makes drawables, and knows those that exist. Billboards, overlays, particles, ribbons, queries and skeletons are not
+/// there yet: null.
+class QXOgreRenderOperationManager final : public QXRenderOperationManager {
+public:
+  explicit QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D);
+  ~QXOgreRenderOperationManager() override;
+  QXOgreRenderOperationManager(QXOgreRenderOperationManager const&) = delete;
+  QXOgreRenderOperationManager& operator=(QXOgreRenderOperationManager const&) = delete;
+
+  /// Called by the drawables themselves.
+  void Add(QXOgreRenderOperation3D* pOperation) { m_setOperations.insert(pOperation); }
+  void Remove(QXOgreRenderOperation3D* pOperation) { m_setOperations.erase(pOperation); }
+  std::unordered_set<QXOgreRenderOperation3D*> const& GetOperations() const { return m_setOperations; }
+  /// The drawable with a selection identifier, null if there is none. Cost: linear.
+  QXOgreRenderOperation3D* Find(unsigned int nSelectionID) const;
+
+  unsigned int GetRenderOperationCount() const override;
+  QXRenderOperation3D* CreateRenderOperation3D(QdcUnicodeString const& strSceneName, unsigned char bAttach) override;
+  void DestroyRenderOperation3D(QXRenderOperation3D* pOperation) override;
+  unsigned char AttachRenderOperation3D(QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) override;
+  void DetachRenderOperation3D(QXRenderOperation3D* pOperation) override;
+  QXBillboard* CreateBillboard(QdcUnicodeString const&) override { return nullptr; }
+  QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const&) override { return nullptr; }
+  QXParticleSystem3D* CreateParticleSystem(QdcUnicodeString const&, QdcUnicodeString const&) override {
+    return nullptr;
+  }
+  QXRibbonTrail3D* CreateRibbonTrail(
+      QdcUnicodeString const&, QdcUnicodeString const&, QdcUnicodeString const&) override {
+    return nullptr;
+  }
+  QXQueryOperation3D* CreateQueryOperation(QdcUnicodeString const&) override { return nullptr; }
+  QXSkeletonAnimation* CreateSkeletonAnimation(QdcUnicodeString const&) override { return nullptr; }
+
+private:
+  /// The drawable as this plug-in's own, null if it is another's.
+  QXOgreRenderOperation3D* Own(QXRenderOperation3D* pOperation) const;
+
+  QXOgreGraphics3D& m_Graphics3D;
+  std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
+};
+
+}  // namespace QXC

@@ -1,0 +1,193 @@
+#include <plugins/ogre/QXOgreRenderTarget.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <OgreRenderTarget.h>
+#include <OgreViewport.h>
+
+#include <QxGraphics3D/frame/QXRenderTargetListener.h>
+#include <QxGraphics3D/frame/QXViewport.h>
+
+#include <plugins/ogre/QXOgreCamera.h>
+#include <plugins/ogre/QXOgreConvert.h>
+#include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreScene.h>
+
+namespace QXC {
+
+namespace {
+
+/// From the south-west and well above, as maps are shaded.
+QXVector3d const DEFAULT_SUN(-1.0e6, -1.6e6, 2.2e6);
+QXColorValue3D const DEFAULT_AMBIENT(0.4, 0.4, 0.4, 1.0);
+QXColorValue3D const DEFAULT_DIFFUSE(0.6, 0.6, 0.6, 1.0);
+
+}  // namespace
+
+QXOgreRenderTarget::QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
+    QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight)
+    : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_vecSun(DEFAULT_SUN),
+      m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE) {
+  m_strName = strName;
+  m_strSceneName = strSceneName;
+  m_nWidth = nWidth;
+  m_nHeight = nHeight;
+  m_nColourDepth = 32;
+  m_bActive = 1;
+  m_pGraphics3D = &graphics3D;
+  graphics3D.AddTarget(this);
+}
+
+QXOgreRenderTarget::~QXOgreRenderTarget() {
+  // The derived class has let its OGRE target go already: its part of ReleaseDevice is gone by now.
+  if (m_pRenderer) m_pRenderer->RemoveTarget(this);
+}
+
+void QXOgreRenderTarget::LeaveRenderer() {
+  ReleaseDevice();
+  m_pRenderer = nullptr;
+  m_pGraphics3D = nullptr;
+}
+
+void QXOgreRenderTarget::SetOgreTarget(Ogre::RenderTarget* pOgreTarget) {
+  if (m_pOgreTarget) m_pOgreTarget->removeAllViewports();
+  m_pOgreTarget = pOgreTarget;
+  m_pOgreViewport = nullptr;
+  if (!m_pOgreTarget) return;
+  m_pOgreTarget->setAutoUpdated(false);
+  m_pOgreViewport = m_pOgreTarget->addViewport(nullptr);
+  m_pOgreViewport->setAutoUpdated(false);
+  m_pOgreViewport->setOverlaysEnabled(false);
+  m_pOgreViewport->setShadowsEnabled(false);
+}
+
+Ogre::PolygonMode QXOgreRenderTarget::GetPolygonMode() const {
+  if (m_eRenderState == RENDER_STATE_POINT) return Ogre::PM_POINTS;
+  return m_eRenderState == RENDER_STATE_LINE ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID;
+}
+
+void QXOgreRenderTarget::ReSize(unsigned int nWidth, unsigned int nHeight) {
+  if (!m_pRenderer || !m_pRenderer->IsTargetSize(nWidth, nHeight)) return;
+  if (!m_pRenderer->Try([&] { ResizeDevice(nWidth, nHeight); })) return;
+  m_nWidth = nWidth;
+  m_nHeight = nHeight;
+  for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position)
+    if (position->second) position->second->UpdateDimensions();
+}
+
+void QXOgreRenderTarget::Update() {
+  if (!m_pOgreTarget) return;
+  if (m_pListener) m_pListener->BeforeRender();
+  m_Stats.triangleCount = 0;
+  m_pRenderer->Try([this] {
+    m_pOgreTarget->_beginUpdate();
+    QXRenderTarget::Update();
+    m_pOgreTarget->_endUpdate();
+    FinishPicture();
+  });
+  if (m_pListener) m_pListener->PostRender();
+}
+
+void QXOgreRenderTarget::SwapBuffers(unsigned char bWaitForVerticalBlank) {
+  if (m_pOgreTarget) m_pRenderer->Try([&] { ShowPicture(bWaitForVerticalBlank); });
+}
+
+void QXOgreRenderTarget::NotifyCameraRemoved(QXCamera const* pCamera) {
+  for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position)
+    if (position->second && position->second->m_pCamera == pCamera) position->second->m_pCamera = nullptr;
+}
+
+void QXOgreRenderTarget::BeginViewportUpdate(ViewportPosition&) {
+  // OGRE makes the target current with each viewport.
+}
+
+void QXOgreRenderTarget::SetClearEveryFrame(unsigned char bClear, unsigned int nBuffers) {
+  for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
+    if (!position->second) continue;
+    position->second->m_bClearEveryFrame = bClear;
+    position->second->m_nClearBuffers = nBuffers;
+  }
+}
+
+void QXOgreRenderTarget::GetClearEveryFrame(unsigned char& bClear, unsigned int& nBuffers) const {
+  auto const position = m_Viewports.GetStartPosition();
+  if (m_Viewports.IsEOF(position) || !position->second) return QXRenderTarget::GetClearEveryFrame(bClear, nBuffers);
+  bClear = position->second->m_bClearEveryFrame;
+  nBuffers = position->second->m_nClearBuffers;
+}
+
+void QXOgreRenderTarget::SetBackgroundColor(QXColorValue3D const& color) {
+  for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position)
+    if (position->second) position->second->m_BackgroundColor = color;
+}
+
+unsigned char QXOgreRenderTarget::CopyToMemory(unsigned char* pPixels, unsigned int nByteCount) {
+  if (!m_pRenderer || !m_pOgreTarget) return 0;
+  if (!pPixels || nByteCount / 4 < std::uint64_t{m_nWidth} * m_nHeight) {
+    m_pRenderer->SetErrorText("the picture does not fit into the memory given: it takes width x height x 4 bytes");
+    return 0;
+  }
+  return m_pRenderer->Try([&] { ReadPicture(pPixels); });
+}
+
+void QXOgreRenderTarget::DrawViewport(
+    QXViewport const& viewport, QXOgreScene* pScene, QXOgreView const& view, unsigned char bDrawables) {
+  if (!m_pOgreViewport || !pScene) return;
+  PlaceViewport(viewport);
+  m_pOgreViewport->setBackgroundColour(ToOgre(viewport.m_BackgroundColor));
+  m_pOgreViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);
+  m_pRenderer->GetDevice()->GetMaterials().SetLight(MakeLight(view));
+  QXOgreCounts const counts = pScene->Draw(*m_pOgreViewport, view, bDrawables);
+  m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
+  m_pRenderer->Count(counts);
+}
+
+void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatch) {
+  if (!m_pOgreTarget) return;
+  // The renderer's current view is the host's, who did not ask for another.
+  QXViewport* const pFormerViewport = m_pRenderer->GetViewport();
+  QXMatrix4d const matFormerView = m_pRenderer->m_matView;
+  QXMatrix4d const matFormerProjection = m_pRenderer->m_matProjection;
+  QXViewport viewport(nullptr, this, rcPatch.left, std::min(rcPatch.top, rcPatch.bottom), rcPatch.right - rcPatch.left,
+      std::abs(rcPatch.bottom - rcPatch.top), 0);
+  viewport.m_BackgroundColor = QXColorValue3D(0.0, 0.0, 0.0, 0.0);
+  m_pRenderer->Try([&] {
+    m_pOgreTarget->_beginUpdate();
+    camera.RenderScene(&viewport, 1);
+    m_pOgreTarget->_endUpdate();
+    FinishPicture();
+  });
+  m_pRenderer->SetViewport(pFormerViewport);
+  m_pRenderer->SetViewMatrix(matFormerView);
+  m_pRenderer->SetProjectionMatrix(matFormerProjection);
+}
+
+void QXOgreRenderTarget::PlaceViewport(QXViewport const& viewport) {
+  // OGRE takes fractions in float and truncates; half a pixel more keeps it on the pixel that is meant.
+  Ogre::Real const fWidth = static_cast<Ogre::Real>(m_nWidth);
+  Ogre::Real const fHeight = static_cast<Ogre::Real>(m_nHeight);
+  int const nTop = static_cast<int>(m_nHeight) - viewport.GetActualBottom() - viewport.GetActualHeight();
+  auto const fraction = [](int nPixels, Ogre::Real fSize) {
+    return (static_cast<Ogre::Real>(nPixels) + (nPixels < 0 ? -0.5F : 0.5F)) / fSize;
+  };
+  m_pOgreViewport->setDimensions(fraction(viewport.GetActualLeft(), fWidth), fraction(nTop, fHeight),
+      fraction(viewport.GetActualWidth(), fWidth), fraction(viewport.GetActualHeight(), fHeight));
+}
+
+QXOgreLight QXOgreRenderTarget::MakeLight(QXOgreView const& view) const {
+  QXOgreLight light;
+  // A parallel projection leaves w alone.
+  light.m_fOrthographic = view.m_matProjection[2][3] == 0.0 ? 1.0F : 0.0F;
+  QXVector3d const vecToSun = (m_vecSun - view.m_vecOrigin).Normalize();
+  QXMatrix4d matTurn = view.m_matView;
+  matTurn.SetTrans(QXVector3d::ZERO);
+  light.m_vecToSun = ToOgre(vecToSun.MultiplyMatrix(matTurn));
+  // Without the sun there is no light to tell faces by, so colours are shown as they are.
+  light.m_Ambient = m_bSunLightEnable ? ToOgre(m_AmbientLight) : Ogre::ColourValue::White;
+  light.m_Diffuse = m_bSunLightEnable ? ToOgre(m_DiffuseLight) : Ogre::ColourValue::Black;
+  return light;
+}
+
+}  // namespace QXC

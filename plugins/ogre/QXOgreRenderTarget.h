@@ -1,0 +1,90 @@
+/// @file
+/// What windows and textures have in common as places to draw into.
+#pragma once
+
+#include <string>
+
+#include <OgrePrerequisites.h>
+
+#include <QxGraphics3D/frame/QXRenderTarget.h>
+
+#include <plugins/ogre/QXOgreView.h>
+
+namespace QXC {
+
+class QXOgreCamera;
+class QXOgreGraphics3D;
+class QXOgreScene;
+struct QXOgreLight;
+
+/// A target of this plug-in. It has one OGRE viewport, which takes the place, background and clear flags of each of the
+/// library's viewports in turn while these draw. When the renderer goes first, the target lives on as one that draws
+/// nothing, since it belongs to the host.
+class QXOgreRenderTarget : public QXRenderTarget {
+public:
+  ~QXOgreRenderTarget() override;
+  QXOgreRenderTarget(QXOgreRenderTarget const&) = delete;
+  QXOgreRenderTarget& operator=(QXOgreRenderTarget const&) = delete;
+
+  /// The renderer goes: releases everything of OGRE's.
+  void LeaveRenderer();
+  /// Draws one viewport and counts what that took. Called by the camera while Update runs.
+  void DrawViewport(QXViewport const& viewport, QXOgreScene* pScene, QXOgreView const& view, unsigned char bDrawables);
+  /// Draws a camera's picture into a part of the target (fractions of it, counted from the lower left corner) on a
+  /// transparent background; the rest stays.
+  void DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatch);
+  /// The number of the m_eRenderState as OGRE's.
+  Ogre::PolygonMode GetPolygonMode() const;
+
+  void ReSize(unsigned int nWidth, unsigned int nHeight) override;
+  void Update() override;
+  void SwapBuffers(unsigned char bWaitForVerticalBlank) override;
+  void NotifyCameraStateChange(unsigned char) override {}
+  void NotifyCameraRemoved(QXCamera const* pCamera) override;
+  void BeginViewportUpdate(ViewportPosition& position) override;
+  void SetClearEveryFrame(unsigned char bClear, unsigned int nBuffers) override;
+  void GetClearEveryFrame(unsigned char& bClear, unsigned int& nBuffers) const override;
+  void SetSunPosition(QXVector3d const& vecPosition) override { m_vecSun = vecPosition; }
+  QXVector3d GetSunPosition() const override { return m_vecSun; }
+  void SetSunLightEnable(unsigned char bEnable) override { m_bSunLightEnable = bEnable; }
+  void SetBackgroundColor(QXColorValue3D const& color) override;
+  unsigned char CopyToMemory(unsigned char* pPixels, unsigned int nByteCount) override;
+  void ApplyCameraToTarget(QXCamera*, int, int) override {}
+  unsigned char IsRenderDepth() const override { return 0; }
+  unsigned char CopyDepthToMemory(float*, unsigned int) override { return 0; }
+  QXTexture* GetTexture() const override { return nullptr; }
+  void SetAmbientLight(QXColorValue3D const& color) override { m_AmbientLight = color; }
+  void SetDiffuseLight(QXColorValue3D const& color) override { m_DiffuseLight = color; }
+
+protected:
+  QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
+      QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight);
+
+  /// Takes up an OGRE target with a viewport of its own; null drops the one held.
+  void SetOgreTarget(Ogre::RenderTarget* pOgreTarget);
+  Ogre::RenderTarget* GetOgreTarget() const { return m_pOgreTarget; }
+  QXOgreGraphics3D* GetRenderer() const { return m_pRenderer; }
+  /// Destroys the OGRE target after SetOgreTarget(nullptr).
+  virtual void ReleaseDevice() = 0;
+  /// Gives the OGRE target another size; throws what OGRE throws.
+  virtual void ResizeDevice(unsigned int nWidth, unsigned int nHeight) = 0;
+  /// Makes the drawn picture readable.
+  virtual void FinishPicture() = 0;
+  virtual void ShowPicture(unsigned char bWaitForVerticalBlank) = 0;
+  /// Reads the whole picture; throws what OGRE throws.
+  virtual void ReadPicture(unsigned char* pPixels) = 0;
+
+private:
+  /// Places the OGRE viewport on the pixels of the library's, which counts from the bottom.
+  void PlaceViewport(QXViewport const& viewport);
+  QXOgreLight MakeLight(QXOgreView const& view) const;
+
+  QXOgreGraphics3D* m_pRenderer;
+  Ogre::RenderTarget* m_pOgreTarget;
+  Ogre::Viewport* m_pOgreViewport;
+  QXVector3d m_vecSun;
+  QXColorValue3D m_AmbientLight;
+  QXColorValue3D m_DiffuseLight;
+};
+
+}  // namespace QXC

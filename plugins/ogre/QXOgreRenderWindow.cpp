@@ -1,0 +1,67 @@
+#include <plugins/ogre/QXOgreRenderWindow.h>
+
+#include <cstdint>
+#include <string>
+
+#include <OgreRenderSystem.h>
+#include <OgreRenderWindow.h>
+#include <OgreRoot.h>
+
+#include <plugins/ogre/QXOgreConvert.h>
+#include <plugins/ogre/QXOgreGraphics3D.h>
+
+namespace QXC {
+
+QXOgreRenderWindow::QXOgreRenderWindow(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, HWND hWindow,
+    unsigned int nWidth, unsigned int nHeight, unsigned char bFullScreen)
+    : QXOgreRenderTarget(graphics3D, strName, QdcUnicodeString(), nWidth, nHeight), m_pOgreWindow(nullptr),
+      m_bShown(false) {
+  Ogre::NameValuePairList options;
+  options["title"] = ToUtf8(strName);
+  options["vsync"] = "false";
+  // A child window of OGRE's own inside the host's: the host's need not have a visual that OGRE can draw with, and
+  // keeps its events, since those that a child does not ask for travel up to it.
+  if (hWindow) options["parentWindowHandle"] = std::to_string(reinterpret_cast<std::uintptr_t>(hWindow));
+  m_hWindow = hWindow;
+  m_pOgreWindow = graphics3D.GetDevice()->GetRoot().createRenderWindow(
+      QXOgreDevice::MakeName("window"), nWidth, nHeight, bFullScreen != 0 && !hWindow, &options);
+  SetOgreTarget(m_pOgreWindow);
+}
+
+QXOgreRenderWindow::~QXOgreRenderWindow() {
+  ReleaseDevice();
+}
+
+void QXOgreRenderWindow::GetCustomAttribute(QdcUnicodeString const& strName, void* pData) {
+  if (m_pOgreWindow) m_pOgreWindow->getCustomAttribute(ToUtf8(strName), pData);
+}
+
+void QXOgreRenderWindow::ReleaseDevice() {
+  if (!m_pOgreWindow) return;
+  SetOgreTarget(nullptr);
+  GetRenderer()->GetDevice()->GetRenderSystem().destroyRenderWindow(m_pOgreWindow->getName());
+  m_pOgreWindow = nullptr;
+}
+
+void QXOgreRenderWindow::ResizeDevice(unsigned int nWidth, unsigned int nHeight) {
+  if (m_pOgreWindow) m_pOgreWindow->resize(nWidth, nHeight);
+}
+
+void QXOgreRenderWindow::FinishPicture() {
+  m_bShown = false;
+}
+
+void QXOgreRenderWindow::ShowPicture(unsigned char bWaitForVerticalBlank) {
+  if (m_pOgreWindow->isVSyncEnabled() != (bWaitForVerticalBlank != 0))
+    m_pOgreWindow->setVSyncEnabled(bWaitForVerticalBlank != 0);
+  m_pOgreWindow->swapBuffers();
+  m_bShown = true;
+}
+
+void QXOgreRenderWindow::ReadPicture(unsigned char* pPixels) {
+  Ogre::PixelBox const pixels(m_nWidth, m_nHeight, 1, Ogre::PF_A8R8G8B8, pPixels);
+  m_pOgreWindow->copyContentsToMemory(Ogre::Box(0, 0, m_nWidth, m_nHeight), pixels,
+      m_bShown ? Ogre::RenderTarget::FB_FRONT : Ogre::RenderTarget::FB_BACK);
+}
+
+}  // namespace QXC

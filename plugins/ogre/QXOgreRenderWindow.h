@@ -1,0 +1,35 @@
+/// @file
+/// A window to draw into.
+#pragma once
+
+#include <plugins/ogre/QXOgreRenderTarget.h>
+
+namespace QXC {
+
+/// A window of the plug-in's own, or the inside of one of the host's.
+class QXOgreRenderWindow final : public QXOgreRenderTarget {
+public:
+  /// Throws what OGRE throws.
+  /// @param hWindow  the host's X11 window as a number in a pointer; null: a window of its own
+  QXOgreRenderWindow(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, HWND hWindow, unsigned int nWidth,
+      unsigned int nHeight, unsigned char bFullScreen);
+  ~QXOgreRenderWindow() override;
+
+  unsigned char IsTextureTarget() const override { return 0; }
+  /// "WINDOW": the X11 window's number, an unsigned long.
+  void GetCustomAttribute(QdcUnicodeString const& strName, void* pData) override;
+
+protected:
+  void ReleaseDevice() override;
+  void ResizeDevice(unsigned int nWidth, unsigned int nHeight) override;
+  void FinishPicture() override;
+  void ShowPicture(unsigned char bWaitForVerticalBlank) override;
+  void ReadPicture(unsigned char* pPixels) override;
+
+private:
+  Ogre::RenderWindow* m_pOgreWindow;
+  /// The last picture was swapped to the front, and what stands in the back is undefined.
+  bool m_bShown;
+};
+
+}  // namespace QXC

@@ -1,0 +1,80 @@
+#include <plugins/ogre/QXOgreScene.h>
+
+#include <algorithm>
+
+#include <OgreCamera.h>
+#include <OgreRenderQueue.h>
+#include <OgreSceneNode.h>
+#include <OgreViewport.h>
+
+#include <plugins/ogre/QXOgreConvert.h>
+#include <plugins/ogre/QXOgreDrawable.h>
+
+namespace QXC {
+
+Ogre::String const QXOgreScene::TYPE_NAME = "QXOgreScene";
+
+QXOgreScene::QXOgreScene(Ogre::String const& strName)
+    : Ogre::SceneManager(strName), m_pCamera(nullptr), m_pView(nullptr) {
+  m_pCamera = createCamera("view");
+  getRootSceneNode()->attachObject(m_pCamera);
+}
+
+QXOgreScene::~QXOgreScene() {
+  while (!m_arrDrawables.empty()) m_arrDrawables.back()->SetScene(nullptr);
+}
+
+void QXOgreScene::Add(QXOgreDrawable* pDrawable) {
+  m_arrDrawables.push_back(pDrawable);
+}
+
+void QXOgreScene::Remove(QXOgreDrawable* pDrawable) {
+  std::erase(m_arrDrawables, pDrawable);
+}
+
+QXBoundingBox QXOgreScene::GetBounds() const {
+  QXBoundingBox box;
+  for (QXOgreDrawable const* const pDrawable : m_arrDrawables)
+    if (pDrawable->IsVisible()) box.Merge(pDrawable->GetWorldBounds());
+  return box;
+}
+
+QXOgreCounts QXOgreScene::Draw(Ogre::Viewport& viewport, QXOgreView const& view, unsigned char bDrawables) {
+  m_Counts = {};
+  m_pView = bDrawables ? &view : nullptr;
+  // For what OGRE brings into the queue itself; the drawables multiply their matrices in double.
+  m_pCamera->setCustomViewMatrix(true, Ogre::Affine3(ToOgre(view.m_matView)));
+  m_pCamera->setCustomProjectionMatrix(true, ToOgre(view.m_matProjection));
+  m_pCamera->setPolygonMode(view.m_ePolygonMode);
+  viewport.setCamera(m_pCamera);
+  viewport.update();
+  m_pView = nullptr;
+  // The scene may go before the viewport does, which would look for its camera then.
+  m_pCamera->_notifyViewport(nullptr);
+  viewport.setCamera(nullptr);
+  return m_Counts;
+}
+
+Ogre::String const& QXOgreScene::getTypeName() const {
+  return TYPE_NAME;
+}
+
+void QXOgreScene::_findVisibleObjects(Ogre::Camera*, Ogre::VisibleObjectsBoundsInfo*, bool) {
+  if (!m_pView) return;
+  for (QXOgreDrawable* const pDrawable : m_arrDrawables) pDrawable->Queue(*m_pView, *getRenderQueue(), m_Counts);
+}
+
+Ogre::SceneManager* QXOgreSceneFactory::createInstance(Ogre::String const& strName) {
+  return new QXOgreScene(strName);
+}
+
+void QXOgreSceneFactory::destroyInstance(Ogre::SceneManager* pScene) {
+  delete pScene;
+}
+
+void QXOgreSceneFactory::initMetaData() const {
+  mMetaData.typeName = QXOgreScene::TYPE_NAME;
+  mMetaData.worldGeometrySupported = false;
+}
+
+}  // namespace QXC

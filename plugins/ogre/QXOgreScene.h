@@ -1,0 +1,61 @@
+/// @file
+/// A scene of drawables as OGRE sees it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <OgreSceneManager.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+
+#include <plugins/ogre/QXOgreView.h>
+
+namespace QXC {
+
+class QXOgreDrawable;
+
+/// OGRE's scene manager with the drawables in place of OGRE's own objects: culling is the library's, on world bounds in
+/// double, and OGRE sorts and draws what is left. Made and deleted by the device.
+class QXOgreScene final : public Ogre::SceneManager {
+public:
+  explicit QXOgreScene(Ogre::String const& strName);
+  ~QXOgreScene() override;
+
+  void Add(QXOgreDrawable* pDrawable);
+  /// The drawables keep no order among themselves. Cost: linear.
+  void Remove(QXOgreDrawable* pDrawable);
+  std::vector<QXOgreDrawable*> const& GetDrawables() const { return m_arrDrawables; }
+  /// Around everything visible, in world coordinates; null if there is nothing. Cost: linear in the drawables.
+  QXBoundingBox GetBounds() const;
+
+  /// Clears the viewport as it says and draws into it what the view sees.
+  /// @param bDrawables  0: clear only
+  QXOgreCounts Draw(Ogre::Viewport& viewport, QXOgreView const& view, unsigned char bDrawables);
+
+  Ogre::String const& getTypeName() const override;
+  void _findVisibleObjects(
+      Ogre::Camera* pCamera, Ogre::VisibleObjectsBoundsInfo* pBounds, bool bOnlyShadowCasters) override;
+
+  /// The type name under which the factory makes scenes.
+  static Ogre::String const TYPE_NAME;
+
+private:
+  std::vector<QXOgreDrawable*> m_arrDrawables;
+  Ogre::Camera* m_pCamera;
+  /// Set while Draw runs.
+  QXOgreView const* m_pView;
+  QXOgreCounts m_Counts;
+};
+
+/// Makes scenes for OGRE's root.
+class QXOgreSceneFactory final : public Ogre::SceneManagerFactory {
+public:
+  Ogre::SceneManager* createInstance(Ogre::String const& strName) override;
+  void destroyInstance(Ogre::SceneManager* pScene) override;
+
+protected:
+  void initMetaData() const override;
+};
+
+}  // namespace QXC

@@ -1,0 +1,60 @@
+/// @file
+/// Sources of the programs that draw every drawable: GLSL 3.30, the oldest that all core-profile drivers take.
+#pragma once
+
+namespace QXC {
+
+/// In: position, normal (zero where the geometry has none), colour. Matrices come per drawable.
+inline constexpr char QX_OGRE_VERTEX_SHADER[] = R"glsl(#version 330 core
+uniform mat4 worldView;
+uniform mat4 worldViewProj;
+uniform mat4 normalToView;
+in vec4 vertex;
+in vec3 normal;
+in vec4 colour;
+out vec3 viewPosition;
+out vec3 viewNormal;
+out vec4 vertexColour;
+void main() {
+  gl_Position = worldViewProj * vertex;
+  viewPosition = (worldView * vertex).xyz;
+  viewNormal = mat3(normalToView) * normal;
+  vertexColour = colour;
+}
+)glsl";
+
+/// One directional light and an ambient one. The face's own normal, from the derivatives of the position, turns to the
+/// eye; it lights what has no vertex normals, and turns vertex normals to the side that is seen. Its sign cannot come
+/// from the derivatives themselves nor from the winding, since both change when the device draws upside down, as it
+/// does into textures.
+inline constexpr char QX_OGRE_FRAGMENT_SHADER[] = R"glsl(#version 330 core
+uniform vec4 tint;
+uniform vec4 selection;
+uniform vec4 shading;
+uniform vec3 toSun;
+uniform vec4 ambient;
+uniform vec4 diffuse;
+uniform float orthographic;
+in vec3 viewPosition;
+in vec3 viewNormal;
+in vec4 vertexColour;
+out vec4 fragmentColour;
+void main() {
+  vec3 toEye = mix(-viewPosition, vec3(0.0, 0.0, 1.0), orthographic);
+  vec3 face = cross(dFdx(viewPosition), dFdy(viewPosition));
+  face *= inversesqrt(max(dot(face, face), 1e-37));
+  if (dot(face, toEye) < 0.0) face = -face;
+  vec3 normal = face;
+  float square = dot(viewNormal, viewNormal);
+  if (square > 0.0) {
+    normal = viewNormal * inversesqrt(square);
+    if (dot(normal, face) < 0.0) normal = -normal;
+  }
+  vec3 light = ambient.rgb + diffuse.rgb * max(dot(normal, toSun), 0.0);
+  vec4 colour = vertexColour * tint;
+  colour.rgb = mix(colour.rgb, selection.rgb, selection.a);
+  fragmentColour = vec4(min(colour.rgb * mix(vec3(1.0), light, shading.x), vec3(1.0)), colour.a);
+}
+)glsl";
+
+}  // namespace QXC

@@ -1,0 +1,146 @@
+/// @file
+/// What the plug-in cannot do yet.
+#pragma once
+
+#include <QxGraphics3D/frame/QXGraphics3D.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+
+namespace QXC {
+
+/// The pure operations of the renderer that this plug-in has no work for yet, in one place, so that nobody takes them
+/// for done: they answer 0 or null, or do nothing. The table in the plug-in's README lists the same.
+class QXOgreUnsupported : public QXGraphics3D {
+public:
+  // Drawing at once: the plug-in draws the drawables of scenes, and nothing beside them. OGRE opens and closes the
+  // drawing of a viewport itself.
+  void BeginFrame() override {}
+  void EndFrame() override {}
+  void Flush(unsigned char) override {}
+  void Render(QXRenderOperation const&) override {}
+  void RenderSimpleLine(double const*, int, unsigned char, float const*) override {}
+  void RenderSimplePolygon(double const*, int, float const*) override {}
+  unsigned int BeginList() override { return 0; }
+  void EndList() override {}
+  void BeginScreenProjection() override {}
+  void EndScreenProjection() override {}
+  void ClearFrameBuffer(unsigned int, QXColorValue3D const&, double, unsigned int) override {}
+  void SetScissorTest(unsigned char, int, int, int, int) override {}
+  void SetCurrentColor(QXColorValue3D const&) override {}
+
+  // State of drawing at once.
+  void SetAmbientLight(QXColorValue3D const&) override {}
+  void SetShadingMode(int) override {}
+  void SetLightingEnable(unsigned char) override {}
+  void SetMaterialColor(
+      QXColorValue3D const&, QXColorValue3D const&, QXColorValue3D const&, QXColorValue3D const&, double) override {}
+  void SetDepthCheckEnable(unsigned char) override {}
+  void SetDepthWriteEnable(unsigned char) override {}
+  void SetDepthFunction(int) override {}
+  void SetDepthBias(double, double) override {}
+  void SetColourBufferWriteEnable(unsigned char, unsigned char, unsigned char, unsigned char) override {}
+  void SetSceneBlending(int, int) override {}
+  void SetAlphaRejectSettings(int, unsigned char) override {}
+  void SetClipPlaneEnable(unsigned short, unsigned char) override {}
+  void SetPolygonMode(int) override {}
+  void SetPointAttenuation(double, double, double, double, double) override {}
+  void SetStencilCheckEnable(unsigned char) override {}
+  void SetStencilParameters(int, unsigned int, unsigned int, int, int, int) override {}
+  void SetPointSize(double) override {}
+  void SetLineWidth(double) override {}
+  void SetLineSmoothEnable(unsigned char) override {}
+  void SetMultiSampleEnable(unsigned char) override {}
+
+  // Textures and programs of the host.
+  void SetTexture(unsigned int, unsigned char, QXTexture*) override {}
+  void SetTextureMatrix(unsigned int, QXMatrix4d const&) override {}
+  void SetTextureCoordSet(unsigned int, unsigned int) override {}
+  void SetTextureCoordCalculation(unsigned int, int) override {}
+  void SetTextureAddressingMode(unsigned int, int, int, int) override {}
+  void SetTextureBorderColor(unsigned int, QXColorValue3D const&) override {}
+  void SetTextureAnisotropy(unsigned int, unsigned int) override {}
+  void SetTextureMipmapBias(unsigned int, double) override {}
+  void SetTextureBlendMode(unsigned int, int, int) override {}
+  QXTexture* GetRenderTargetTexture(QXRenderTarget*) const override { return nullptr; }
+  unsigned char BindGpuProgram(QdcUnicodeString const&, QdcUnicodeString const&) override { return 0; }
+  void UnbindGpuProgram() override {}
+  unsigned char SetGpuProgramParameter(QdcUnicodeString const&, float const*, unsigned int) override { return 0; }
+  unsigned char AddResourceFolder(QdcUnicodeString const&) override { return 0; }
+  void RemoveResourceFolder(QdcUnicodeString const&) override {}
+
+  // Lights beside the sun, fog, sky.
+  unsigned char CreateLight(QdcUnicodeString const&, QdcUnicodeString const&) override { return 0; }
+  void DestroyLight(QdcUnicodeString const&) override {}
+  void SetLightEnable(QdcUnicodeString const&, unsigned char) override {}
+  void SetLightColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
+  void SetFog(int, QXColorValue3D const&, double, double, double) override {}
+  unsigned char SetSkyBox(QdcUnicodeString const&, QdcUnicodeString const&, double) override { return 0; }
+  void SetSkyColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
+
+  // Selection passes and picking.
+  unsigned char BeginSelection(QXRenderTarget*, int, int, int, int) override { return 0; }
+  void EndSelection() override {}
+  unsigned int ReadSelectionID(int, int) const override { return 0; }
+  void ReadSelectionIDs(QdcRect const&, QdcArray<unsigned int>&) const override {}
+  void SetSelectionEnable(QdcUnicodeString const&, unsigned char) override {}
+  void SetSelectionTolerance(double) override {}
+  void SetSelectionMode(int) override {}
+  unsigned int PickObject(double, double, QXVector3d&) const override { return 0; }
+  unsigned int PickObjectByRay(
+      QdcUnicodeString const&, QXVector3d const&, QXVector3d const&, QXVector3d&) const override {
+    return 0;
+  }
+  double ReadDepth(QXRenderTarget*, int, int) const override { return 1.0; }
+  QXRenderTarget* CreateSelectionRenderTarget(
+      QdcUnicodeString const&, unsigned int, unsigned int, QdcUnicodeString const&) override {
+    return nullptr;
+  }
+  QXRenderTarget* CreateVertexSelectionRenderTarget(
+      QdcUnicodeString const&, unsigned int, unsigned int, QdcUnicodeString const&) override {
+    return nullptr;
+  }
+
+  // Nodes and overlays.
+  void SetSceneNodePosition(QdcUnicodeString const&, QdcUnicodeString const&, QXVector3d const&) override {}
+  void SetSceneNodeOrientation(QdcUnicodeString const&, QdcUnicodeString const&, QXQuaternion4d const&) override {}
+  void SetSceneNodeScale(QdcUnicodeString const&, QdcUnicodeString const&, QXVector3d const&) override {}
+  unsigned char AttachToSceneNode(QdcUnicodeString const&, QdcUnicodeString const&, QXRenderOperation3D*) override {
+    return 0;
+  }
+  void DetachFromSceneNode(QdcUnicodeString const&, QXRenderOperation3D*) override {}
+  void GetSceneNodeBoundingBox(QdcUnicodeString const&, QdcUnicodeString const&, QXBoundingBox& box) const override {
+    box.SetNULL();
+  }
+  void DestroyOverlay(QdcUnicodeString const&) override {}
+  void SetOverlayPosition(QdcUnicodeString const&, double, double) override {}
+  void SetOverlayZOrder(QdcUnicodeString const&, int) override {}
+
+  // Head-mounted displays and stereo.
+  void SetStereoMode(int) override {}
+  int GetStereoMode() const override { return 0; }
+  unsigned char IsHMDAvailable(HMDMode) const override { return 0; }
+  unsigned char GetHMDRenderSize(unsigned int& nWidth, unsigned int& nHeight) const override {
+    nWidth = 0;
+    nHeight = 0;
+    return 0;
+  }
+  unsigned char InitializeVR() override { return 0; }
+  void UpdateHMDPose() override {}
+  unsigned char GetHMDPose(int, QXMatrix4d&, QXMatrix4d&) const override { return 0; }
+  void SubmitHMDFrame(QXRenderTarget*, QXRenderTarget*) override {}
+  void SetCamera4QX(QXCamera*) override {}
+
+  // Effects on the finished picture, several textures at once.
+  unsigned char AddCompositor(QXRenderTarget*, QdcUnicodeString const&) override { return 0; }
+  void RemoveCompositor(QXRenderTarget*, QdcUnicodeString const&) override {}
+  unsigned char SetCompositorParameter(QdcUnicodeString const&, QdcUnicodeString const&, double) override { return 0; }
+  void SetHDREnable(unsigned char) override {}
+  void SetExposure(double) override {}
+  void SetAmbientOcclusion(unsigned char, double) override {}
+  void SetDepthOfField(unsigned char, double, double) override {}
+  void SetColorCorrection(double, double, double) override {}
+  QXRenderTarget* CreateMultiRenderTarget(QdcUnicodeString const&, unsigned int, unsigned int, unsigned int) override {
+    return nullptr;
+  }
+};
+
+}  // namespace QXC

@@ -1,0 +1,1 @@
+#include <tests/ogre/QXOgreScenery.h>
