@@ -44,22 +44,6 @@ void Free(T*& pItems) {
   pItems = nullptr;
 }
 
-void Store2(float* pTarget, double u, double v) {
-  pTarget[0] = static_cast<float>(u);
-  pTarget[1] = static_cast<float>(v);
-}
-
-void Store3(float* pTarget, double x, double y, double z) {
-  pTarget[0] = static_cast<float>(x);
-  pTarget[1] = static_cast<float>(y);
-  pTarget[2] = static_cast<float>(z);
-}
-
-// Offset of an entry in its array, in 64 bits for the same reason as the sizes.
-std::size_t At(unsigned int nIndex, std::size_t nPerEntry) {
-  return nIndex * nPerEntry;
-}
-
 }  // namespace
 
 QXRenderOperation::QXRenderOperation() {
@@ -145,39 +129,6 @@ void QXRenderOperation::InitTexVertexNum(unsigned int nNum) {
   m_nVertexNum = nNum;
   m_nTexVertexNums[0] = nNum;
   m_nTexUnitNum = 1;
-}
-
-void QXRenderOperation::SetVertexValue(unsigned int nIndex, double x, double y, double z) {
-  Store3(m_pVertices + At(nIndex, 3), x, y, z);
-}
-
-void QXRenderOperation::SetIndexValue(unsigned int nIndex, unsigned short nValue) {
-  m_pIndices[nIndex] = nValue;
-}
-
-void QXRenderOperation::SetTexVertexValue(unsigned int nIndex, TextureVertex const& vertex) {
-  SetTexVertexValue(nIndex, vertex.x, vertex.y, vertex.z, vertex.u, vertex.v);
-}
-
-void QXRenderOperation::SetTexVertexValue(unsigned int nIndex, QXVector3d const& vecPosition, double u, double v) {
-  SetTexVertexValue(nIndex, vecPosition.x, vecPosition.y, vecPosition.z, u, v);
-}
-
-void QXRenderOperation::SetTexVertexValue(unsigned int nIndex, double x, double y, double z, double u, double v) {
-  Store3(m_pVertices + At(nIndex, 3), x, y, z);
-  Store2(m_pTexCoords[0] + At(nIndex, 2), u, v);
-}
-
-void QXRenderOperation::SetVertexNormalValue(
-    unsigned int nIndex, QXVector3d const& vecPosition, QXVector3d const& vecNormal) {
-  Store3(m_pVertices + At(nIndex, 3), vecPosition.x, vecPosition.y, vecPosition.z);
-  Store3(m_pNormals + At(nIndex, 3), vecNormal.x, vecNormal.y, vecNormal.z);
-}
-
-void QXRenderOperation::SetVertexNormTextureValue(
-    unsigned int nIndex, QXVector3d const& vecPosition, QXVector3d const& vecNormal, double u, double v) {
-  SetVertexNormalValue(nIndex, vecPosition, vecNormal);
-  Store2(m_pTexCoords[0] + At(nIndex, 2), u, v);
 }
 
 QXMatrix4d* QXRenderOperation::GetMatrix() const {

@@ -2,6 +2,8 @@
 /// The self-contained CPU buffers of one drawable.
 #pragma once
 
+#include <cstddef>
+
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base/QdcRect.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
@@ -150,6 +152,19 @@ public:
   unsigned char m_bSwitch7 = 1;
 
 private:
+  static void Store2(float* pTarget, double u, double v) {
+    pTarget[0] = static_cast<float>(u);
+    pTarget[1] = static_cast<float>(v);
+  }
+  static void Store3(float* pTarget, double x, double y, double z) {
+    pTarget[0] = static_cast<float>(x);
+    pTarget[1] = static_cast<float>(y);
+    pTarget[2] = static_cast<float>(z);
+  }
+  static void Store3(float* pTarget, QXVector3d const& vector) { Store3(pTarget, vector.x, vector.y, vector.z); }
+  // In 64 bits: three times an index may leave the range of the index.
+  static std::size_t At(unsigned int nIndex, std::size_t nPerEntry) { return nIndex * nPerEntry; }
+
   void CopyValues(QXRenderOperation const& other);
   void CopyTexParameters(QXRenderOperation const& other);
   void CopyArrays(QXRenderOperation const& other);
@@ -160,5 +175,42 @@ private:
   // here, or nobody would ever free it.
   unsigned short* m_pOwnIndices = nullptr;
 };
+
+// The setters are inline: they run once a vertex, and a call through the library's edge costs more than they do.
+
+inline void QXRenderOperation::SetVertexValue(unsigned int nIndex, double x, double y, double z) {
+  Store3(m_pVertices + At(nIndex, 3), x, y, z);
+}
+
+inline void QXRenderOperation::SetIndexValue(unsigned int nIndex, unsigned short nValue) {
+  m_pIndices[nIndex] = nValue;
+}
+
+inline void QXRenderOperation::SetTexVertexValue(
+    unsigned int nIndex, double x, double y, double z, double u, double v) {
+  Store3(m_pVertices + At(nIndex, 3), x, y, z);
+  Store2(m_pTexCoords[0] + At(nIndex, 2), u, v);
+}
+
+inline void QXRenderOperation::SetTexVertexValue(unsigned int nIndex, TextureVertex const& vertex) {
+  SetTexVertexValue(nIndex, vertex.x, vertex.y, vertex.z, vertex.u, vertex.v);
+}
+
+inline void QXRenderOperation::SetTexVertexValue(
+    unsigned int nIndex, QXVector3d const& vecPosition, double u, double v) {
+  SetTexVertexValue(nIndex, vecPosition.x, vecPosition.y, vecPosition.z, u, v);
+}
+
+inline void QXRenderOperation::SetVertexNormalValue(
+    unsigned int nIndex, QXVector3d const& vecPosition, QXVector3d const& vecNormal) {
+  Store3(m_pVertices + At(nIndex, 3), vecPosition);
+  Store3(m_pNormals + At(nIndex, 3), vecNormal);
+}
+
+inline void QXRenderOperation::SetVertexNormTextureValue(
+    unsigned int nIndex, QXVector3d const& vecPosition, QXVector3d const& vecNormal, double u, double v) {
+  SetVertexNormalValue(nIndex, vecPosition, vecNormal);
+  Store2(m_pTexCoords[0] + At(nIndex, 2), u, v);
+}
 
 }  // namespace QXC
