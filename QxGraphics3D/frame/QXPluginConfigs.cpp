@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/QXPluginConfigs.h>
 
+#include <QxGraphics3D/frame/detail/QXOneLine.h>
 #include <QxGraphics3D/frame/detail/QXPluginIni.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXMutex.h>
 #include <QxGraphics3D/frame/foundation/toolkit/detail/QXIniFile.h>
@@ -90,7 +91,7 @@ void QXPluginConfigs::ReadFolder(QdcUnicodeString const& strFolder, unsigned cha
     if (bRequired == 0 && error == std::errc::no_such_file_or_directory) return;
     QdcUnicodeString strProblem;
     strProblem.Format(L"%s: the plug-in folder cannot be read: %S", strFolder.Cstr(), error.message().c_str());
-    m_arrProblems.Add(strProblem);
+    m_arrProblems.Add(detail::OneLine(strProblem));
     return;
   }
   for (QdcUnicodeString const& strName : arrNames) ReadFile(strFolder, strName);
@@ -100,7 +101,7 @@ void QXPluginConfigs::ReadFile(QdcUnicodeString const& strFolder, QdcUnicodeStri
   QdcUnicodeString const strPath = strFolder + strFileName;
   detail::QXIniFile file;
   if (file.Load(strPath) == 0) {
-    m_arrProblems.Add(file.GetErrorText());
+    m_arrProblems.Add(detail::OneLine(file.GetErrorText()));
     return;
   }
   QdcUnicodeString strProblem;
@@ -108,7 +109,7 @@ void QXPluginConfigs::ReadFile(QdcUnicodeString const& strFolder, QdcUnicodeStri
     bool const bAbsolute = entry.m_strModule.GetAt(0) == L'/';
     Store(entry.m_strKind, entry.m_Config, bAbsolute ? entry.m_strModule : strFolder + entry.m_strModule);
   }
-  if (!strProblem.IsEmpty()) m_arrProblems.Add(strProblem);
+  if (!strProblem.IsEmpty()) m_arrProblems.Add(detail::OneLine(strProblem));
 }
 
 void QXPluginConfigs::Store(

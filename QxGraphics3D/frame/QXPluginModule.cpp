@@ -2,6 +2,7 @@
 
 #include <QxGraphics3D/frame/QXPluginConfigs.h>
 #include <QxGraphics3D/frame/detail/QXModuleFile.h>
+#include <QxGraphics3D/frame/detail/QXOneLine.h>
 
 #include <cxxabi.h>
 #include <dlfcn.h>
@@ -17,15 +18,6 @@ struct ModuleCloser {
   void operator()(void* hModule) const { ::dlclose(hModule); }
 };
 using ModuleHandle = std::unique_ptr<void, ModuleCloser>;
-
-// Messages hold texts of others (names, the loader's reason, what an exception says) and must stay one line.
-QdcUnicodeString OneLine(QdcUnicodeString const& strText) {
-  QdcUnicodeString strLine = strText.Cstr();
-  for (int nIndex = 0; nIndex < strLine.GetLength(); ++nIndex) {
-    if (strLine[nIndex] < L' ' || strLine[nIndex] == 0x7F) strLine[nIndex] = L' ';
-  }
-  return strLine;
-}
 
 // "renderer 'ogre': /path/libqx3d_ogre.so "
 QdcUnicodeString Subject(
@@ -76,7 +68,7 @@ QdcUnicodeString NotConfigured(
   }
   QdcArray<QdcUnicodeString> const& arrProblems = configs.GetProblems();
   if (arrProblems.GetSize() != 0) strText += QdcUnicodeString(L" (left out: ") + arrProblems[0] + L")";
-  return OneLine(strText);
+  return detail::OneLine(strText);
 }
 
 // The three functions of a module and what is wrong with them.
@@ -149,7 +141,8 @@ QXPluginModule* QXPluginModule::Load(QXPluginConfigs const& configs, QdcUnicodeS
     return nullptr;
   }
   if (config.m_bEnabled == 0) {
-    strError = OneLine(Subject(strKind, strWanted, strPath) + L"is disabled; set 'enabled = true' in its .ini file");
+    strError =
+        detail::OneLine(Subject(strKind, strWanted, strPath) + L"is disabled; set 'enabled = true' in its .ini file");
     return nullptr;
   }
   return LoadFile(strPath, strKind, strWanted, strError);
@@ -160,13 +153,13 @@ QXPluginModule* QXPluginModule::LoadFile(QdcUnicodeString const& strPath, QdcUni
   QdcUnicodeString strFault;
   ModuleHandle hModule = OpenModule(strPath, strFault);
   if (!hModule) {
-    strError = OneLine(Subject(strKind, strName, strPath) + strFault);
+    strError = detail::OneLine(Subject(strKind, strName, strPath) + strFault);
     return nullptr;
   }
   Exports const exports(hModule.get());
   strFault = exports.GetFault();
   if (!strFault.IsEmpty()) {
-    strError = OneLine(Subject(strKind, strName, strPath) + strFault);
+    strError = detail::OneLine(Subject(strKind, strName, strPath) + strFault);
     return nullptr;
   }
   strError = L"";
@@ -190,7 +183,7 @@ void* QXPluginModule::Create(QdcUnicodeString& strError) {
   } else {
     strFault.Format(L"failed to start: %s; check what the plug-in needs on this machine", strReason.Cstr());
   }
-  strError = OneLine(Subject(m_strKind, m_strName, m_strPath) + strFault);
+  strError = detail::OneLine(Subject(m_strKind, m_strName, m_strPath) + strFault);
   return nullptr;
 }
 
