@@ -55,6 +55,10 @@ TEST_F(QXLogFileCrash, SegmentationFaultWritesTheStackAndKeepsItsStatus) {
   ExpectTrace(RunSignalChild("fault"), SIGSEGV);
 }
 
+TEST_F(QXLogFileCrash, FullStackIsTracedOnTheThreadsOtherStack) {
+  ExpectTrace(RunSignalChild("overflow"), SIGSEGV);
+}
+
 TEST_F(QXLogFileCrash, FloatingPointErrorWritesTheStackAndKeepsItsStatus) {
 #if defined(__x86_64__) || defined(__i386__)
   ExpectTrace(RunSignalChild("divide"), SIGFPE);

@@ -6,6 +6,7 @@
 //   divide      divides by zero
 //   illegal     executes an illegal instruction
 //   abort       calls abort
+//   overflow    fills its stack, with another one at hand for handlers
 //   list        exits with the count of signals that do not have the library's handler
 #include <QxGraphics3D/frame/foundation/toolkit/QXLogFile.h>
 
@@ -43,6 +44,25 @@ int Divide() {
   return dividend / divisor;
 }
 
+// The address leaves the function, so that no compiler turns the calls into a loop.
+int volatile* pDeepest = nullptr;
+
+int Descend(int nDepth) {
+  int volatile room[256];
+  room[0] = nDepth;
+  pDeepest = room;
+  return nDepth == 0 ? room[0] : Descend(nDepth + 1) + room[0];
+}
+
+void Overflow() {
+  static unsigned char arrStack[1 << 16];
+  stack_t other{};
+  other.ss_sp = arrStack;
+  other.ss_size = sizeof arrStack;
+  ::sigaltstack(&other, nullptr);
+  Descend(1);
+}
+
 }  // namespace
 
 int main(int nArgumentCount, char** arrArguments) {
@@ -57,5 +77,6 @@ int main(int nArgumentCount, char** arrArguments) {
   if (is("divide")) return Divide();
   if (is("illegal")) __builtin_trap();
   if (is("abort")) std::abort();
+  if (is("overflow")) Overflow();
   return 0;
 }
