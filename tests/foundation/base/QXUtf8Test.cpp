@@ -26,7 +26,8 @@ bool IsWellFormed(std::string_view bytes, std::size_t nLength) {
   case 1: return at(0) <= 0x7F;
   case 2: return at(0) >= 0xC2 && at(0) <= 0xDF;
   case 3: return (at(0) == 0xE0 && at(1) >= 0xA0) || (at(0) >= 0xE1 && at(0) <= 0xEF);
-  default: return (at(0) == 0xF0 && at(1) >= 0x90) || (at(0) >= 0xF1 && at(0) <= 0xF3) || (at(0) == 0xF4 && at(1) <= 0x8F);
+  default:
+    return (at(0) == 0xF0 && at(1) >= 0x90) || (at(0) >= 0xF1 && at(0) <= 0xF3) || (at(0) == 0xF4 && at(1) <= 0x8F);
   }
 }
 
@@ -92,7 +93,7 @@ TEST(QXUtf8, CodesThatAreNoCharacterBecomeTheReplacement) {
 
 TEST(QXUtf8, IsUtf8RefusesSurrogatesAndStrayBytes) {
   EXPECT_EQ(IsUtf8(""), 1);
-  EXPECT_EQ(IsUtf8("Stra\xc3\x9f" "e \xf0\x9f\x98\x80"), 1);
+  EXPECT_EQ(IsUtf8("Stra\303\237e \xf0\x9f\x98\x80"), 1);
   EXPECT_EQ(IsUtf8("\xed\xa0\x80"), 0);
   EXPECT_EQ(IsUtf8("\xed\xbf\xbf"), 0);
   EXPECT_EQ(IsUtf8("\xee\x80\x80"), 1);

@@ -192,16 +192,16 @@ TEST(QdcDict, RandomEditsFollowASortedList) {
     switch (random() % 3) {
     case 0:
       dict[key] = step;
-      if (known) at->second = step;
-      else reference.insert(at, {key, step});
+      if (known)
+        at->second = step;
+      else
+        reference.insert(at, {key, step});
       break;
     case 1:
       ASSERT_EQ(dict.RemoveKey(key), known ? 1 : 0);
       if (known) reference.erase(at);
       break;
-    default:
-      ASSERT_EQ(dict.Lookup(key, value), known ? 1 : 0);
-      ASSERT_EQ(value, known ? at->second : -1);
+    default: ASSERT_EQ(dict.Lookup(key, value), known ? 1 : 0); ASSERT_EQ(value, known ? at->second : -1);
     }
     ASSERT_EQ(dict.GetCount(), reference.size());
     ASSERT_EQ(Walk(dict), reference);

@@ -45,10 +45,24 @@ struct ToIntCase {
 
 TEST(QdcNumeric, ToIntTruncatesInRangeAndSaturatesOutside) {
   ToIntCase const arrCases[] = {
-      {0.0, 0}, {0.999, 0}, {-0.999, 0}, {2.5, 2}, {-2.5, -2},
-      {2147483646.9, 2147483646}, {2147483647.0, nMost}, {2147483647.9, nMost}, {2147483648.0, nMost},
-      {-2147483647.9, -2147483647}, {-2147483648.0, nLeast}, {-2147483648.9, nLeast}, {-2147483649.0, nLeast},
-      {1e300, nMost}, {-1e300, nLeast}, {dInfinity, nMost}, {-dInfinity, nLeast}, {dNaN, 0},
+      {0.0, 0},
+      {0.999, 0},
+      {-0.999, 0},
+      {2.5, 2},
+      {-2.5, -2},
+      {2147483646.9, 2147483646},
+      {2147483647.0, nMost},
+      {2147483647.9, nMost},
+      {2147483648.0, nMost},
+      {-2147483647.9, -2147483647},
+      {-2147483648.0, nLeast},
+      {-2147483648.9, nLeast},
+      {-2147483649.0, nLeast},
+      {1e300, nMost},
+      {-1e300, nLeast},
+      {dInfinity, nMost},
+      {-dInfinity, nLeast},
+      {dNaN, 0},
   };
   for (ToIntCase const& entry : arrCases) EXPECT_EQ(ToInt(entry.m_dValue), entry.m_nExpected) << entry.m_dValue;
 }

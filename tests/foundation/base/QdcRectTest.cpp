@@ -28,8 +28,14 @@ struct PointCase {
 TEST(QdcRect, HoldsItsLeftAndTopEdgeAndNotItsRightAndBottom) {
   QdcRect const rect(10, 20, 30, 40);
   PointCase const arrCases[] = {
-      {{10, 20}, 1}, {{29, 39}, 1}, {{15, 25}, 1}, {{30, 25}, 0}, {{15, 40}, 0},
-      {{9, 25}, 0},  {{15, 19}, 0}, {{30, 40}, 0},
+      {{10, 20}, 1},
+      {{29, 39}, 1},
+      {{15, 25}, 1},
+      {{30, 25}, 0},
+      {{15, 40}, 0},
+      {{9, 25}, 0},
+      {{15, 19}, 0},
+      {{30, 40}, 0},
   };
   for (PointCase const& entry : arrCases) {
     EXPECT_EQ(rect.PtInRect(entry.m_Point), entry.m_bInside) << entry.m_Point.x << " " << entry.m_Point.y;

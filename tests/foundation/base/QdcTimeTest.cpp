@@ -46,7 +46,9 @@ TEST_F(QdcTimeClock, NullBringsTheSteadyClockBack) {
 
 TEST_F(QdcTimeClock, SteadyClockIsCutToItsLowest32Bits) {
   using std::chrono::milliseconds;
-  auto const now = [] { return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now().time_since_epoch()); };
+  auto const now = [] {
+    return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
+  };
   auto const before = static_cast<unsigned int>(now().count());
   unsigned int const read = QdcTime::GetMillisecond();
   auto const after = static_cast<unsigned int>(now().count());

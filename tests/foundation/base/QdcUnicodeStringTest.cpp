@@ -257,14 +257,14 @@ TEST(QdcUnicodeString, ToMBStringReplacesWhatIsNoCharacter) {
 
 TEST(QdcUnicodeString, FromUTF8GivesBackWhatToMBStringWrote) {
   EXPECT_TRUE(QdcUnicodeString::FromUTF8(nullptr) == L"");
-  EXPECT_TRUE(QdcUnicodeString::FromUTF8("Stra\xc3\x9f" "e") == L"Stra\u00dfe");
+  EXPECT_TRUE(QdcUnicodeString::FromUTF8("Stra\303\237e") == L"Stra\u00dfe");
   EXPECT_TRUE(QdcUnicodeString::FromUTF8("\xf0\x9f\x98\x80") == L"\U0001f600");
   QdcUnicodeString const lone = One(0xDC00) + One(0xD800);
   EXPECT_TRUE(QdcUnicodeString::FromUTF8(lone.ToMBString().Cstr()) == lone);
 }
 
 TEST(QdcUnicodeString, FromUTF8ReplacesEachByteThatBelongsToNoCharacter) {
-  EXPECT_TRUE(QdcUnicodeString::FromUTF8("a\xff" "b") == L"a\ufffdb");
+  EXPECT_TRUE(QdcUnicodeString::FromUTF8("a\377b") == L"a\ufffdb");
   EXPECT_TRUE(QdcUnicodeString::FromUTF8("\xe4\xb8") == L"\ufffd\ufffd");
 }
 
@@ -281,7 +281,7 @@ TEST(QdcUnicodeString, FormatTakesWideTextForPercentS) {
 TEST(QdcUnicodeString, FormatTakesNarrowTextForPercentCapitalSInEveryLocale) {
   ASSERT_STREQ(setlocale(LC_ALL, nullptr), "C");
   QdcUnicodeString text;
-  text.Format(L"%S|%hs|%C", "Stra\xc3\x9f" "e", "plain", 'x');
+  text.Format(L"%S|%hs|%C", "Stra\303\237e", "plain", 'x');
   EXPECT_TRUE(text == L"Stra\u00dfe|plain|x");
 }
 

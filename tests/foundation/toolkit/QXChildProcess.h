@@ -16,9 +16,9 @@
 namespace QXC {
 
 struct QXChildResult {
-  int m_nStatus = -1;      // as waitpid gives it, of the first end or stop
-  std::string m_strOutput; // standard output
-  std::string m_strErrors; // standard error
+  int m_nStatus = -1;       // as waitpid gives it, of the first end or stop
+  std::string m_strOutput;  // standard output
+  std::string m_strErrors;  // standard error
 };
 
 struct QXChildSetup {
@@ -74,8 +74,7 @@ inline QXChildResult RunChild(std::vector<std::string> const& arrCommand, QXChil
   ::close(output[1]);
   ::close(errors[1]);
   QXChildResult result;
-  while (::waitpid(process, &result.m_nStatus, WUNTRACED) < 0 && errno == EINTR) {
-  }
+  while (::waitpid(process, &result.m_nStatus, WUNTRACED) < 0 && errno == EINTR) {}
   if (WIFSTOPPED(result.m_nStatus)) {
     ::kill(process, SIGKILL);
     ::waitpid(process, nullptr, 0);

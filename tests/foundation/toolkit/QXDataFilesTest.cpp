@@ -50,8 +50,8 @@ TEST_F(QXDataFiles, NothingInstalledGivesEmptyTextsAndTheSystemsFonts) {
 
 TEST_F(QXDataFiles, FilesBesideTheLibraryAreRead) {
   GetFolder().Write(QX_DATA_FOLDER "/registry.ini", "[Graphics3DDefaultFonts]\nDejaVuSans = a.ttf\n");
-  GetFolder().Write(QX_DATA_FOLDER "/strings.ini", "IMl001 = Stra\xc3\x9f" "e Sans\n");
-  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/truetype/", "Stra\xc3\x9f" "e Sans", "a.ttf"}));
+  GetFolder().Write(QX_DATA_FOLDER "/strings.ini", "IMl001 = Stra\303\237e Sans\n");
+  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/truetype/", "Stra\303\237e Sans", "a.ttf"}));
 }
 
 TEST_F(QXDataFiles, InstalledFontsFolderComesBeforeTheSystems) {

@@ -9,13 +9,12 @@
 namespace QXC {
 namespace {
 
-constexpr char szWhole[] =
-    "top = 1\n"
-    "[Graphics3DDefaultFonts]\n"
-    "DejaVuSans = dejavu/DejaVuSans.ttf\n"
-    "Stra\xc3\x9f" "e = s.ttf\n"
-    "[Other]\n"
-    "key = value\n";
+constexpr char szWhole[] = "top = 1\n"
+                           "[Graphics3DDefaultFonts]\n"
+                           "DejaVuSans = dejavu/DejaVuSans.ttf\n"
+                           "Stra\303\237e = s.ttf\n"
+                           "[Other]\n"
+                           "key = value\n";
 
 QdcUnicodeString Value(QXRegistry& registry, wchar_t const* szKey) {
   QdcUnicodeString value(L"(none)");
@@ -83,9 +82,9 @@ TEST_F(QXRegistryTest, BrokenFilesChangeNothing) {
   QXRegistry registry;
   ASSERT_EQ(LoadBytes(registry, szWhole), 1);
   QdcUnicodeString const before = Content(registry);
-  std::string const arrBroken[] = {
-      "top = 2\nno value\n", "top = 2\n[open\n", std::string("top = 2\n\0\n", 10), "top = 2\n\xff = 1\n",
-      "top = 2\n" + std::string(500, 'x') + " = 1\n", "top = 2\n[" + std::string(60, 's') + "]\n", "top = 2\n = 1\n"};
+  std::string const arrBroken[] = {"top = 2\nno value\n", "top = 2\n[open\n", std::string("top = 2\n\0\n", 10),
+      "top = 2\n\xff = 1\n", "top = 2\n" + std::string(500, 'x') + " = 1\n",
+      "top = 2\n[" + std::string(60, 's') + "]\n", "top = 2\n = 1\n"};
   for (std::string const& broken : arrBroken) {
     EXPECT_EQ(LoadBytes(registry, broken), 0) << broken.substr(0, 40);
     EXPECT_TRUE(Content(registry) == before) << broken.substr(0, 40);

@@ -34,7 +34,7 @@ int CountOthers() {
 }
 
 void Fault() {
-  int* volatile pNowhere = nullptr;
+  int volatile* volatile pNowhere = nullptr;
   *pNowhere = 1;
 }
 

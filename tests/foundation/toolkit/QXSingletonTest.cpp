@@ -39,9 +39,7 @@ TEST(QXSingleton, IsOneObjectInAllModules) {
   QXTestManager& manager = QXTestManager::GetSingleton();
   void* const pModule = ::dlopen(QX_SINGLETON_MODULE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(pModule, nullptr) << ::dlerror();
-  auto const call = [pModule](char const* szName) {
-    return reinterpret_cast<void* (*)()>(::dlsym(pModule, szName))();
-  };
+  auto const call = [pModule](char const* szName) { return reinterpret_cast<void* (*)()>(::dlsym(pModule, szName))(); };
   EXPECT_EQ(call("QXTestManagerOfModule"), &manager);
   EXPECT_EQ(call("QXTestBaseOfModule"), &manager);
   EXPECT_EQ(call("QXTestLockerOfModule"), &QXSingleton<QXTestManager>::ms_mLocker);

@@ -17,7 +17,9 @@ constexpr unsigned char qdcequal(double dFirst, double dSecond) {
 }
 
 /// 1 on a machine that stores the highest byte first.
-constexpr unsigned char qdcbigendian() { return static_cast<unsigned char>(std::endian::native == std::endian::big); }
+constexpr unsigned char qdcbigendian() {
+  return static_cast<unsigned char>(std::endian::native == std::endian::big);
+}
 
 /// Truncates towards zero; what an int cannot hold becomes the nearest int, a NaN becomes 0. A plain cast is undefined
 /// there, and pixel rectangles and lengths computed from a hostile or degenerate matrix do leave the range.
