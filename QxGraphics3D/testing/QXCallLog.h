@@ -39,7 +39,7 @@ public:
   template <class... Arguments>
   void Write(std::string const& strObject, char const* szCall, Arguments const&... arguments) {
     std::string strLine = strObject + ": " + szCall + "(";
-    char const* szSeparator = "";
+    [[maybe_unused]] char const* szSeparator = "";
     ((strLine += std::exchange(szSeparator, ", "), Append(strLine, arguments)), ...);
     strLine += ")";
     m_arrLines.push_back(std::move(strLine));

@@ -12,12 +12,6 @@ namespace {
 /// More differently placed rectangles than any frame has viewports: then they are painted and forgotten.
 constexpr std::size_t MaxClearedRects = 64;
 
-unsigned char ToByte(double dChannel) {
-  // Written so that a channel that is not a number becomes 0.
-  double const dClamped = dChannel > 0.0 ? std::min(dChannel, 1.0) : 0.0;
-  return static_cast<unsigned char>(dClamped * 255.0 + 0.5);
-}
-
 template <class Operation>
 void ForEachViewport(QXRenderTarget& target, Operation const& operation) {
   auto position = target.m_Viewports.GetStartPosition();
@@ -88,6 +82,12 @@ void QXNullRenderTarget::NotifyCameraRemoved(QXCamera const* pCamera) {
 }
 
 // --- The picture ---
+
+unsigned char QXNullRenderTarget::ToByte(double dChannel) {
+  // Written so that a channel that is not a number becomes 0.
+  double const dClamped = dChannel > 0.0 ? std::min(dChannel, 1.0) : 0.0;
+  return static_cast<unsigned char>(dClamped * 255.0 + 0.5);
+}
 
 void QXNullRenderTarget::Clear(int nLeft, int nBottom, int nWidth, int nHeight, QXColorValue3D const& color) {
   // In 64 bits: a viewport may reach past the range of int.

@@ -72,6 +72,9 @@ public:
   void Clear(int nLeft, int nBottom, int nWidth, int nHeight, QXColorValue3D const& color);
   void CountDraw(unsigned int nOperations, unsigned int nTriangles);
 
+  /// A colour channel as it stands in a picture: 0 to 255, rounded; below 0 and no number at all give 0.
+  static unsigned char ToByte(double dChannel);
+
   /// Frames since the target was made.
   unsigned int GetUpdateCount() const { return m_nUpdates; }
   /// Draw operations of the last frame.
