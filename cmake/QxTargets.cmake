@@ -16,6 +16,10 @@ function(qx_configure_target target)
   # Results must be equal on every compiler, so no fused multiply-add unless it is written down.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -ffp-contract=off
     $<$<BOOL:${QX_WARNINGS_AS_ERRORS}>:-Werror>)
+  # Optimising, g++ 12 suspects the assignment of a literal to std::string of overlapping itself.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(${target} PRIVATE -Wno-restrict)
+  endif()
   if(QX_COVERAGE)
     target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path)
     target_link_options(${target} PRIVATE --coverage)
