@@ -17,9 +17,9 @@ constexpr QXColorValue3D Ground(0.66, 0.69, 0.60, 1.0);
 constexpr QXColorValue3D Roof(0.74, 0.41, 0.31, 1.0);
 constexpr QXColorValue3D Wall(0.90, 0.86, 0.78, 1.0);
 
-/// Below this a model counts as dark, and its brightest colour is brought up to the other.
+/// Below this a model counts as dark: old modelling programs wrote palettes of half brightness, in which a lit picture
+/// loses everything that does not face the sun.
 constexpr double DarkBelow = 0.6;
-constexpr double BroughtUpTo = 0.92;
 
 unsigned char ToByte(double dValue) {
   return static_cast<unsigned char>(std::lround(std::clamp(dValue, 0.0, 1.0) * 255.0));
@@ -43,6 +43,14 @@ bool HasColors(QXC::QXModelMesh const& mesh) {
   return mesh.m_bBaseColorSet != 0 || mesh.m_pVertexPackage->m_pColors != nullptr;
 }
 
+/// The colour as a transparent ink on light paper.
+QXColorValue3D PrintOnPaper(QXColorValue3D const& color) {
+  constexpr QXColorValue3D Paper(0.92, 0.90, 0.83, 1.0);
+  constexpr double Ink = 0.55;
+  auto const mix = [](double dInk, double dPaper) { return Ink * dInk + (1.0 - Ink) * dPaper; };
+  return QXColorValue3D(mix(color.r, Paper.r), mix(color.g, Paper.g), mix(color.b, Paper.b), color.a);
+}
+
 }  // namespace
 
 QXModelColors::QXModelColors(QXC::ModelDataInfo const& model, QXC::QXBoundingBox const& box)
@@ -51,7 +59,7 @@ QXModelColors::QXModelColors(QXC::ModelDataInfo const& model, QXC::QXBoundingBox
   for (int i = 0; i < model.GetMeshCount(); ++i)
     if (HasColors(*model.GetMesh(i))) dBrightest = std::max(dBrightest, Brightest(*model.GetMesh(i)));
   // A model that is black throughout is meant to be black.
-  if (dBrightest > 0.05 && dBrightest < DarkBelow) m_dGain = BroughtUpTo / dBrightest;
+  m_bDark = dBrightest > 0.05 && dBrightest < DarkBelow;
 }
 
 unsigned int QXModelColors::GetColor(QXC::QXModelMesh const& mesh, unsigned int nVertex,
@@ -68,8 +76,8 @@ unsigned int QXModelColors::GetColor(QXC::QXModelMesh const& mesh, unsigned int 
     bool const bUp = vecNormal.z > 0.4;
     bool const bLow = vecPosition.z <= m_dBottom + 0.02 * m_dHeight;
     color = bUp ? (bLow ? Ground : Roof) : Wall;
-  } else {
-    color.SetValue(color.r * m_dGain, color.g * m_dGain, color.b * m_dGain, color.a);
+  } else if (m_bDark) {
+    color = PrintOnPaper(color);
   }
   return QDC::QDCRGBA(ToByte(color.r), ToByte(color.g), ToByte(color.b), ToByte(color.a));
 }

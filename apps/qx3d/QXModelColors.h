@@ -28,11 +28,11 @@ public:
   /// Whether a mesh has anything to look through.
   static bool IsTransparent(QXC::QXModelMesh const& mesh);
 
-  /// Factor on the colours that the file states, 1 or above.
-  double GetGain() const { return m_dGain; }
+  /// Whether all colours that the file states are dark, so that they are drawn lighter.
+  bool IsDark() const { return m_bDark; }
 
 private:
-  double m_dGain = 1.0;
+  bool m_bDark = false;
   double m_dBottom;
   double m_dHeight;
 };

@@ -160,22 +160,33 @@ void GetViewAngles(int nView, double& dHeading, double& dElevation) {
   dElevation = Oblique;
 }
 
-QXCell GetViewCell(int nView, int nViews) {
-  int const nRows = static_cast<int>(std::lround(std::floor(std::sqrt(static_cast<double>(nViews)))));
-  // The first rows take one viewport more where the count does not divide.
-  int const nShort = nViews / nRows;
-  int const nLong = nViews % nRows;
+namespace {
+
+/// A fraction of a side that a viewport truncates to the pixels meant: a quarter of a pixel above them, since a fraction
+/// of exactly n / side times the side may come out below n.
+double ToFraction(int nPixels, int nSide) {
+  return (nPixels + 0.25) / nSide;
+}
+
+}  // namespace
+
+QXCell GetViewCell(int nView, int nViews, int nWidth, int nHeight) {
+  int const nRows = static_cast<int>(std::sqrt(static_cast<double>(nViews) + 0.5));
+  int const nLonger = nViews % nRows;
   int nRow = 0;
   int nBefore = 0;
-  int nInRow = nShort + (nLong > 0 ? 1 : 0);
+  int nInRow = nViews / nRows + (nLonger > 0 ? 1 : 0);
   while (nView >= nBefore + nInRow) {
     nBefore += nInRow;
     ++nRow;
-    nInRow = nShort + (nRow < nLong ? 1 : 0);
+    nInRow = nViews / nRows + (nRow < nLonger ? 1 : 0);
   }
-  double const dWidth = 1.0 / nInRow;
-  double const dHeight = 1.0 / nRows;
-  return QXCell{(nView - nBefore) * dWidth, 1.0 - (nRow + 1) * dHeight, dWidth, dHeight};
+  int const nLeft = nWidth * (nView - nBefore) / nInRow;
+  int const nRight = nWidth * (nView - nBefore + 1) / nInRow;
+  int const nBottom = nHeight - nHeight * (nRow + 1) / nRows;
+  int const nTop = nHeight - nHeight * nRow / nRows;
+  return QXCell{ToFraction(nLeft, nWidth), ToFraction(nBottom, nHeight), ToFraction(nRight - nLeft, nWidth),
+      ToFraction(nTop - nBottom, nHeight)};
 }
 
 }  // namespace QXApp

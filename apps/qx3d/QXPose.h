@@ -56,14 +56,17 @@ QXC::QXMatrix4d MakePerspective(double dFovY, double dAspect, double dNear, doub
 /// south, east, north and west, then obliquely from further sides.
 void GetViewAngles(int nView, double& dHeading, double& dElevation);
 
-/// Place of a viewport in a grid, as fractions of the target from its lower left corner: rows as even as they get, the upper
-/// ones one viewport longer where the number does not divide, each row over the whole width.
+/// Place of a viewport, as fractions of the target from its lower left corner.
 struct QXCell {
   double m_dLeft;
   double m_dBottom;
   double m_dWidth;
   double m_dHeight;
 };
-QXCell GetViewCell(int nView, int nViews);
+
+/// Place of a viewport in a grid over a target of a size in pixels: rows as even as they get, filled from the upper left,
+/// the upper ones one viewport longer where the number does not divide, each row over the whole width. The fractions
+/// are such that neighbours touch in whole pixels.
+QXCell GetViewCell(int nView, int nViews, int nWidth, int nHeight);
 
 }  // namespace QXApp

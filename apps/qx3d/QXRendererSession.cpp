@@ -95,6 +95,7 @@ std::string QXRendererSession::AttachTarget(QXC::QXRenderTarget* pTarget) {
   m_pTarget = pTarget;
   m_pGraphics3D->AttachRenderTarget(pTarget);
   pTarget->SetActive(1);
+  pTarget->SetSceneAntialias(1);
   return std::string();
 }
 
@@ -133,10 +134,13 @@ std::string QXRendererSession::Show(QXScene& scene, bool bGround) {
     std::string const strReason = AddPart(part);
     if (!strReason.empty()) return strReason;
   }
-  // So far away that it stands in the same direction from everywhere: in the south-west, 50 degrees high.
+  // So far away that it stands in the same direction from everywhere: in the south-west, 38 degrees high.
   constexpr double Far = 1e9;
-  m_pGraphics3D->SetSunPosition(QXC::QXVector3d(-0.45 * Far, -0.60 * Far, 0.90 * Far));
+  m_pGraphics3D->SetSunPosition(QXC::QXVector3d(-0.62 * Far, -0.48 * Far, 0.62 * Far));
   m_pGraphics3D->SetSunLightEnable(1);
+  // A warm sun and a bluish sky that together leave what looks up nearly at its own colour.
+  m_pTarget->SetDiffuseLight(QXC::QXColorValue3D(0.78, 0.73, 0.64, 1.0));
+  m_pTarget->SetAmbientLight(QXC::QXColorValue3D(0.51, 0.54, 0.60, 1.0));
   return std::string();
 }
 
@@ -183,7 +187,15 @@ void QXRendererSession::SetPose(int nView, QXPose const& pose) {
 
 void QXRendererSession::Resize(int nWidth, int nHeight) {
   m_pTarget->ReSize(static_cast<unsigned int>(nWidth), static_cast<unsigned int>(nHeight));
-  for (View const& view : m_vecViews) view.m_pViewport->UpdateDimensions();
+}
+
+void QXRendererSession::SetCell(int nView, QXCell const& cell) {
+  QXC::QXViewport& viewport = *m_vecViews[static_cast<std::size_t>(nView)].m_pViewport;
+  viewport.SetRelLeft(cell.m_dLeft);
+  viewport.SetRelBottom(cell.m_dBottom);
+  viewport.SetRelWidth(cell.m_dWidth);
+  viewport.SetRelHeight(cell.m_dHeight);
+  viewport.UpdateDimensions();
 }
 
 void QXRendererSession::DrawFrame() {

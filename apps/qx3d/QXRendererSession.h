@@ -61,8 +61,10 @@ public:
   /// Moves the camera of a viewport.
   void SetPose(int nView, QXPose const& pose);
 
-  /// The window has another size.
+  /// The window has another size; its viewports keep their fractions until SetCell.
   void Resize(int nWidth, int nHeight);
+  /// Moves a viewport.
+  void SetCell(int nView, QXCell const& cell);
   /// Draws a frame of all targets and shows it.
   void DrawFrame();
 

@@ -56,11 +56,9 @@ QXVector3d Transform(float const* p, QXC::QXMatrix4d const& mat) {
       .MultiplyMatrix(mat);
 }
 
-/// Middles of triangles on the two level axes; where most of them lie is the core.
-struct TriangleMiddles {
-  std::vector<float> m_vecX;
-  std::vector<float> m_vecY;
-};
+unsigned int GetIndex(QXC::QXIndexPackage const& package, unsigned int i) {
+  return package.m_nIndexType == 1 ? package.GetIndices32()[i] : package.GetIndices16()[i];
+}
 
 class Merger {
 public:
@@ -90,10 +88,6 @@ public:
   }
 
 private:
-  static unsigned int GetIndex(QXC::QXIndexPackage const& package, unsigned int i) {
-    return package.m_nIndexType == 1 ? package.GetIndices32()[i] : package.GetIndices16()[i];
-  }
-
   void AddTriangles(
       QXC::QXIndexPackage const& package, unsigned int nBase, bool bMirrored, QXVertexCollector& collector) {
     unsigned int const nCount = static_cast<unsigned int>(package.m_nIndexNum) / 3;
@@ -117,42 +111,65 @@ private:
   QXVertexCollector m_Transparent;
 };
 
-/// Collects the middle of every triangle's first corner: one corner tells as well where triangles crowd.
-TriangleMiddles CollectMiddles(QXC::ModelDataInfo const& model, QXVector3d const& vecOrigin) {
-  TriangleMiddles middles;
-  for (int i = 0; i < model.GetNodeCount(); ++i) {
-    QXC::QXModelNode const& node = *model.GetNode(i);
-    QXC::QXModelMesh const& mesh = *model.GetMesh(node.m_nMesh);
-    for (QXC::QXIndexPackage const* pPackage : mesh.m_arrIndexPackages) {
-      for (int nIndex = 0; nIndex < pPackage->m_nIndexNum; nIndex += 3) {
-        std::size_t const nVertex =
-            pPackage->m_nIndexType == 1 ? pPackage->GetIndices32()[nIndex] : pPackage->GetIndices16()[nIndex];
-        QXVector3d const vec = Transform(mesh.m_pVertexPackage->m_pVertices + 3 * nVertex, node.m_matWorld) - vecOrigin;
-        middles.m_vecX.push_back(static_cast<float>(vec.x));
-        middles.m_vecY.push_back(static_cast<float>(vec.y));
+/// A place on one axis with the area of the triangle that lies there.
+struct WeightedPlace {
+  double m_dPlace;
+  double m_dArea;
+  bool operator<(WeightedPlace const& other) const { return m_dPlace < other.m_dPlace; }
+};
+
+/// Places of all triangles on the two level axes.
+struct TrianglePlaces {
+  std::vector<WeightedPlace> m_vecX;
+  std::vector<WeightedPlace> m_vecY;
+};
+
+void CollectPlaces(QXC::QXModelMesh const& mesh, QXC::QXMatrix4d const& matWorld, TrianglePlaces& places) {
+  float const* pVertices = mesh.m_pVertexPackage->m_pVertices;
+  for (QXC::QXIndexPackage const* pPackage : mesh.m_arrIndexPackages) {
+    for (unsigned int i = 0; i + 2 < static_cast<unsigned int>(pPackage->m_nIndexNum); i += 3) {
+      QXVector3d const a = Transform(pVertices + 3 * std::size_t{GetIndex(*pPackage, i)}, matWorld);
+      QXVector3d const b = Transform(pVertices + 3 * std::size_t{GetIndex(*pPackage, i + 1)}, matWorld);
+      QXVector3d const c = Transform(pVertices + 3 * std::size_t{GetIndex(*pPackage, i + 2)}, matWorld);
+      double const dArea = (b - a).CrossProduct(c - a).Length();
+      // Each corner with a share: the middle alone would cut half of a large triangle away.
+      for (QXVector3d const* p : {&a, &b, &c}) {
+        places.m_vecX.push_back({p->x, dArea});
+        places.m_vecY.push_back({p->y, dArea});
       }
     }
   }
-  return middles;
 }
 
-/// Value below which a part of all values lies.
-double Quantile(std::vector<float>& vecValues, double dPart) {
-  std::size_t const nPlace = static_cast<std::size_t>(dPart * static_cast<double>(vecValues.size() - 1) + 0.5);
-  std::nth_element(vecValues.begin(), vecValues.begin() + static_cast<std::ptrdiff_t>(nPlace), vecValues.end());
-  return static_cast<double>(vecValues[nPlace]);
+/// Where on an axis a part of the surface lies on either side.
+void FindMiddlePart(std::vector<WeightedPlace>& vecPlaces, double dOutside, double& dMin, double& dMax) {
+  std::sort(vecPlaces.begin(), vecPlaces.end());
+  double dTotal = 0.0;
+  for (WeightedPlace const& place : vecPlaces) dTotal += place.m_dArea;
+  if (!(dTotal > 0.0)) return;
+  double dBefore = 0.0;
+  auto it = vecPlaces.begin();
+  while (dBefore + it->m_dArea < dOutside * dTotal) dBefore += (it++)->m_dArea;
+  dMin = it->m_dPlace;
+  auto itBack = vecPlaces.end() - 1;
+  dBefore = 0.0;
+  while (dBefore + itBack->m_dArea < dOutside * dTotal) dBefore += (itBack--)->m_dArea;
+  dMax = itBack->m_dPlace;
 }
 
 QXC::QXBoundingBox FindCore(QXC::ModelDataInfo const& model, QXScene const& scene) {
-  TriangleMiddles middles = CollectMiddles(model, scene.m_vecOrigin);
-  constexpr double Outside = 0.025;
   // Of a handful of triangles every one counts.
-  if (middles.m_vecX.size() < 1000) return scene.m_Bounds;
-  QXVector3d const& origin = scene.m_vecOrigin;
-  return QXC::QXBoundingBox(QXVector3d(origin.x + Quantile(middles.m_vecX, Outside),
-                                origin.y + Quantile(middles.m_vecY, Outside), scene.m_Bounds.m_dMin[2]),
-      QXVector3d(origin.x + Quantile(middles.m_vecX, 1.0 - Outside), origin.y + Quantile(middles.m_vecY, 1.0 - Outside),
-          scene.m_Bounds.m_dMax[2]));
+  if (scene.m_nTriangles < 1000) return scene.m_Bounds;
+  TrianglePlaces places;
+  for (int i = 0; i < model.GetNodeCount(); ++i) {
+    QXC::QXModelNode const& node = *model.GetNode(i);
+    CollectPlaces(*model.GetMesh(node.m_nMesh), node.m_matWorld, places);
+  }
+  QXC::QXBoundingBox core = scene.m_Bounds;
+  constexpr double Outside = 0.025;
+  FindMiddlePart(places.m_vecX, Outside, core.m_dMin[0], core.m_dMax[0]);
+  FindMiddlePart(places.m_vecY, Outside, core.m_dMin[1], core.m_dMax[1]);
+  return core;
 }
 
 }  // namespace
@@ -179,7 +196,7 @@ double GetGroundRadius(QXScene const& scene) {
 
 QXScenePart BuildGround(QXScene const& scene) {
   constexpr int Sectors = 48;
-  unsigned int const nColor = QDC::QDCRGBA(206, 204, 192, 255);
+  unsigned int const nColor = QDC::QDCRGBA(228, 226, 214, 255);
   QXVector3d const vecSize = scene.m_Bounds.GetMax() - scene.m_Bounds.GetMin();
   double const dRadius = GetGroundRadius(scene);
   // Below the model by more than the depth buffer's step at the far side, and too little to be seen.

@@ -29,8 +29,8 @@ struct QXScene {
   QXC::QXVector3d m_vecOrigin;
   /// Everything that is drawn of the model, world coordinates.
   QXC::QXBoundingBox m_Bounds;
-  /// Where most of the model is: nineteen twentieths of its triangles on each axis, heights whole. A road that leaves the
-  /// city does not make the city small.
+  /// Where most of the model is: nineteen twentieths of its surface on each level axis, heights whole. A road that
+  /// leaves the city does not make the city small.
   QXC::QXBoundingBox m_Core;
   unsigned int m_nTriangles = 0;
   unsigned int m_nVertices = 0;
@@ -41,7 +41,7 @@ struct QXScene {
 /// triangles never share a drawable.
 ///
 /// Colours: material times vertex colour. A mesh with neither is coloured by its faces: ground where it is level and low,
-/// roof where it looks up, wall elsewhere. If every colour that the file states is dark, all get brighter by one factor.
+/// roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is mixed with a light paper tone.
 ///
 /// Cost: linear in the placed vertices.
 QXScene BuildScene(QXC::ModelDataInfo const& model);

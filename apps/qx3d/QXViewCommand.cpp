@@ -70,9 +70,11 @@ private:
     return strError;
   }
 
+  QXCell GetCell(int nView) const { return GetViewCell(nView, m_Options.m_nViews, m_nWidth, m_nHeight); }
+
   std::string AddViews() {
     for (int i = 0; i < m_Options.m_nViews; ++i) {
-      std::string const strError = m_Session.AddView(GetViewCell(i, m_Options.m_nViews));
+      std::string const strError = m_Session.AddView(GetCell(i));
       if (!strError.empty()) return strError;
       m_vecPoses.emplace_back();
     }
@@ -87,7 +89,7 @@ private:
       QXPose& pose = m_vecPoses[static_cast<std::size_t>(i)];
       // The core may be cut a little at the corners of the picture; that looks nearer than a rim around it.
       pose =
-          FrameBox(m_Scene.m_Core, dHeading, dElevation, QXRendererSession::FieldOfView, m_Session.GetAspect(i), 1.02);
+          FrameBox(m_Scene.m_Core, dHeading, dElevation, QXRendererSession::FieldOfView, m_Session.GetAspect(i), 0.97);
     }
     std::string const strError = ApplyEyeAndLook();
     ApplyPoses();
@@ -144,6 +146,7 @@ private:
     if (input.m_bResized) {
       m_Window.GetSize(m_nWidth, m_nHeight);
       m_Session.Resize(m_nWidth, m_nHeight);
+      for (int i = 0; i < m_Options.m_nViews; ++i) m_Session.SetCell(i, GetCell(i));
     }
     if (input.m_bHome) ResetPoses();
     QXPose& pose = m_vecPoses[static_cast<std::size_t>(FindView(input.m_nMouseX, input.m_nMouseY))];
@@ -161,7 +164,7 @@ private:
     double const x = (nX + 0.5) / m_nWidth;
     double const y = 1.0 - (nY + 0.5) / m_nHeight;
     for (int i = 0; i < m_Options.m_nViews; ++i) {
-      QXCell const cell = GetViewCell(i, m_Options.m_nViews);
+      QXCell const cell = GetCell(i);
       if (x >= cell.m_dLeft && x < cell.m_dLeft + cell.m_dWidth && y >= cell.m_dBottom &&
           y < cell.m_dBottom + cell.m_dHeight)
         return i;

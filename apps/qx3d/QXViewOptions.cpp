@@ -61,7 +61,7 @@ constexpr char const* ViewFooter =
 view, Escape quits. Without a display give --out, and start a renderer that needs one through 'xvfb-run -a'.
 
 Colours: a mesh shows its material colour times its vertex colours. A mesh with neither is coloured by its faces:
-light ground, pale walls, brick roofs. If every colour of a file is dark, all are brightened by the same factor.
+light ground, pale walls, brick roofs. If every colour of a file is dark, all are mixed with a light paper tone.
 z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
 down, and else OBJ has y up and the others z, unless --up tells.)";
 
