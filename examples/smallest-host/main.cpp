@@ -36,6 +36,7 @@ static int Draw(QXGraphics3D& graphics3D) {
   if (!pCamera || !pTarget) return 0;
   pCamera->SetPosition(0, -4, 0);
   pCamera->LookAt(0, 0, 0);
+  pTarget->SetActive(1);                   // drawn in every frame
   graphics3D.AttachRenderTarget(pTarget);  // owned by the renderer from here on
   pTarget->AddViewport(pCamera, 0, 0, 0, 1, 1)->m_BackgroundColor = QXColorValue3D(0.5, 0.7, 1, 1);
 
