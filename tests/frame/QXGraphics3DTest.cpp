@@ -1,6 +1,8 @@
 // The renderer's construction, registry of targets, frame loop and end.
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -140,6 +142,26 @@ TEST(QXGraphics3D, ConstructionLeavesTheDefaultsWhateverStoodInTheMemory) {
   EXPECT_EQ(graphics.m_bFlagD, 0);
   EXPECT_EQ(graphics.m_pRenderOperationManager, nullptr);
   pGraphics->~QXTestGraphics3D();
+}
+
+TEST(QXGraphics3D, MembersStandInTheOrderThatPluginsWereCompiledAgainst) {
+  QXTestGraphics3D graphics;
+  std::vector<void const*> const arrMembers = {&graphics.m_RenderTargets, &graphics.m_PrioritisedRenderTargets,
+      &graphics.m_pActiveRenderTarget, &graphics.m_pReflectRenderTarget, &graphics.m_pSelectionRenderTarget,
+      &graphics.m_pVertexSelectionRenderTarget, &graphics.m_pMultiRenderTarget, &graphics.m_pTextureManager,
+      &graphics.m_nCurrentPassIterationCount, &graphics.m_bInvertVertexWinding, &graphics.m_nVertexCount,
+      &graphics.m_nFaceCount, &graphics.m_eCullingMode, &graphics.m_bWaitForVerticalBlank, &graphics.m_pViewport,
+      &graphics.m_matWorld, &graphics.m_matView, &graphics.m_matProjection, &graphics.m_arrWorldMatrices,
+      &graphics.m_nWorldMatrixCount, &graphics.m_pModelManager, &graphics.m_nRenderBufferTarget,
+      &graphics.m_pHwInstancingManager, &graphics.m_eHMDMode, &graphics.m_bResetQXCameraForVR,
+      &graphics.m_mapUpdateROViewProjCallBackProc, &graphics.m_mapROManualNearFarDist, &graphics.m_mapROManualSceneName,
+      &graphics.m_mapReInitRenderQueueProc, &graphics.m_arrReInitRenderQueue, &graphics.m_mapReInitObjectSceneName,
+      &graphics.m_pfnHtcControllerPoints, &graphics.m_pRenderRay3D, &graphics.m_nVREventView,
+      &graphics.m_pfnVRPickingObject, &graphics.m_nObjectsEventView, &graphics.m_pfnVRControllerHandle,
+      &graphics.m_arrStrings, &graphics.m_bFlagA, &graphics.m_bFlagB, &graphics.m_Mutex, &graphics.m_pReservedA,
+      &graphics.m_bFlagC, &graphics.m_SceneOperation, &graphics.m_pResourceHolder, &graphics.m_eTextCharset,
+      &graphics.m_bFlagD, &graphics.m_pRenderOperationManager};
+  EXPECT_TRUE(std::is_sorted(arrMembers.begin(), arrMembers.end(), std::less<void const*>()));
 }
 
 TEST(QXGraphics3D, StaticDataAtLoadIsAsHostsExpectIt) {
@@ -521,7 +543,8 @@ TEST(QXGraphics3D, ResourceHolderIsReleasedThroughTheThirdSlotOfItsClass) {
   QXTestLog log;
   QXTestHolder holder(log);
   // The destructor has two entries in the table, so that the third operation has index 3.
-  void** const pTable = *reinterpret_cast<void***>(&holder);
+  void** pTable = nullptr;
+  std::memcpy(&pTable, static_cast<void const*>(&holder), sizeof pTable);
   reinterpret_cast<void (*)(QXTestHolder*)>(pTable[3])(&holder);
   EXPECT_EQ(log.m_arrLines, std::vector<std::string>{"holder"});
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -136,6 +137,24 @@ TEST_F(QXPluginConfigsTest, FoldersOfAHostAreReadInTheOrderTheyWereAdded) {
   EXPECT_EQ(Found(QXPluginConfigs(), L"alpha"), "");
 }
 
+TEST_F(QXPluginConfigsTest, FoldersMayBeAddedFromAnyThread) {
+  auto const addAndRead = [](wchar_t const* szFolder) {
+    for (int nRound = 0; nRound < 50; ++nRound) {
+      QXPluginConfigs::AddSearchFolder(szFolder);
+      QXPluginConfigs const configs;
+      QXPluginConfigs::RemoveSearchFolder(szFolder);
+    }
+  };
+  m_Folder.Write("a.ini", "[test-kind]\nname = alpha\nmodule = a.so\n");
+  std::thread first(addAndRead, L"/nowhere/first");
+  std::thread second(addAndRead, L"/nowhere/second");
+  first.join();
+  second.join();
+  QXPluginConfigs const configs;
+  EXPECT_EQ(Found(configs, L"alpha"), "1 alpha 1 " + Path("a.so"));
+  for (QdcUnicodeString const& strProblem : configs.GetProblems()) EXPECT_EQ(strProblem.Find(L"/nowhere/", 0), -1);
+}
+
 TEST_F(QXPluginConfigsTest, ReadingAgainReplacesWhatTheObjectHolds) {
   m_Folder.Write("a.ini", "[test-kind]\nname = alpha\nmodule = a.so\n");
   m_Folder.Write("broken.ini", "[test-kind\n");
@@ -261,7 +280,8 @@ TEST_F(QXPluginConfigsTest, RandomBytesNeverHarmTheOthers) {
   SCOPED_TRACE(nSeed);
   std::mt19937 random(nSeed);
   m_Folder.Write("b.ini", "[test-kind]\nname = beta\nmodule = b.so\n");
-  std::string const strAlphabet = "[]=;#\n\r \t\"\\\0aename module number enabled test-kind 1\xC3\xA4\xFF";
+  std::string const strAlphabet =
+      std::string("[]=;#\n\r \t\"\\ename module number enabled test-kind 1\xC3\xA4\xFF") + '\0';
   for (int nRound = 0; nRound < 200; ++nRound) {
     std::string strBytes(random() % 300, ' ');
     for (char& c : strBytes) {

@@ -1,4 +1,5 @@
 // The small records: plug-in descriptions, image operator, uniform buffer, texture and its manager.
+#include <cstring>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -12,6 +13,13 @@
 
 namespace QXC {
 namespace {
+
+/// The table of virtual operations of an object.
+void** TableOf(void const* pObject) {
+  void** pTable = nullptr;
+  std::memcpy(&pTable, pObject, sizeof pTable);
+  return pTable;
+}
 
 TEST(QXPluginConfig, CopiesAndMovesCarryAllThreeFields) {
   QXPluginConfig config;
@@ -70,7 +78,7 @@ TEST(QXPluginImageOperator, BaseHandlesOneExtension) {
 
 TEST(QXPluginImageOperator, TheCountStandsSeventhAndThereIsNoDestructorAmongTheSlots) {
   QXTestImageOperator imageOperator;
-  void** const pTable = *reinterpret_cast<void***>(&imageOperator);
+  void** const pTable = TableOf(&imageOperator);
   EXPECT_EQ(reinterpret_cast<unsigned char (*)(void const*)>(pTable[5])(&imageOperator), 6);
   EXPECT_EQ(reinterpret_cast<int (*)(void const*)>(pTable[6])(&imageOperator), 1);
 }
@@ -91,7 +99,7 @@ TEST(QXUniformBuffer, OperationsStandBehindTheDestructorInTheirOrder) {
     void Initialize() override { m_nBytes *= 10; }
     unsigned int m_nBytes = 0;
   } buffer;
-  void** const pTable = *reinterpret_cast<void***>(static_cast<QXUniformBuffer*>(&buffer));
+  void** const pTable = TableOf(static_cast<QXUniformBuffer*>(&buffer));
   QdcUnicodeString const strName(L"world");
   using AddProc = void (*)(void*, QdcUnicodeString const&, unsigned int, unsigned int);
   reinterpret_cast<AddProc>(pTable[2])(&buffer, strName, 64, 2);
