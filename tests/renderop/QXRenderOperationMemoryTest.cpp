@@ -173,6 +173,22 @@ TEST_F(QXRenderOperationMemory, PackageCopyThatFailsHalfWayFreesWhatItMadeAndNot
   source.m_pTexCoords[7][3] = 1.0F;
 }
 
+TEST_F(QXRenderOperationMemory, PackageAllocationThatFailsLeavesNoArrayAndNoCount) {
+  QXVertexDataPackage package;
+  FillPackage(package);
+  FailAtAllocation(1);
+  EXPECT_THROW(package.SetVertexNum(5, 0), std::bad_alloc);
+  FailAtAllocation(1);
+  EXPECT_THROW(package.SetColorNum(5, 0), std::bad_alloc);
+  AllowAll();
+  EXPECT_EQ(package.m_pVertices, nullptr);
+  EXPECT_EQ(package.m_nVertexNum, 0u);
+  EXPECT_EQ(package.m_pColors, nullptr);
+  EXPECT_EQ(package.m_nColorNum, 0u);
+  package.SetVertexNum(1, 0);
+  EXPECT_EQ(package.m_nVertexNum, 1u);
+}
+
 TEST_F(QXRenderOperationMemory, IndexPackageCopyThatFailsIsEmpty) {
   QXIndexPackage source;
   source.SetIndexNum(3);

@@ -97,13 +97,20 @@ TEST(QXIndexPackage, CopiesAreDeepForBothWidths) {
   }
 }
 
-TEST(QXIndexPackage, CopyOfAnEmptyPackageHasNoArray) {
-  QXIndexPackage const source;
-  QXIndexPackage target;
-  target.SetIndexNum(3);
-  target = source;
-  EXPECT_EQ(target.m_pIndices, nullptr);
-  EXPECT_EQ(target.m_nIndexNum, 0);
+TEST(QXIndexPackage, CopyOfAnEmptyPackageHasNoArrayAndTheWidthOfItsSource) {
+  for (int const type : {0, 1}) {
+    QXIndexPackage source;
+    source.m_nIndexType = type;
+    QXIndexPackage target;
+    if (type == 0)
+      target.SetIndexNum32(3);
+    else
+      target.SetIndexNum(3);
+    target = source;
+    EXPECT_EQ(target.m_pIndices, nullptr);
+    EXPECT_EQ(target.m_nIndexNum, 0);
+    EXPECT_EQ(target.m_nIndexType, type);
+  }
 }
 
 TEST(QXIndexPackage, AssignmentToItselfChangesNothing) {
