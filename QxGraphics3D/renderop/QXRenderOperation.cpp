@@ -27,11 +27,9 @@ void Allocate(T*& pItems, unsigned int& nCount, unsigned int nNum, std::size_t n
   nCount = nNum;
 }
 
-// A count without an array, or an array without a count, comes out as neither.
+// Into a fresh operation: a count without an array, or an array without a count, leaves it with neither.
 template <class T>
 void CopyArray(T*& pItems, unsigned int& nCount, T const* pSource, unsigned int nSourceNum, std::size_t nPerEntry) {
-  pItems = nullptr;
-  nCount = 0;
   if (nSourceNum == 0 || !pSource) return;
   pItems = new T[nSourceNum * nPerEntry];
   std::copy_n(pSource, nSourceNum * nPerEntry, pItems);
