@@ -174,6 +174,12 @@ QXC::QXBoundingBox FindCore(QXC::ModelDataInfo const& model, QXScene const& scen
 
 }  // namespace
 
+bool QXScene::HasOutskirts() const {
+  for (int nAxis = 0; nAxis < 2; ++nAxis)
+    if (m_Core.m_dMin[nAxis] > m_Bounds.m_dMin[nAxis] || m_Core.m_dMax[nAxis] < m_Bounds.m_dMax[nAxis]) return true;
+  return false;
+}
+
 QXScene BuildScene(QXC::ModelDataInfo const& model) {
   QXScene scene;
   scene.m_Bounds = model.GetBoundingBox();

@@ -34,6 +34,9 @@ struct QXScene {
   QXC::QXBoundingBox m_Core;
   unsigned int m_nTriangles = 0;
   unsigned int m_nVertices = 0;
+
+  /// Whether parts of the model lie around its core.
+  bool HasOutskirts() const;
 };
 
 /// Merges all placed meshes into drawables with one index range each, colours in the vertices: the number of draw

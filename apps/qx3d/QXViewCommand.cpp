@@ -87,9 +87,9 @@ private:
       double dElevation = 0.0;
       GetViewAngles(i, dHeading, dElevation);
       QXPose& pose = m_vecPoses[static_cast<std::size_t>(i)];
-      // The core may be cut a little at the corners of the picture; that looks nearer than a rim around it.
-      pose =
-          FrameBox(m_Scene.m_Core, dHeading, dElevation, QXRendererSession::FieldOfView, m_Session.GetAspect(i), 0.97);
+      // What lies around the core fills the rim of the picture; a model that ends at its bounds needs a margin.
+      pose = FrameBox(m_Scene.m_Core, dHeading, dElevation, QXRendererSession::FieldOfView, m_Session.GetAspect(i),
+          m_Scene.HasOutskirts() ? 0.97 : 1.12);
     }
     std::string const strError = ApplyEyeAndLook();
     ApplyPoses();

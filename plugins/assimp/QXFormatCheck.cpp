@@ -155,6 +155,32 @@ bool CheckFbx(Bytes const& vecBytes, std::string& strError) {
   }
 }
 
+/// Whether an element of that name begins at the start of a text.
+bool IsElement(std::string_view strText, std::string_view strName) {
+  return strText.substr(0, strName.size()) == strName && strText.size() > strName.size() &&
+         std::string_view(" \t\r\n>/").find(strText[strName.size()]) != std::string_view::npos;
+}
+
+/// COLLADA keeps lists of whole numbers as text. At anything else in such a list the importer stands still and collects
+/// the same number until the memory is gone.
+bool CheckCollada(Bytes const& vecBytes, std::string& strError) {
+  std::string_view const strText(reinterpret_cast<char const*>(vecBytes.data()), vecBytes.size());
+  for (std::size_t nTag = strText.find('<'); nTag != std::string_view::npos; nTag = strText.find('<', nTag + 1)) {
+    std::string_view const strElement = strText.substr(nTag + 1);
+    bool bList = false;
+    for (std::string_view strName : {"p", "h", "v", "vcount"}) bList = bList || IsElement(strElement, strName);
+    if (!bList) continue;
+    std::size_t const nContent = strText.find('>', nTag);
+    if (nContent == std::string_view::npos) break;
+    std::size_t const nEnd = std::min(strText.find('<', nContent), strText.size());
+    std::string_view const strList = strText.substr(nContent + 1, nEnd - nContent - 1);
+    if (strList.find_first_not_of("0123456789- \t\r\n") == std::string_view::npos) continue;
+    strError = "the file is broken: the list of numbers at byte " + std::to_string(nContent) + " holds something else";
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool CheckFormat(int nType, std::vector<unsigned char> const& vecBytes, std::string& strError) {
@@ -163,6 +189,7 @@ bool CheckFormat(int nType, std::vector<unsigned char> const& vecBytes, std::str
   case QXC::QXFileType::EM_MODEL_GLB: return CheckGlb(vecBytes, strError);
   case QXC::QXFileType::EM_MODEL_STL: return CheckStl(vecBytes, strError);
   case QXC::QXFileType::EM_MODEL_PLY: return CheckPly(vecBytes, strError);
+  case QXC::QXFileType::EM_MODEL_COLLADA: return CheckCollada(vecBytes, strError);
   case QXC::QXFileType::EM_MODEL_FBX: return CheckFbx(vecBytes, strError);
   default: return true;
   }

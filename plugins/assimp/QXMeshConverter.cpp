@@ -1,6 +1,7 @@
 #include <plugins/assimp/QXMeshConverter.h>
 
 #include <plugins/assimp/QXNormalBuilder.h>
+#include <plugins/assimp/QXPolygonCutter.h>
 
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
@@ -27,14 +28,15 @@ bool IsFinite(aiVector3D const& v) {
 
 /// Corners of the triangles that can be drawn, three after three.
 std::vector<unsigned int> CollectTriangles(aiMesh const& mesh) {
+  static_assert(sizeof(aiVector3D) == 3 * sizeof(float));
   std::vector<unsigned int> vecCorners;
   vecCorners.reserve(std::size_t{3} * mesh.mNumFaces);
   for (unsigned int i = 0; i < mesh.mNumFaces; ++i) {
     aiFace const& face = mesh.mFaces[i];
-    if (face.mNumIndices != 3) continue;
-    bool const bGood = std::all_of(face.mIndices, face.mIndices + 3,
+    if (face.mNumIndices < 3 || face.mIndices == nullptr) continue;
+    bool const bGood = std::all_of(face.mIndices, face.mIndices + face.mNumIndices,
         [&](unsigned int nVertex) { return nVertex < mesh.mNumVertices && IsFinite(mesh.mVertices[nVertex]); });
-    if (bGood) vecCorners.insert(vecCorners.end(), face.mIndices, face.mIndices + 3);
+    if (bGood) CutPolygon(&mesh.mVertices[0].x, face.mIndices, face.mNumIndices, vecCorners);
   }
   return vecCorners;
 }
@@ -106,7 +108,6 @@ VertexPlan KeepVertices(aiMesh const& mesh, std::vector<unsigned int>& vecCorner
 }
 
 VertexPlan PlanVertices(aiMesh const& mesh, bool bNormalsOfFile, std::vector<unsigned int>& vecCorners) {
-  static_assert(sizeof(aiVector3D) == 3 * sizeof(float));
   if (bNormalsOfFile && HasUsableNormals(mesh, vecCorners)) return KeepVertices(mesh, vecCorners);
   VertexPlan plan;
   QXCornerNormals const normals = BuildNormals(&mesh.mVertices[0].x, mesh.mNumVertices, vecCorners);
