@@ -286,11 +286,11 @@ TEST(QdcUnicodeString, FormatTakesNarrowTextForPercentCapitalSInEveryLocale) {
 }
 
 TEST(QdcUnicodeString, FormatLeavesTheThreadsLocaleAsItWas) {
-  locale_t const before = uselocale(static_cast<locale_t>(nullptr));
+  uselocale(LC_GLOBAL_LOCALE);
   QdcUnicodeString text;
   text.Format(L"%.3f", 0.5);
   EXPECT_TRUE(text == L"0.500");
-  EXPECT_EQ(uselocale(static_cast<locale_t>(nullptr)), before);
+  EXPECT_EQ(uselocale(static_cast<locale_t>(nullptr)), LC_GLOBAL_LOCALE);
 }
 
 TEST(QdcUnicodeString, FormatGrowsToWhatTheResultNeeds) {

@@ -73,6 +73,7 @@ std::wstring FormatWide(std::wstring const& strFormat, va_list arguments) {
     va_list copy;
     va_copy(copy, arguments);
     errno = 0;
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the analyzer loses track of a va_list that came as argument
     int const length = std::vswprintf(buffer.data(), size, strFormat.c_str(), copy);
     va_end(copy);
     if (length >= 0) {
