@@ -12,6 +12,7 @@ QXRenderOperationBase::QXRenderOperationBase(QXRenderOperationBase const& other)
 }
 
 QXRenderOperationBase& QXRenderOperationBase::operator=(QXRenderOperationBase const& other) {
+  if (this == &other) return *this;
   m_eType = other.m_eType;
   m_pMatrix = other.m_pMatrix;
   m_Bounds = other.m_Bounds;

@@ -21,6 +21,7 @@ QXRenderOperationMultiIndex::QXRenderOperationMultiIndex(QXRenderOperationMultiI
 }
 
 QXRenderOperationMultiIndex& QXRenderOperationMultiIndex::operator=(QXRenderOperationMultiIndex const& other) {
+  if (this == &other) return *this;
   QXRenderOperationBase::operator=(other);
   m_pTexCoordBlock = other.m_pTexCoordBlock;
   m_nSize = other.m_nSize;

@@ -138,6 +138,18 @@ TEST_F(QXRenderOperationMemory, AssignmentThatFailsLeavesTheTargetAsItWas) {
   }
 }
 
+TEST_F(QXRenderOperationMemory, NewIndicesReplaceTheCopyOfASharedArrayAtOnce) {
+  unsigned short shared[3] = {1, 2, 3};
+  QXRenderOperation source;
+  source.m_pIndices = shared;
+  source.m_nIndexNum = 3;
+  source.m_bIndexShared = 1;
+  QXRenderOperation copy(source);
+  std::ptrdiff_t const live = g_nLive;
+  copy.SetIndexNum(7);
+  EXPECT_EQ(g_nLive, live);
+}
+
 TEST_F(QXRenderOperationMemory, CopiesOfSharedIndicesFreeTheirArrays) {
   unsigned short shared[3] = {1, 2, 3};
   QXRenderOperation source;
