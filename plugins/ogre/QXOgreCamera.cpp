@@ -43,6 +43,8 @@ QXOgreCamera::QXOgreCamera(
     : m_Graphics3D(graphics3D), m_strSceneName(strSceneName), m_matOwnProjection(QXMatrix4d::ZERO) {
   SetName(strName);
   SetRelativeOrigin(graphics3D.GetRelativeOrigin());
+  // The view of a camera that was never moved is the one from its default place, and not a matrix of zeros.
+  InvalidateView();
 }
 
 void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene) {

@@ -150,7 +150,8 @@ void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXO
   for (int i = 0; i < 4; ++i) matModel[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
   m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matModel * Translation(-view.m_vecOrigin) * view.m_matView);
-  auto const nPriority = static_cast<unsigned short>(std::clamp(0x8000 + m_Look.m_nPriority, 0, 0xFFFF));
+  // OGRE counts priorities in 16 bits without sign.
+  auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + 0x8000);
   unsigned int nRanges = 0;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
     if (!m_arrRenderables[i]->IsVisible()) continue;

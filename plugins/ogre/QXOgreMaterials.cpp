@@ -62,7 +62,8 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pPass->setDepthWriteEnabled(surface.m_bDepthWrite && !surface.m_bTransparent);
   pPass->setDepthBias(surface.m_fDepthBias, surface.m_fDepthBiasSlope);
   pPass->setLineWidth(surface.m_fLineWidth);
-  pPass->setPointSize(surface.m_fPointSize);
+  // Lets the vertex program say the size.
+  pPass->setPointAttenuation(true);
   // Alpha adds up instead of being blended: what is seen through a pane stays as solid as it was.
   if (surface.m_bTransparent)
     pPass->setSeparateSceneBlending(
@@ -74,6 +75,7 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
   pVertex->setNamedAutoConstant("worldViewProj", Parameters::ACT_WORLDVIEWPROJ_MATRIX);
   pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
+  pVertex->setNamedConstant("pointSize", surface.m_fPointSize);
   auto const pFragment = pPass->getFragmentProgramParameters();
   pFragment->setNamedAutoConstant("tint", Parameters::ACT_CUSTOM, QX_OGRE_TINT);
   pFragment->setNamedAutoConstant("selection", Parameters::ACT_CUSTOM, QX_OGRE_SELECTION);

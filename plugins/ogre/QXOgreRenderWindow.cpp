@@ -1,6 +1,7 @@
 #include <plugins/ogre/QXOgreRenderWindow.h>
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 
 #include <OgreRenderSystem.h>
@@ -15,7 +16,7 @@ namespace QXC {
 QXOgreRenderWindow::QXOgreRenderWindow(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, HWND hWindow,
     unsigned int nWidth, unsigned int nHeight, unsigned char bFullScreen)
     : QXOgreRenderTarget(graphics3D, strName, QdcUnicodeString(), nWidth, nHeight), m_pOgreWindow(nullptr),
-      m_bShown(false) {
+      m_bShown(true) {
   Ogre::NameValuePairList options;
   options["title"] = ToUtf8(strName);
   options["vsync"] = "false";
@@ -44,7 +45,11 @@ void QXOgreRenderWindow::ReleaseDevice() {
 }
 
 void QXOgreRenderWindow::ResizeDevice(unsigned int nWidth, unsigned int nHeight) {
-  if (m_pOgreWindow) m_pOgreWindow->resize(nWidth, nHeight);
+  if (!m_pOgreWindow) return;
+  m_pOgreWindow->resize(nWidth, nHeight);
+  // The buffer that is drawn into takes its new size only with the next swap.
+  m_pOgreWindow->swapBuffers();
+  m_bShown = true;
 }
 
 void QXOgreRenderWindow::FinishPicture() {
@@ -59,9 +64,11 @@ void QXOgreRenderWindow::ShowPicture(unsigned char bWaitForVerticalBlank) {
 }
 
 void QXOgreRenderWindow::ReadPicture(unsigned char* pPixels) {
+  // What is in front cannot be read everywhere: software rasterisers keep no copy of it.
+  if (m_bShown)
+    throw std::runtime_error("the picture of a window is gone once it is shown: read it before SwapBuffers");
   Ogre::PixelBox const pixels(m_nWidth, m_nHeight, 1, Ogre::PF_A8R8G8B8, pPixels);
-  m_pOgreWindow->copyContentsToMemory(Ogre::Box(0, 0, m_nWidth, m_nHeight), pixels,
-      m_bShown ? Ogre::RenderTarget::FB_FRONT : Ogre::RenderTarget::FB_BACK);
+  m_pOgreWindow->copyContentsToMemory(Ogre::Box(0, 0, m_nWidth, m_nHeight), pixels, Ogre::RenderTarget::FB_BACK);
 }
 
 }  // namespace QXC

@@ -6,7 +6,7 @@
 
 namespace QXC {
 
-/// A window of the plug-in's own, or the inside of one of the host's.
+/// A window of the plug-in's own, or the inside of one of the host's. Its picture can be read until it is shown.
 class QXOgreRenderWindow final : public QXOgreRenderTarget {
 public:
   /// Throws what OGRE throws.
@@ -28,7 +28,7 @@ protected:
 
 private:
   Ogre::RenderWindow* m_pOgreWindow;
-  /// The last picture was swapped to the front, and what stands in the back is undefined.
+  /// There is no finished picture in the back buffer: none was drawn, or it was swapped to the front.
   bool m_bShown;
 };
 

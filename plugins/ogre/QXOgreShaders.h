@@ -9,6 +9,7 @@ inline constexpr char QX_OGRE_VERTEX_SHADER[] = R"glsl(#version 330 core
 uniform mat4 worldView;
 uniform mat4 worldViewProj;
 uniform mat4 normalToView;
+uniform float pointSize;
 in vec4 vertex;
 in vec3 normal;
 in vec4 colour;
@@ -17,6 +18,7 @@ out vec3 viewNormal;
 out vec4 vertexColour;
 void main() {
   gl_Position = worldViewProj * vertex;
+  gl_PointSize = pointSize;
   viewPosition = (worldView * vertex).xyz;
   viewNormal = mat3(normalToView) * normal;
   vertexColour = colour;
