@@ -1,8 +1,10 @@
 #include <plugins/assimp/QXAssimpFileParser.h>
 
 #include <plugins/assimp/QXFormatCheck.h>
+#include <plugins/assimp/QXImportProcess.h>
 #include <plugins/assimp/QXModelBytes.h>
 #include <plugins/assimp/QXModelFolder.h>
+#include <plugins/assimp/QXModelStream.h>
 #include <plugins/assimp/QXSceneConverter.h>
 #include <plugins/assimp/QXTextOffset.h>
 
@@ -64,6 +66,32 @@ std::string DescribeUnknownType() {
   return strText;
 }
 
+/// Imports a model and appends it to bytes. @return  empty, or the reason
+std::string ImportModel(int nType, std::string const& strFolder, std::vector<unsigned char> const& vecBytes,
+    double const (&dOffset)[3], std::vector<unsigned char>& vecResult) {
+  try {
+    std::string strError;
+    // Not the file's own name: that one may be any bytes, and companions are found from the folder alone.
+    std::string const strFileName =
+        std::string("model") + QXC::QXFileType::FileTypeToExtName(nType).ToMBString().Cstr();
+    Assimp::Importer importer;
+    importer.SetIOHandler(new QXModelFolder(strFolder, strFileName, vecBytes));  // the importer deletes it
+    aiScene const* pScene = Import(importer, strFileName);
+    if (pScene == nullptr) return MakeLine(importer.GetErrorString());
+    std::unique_ptr<QXC::ModelDataInfo> const pModel = ConvertScene(*pScene, nType, dOffset, strError);
+    if (pModel != nullptr) WriteModel(*pModel, vecResult);
+    return strError;
+  } catch (abi::__forced_unwind&) {
+    throw;  // a thread that is being cancelled; swallowing it ends the process
+  } catch (std::bad_alloc const&) {
+    return "there is not enough memory for this model";
+  } catch (std::exception const& exception) {
+    return MakeLine(exception.what());
+  } catch (...) {
+    return "the importer failed without a reason";
+  }
+}
+
 }  // namespace
 
 unsigned char QXAssimpFileParser::Open(QXC::QXImportParams* pParams) {
@@ -99,30 +127,22 @@ unsigned char QXAssimpFileParser::Open(QXC::QXImportParams* pParams) {
 std::string QXAssimpFileParser::OpenBytes(
     int nType, std::string const& strFolder, std::vector<unsigned char>&& vecBytes) {
   SetModelDataInfo(nullptr);
-  try {
-    std::string strError;
-    if (!CheckFormat(nType, vecBytes, strError)) return strError;
-    double dOffset[3];
-    SubtractOffset(nType, vecBytes, dOffset);
-    // Not the file's own name: that one may be any bytes, and companions are found from the folder alone.
-    std::string const strFileName =
-        std::string("model") + QXC::QXFileType::FileTypeToExtName(nType).ToMBString().Cstr();
-    Assimp::Importer importer;
-    importer.SetIOHandler(new QXModelFolder(strFolder, strFileName, vecBytes));  // the importer deletes it
-    aiScene const* pScene = Import(importer, strFileName);
-    if (pScene == nullptr) return MakeLine(importer.GetErrorString());
-    std::unique_ptr<QXC::ModelDataInfo> pModel = ConvertScene(*pScene, nType, dOffset, strError);
-    SetModelDataInfo(pModel.release());
-    return strError;
-  } catch (abi::__forced_unwind&) {
-    throw;  // a thread that is being cancelled; swallowing it ends the process
-  } catch (std::bad_alloc const&) {
-    return "there is not enough memory for this model";
-  } catch (std::exception const& exception) {
-    return MakeLine(exception.what());
-  } catch (...) {
-    return "the importer failed without a reason";
-  }
+  std::string strError;
+  if (!CheckFormat(nType, vecBytes, strError)) return strError;
+  double dOffset[3];
+  SubtractOffset(nType, vecBytes, dOffset);
+  std::vector<unsigned char> vecModel;
+  strError = RunInProcess(
+      vecBytes.size(),
+      [&](std::vector<unsigned char>& vecResult) {
+        return ImportModel(nType, strFolder, vecBytes, dOffset, vecResult);
+      },
+      vecModel);
+  if (!strError.empty()) return strError;
+  std::unique_ptr<QXC::ModelDataInfo> pModel = ReadModel(vecModel);
+  if (pModel == nullptr) return "the importer cannot cope with this file; it is broken";
+  SetModelDataInfo(pModel.release());
+  return std::string();
 }
 
 }  // namespace QXAssimp
