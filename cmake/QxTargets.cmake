@@ -57,6 +57,9 @@ function(qx_add_plugin name)
   add_library(${name} MODULE ${ARG_SOURCES})
   qx_configure_target(${name})
   target_link_libraries(${name} PRIVATE QxGraphics3D::QxGraphics3D ${ARG_LIBRARIES})
+  if(NOT QX_SANITIZE)
+    target_link_options(${name} PRIVATE LINKER:-z,defs)
+  endif()
   set_target_properties(${name} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${folder}"
     INSTALL_RPATH "$ORIGIN/../..")
