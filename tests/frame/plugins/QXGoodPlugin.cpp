@@ -6,7 +6,9 @@
 #include "QXTestPluginObject.h"
 
 /// Must not be seen by the program: modules keep their symbols to themselves.
-extern "C" QX_PLUGIN_EXPORT int QXTestPluginMarker() { return 1; }
+extern "C" QX_PLUGIN_EXPORT int QXTestPluginMarker() {
+  return 1;
+}
 
 extern "C" QX_PLUGIN_EXPORT unsigned int QXPluginInterfaceVersion() {
   return QXC::QX_PLUGIN_INTERFACE_VERSION;
