@@ -227,12 +227,10 @@ TEST(QXVisibilityChoice, TakesTheLastSetThatTheProcessorHas) {
   EXPECT_EQ(detail::g_pfnSphereTest, expected.m_pfnSphere);
 }
 
-TEST(QXVisibilityChoice, SeesPlanesAsPairsOfNumbersInARow) {
+TEST(QXVisibilityChoice, SeesPlanesAsFourNumbersInARow) {
   QXPlane const plane({1, 2, 3}, 4);
-  double const* pNormal = &plane.m_vecNormal.x;
-  EXPECT_EQ(&plane.m_vecNormal.y, pNormal + 1);
-  EXPECT_EQ(&plane.m_vecNormal.z, pNormal + 2);
-  EXPECT_EQ(&plane.m_dConstant, pNormal + 3);
+  auto const numbers = std::bit_cast<std::array<double, 4>>(plane);
+  EXPECT_EQ(numbers, (std::array<double, 4>{1, 2, 3, 4}));
 }
 
 }  // namespace

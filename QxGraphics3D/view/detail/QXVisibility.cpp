@@ -9,7 +9,7 @@ namespace {
 unsigned char IsBoxVisiblePlain(QXPlane const* pPlanes, QXBoundingBox const& box) {
   unsigned int nRejecting = 0;
   for (int nPlane = 0; nPlane < 6; ++nPlane) {
-    QXVector3d const& normal = pPlanes[nPlane].m_vecNormal;
+    QXVector3d const normal = pPlanes[nPlane].GetNormal();
     double const dX0 = normal.x * box.m_dMin[0];
     double const dX1 = normal.x * box.m_dMax[0];
     double const dY0 = normal.y * box.m_dMin[1];

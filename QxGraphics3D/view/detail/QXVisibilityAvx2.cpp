@@ -34,14 +34,14 @@ QX_AVX2 inline Lanes Turn(__m256d evenXY, __m256d oddXY, __m256d evenZC, __m256d
 }
 
 QX_AVX2 inline Lanes TurnFirstFour(QXPlane const* p) {
-  return Turn(LoadPairs(GetNormalXY(p[0]), GetNormalXY(p[2])), LoadPairs(GetNormalXY(p[1]), GetNormalXY(p[3])),
-      LoadPairs(GetNormalZAndConstant(p[0]), GetNormalZAndConstant(p[2])),
-      LoadPairs(GetNormalZAndConstant(p[1]), GetNormalZAndConstant(p[3])));
+  double const* const n[4] = {GetNumbers(p[0]), GetNumbers(p[1]), GetNumbers(p[2]), GetNumbers(p[3])};
+  return Turn(
+      LoadPairs(n[0], n[2]), LoadPairs(n[1], n[3]), LoadPairs(n[0] + 2, n[2] + 2), LoadPairs(n[1] + 2, n[3] + 2));
 }
 
 QX_AVX2 inline Lanes TurnLastTwo(QXPlane const* p) {
-  return Turn(LoadTwice(GetNormalXY(p[4])), LoadTwice(GetNormalXY(p[5])), LoadTwice(GetNormalZAndConstant(p[4])),
-      LoadTwice(GetNormalZAndConstant(p[5])));
+  double const* const n[2] = {GetNumbers(p[4]), GetNumbers(p[5])};
+  return Turn(LoadTwice(n[0]), LoadTwice(n[1]), LoadTwice(n[0] + 2), LoadTwice(n[1] + 2));
 }
 
 QX_AVX2 inline __m256d RejectBox(Lanes const& planes, QXBoundingBox const& box) {
@@ -73,10 +73,12 @@ QX_AVX2 inline unsigned char IsNoneSet(__m256d first, __m256d second) {
 }  // namespace
 
 QX_AVX2 unsigned char IsBoxVisibleAvx2(QXPlane const* pPlanes, QXBoundingBox const& box) {
+  PrefetchBehind(&box);
   return IsNoneSet(RejectBox(TurnFirstFour(pPlanes), box), RejectBox(TurnLastTwo(pPlanes), box));
 }
 
 QX_AVX2 unsigned char IsSphereVisibleAvx2(QXPlane const* pPlanes, QXBoundingSphere const& sphere) {
+  PrefetchBehind(&sphere);
   __m256d const minusRadius = _mm256_set1_pd(-sphere.m_dRadius);
   return IsNoneSet(RejectSphere(TurnFirstFour(pPlanes), sphere, minusRadius),
       RejectSphere(TurnLastTwo(pPlanes), sphere, minusRadius));

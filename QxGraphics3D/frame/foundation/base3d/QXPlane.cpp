@@ -3,9 +3,9 @@
 namespace QXC {
 
 double QXPlane::Normalize() {
-  double const dLength = m_vecNormal.Length();
+  double const dLength = GetNormal().Length();
   if (dLength > 0.0) {
-    m_vecNormal = {m_vecNormal.x / dLength, m_vecNormal.y / dLength, m_vecNormal.z / dLength};
+    for (double& dValue : m_dNormal) dValue /= dLength;
     m_dConstant /= dLength;
   }
   return dLength;
