@@ -112,7 +112,9 @@ void QXOgreCamera::FindDistances(QXViewport const& viewport, double& dNear, doub
   QXOgreScene const* const pScene = m_bNearDistSet && m_bFarDistSet ? nullptr : FindScene(&viewport);
   QXBoundingBox const box = pScene ? pScene->GetBounds() : QXBoundingBox();
   if (!box.IsNULL()) {
-    DepthRange(box, GetViewMatrix(), dNearest, dFarthest);
+    QXMatrix4d matExaggerated;
+    if (viewport.GetTarget()) matExaggerated[2][2] = viewport.GetTarget()->GetVerticalExaggeration();
+    DepthRange(box, matExaggerated * GetViewMatrix(), dNearest, dFarthest);
     // A hair more, so that what lies flat on the bounds is not cut.
     double const dMargin = 1.0e-3 * (dFarthest - dNearest) + 1.0e-3;
     dNearest -= dMargin;

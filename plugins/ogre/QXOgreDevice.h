@@ -47,8 +47,6 @@ public:
   /// Called by the drawables themselves.
   void AddDrawable(QXOgreDrawable* pDrawable) { m_setDrawables.insert(pDrawable); }
   void RemoveDrawable(QXOgreDrawable* pDrawable) { m_setDrawables.erase(pDrawable); }
-  /// Drawables that exist.
-  std::unordered_set<QXOgreDrawable*> const& GetDrawables() const { return m_setDrawables; }
 
   /// A name that no object of the process has had: OGRE throws at the second use of one.
   static std::string MakeName(std::string_view strKind);

@@ -23,13 +23,15 @@ namespace {
 QXVector3d const DEFAULT_SUN(-1.0e6, -1.6e6, 2.2e6);
 QXColorValue3D const DEFAULT_AMBIENT(0.4, 0.4, 0.4, 1.0);
 QXColorValue3D const DEFAULT_DIFFUSE(0.6, 0.6, 0.6, 1.0);
+constexpr int DEFAULT_SAMPLES = 4;
+constexpr int MAX_SAMPLES = 16;
 
 }  // namespace
 
 QXOgreRenderTarget::QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
     QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight)
     : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_vecSun(DEFAULT_SUN),
-      m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE) {
+      m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE), m_nSamples(1) {
   m_strName = strName;
   m_strSceneName = strSceneName;
   m_nWidth = nWidth;
@@ -66,6 +68,16 @@ void QXOgreRenderTarget::SetOgreTarget(Ogre::RenderTarget* pOgreTarget) {
 Ogre::PolygonMode QXOgreRenderTarget::GetPolygonMode() const {
   if (m_eRenderState == RENDER_STATE_POINT) return Ogre::PM_POINTS;
   return m_eRenderState == RENDER_STATE_LINE ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID;
+}
+
+void QXOgreRenderTarget::SetSceneAntialias(unsigned char bEnable) {
+  if ((bEnable != 0) != (m_nSamples > 1)) SetSceneAntialiasValue(bEnable ? DEFAULT_SAMPLES : 1);
+}
+
+void QXOgreRenderTarget::SetSceneAntialiasValue(int nSamples) {
+  nSamples = std::clamp(nSamples, 1, MAX_SAMPLES);
+  if (!m_pRenderer || nSamples == m_nSamples) return;
+  if (m_pRenderer->Try([&] { MakeDevice(m_nWidth, m_nHeight, nSamples); })) m_nSamples = nSamples;
 }
 
 void QXOgreRenderTarget::ReSize(unsigned int nWidth, unsigned int nHeight) {
@@ -134,7 +146,7 @@ unsigned char QXOgreRenderTarget::CopyToMemory(unsigned char* pPixels, unsigned 
 
 void QXOgreRenderTarget::DrawViewport(
     QXViewport const& viewport, QXOgreScene* pScene, QXOgreView const& view, unsigned char bDrawables) {
-  if (!m_pOgreViewport || !pScene) return;
+  if (!m_pOgreViewport || !pScene || viewport.GetActualWidth() < 0 || viewport.GetActualHeight() < 0) return;
   PlaceViewport(viewport);
   m_pOgreViewport->setBackgroundColour(ToOgre(viewport.m_BackgroundColor));
   m_pOgreViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);

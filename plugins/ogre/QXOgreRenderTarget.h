@@ -36,6 +36,12 @@ public:
   /// The number of the m_eRenderState as OGRE's.
   Ogre::PolygonMode GetPolygonMode() const;
 
+  /// 4 samples a pixel, if SetSceneAntialiasValue has not asked for another number.
+  void SetSceneAntialias(unsigned char bEnable) override;
+  unsigned char GetSceneAntialias() const override { return m_nSamples > 1; }
+  /// 1 to 16; the device may give fewer. The picture is lost and drawn anew with the next frame.
+  void SetSceneAntialiasValue(int nSamples) override;
+  int GetSceneAntialiasValue() const override { return m_nSamples; }
   void ReSize(unsigned int nWidth, unsigned int nHeight) override;
   void Update() override;
   void SwapBuffers(unsigned char bWaitForVerticalBlank) override;
@@ -63,11 +69,14 @@ protected:
   /// Takes up an OGRE target with a viewport of its own; null drops the one held.
   void SetOgreTarget(Ogre::RenderTarget* pOgreTarget);
   Ogre::RenderTarget* GetOgreTarget() const { return m_pOgreTarget; }
+  int GetSamples() const { return m_nSamples; }
   QXOgreGraphics3D* GetRenderer() const { return m_pRenderer; }
   /// Destroys the OGRE target after SetOgreTarget(nullptr).
   virtual void ReleaseDevice() = 0;
   /// Gives the OGRE target another size; throws what OGRE throws.
   virtual void ResizeDevice(unsigned int nWidth, unsigned int nHeight) = 0;
+  /// Makes the OGRE target, in place of the one there is, which stays if this throws what OGRE throws.
+  virtual void MakeDevice(unsigned int nWidth, unsigned int nHeight, int nSamples) = 0;
   /// Makes the drawn picture readable.
   virtual void FinishPicture() = 0;
   virtual void ShowPicture(unsigned char bWaitForVerticalBlank) = 0;
@@ -85,6 +94,7 @@ private:
   QXVector3d m_vecSun;
   QXColorValue3D m_AmbientLight;
   QXColorValue3D m_DiffuseLight;
+  int m_nSamples;
 };
 
 }  // namespace QXC

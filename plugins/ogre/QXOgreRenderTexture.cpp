@@ -12,25 +12,17 @@
 
 namespace QXC {
 
-namespace {
-
-constexpr int DEFAULT_SAMPLES = 4;
-constexpr int MAX_SAMPLES = 16;
-
-}  // namespace
-
 QXOgreRenderTexture::QXOgreRenderTexture(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
     unsigned int nWidth, unsigned int nHeight, int nMipmaps, QdcUnicodeString const& strSceneName)
-    : QXOgreRenderTarget(graphics3D, strName, strSceneName, nWidth, nHeight), m_nMipmaps(std::clamp(nMipmaps, 0, 15)),
-      m_nSamples(1) {
-  Make(nWidth, nHeight, m_nSamples);
+    : QXOgreRenderTarget(graphics3D, strName, strSceneName, nWidth, nHeight), m_nMipmaps(std::clamp(nMipmaps, 0, 15)) {
+  MakeDevice(nWidth, nHeight, 1);
 }
 
 QXOgreRenderTexture::~QXOgreRenderTexture() {
   ReleaseDevice();
 }
 
-void QXOgreRenderTexture::Make(unsigned int nWidth, unsigned int nHeight, int nSamples) {
+void QXOgreRenderTexture::MakeDevice(unsigned int nWidth, unsigned int nHeight, int nSamples) {
   // The new one first: if the device has no room for it, the old one stays.
   auto const pTexture = Ogre::TextureManager::getSingleton().createManual(QXOgreDevice::MakeName("texture"),
       Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME, Ogre::TEX_TYPE_2D, nWidth, nHeight, m_nMipmaps,
@@ -38,18 +30,7 @@ void QXOgreRenderTexture::Make(unsigned int nWidth, unsigned int nHeight, int nS
       nSamples > 1 ? static_cast<unsigned int>(nSamples) : 0);
   ReleaseDevice();
   m_pOgreTexture = pTexture;
-  m_nSamples = nSamples;
   SetOgreTarget(m_pOgreTexture->getBuffer()->getRenderTarget());
-}
-
-void QXOgreRenderTexture::SetSceneAntialias(unsigned char bEnable) {
-  if ((bEnable != 0) != (m_nSamples > 1)) SetSceneAntialiasValue(bEnable ? DEFAULT_SAMPLES : 1);
-}
-
-void QXOgreRenderTexture::SetSceneAntialiasValue(int nSamples) {
-  nSamples = std::clamp(nSamples, 1, MAX_SAMPLES);
-  if (!GetRenderer() || nSamples == m_nSamples) return;
-  GetRenderer()->Try([&] { Make(m_nWidth, m_nHeight, nSamples); });
 }
 
 void QXOgreRenderTexture::CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) {
@@ -66,7 +47,7 @@ void QXOgreRenderTexture::ReleaseDevice() {
 }
 
 void QXOgreRenderTexture::ResizeDevice(unsigned int nWidth, unsigned int nHeight) {
-  Make(nWidth, nHeight, m_nSamples);
+  MakeDevice(nWidth, nHeight, GetSamples());
 }
 
 void QXOgreRenderTexture::FinishPicture() {

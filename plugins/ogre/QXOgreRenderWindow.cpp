@@ -16,16 +16,24 @@ namespace QXC {
 QXOgreRenderWindow::QXOgreRenderWindow(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, HWND hWindow,
     unsigned int nWidth, unsigned int nHeight, unsigned char bFullScreen)
     : QXOgreRenderTarget(graphics3D, strName, QdcUnicodeString(), nWidth, nHeight), m_pOgreWindow(nullptr),
-      m_bShown(true) {
+      m_bFullScreen(bFullScreen != 0 && !hWindow), m_bShown(true) {
+  m_hWindow = hWindow;
+  MakeDevice(nWidth, nHeight, 1);
+}
+
+void QXOgreRenderWindow::MakeDevice(unsigned int nWidth, unsigned int nHeight, int nSamples) {
   Ogre::NameValuePairList options;
-  options["title"] = ToUtf8(strName);
+  options["title"] = ToUtf8(m_strName);
   options["vsync"] = "false";
+  options["FSAA"] = std::to_string(nSamples > 1 ? nSamples : 0);
   // A child window of OGRE's own inside the host's: the host's need not have a visual that OGRE can draw with, and
   // keeps its events, since those that a child does not ask for travel up to it.
-  if (hWindow) options["parentWindowHandle"] = std::to_string(reinterpret_cast<std::uintptr_t>(hWindow));
-  m_hWindow = hWindow;
-  m_pOgreWindow = graphics3D.GetDevice()->GetRoot().createRenderWindow(
-      QXOgreDevice::MakeName("window"), nWidth, nHeight, bFullScreen != 0 && !hWindow, &options);
+  if (m_hWindow) options["parentWindowHandle"] = std::to_string(reinterpret_cast<std::uintptr_t>(m_hWindow));
+  Ogre::RenderWindow* const pWindow = GetRenderer()->GetDevice()->GetRoot().createRenderWindow(
+      QXOgreDevice::MakeName("window"), nWidth, nHeight, m_bFullScreen, &options);
+  ReleaseDevice();
+  m_pOgreWindow = pWindow;
+  m_bShown = true;
   SetOgreTarget(m_pOgreWindow);
 }
 

@@ -22,12 +22,14 @@ public:
 protected:
   void ReleaseDevice() override;
   void ResizeDevice(unsigned int nWidth, unsigned int nHeight) override;
+  void MakeDevice(unsigned int nWidth, unsigned int nHeight, int nSamples) override;
   void FinishPicture() override;
   void ShowPicture(unsigned char bWaitForVerticalBlank) override;
   void ReadPicture(unsigned char* pPixels) override;
 
 private:
   Ogre::RenderWindow* m_pOgreWindow;
+  bool m_bFullScreen;
   /// There is no finished picture in the back buffer: none was drawn, or it was swapped to the front.
   bool m_bShown;
 };

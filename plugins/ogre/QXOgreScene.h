@@ -25,7 +25,6 @@ public:
   void Add(QXOgreDrawable* pDrawable);
   /// The drawables keep no order among themselves. Cost: linear.
   void Remove(QXOgreDrawable* pDrawable);
-  std::vector<QXOgreDrawable*> const& GetDrawables() const { return m_arrDrawables; }
   /// Around everything visible, in world coordinates; null if there is nothing. Cost: linear in the drawables.
   QXBoundingBox GetBounds() const;
 

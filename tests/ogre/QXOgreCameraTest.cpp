@@ -108,6 +108,23 @@ TEST_F(QXOgreCamera, InsideTheSceneTheNearDistanceStaysAFractionOfTheFarOne) {
   EXPECT_NEAR(dFar / dNear, 1.0e4, 1.0);
 }
 
+TEST_F(QXOgreCamera, TheDistancesFollowExaggeratedHeights) {
+  QXCamera* const pCamera = m_pGraphics3D->CreateCamera(L"free", L"3D");
+  pCamera->SetPosition(0.0, 0.0, 100.0);
+  AddViewport(*m_pTarget, *pCamera, 1, 0.0, 0.0, 1.0, 1.0);
+  DrawSquare(-9.0F, -9.0F, 9.0F, 9.0F, -10.0F, RED);
+  EXPECT_EQ(Frame().At(32, 32), RED_PIXEL);
+  m_pTarget->SetVerticalExaggeration(10.0);
+  EXPECT_EQ(Frame().At(32, 32), RED_PIXEL);
+}
+
+TEST_F(QXOgreCamera, ACameraThatWasNeverMovedLooksDownFromZero) {
+  QXCamera* const pCamera = m_pGraphics3D->CreateCamera(L"free", L"3D");
+  AddViewport(*m_pTarget, *pCamera, 1, 0.0, 0.0, 1.0, 1.0);
+  DrawSquare(-1.0F, -1.0F, 1.0F, 1.0F, -2.0F, RED);
+  EXPECT_EQ(Frame().At(32, 32), RED_PIXEL);
+}
+
 TEST_F(QXOgreCamera, ACameraWithoutASceneDrawsThatOfItsTarget) {
   ASSERT_EQ(m_pGraphics3D->CreateScene(L"other"), 1);
   QXRenderTarget* const pOther = m_pGraphics3D->CreateRenderTexture(L"other", PF_A8R8G8B8, SIZE, SIZE, 0, 32, L"other");

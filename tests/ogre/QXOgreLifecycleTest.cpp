@@ -1,3 +1,8 @@
+#include <filesystem>
+#include <fstream>
+
+#include <unistd.h>
+
 #include <tests/ogre/QXOgreScenery.h>
 
 namespace QXC {
@@ -39,6 +44,42 @@ TEST(QXOgreStart, OneRunsAtATimeAndTheNextMayFollow) {
 TEST(QXOgreStart, AMediaFolderThatIsNotThereIsNoHindrance) {
   QXOgrePtr const pGraphics3D = MakeRenderer();
   EXPECT_EQ(pGraphics3D->Initialize(L"/nowhere/at/all"), 1) << Text(pGraphics3D->GetErrorText());
+}
+
+/// A folder of its own with one file that stands for the render system, gone with the object.
+class QXMediaFolder {
+public:
+  QXMediaFolder() : m_Path(std::filesystem::temp_directory_path() / ("qx_ogre_" + std::to_string(getpid()))) {
+    std::filesystem::create_directories(m_Path);
+  }
+  ~QXMediaFolder() { std::filesystem::remove_all(m_Path); }
+  QXMediaFolder(QXMediaFolder const&) = delete;
+  QXMediaFolder& operator=(QXMediaFolder const&) = delete;
+  std::filesystem::path const& GetPath() const { return m_Path; }
+  QdcUnicodeString GetText() const { return QdcUnicodeString::FromUTF8(m_Path.c_str()); }
+
+private:
+  std::filesystem::path m_Path;
+};
+
+TEST(QXOgreStart, ARenderSystemThatIsNoneIsToldInOneLine) {
+  QXMediaFolder const folder;
+  std::ofstream(folder.GetPath() / "RenderSystem_GL3Plus.so") << "no library";
+  QXOgrePtr const pGraphics3D = MakeRenderer();
+  EXPECT_EQ(pGraphics3D->Initialize(folder.GetText()), 0);
+  std::string const strError = Text(pGraphics3D->GetErrorText());
+  EXPECT_NE(strError.find("RenderSystem_GL3Plus.so"), std::string::npos) << strError;
+  EXPECT_EQ(strError.find('\n'), std::string::npos);
+  // The next try starts from nothing.
+  EXPECT_EQ(pGraphics3D->Initialize(L""), 1) << Text(pGraphics3D->GetErrorText());
+}
+
+TEST(QXOgreStart, ARenderSystemUnderItsVersionedNameIsFoundToo) {
+  QXMediaFolder const folder;
+  std::filesystem::create_symlink(
+      QX_OGRE_PLUGIN_DIR "/RenderSystem_GL3Plus.so", folder.GetPath() / "RenderSystem_GL3Plus.so." QX_OGRE_VERSION);
+  QXOgrePtr const pGraphics3D = MakeRenderer();
+  EXPECT_EQ(pGraphics3D->Initialize(folder.GetText()), 1) << Text(pGraphics3D->GetErrorText());
 }
 
 TEST_F(QXOgreLifecycle, ASecondLifeDrawsTheSamePicture) {

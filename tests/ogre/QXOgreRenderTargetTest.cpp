@@ -247,6 +247,26 @@ TEST_F(QXOgreRenderTarget, SeveralSamplesAPixelSmoothEdges) {
   EXPECT_EQ(mixed(Frame()), 0);
 }
 
+TEST_F(QXOgreRenderTarget, AViewportTurnedInsideOutDrawsNothing) {
+  m_pViewport->SetActualWidth(-10);
+  m_pGraphics3D->UpdateAllRenderTargets();
+  EXPECT_EQ(m_pGraphics3D->GetDrawOperationCount(), 0U);
+  m_pViewport->UpdateDimensions();
+  EXPECT_EQ(Frame().At(32, 32), BACKGROUND_PIXEL);
+}
+
+TEST_F(QXOgreRenderTarget, AViewportBeyondTheTargetIsCutAtItsEdge) {
+  AddViewport(*m_pTarget, *m_pCamera, 1, 0.5, 0.5, 1.0, 1.0)->m_BackgroundColor = GREEN;
+  AddViewport(*m_pTarget, *m_pCamera, 2, -0.5, -0.5, 1.0, 1.0)->m_BackgroundColor = RED;
+  DrawSquare(-0.2F, -0.2F, 0.2F, 0.2F, 0.0F, QXColorValue3D::White);
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(40, 28), GREEN_PIXEL);
+  EXPECT_EQ(picture.At(62, 2), (QXPixel{255, 255, 255, 255}));
+  EXPECT_EQ(picture.At(1, 62), (QXPixel{255, 255, 255, 255}));
+  EXPECT_EQ(picture.At(30, 34), RED_PIXEL);
+  EXPECT_EQ(picture.At(20, 20), BACKGROUND_PIXEL);
+}
+
 TEST_F(QXOgreRenderTarget, APictureWrittenIsThePictureRead) {
   std::vector<unsigned char> arrBytes(SIZE * SIZE * 4);
   for (std::size_t i = 0; i < arrBytes.size(); ++i) arrBytes[i] = static_cast<unsigned char>(i * 7 + i / 256);

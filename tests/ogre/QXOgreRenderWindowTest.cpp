@@ -116,6 +116,23 @@ TEST_F(QXOgreRenderWindow, AWindowFollowsItsNewSize) {
   EXPECT_EQ(picture.At(119, 99), RED_PIXEL);
 }
 
+TEST_F(QXOgreRenderWindow, AWindowTakesSeveralSamplesAndStillDraws) {
+  QXHostWindow host(64, 64);
+  for (HWND const hWindow : {HWND{}, host.GetHandle()}) {
+    QXRenderTarget* const pWindow = MakeWindow(hWindow ? L"child" : L"own", hWindow, 64, 64);
+    ASSERT_NE(pWindow, nullptr);
+    QXRenderOperation3D* const pOperation = DrawSquare(0.0F, 0.0F, 1.0F, 1.0F, 0.0F, RED);
+    EXPECT_EQ(pWindow->GetSceneAntialias(), 0);
+    pWindow->SetSceneAntialias(1);
+    EXPECT_EQ(pWindow->GetSceneAntialiasValue(), 4);
+    EXPECT_EQ(Frame(pWindow).At(48, 16), RED_PIXEL);
+    pWindow->SwapBuffers(0);
+    pWindow->SetSceneAntialias(0);
+    EXPECT_EQ(Frame(pWindow).At(16, 48), BACKGROUND_PIXEL);
+    pOperation->SetVisible(0);
+  }
+}
+
 TEST_F(QXOgreRenderWindow, AHandleThatIsNoWindowIsRefused) {
   QXRenderTarget* const pWindow =
       m_pGraphics3D->CreateRenderWindow(L"window", reinterpret_cast<HWND>(std::uintptr_t{12345}), 64, 64, 0);
