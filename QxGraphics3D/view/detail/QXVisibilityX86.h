@@ -26,7 +26,7 @@ inline double const* GetNumbers(QXPlane const& plane) {
 /// processor's own prefetch stops at every page: one call each over a million boxes otherwise waits a third of its time.
 /// Where they do not stand in arrays it fetches a line for nothing.
 inline void PrefetchBehind(void const* pObject) {
-  __builtin_prefetch(static_cast<char const*>(pObject) + 1024);
+  __builtin_prefetch(static_cast<char const*>(pObject) + 4096);
 }
 
 }  // namespace QXC::detail
