@@ -33,22 +33,11 @@ QXMatrix4d MakeViewToOrigin(QXVector3d const& position) {
 }  // namespace
 
 QXCamera::QXCamera()
-    : m_bRefresh(1),
-      m_bCameraFlagA(1),
-      m_bCameraFlagB(1),
-      m_bTargetNotifyPending(1),
-      m_bCameraFlagC(0),
-      m_nSceneRenderHandle(0),
-      m_pfnSceneRender(nullptr),
-      m_pViewport(nullptr),
-      m_fCameraValue(0.0F),
-      m_vecRelativeOrigin(QXVector3d::ZERO),
-      m_vecRelativePosition(QXVector3d::ZERO),
-      m_qOrientation(QXQuaternion4d::IDENTITY),
-      m_bFixedYawAxis(1),
-      m_vecFixedYawAxis(QXVector3d::UNIT_Z),
-      m_bCameraStateChanged(1),
-      m_strName(L"Camera") {}
+    : m_bRefresh(1), m_bCameraFlagA(1), m_bCameraFlagB(1), m_bTargetNotifyPending(1), m_bCameraFlagC(0),
+      m_nSceneRenderHandle(0), m_pfnSceneRender(nullptr), m_pViewport(nullptr), m_fCameraValue(0.0F),
+      m_vecRelativeOrigin(QXVector3d::ZERO), m_vecRelativePosition(QXVector3d::ZERO),
+      m_qOrientation(QXQuaternion4d::IDENTITY), m_bFixedYawAxis(1), m_vecFixedYawAxis(QXVector3d::UNIT_Z),
+      m_bCameraStateChanged(1), m_strName(L"Camera") {}
 
 QXCamera::QXCamera(QXCamera const& other) = default;
 QXCamera& QXCamera::operator=(QXCamera const& other) = default;
@@ -81,9 +70,15 @@ QXMatrix4d QXCamera::GetViewMatrixInECEF() {
 void QXCamera::RenderScene(QXViewport*, unsigned char) {}
 void QXCamera::UpdateViewMatrix(QXViewport*) {}
 void QXCamera::UpdateProMatrix() {}
-void QXCamera::Refresh() { m_bRefresh = 1; }
-unsigned char QXCamera::IsCameraStateChanged() const { return m_bCameraStateChanged; }
-void QXCamera::SetCameraStateChanged(unsigned char bChanged) { m_bCameraStateChanged = bChanged; }
+void QXCamera::Refresh() {
+  m_bRefresh = 1;
+}
+unsigned char QXCamera::IsCameraStateChanged() const {
+  return m_bCameraStateChanged;
+}
+void QXCamera::SetCameraStateChanged(unsigned char bChanged) {
+  m_bCameraStateChanged = bChanged;
+}
 
 void QXCamera::NotifyViewport(QXViewport* pViewport) {
   m_pViewport = pViewport;
@@ -91,19 +86,33 @@ void QXCamera::NotifyViewport(QXViewport* pViewport) {
   UpdateProMatrix();
 }
 
-QXViewport* QXCamera::GetViewport() const { return m_pViewport; }
-QdcUnicodeString QXCamera::GetName() const { return m_strName; }
-void QXCamera::SetName(QdcUnicodeString const& strName) { m_strName = strName; }
+QXViewport* QXCamera::GetViewport() const {
+  return m_pViewport;
+}
+QdcUnicodeString QXCamera::GetName() const {
+  return m_strName;
+}
+void QXCamera::SetName(QdcUnicodeString const& strName) {
+  m_strName = strName;
+}
 
 void QXCamera::SetSceneRenderFunc(QXSceneRenderProc pfnRender, QXInt64 nHandle) {
   m_pfnSceneRender = pfnRender;
   m_nSceneRenderHandle = nHandle;
 }
 
-QXVector3d const& QXCamera::GetPosition() const { return m_vecPosition; }
-QXVector3d const& QXCamera::GetRelativePosition() const { return m_vecRelativePosition; }
-QXVector3d const& QXCamera::GetRelativeOrigin() const { return m_vecRelativeOrigin; }
-void QXCamera::SetRelativeOrigin(QXVector3d const& origin) { m_vecRelativeOrigin = origin; }
+QXVector3d const& QXCamera::GetPosition() const {
+  return m_vecPosition;
+}
+QXVector3d const& QXCamera::GetRelativePosition() const {
+  return m_vecRelativePosition;
+}
+QXVector3d const& QXCamera::GetRelativeOrigin() const {
+  return m_vecRelativeOrigin;
+}
+void QXCamera::SetRelativeOrigin(QXVector3d const& origin) {
+  m_vecRelativeOrigin = origin;
+}
 
 void QXCamera::SetPosition(QXVector3d const& position) {
   m_vecRelativePosition = position - m_vecRelativeOrigin;
@@ -111,7 +120,9 @@ void QXCamera::SetPosition(QXVector3d const& position) {
   InvalidateView();
 }
 
-void QXCamera::SetPosition(double dX, double dY, double dZ) { SetPosition(QXVector3d(dX, dY, dZ)); }
+void QXCamera::SetPosition(double dX, double dY, double dZ) {
+  SetPosition(QXVector3d(dX, dY, dZ));
+}
 
 void QXCamera::Move(QXVector3d const& vector) {
   m_vecPosition = m_vecPosition + vector;
@@ -119,18 +130,28 @@ void QXCamera::Move(QXVector3d const& vector) {
   InvalidateView();
 }
 
-void QXCamera::MoveRelative(QXVector3d const& vector) { Move(m_qOrientation * vector); }
+void QXCamera::MoveRelative(QXVector3d const& vector) {
+  Move(m_qOrientation * vector);
+}
 
-QXQuaternion4d const& QXCamera::GetOrientation() const { return m_qOrientation; }
+QXQuaternion4d const& QXCamera::GetOrientation() const {
+  return m_qOrientation;
+}
 
 void QXCamera::SetOrientation(QXQuaternion4d const& orientation) {
   m_qOrientation = orientation;
   InvalidateView();
 }
 
-QXVector3d QXCamera::GetDirection() const { return m_qOrientation * -QXVector3d::UNIT_Z; }
-QXVector3d QXCamera::GetRight() const { return m_qOrientation * QXVector3d::UNIT_X; }
-QXVector3d QXCamera::GetUp() const { return m_qOrientation * QXVector3d::UNIT_Y; }
+QXVector3d QXCamera::GetDirection() const {
+  return m_qOrientation * -QXVector3d::UNIT_Z;
+}
+QXVector3d QXCamera::GetRight() const {
+  return m_qOrientation * QXVector3d::UNIT_X;
+}
+QXVector3d QXCamera::GetUp() const {
+  return m_qOrientation * QXVector3d::UNIT_Y;
+}
 
 void QXCamera::SetDirection(QXVector3d const& direction) {
   if (direction == QXVector3d::ZERO) return;
@@ -150,9 +171,15 @@ void QXCamera::SetDirection(QXVector3d const& direction) {
   InvalidateView();
 }
 
-void QXCamera::SetDirection(double dX, double dY, double dZ) { SetDirection(QXVector3d(dX, dY, dZ)); }
-void QXCamera::LookAt(QXVector3d const& target) { SetDirection(target - m_vecPosition); }
-void QXCamera::LookAt(double dX, double dY, double dZ) { LookAt(QXVector3d(dX, dY, dZ)); }
+void QXCamera::SetDirection(double dX, double dY, double dZ) {
+  SetDirection(QXVector3d(dX, dY, dZ));
+}
+void QXCamera::LookAt(QXVector3d const& target) {
+  SetDirection(target - m_vecPosition);
+}
+void QXCamera::LookAt(double dX, double dY, double dZ) {
+  LookAt(QXVector3d(dX, dY, dZ));
+}
 
 void QXCamera::Rotate(QXQuaternion4d const& rotation) {
   QXQuaternion4d unit = rotation;
@@ -182,13 +209,17 @@ void QXCamera::Roll(double dAngle) {
   InvalidateView();
 }
 
-double QXCamera::GetDistFromEye(QXVector3d const& point) { return point.MultiplyMatrix(GetViewMatrix()).Length(); }
+double QXCamera::GetDistFromEye(QXVector3d const& point) {
+  return point.MultiplyMatrix(GetViewMatrix()).Length();
+}
 
 double QXCamera::GetDistFromEye(QXVector3d const& point, QXMatrix4d const& matrix) {
   return GetDistFromEye(point.MultiplyMatrix(matrix));
 }
 
-double QXCamera::GetDistFromEyeEx(QXVector3d const& point) const { return (point - m_vecPosition).Length(); }
+double QXCamera::GetDistFromEyeEx(QXVector3d const& point) const {
+  return (point - m_vecPosition).Length();
+}
 
 int QXCamera::ComputerLength2Pix(double dLength, double dDistance, double dLimit) const {
   double const dHalfField = m_dFov * 0.5;

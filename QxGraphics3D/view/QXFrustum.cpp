@@ -14,7 +14,9 @@ namespace QXC {
 namespace {
 
 /// The field of view across the other axis: tan(result / 2) = tan(dField / 2) / dAspect.
-double DeriveField(double dField, double dAspect) { return 2.0 * std::atan(std::tan(dField / 2.0) / dAspect); }
+double DeriveField(double dField, double dAspect) {
+  return 2.0 * std::atan(std::tan(dField / 2.0) / dAspect);
+}
 
 /// The planes of one test with a tolerance.
 struct TolerancePlanes {
@@ -30,21 +32,10 @@ unsigned char IsOrientedBoxVisible(QXPlane const* pPlanes, QXOrientedBoundingBox
 }  // namespace
 
 QXFrustum::QXFrustum()
-    : m_eProjectionType(PROJECTION_PERSPECTIVE),
-      m_dOrthoHeight(0.0),
-      m_dFov(0.7853981633974483),
-      m_dFovSecond(1.0471975511965976),
-      m_dNearDist(0.0),
-      m_bNearDistSet(0),
-      m_dFarDist(0.0),
-      m_bFarDistSet(0),
-      m_dAspect(0.0),
-      m_matWorld(QXMatrix4d::IDENTITY),
-      m_matView(QXMatrix4d::ZERO),
-      m_matProjection(QXMatrix4d::ZERO),
-      m_bViewOutOfDate(0),
-      m_eFOVMode(FOV_MODE_DERIVED),
-      m_bFOVModeSet(0) {}
+    : m_eProjectionType(PROJECTION_PERSPECTIVE), m_dOrthoHeight(0.0), m_dFov(0.7853981633974483),
+      m_dFovSecond(1.0471975511965976), m_dNearDist(0.0), m_bNearDistSet(0), m_dFarDist(0.0), m_bFarDistSet(0),
+      m_dAspect(0.0), m_matWorld(QXMatrix4d::IDENTITY), m_matView(QXMatrix4d::ZERO), m_matProjection(QXMatrix4d::ZERO),
+      m_bViewOutOfDate(0), m_eFOVMode(FOV_MODE_DERIVED), m_bFOVModeSet(0) {}
 
 QXFrustum::QXFrustum(QXFrustum const& other) = default;
 QXFrustum& QXFrustum::operator=(QXFrustum const& other) = default;
@@ -73,13 +64,25 @@ QXMatrix4d const& QXFrustum::GetViewMatrix() {
   return m_matView;
 }
 
-QXMatrix4d const& QXFrustum::GetWorldMatrix() const { return m_matWorld; }
-QXMatrix4d const& QXFrustum::GetProjectionMatrix() const { return m_matProjection; }
-QXMatrix4d QXFrustum::GetModelViewProMatrix() const { return m_matWorld * m_matView * m_matProjection; }
-QXPlane const* QXFrustum::GetFrustumPlanes() const { return m_Planes; }
+QXMatrix4d const& QXFrustum::GetWorldMatrix() const {
+  return m_matWorld;
+}
+QXMatrix4d const& QXFrustum::GetProjectionMatrix() const {
+  return m_matProjection;
+}
+QXMatrix4d QXFrustum::GetModelViewProMatrix() const {
+  return m_matWorld * m_matView * m_matProjection;
+}
+QXPlane const* QXFrustum::GetFrustumPlanes() const {
+  return m_Planes;
+}
 void QXFrustum::ComputerPlane(QXPlane*, double) const {}
-void QXFrustum::InvalidateView() { m_bViewOutOfDate = 1; }
-unsigned char QXFrustum::IsViewOutOfDate() const { return m_bViewOutOfDate; }
+void QXFrustum::InvalidateView() {
+  m_bViewOutOfDate = 1;
+}
+unsigned char QXFrustum::IsViewOutOfDate() const {
+  return m_bViewOutOfDate;
+}
 
 void QXFrustum::UpdateView() {
   if (IsViewOutOfDate()) UpdateViewImpl();
@@ -87,28 +90,42 @@ void QXFrustum::UpdateView() {
 
 void QXFrustum::UpdateViewImpl() {}
 
-ProjectionType QXFrustum::GetProjectionType() const { return m_eProjectionType; }
-void QXFrustum::SetProjectionType(ProjectionType eType) { m_eProjectionType = eType; }
+ProjectionType QXFrustum::GetProjectionType() const {
+  return m_eProjectionType;
+}
+void QXFrustum::SetProjectionType(ProjectionType eType) {
+  m_eProjectionType = eType;
+}
 
-double QXFrustum::GetNearDist() const { return m_dNearDist; }
+double QXFrustum::GetNearDist() const {
+  return m_dNearDist;
+}
 
 void QXFrustum::SetNearDist(double dDistance) {
   m_dNearDist = dDistance;
   m_bNearDistSet = 1;
 }
 
-void QXFrustum::ClearNearDist() { m_bNearDistSet = 0; }
+void QXFrustum::ClearNearDist() {
+  m_bNearDistSet = 0;
+}
 
-double QXFrustum::GetFarDist() const { return m_dFarDist; }
+double QXFrustum::GetFarDist() const {
+  return m_dFarDist;
+}
 
 void QXFrustum::SetFarDist(double dDistance) {
   m_dFarDist = dDistance;
   m_bFarDistSet = 1;
 }
 
-void QXFrustum::ClearFarDist() { m_bFarDistSet = 0; }
+void QXFrustum::ClearFarDist() {
+  m_bFarDistSet = 0;
+}
 
-double QXFrustum::GetAspect() const { return m_dAspect; }
+double QXFrustum::GetAspect() const {
+  return m_dAspect;
+}
 
 void QXFrustum::SetAspect(double dAspect) {
   // Mode 0 chosen by SetFOVMode does not count: that choice derives once, and hosts set the first field themselves
@@ -119,9 +136,15 @@ void QXFrustum::SetAspect(double dAspect) {
   m_dAspect = dAspect;
 }
 
-double QXFrustum::GetFov() const { return m_dFov; }
-void QXFrustum::SetFov(double dFov) { m_dFov = dFov; }
-QXCameraFOVMode QXFrustum::GetFOVMode() const { return m_eFOVMode; }
+double QXFrustum::GetFov() const {
+  return m_dFov;
+}
+void QXFrustum::SetFov(double dFov) {
+  m_dFov = dFov;
+}
+QXCameraFOVMode QXFrustum::GetFOVMode() const {
+  return m_eFOVMode;
+}
 
 void QXFrustum::SetFOVMode(QXCameraFOVMode eMode) {
   if (eMode != m_eFOVMode && eMode == FOV_MODE_DERIVED) m_dFov = DeriveField(m_dFovSecond, m_dAspect);
@@ -129,12 +152,22 @@ void QXFrustum::SetFOVMode(QXCameraFOVMode eMode) {
   m_bFOVModeSet = 1;
 }
 
-double QXFrustum::GetCurrentModeFOV() const { return m_eFOVMode == FOV_MODE_SECOND ? m_dFovSecond : m_dFov; }
+double QXFrustum::GetCurrentModeFOV() const {
+  return m_eFOVMode == FOV_MODE_SECOND ? m_dFovSecond : m_dFov;
+}
 
-double QXFrustum::GetOrthoWindowHeight() const { return m_dOrthoHeight; }
-void QXFrustum::SetOrthoWindowHeight(double dHeight) { m_dOrthoHeight = dHeight; }
-double QXFrustum::GetOrthoWindowWidth() const { return m_dOrthoHeight * m_dAspect; }
-void QXFrustum::SetOrthoWindowWidth(double dWidth) { m_dOrthoHeight = dWidth / m_dAspect; }
+double QXFrustum::GetOrthoWindowHeight() const {
+  return m_dOrthoHeight;
+}
+void QXFrustum::SetOrthoWindowHeight(double dHeight) {
+  m_dOrthoHeight = dHeight;
+}
+double QXFrustum::GetOrthoWindowWidth() const {
+  return m_dOrthoHeight * m_dAspect;
+}
+void QXFrustum::SetOrthoWindowWidth(double dWidth) {
+  m_dOrthoHeight = dWidth / m_dAspect;
+}
 
 void QXFrustum::SetOrthoWindow(double dWidth, double dHeight) {
   // The aspect is stored as it is: going through SetAspect would change the field of view.
@@ -142,8 +175,12 @@ void QXFrustum::SetOrthoWindow(double dWidth, double dHeight) {
   m_dAspect = dWidth / dHeight;
 }
 
-void QXFrustum::SetViewMatrix(QXMatrix4d const& matrix) { m_matView = matrix; }
-void QXFrustum::SetProjectionMatrix(QXMatrix4d const& matrix) { m_matProjection = matrix; }
+void QXFrustum::SetViewMatrix(QXMatrix4d const& matrix) {
+  m_matView = matrix;
+}
+void QXFrustum::SetProjectionMatrix(QXMatrix4d const& matrix) {
+  m_matProjection = matrix;
+}
 
 unsigned char QXFrustum::ContainsPoint(QXVector3d const& point) const {
   // Asks for "below", so that a point on a plane is inside, and so is one whose distance is not a number.

@@ -4,7 +4,9 @@
 
 namespace QXC {
 
-void QXBoundingBox::SetNULL() { *this = QXBoundingBox(); }
+void QXBoundingBox::SetNULL() {
+  *this = QXBoundingBox();
+}
 
 void QXBoundingBox::SetExtents(QXVector3d const& minimum, QXVector3d const& maximum) {
   *this = QXBoundingBox(minimum, maximum);

@@ -22,9 +22,7 @@ public:
   /// The null box.
   constexpr QXBoundingBox() : m_dMin{0.0, 0.0, 0.0}, m_dMax{0.0, 0.0, 0.0}, m_bNull(1) {}
   constexpr QXBoundingBox(QXVector3d const& minimum, QXVector3d const& maximum)
-      : m_dMin{minimum.x, minimum.y, minimum.z},
-        m_dMax{maximum.x, maximum.y, maximum.z},
-        m_bNull(0) {}
+      : m_dMin{minimum.x, minimum.y, minimum.z}, m_dMax{maximum.x, maximum.y, maximum.z}, m_bNull(0) {}
 
   /// Makes this the null box.
   void SetNULL();

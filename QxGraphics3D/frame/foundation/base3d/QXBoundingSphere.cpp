@@ -10,8 +10,12 @@ QXBoundingSphere::QXBoundingSphere(QXBoundingBox const& box) : m_dRadius(-1.0) {
   m_dRadius = (box.GetMax() - box.GetMin()).Length() * 0.5;
 }
 
-void QXBoundingSphere::SetCenter(QXVector3d const& center) { m_vecCenter = center; }
+void QXBoundingSphere::SetCenter(QXVector3d const& center) {
+  m_vecCenter = center;
+}
 
-void QXBoundingSphere::SetRadius(double dRadius) { m_dRadius = dRadius; }
+void QXBoundingSphere::SetRadius(double dRadius) {
+  m_dRadius = dRadius;
+}
 
 }  // namespace QXC

@@ -48,7 +48,7 @@ double Determinant(Rows const& rows) {
   static constexpr double kSigns[6] = {1.0, -1.0, 1.0, 1.0, -1.0, 1.0};
   auto const minor = [&](int nRow, int const* pColumns) {
     return rows.v[nRow][pColumns[0]] * rows.v[nRow + 1][pColumns[1]] -
-        rows.v[nRow][pColumns[1]] * rows.v[nRow + 1][pColumns[0]];
+           rows.v[nRow][pColumns[1]] * rows.v[nRow + 1][pColumns[0]];
   };
   double dSum = 0.0;
   for (int nPair = 0; nPair < 6; ++nPair) dSum += kSigns[nPair] * minor(0, kPairs[nPair]) * minor(2, kPairs[5 - nPair]);
@@ -58,7 +58,9 @@ double Determinant(Rows const& rows) {
 /// Elimination divides and so rounds: a singular matrix of small integers can leave a tiny pivot and an inverse full of
 /// noise. Minors of small integers are exact. A threshold on the pivot instead would refuse sound matrices of far
 /// coordinates, and without the scaling the determinant of small or large scales would leave the range of doubles.
-bool IsSingular(Rows rows) { return !Equilibrate(rows) || Determinant(rows) == 0.0; }
+bool IsSingular(Rows rows) {
+  return !Equilibrate(rows) || Determinant(rows) == 0.0;
+}
 
 int FindPivotRow(Rows const& rows, int nColumn) {
   int nPivot = nColumn;
@@ -128,7 +130,7 @@ void QXMatrix4d::MultMatrixVecd(double const matrix[16], double const in[4], dou
   double result[4];
   for (int nColumn = 0; nColumn < 4; ++nColumn) {
     result[nColumn] = in[0] * matrix[nColumn] + in[1] * matrix[4 + nColumn] + in[2] * matrix[8 + nColumn] +
-        in[3] * matrix[12 + nColumn];
+                      in[3] * matrix[12 + nColumn];
   }
   std::copy_n(result, 4, out);
 }

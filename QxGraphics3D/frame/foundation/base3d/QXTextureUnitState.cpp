@@ -8,7 +8,9 @@ namespace QXC {
 QXTextureUnitState::QXTextureUnitState()
     : m_nFiltering{TEXTURE_FILTER_LINEAR, TEXTURE_FILTER_LINEAR, TEXTURE_FILTER_POINT} {}
 
-QXTextureUnitState::QXTextureUnitState(QXTextureUnitState const& other) : QXTextureUnitState() { *this = other; }
+QXTextureUnitState::QXTextureUnitState(QXTextureUnitState const& other) : QXTextureUnitState() {
+  *this = other;
+}
 
 QXTextureUnitState& QXTextureUnitState::operator=(QXTextureUnitState const& other) {
   if (this == &other) return *this;
@@ -20,13 +22,21 @@ QXTextureUnitState& QXTextureUnitState::operator=(QXTextureUnitState const& othe
   return *this;
 }
 
-QXTextureUnitState::~QXTextureUnitState() { RemoveAllEffects(); }
+QXTextureUnitState::~QXTextureUnitState() {
+  RemoveAllEffects();
+}
 
-unsigned char QXTextureUnitState::IsBlank() const { return m_strTextureName.IsEmpty(); }
+unsigned char QXTextureUnitState::IsBlank() const {
+  return m_strTextureName.IsEmpty();
+}
 
-QdcUnicodeString QXTextureUnitState::GetTextureName() const { return m_strTextureName; }
+QdcUnicodeString QXTextureUnitState::GetTextureName() const {
+  return m_strTextureName;
+}
 
-void QXTextureUnitState::SetTextureName(QdcUnicodeString const& strName) { m_strTextureName = strName; }
+void QXTextureUnitState::SetTextureName(QdcUnicodeString const& strName) {
+  m_strTextureName = strName;
+}
 
 int QXTextureUnitState::GetTextureFiltering(int nFilterType) const {
   return nFilterType >= 0 && nFilterType < 3 ? m_nFiltering[nFilterType] : TEXTURE_FILTER_NONE;
@@ -36,9 +46,13 @@ void QXTextureUnitState::SetTextureFiltering(int nFilterType, int nOption) {
   if (nFilterType >= 0 && nFilterType < 3) m_nFiltering[nFilterType] = nOption;
 }
 
-QXMatrix4d const& QXTextureUnitState::GetTextureTransform() const { return m_matUnit; }
+QXMatrix4d const& QXTextureUnitState::GetTextureTransform() const {
+  return m_matUnit;
+}
 
-QdcDict<int, QXTextureEffect*> const& QXTextureUnitState::GetEffects() const { return m_dictEffects; }
+QdcDict<int, QXTextureEffect*> const& QXTextureUnitState::GetEffects() const {
+  return m_dictEffects;
+}
 
 void QXTextureUnitState::SetEffect(QXTextureEffect const& effect) {
   auto pNew = std::make_unique<QXTextureEffect>(effect);  // before the entry: a failing allocation must leave no null

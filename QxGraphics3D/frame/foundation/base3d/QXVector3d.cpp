@@ -13,7 +13,9 @@ constexpr QXVector3d QXVector3d::UNIT_X{1.0, 0.0, 0.0};
 constexpr QXVector3d QXVector3d::UNIT_Y{0.0, 1.0, 0.0};
 constexpr QXVector3d QXVector3d::UNIT_Z{0.0, 0.0, 1.0};
 
-double QXVector3d::Length() const { return std::sqrt(Length2()); }
+double QXVector3d::Length() const {
+  return std::sqrt(Length2());
+}
 
 QXVector3d& QXVector3d::Normalize() {
   double const dLength = Length();
@@ -25,12 +27,14 @@ QXVector3d& QXVector3d::Normalize() {
   return *this;
 }
 
-QXVector3d QXVector3d::MultiplyMatrix(QXMatrix4d const& matrix) const { return MultiplyMatrix(*this, matrix); }
+QXVector3d QXVector3d::MultiplyMatrix(QXMatrix4d const& matrix) const {
+  return MultiplyMatrix(*this, matrix);
+}
 
 QXVector3d QXVector3d::MultiplyMatrix(QXVector3d const& point, QXMatrix4d const& matrix) {
   auto const column = [&](int nColumn) {
     return point.x * matrix[0][nColumn] + point.y * matrix[1][nColumn] + point.z * matrix[2][nColumn] +
-        matrix[3][nColumn];
+           matrix[3][nColumn];
   };
   return {column(0), column(1), column(2)};
 }
