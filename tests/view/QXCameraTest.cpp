@@ -344,14 +344,14 @@ TEST(QXCamera, TurnsByPiAboutItsUpAxisToTheExactReverse) {
 }
 
 TEST(QXCamera, TreatsNearlyOppositeDirectionsAsTheReverse) {
-  // |axis + z| squared is about the square of the angle: 0.007 lies below the bound of 5e-5, 0.0072 above it.
+  // |axis + z| squared is about the square of the angle: 0.0070710 lies just below the bound, 0.0070711 above it.
   QXCamera near;
-  near.SetDirection(0, std::sin(0.007), std::cos(0.007));
+  near.SetDirection(0, std::sin(0.0070710), std::cos(0.0070710));
   ExpectNear(near.GetDirection(), {0, 0, 1});
   ExpectNear(near.GetUp(), {0, 1, 0});
   QXCamera beyond;
-  beyond.SetDirection(0, std::sin(0.0072), std::cos(0.0072));
-  ExpectNear(beyond.GetDirection(), {0, std::sin(0.0072), std::cos(0.0072)});
+  beyond.SetDirection(0, std::sin(0.0070711), std::cos(0.0070711));
+  ExpectNear(beyond.GetDirection(), {0, std::sin(0.0070711), std::cos(0.0070711)});
 }
 
 TEST(QXCamera, BringsTheViewUpToDateBeforeItTurns) {
