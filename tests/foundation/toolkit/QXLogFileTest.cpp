@@ -113,6 +113,14 @@ TEST(QXLogFile, SignalsIgnoredAtTheStartStayIgnored) {
   }
 }
 
+TEST(QXLogFile, HandlerIsInstalledForInterruptAndTerminationEvenIfTheyWereIgnored) {
+  QXChildSetup setup;
+  setup.m_arrIgnored = {2, 15};
+  QXChildResult const result = RunSignalChild("handled", 0, setup);
+  ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << result.m_nStatus;
+  EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+}
+
 TEST(QXLogFile, HandlerThatAHostInstallsInMainIsKept) {
   for (int const signal : {2, 15}) {
     QXChildResult const result = RunSignalChild("host", signal);

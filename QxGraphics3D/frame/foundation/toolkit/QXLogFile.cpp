@@ -54,6 +54,16 @@ void (*GetHandler(int nSignal))(int) {
   return action.sa_handler;
 }
 
+// Signals that whoever started the process had ignored (a background job, nohup). The handler is installed for them all
+// the same and lets them pass, since the default action would end a process that is meant to go on.
+std::array<volatile std::sig_atomic_t, NSIG> arrIgnoredAtLoad{};
+
+// A terminal that finds these handled and not ignored sends them again for every restarted read or write, without end:
+// where they were ignored they have to stay so.
+bool IsTerminalAccess(int nSignal) {
+  return nSignal == SIGTTIN || nSignal == SIGTTOU;
+}
+
 // Three objects of one kind may run this at load with the same effect as one: the handlers are the same.
 class CrashHandlerInstaller {
 public:
@@ -62,9 +72,9 @@ public:
     void* frame = nullptr;
     ::backtrace(&frame, 1);
     for (int const signal : arrHandledSignals) {
-      // Who started the process had it ignored (a background job, nohup): answering with the default action would end
-      // or stop a process that is meant to go on. A crash cannot be ignored in that sense.
-      if (!IsCrash(signal) && GetHandler(signal) == SIG_IGN) continue;
+      bool const ignored = !IsCrash(signal) && GetHandler(signal) == SIG_IGN;
+      if (ignored && IsTerminalAccess(signal)) continue;
+      arrIgnoredAtLoad[static_cast<std::size_t>(signal)] = ignored ? 1 : 0;
       SetAction(signal, &QXLogFile::Dump);
     }
   }
@@ -73,7 +83,8 @@ public:
   // The library may be unloaded by a host that opened it at run time: a handler left behind would point nowhere.
   ~CrashHandlerInstaller() {
     for (int const signal : arrHandledSignals) {
-      if (GetHandler(signal) == &QXLogFile::Dump) SetAction(signal, SIG_DFL);
+      if (GetHandler(signal) != &QXLogFile::Dump) continue;
+      SetAction(signal, arrIgnoredAtLoad[static_cast<std::size_t>(signal)] ? SIG_IGN : SIG_DFL);
     }
   }
 };
@@ -83,6 +94,7 @@ CrashHandlerInstaller const crashHandlerInstaller;
 }  // namespace
 
 void QXLogFile::Dump(int nSignal) {
+  if (nSignal > 0 && nSignal < NSIG && arrIgnoredAtLoad[static_cast<std::size_t>(nSignal)]) return;
   int const savedErrno = errno;
   // First the default action: a fault while the stack is written then ends the process instead of coming back here.
   SetAction(nSignal, SIG_DFL);
