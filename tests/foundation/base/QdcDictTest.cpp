@@ -208,5 +208,42 @@ TEST(QdcDict, RandomEditsFollowASortedList) {
   }
 }
 
+TEST(QdcDict, ChangeCountGrowsWhenEntriesComeOrGo) {
+  QdcDict<int, int> dict;
+  std::uint64_t nLast = dict.GetChangeCount();
+  auto const HasGrown = [&dict, &nLast] {
+    bool const bGrown = dict.GetChangeCount() > nLast;
+    nLast = dict.GetChangeCount();
+    return bGrown;
+  };
+  dict[1] = 10;
+  EXPECT_TRUE(HasGrown());
+  dict[1] = 11;
+  EXPECT_FALSE(HasGrown()) << "a new value in an old entry";
+  int value = 0;
+  dict.Lookup(1, value);
+  EXPECT_EQ(dict.RemoveKey(2), 0);
+  EXPECT_FALSE(HasGrown());
+  EXPECT_EQ(dict.RemoveKey(1), 1);
+  EXPECT_TRUE(HasGrown());
+  dict[3];
+  EXPECT_TRUE(HasGrown());
+  dict.RemoveAll();
+  EXPECT_TRUE(HasGrown());
+  QdcDict<int, int> other;
+  other[5] = 50;
+  dict = other;
+  EXPECT_TRUE(HasGrown());
+  std::uint64_t const nOther = other.GetChangeCount();
+  dict = std::move(other);
+  EXPECT_TRUE(HasGrown());
+  EXPECT_GT(other.GetChangeCount(), nOther);
+  EXPECT_EQ(other.GetCount(), 0u);
+  QdcDict<int, int> const taken(std::move(dict));
+  EXPECT_TRUE(HasGrown());
+  EXPECT_EQ(dict.GetCount(), 0u);
+  EXPECT_EQ(taken.GetCount(), 1u);
+}
+
 }  // namespace
 }  // namespace QXC
