@@ -1,9 +1,5 @@
-// A frame allocates nothing. Every allocation of the program goes through the operators below, the library's own
-// included, since the program's definitions replace those of the standard library everywhere.
-#include <atomic>
-#include <cstdlib>
+// A frame allocates nothing.
 #include <memory>
-#include <new>
 
 #include <gtest/gtest.h>
 
@@ -13,26 +9,8 @@
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullRenderTarget.h>
 
+#include "QXAllocationCounter.h"
 #include "QXTestGeometry.h"
-
-namespace {
-
-std::atomic<long> g_nAllocations{0};
-
-}  // namespace
-
-void* operator new(std::size_t nSize) {
-  g_nAllocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* const pMemory = std::malloc(nSize > 0 ? nSize : 1)) {
-    return pMemory;
-  }
-  throw std::bad_alloc();
-}
-void* operator new[](std::size_t nSize) { return operator new(nSize); }
-void operator delete(void* pMemory) noexcept { std::free(pMemory); }
-void operator delete[](void* pMemory) noexcept { std::free(pMemory); }
-void operator delete(void* pMemory, std::size_t /*nSize*/) noexcept { std::free(pMemory); }
-void operator delete[](void* pMemory, std::size_t /*nSize*/) noexcept { std::free(pMemory); }
 
 namespace QXC {
 namespace {
@@ -65,13 +43,13 @@ protected:
   ~QXFrameAllocationTest() override { m_Graphics.ShutDown(); }
 
   long CountAllocations(int nFrames) {
-    long const nBefore = g_nAllocations.load();
+    long const nBefore = GetAllocationCount();
     for (int i = 0; i < nFrames; ++i) {
       m_Graphics.BeginGeometryCount();
       m_Graphics.UpdateAllRenderTargets();
       m_Graphics.SwapAllRenderTargetBuffers(0);
     }
-    return g_nAllocations.load() - nBefore;
+    return GetAllocationCount() - nBefore;
   }
 
   void SetMode(int nMode) {
@@ -87,9 +65,9 @@ protected:
 };
 
 TEST_F(QXFrameAllocationTest, CounterSeesAllocationsInsideTheLibrary) {
-  long const nBefore = g_nAllocations.load();
+  long const nBefore = GetAllocationCount();
   m_Graphics.GetRenderTarget(L"first")->AddViewport(m_pCamera, 9, 0.0, 0.0, 1.0, 1.0);
-  EXPECT_GT(g_nAllocations.load(), nBefore);
+  EXPECT_GT(GetAllocationCount(), nBefore);
 }
 
 TEST_F(QXFrameAllocationTest, FramesAllocateNothingInAnyMode) {

@@ -1,0 +1,30 @@
+#include "QXAllocationCounter.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<long> g_nAllocations{0};
+
+}  // namespace
+
+namespace QXC {
+
+long GetAllocationCount() { return g_nAllocations.load(std::memory_order_relaxed); }
+
+}  // namespace QXC
+
+void* operator new(std::size_t nSize) {
+  g_nAllocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* const pMemory = std::malloc(nSize > 0 ? nSize : 1)) {
+    return pMemory;
+  }
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t nSize) { return operator new(nSize); }
+void operator delete(void* pMemory) noexcept { std::free(pMemory); }
+void operator delete[](void* pMemory) noexcept { std::free(pMemory); }
+void operator delete(void* pMemory, std::size_t /*nSize*/) noexcept { std::free(pMemory); }
+void operator delete[](void* pMemory, std::size_t /*nSize*/) noexcept { std::free(pMemory); }

@@ -1,0 +1,11 @@
+// Counts what a program allocates: linking the source beside this replaces the global operators, for the library's
+// own allocations too. A source of its own, since compilers that see an operator's body beside its callers warn of
+// malloc and delete not fitting together.
+#pragma once
+
+namespace QXC {
+
+/// Calls of operator new in this process so far, in all its forms but the over-aligned one.
+long GetAllocationCount();
+
+}  // namespace QXC
