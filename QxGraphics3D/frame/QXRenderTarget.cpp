@@ -1,13 +1,36 @@
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/frame/detail/QXViewportFrame.h>
 #include <QxGraphics3D/frame/foundation/base/QdcTime.h>
 #include <QxGraphics3D/view/QXCamera.h>
 
 namespace QXC {
+namespace {
+
+/// Exactly one half, told by its bits: the ordering asks every viewport in every frame.
+bool IsHalf(double dValue) { return std::bit_cast<std::uint64_t>(dValue) == std::bit_cast<std::uint64_t>(0.5); }
+
+/// One step of the walk.
+void UpdateViewport(QXRenderTarget& target, QXViewport& viewport) {
+  // Taken now: rendering may give the viewport another camera, and the notification is about the one that drew.
+  QXCamera* const pCamera = viewport.GetCamera();
+  if (target.m_eMultiViewportMode == MVM_ORDERED && pCamera != nullptr) {
+    detail::NotifyViewport(*pCamera, &viewport);
+    target.ApplyCameraToTarget(pCamera, 0, 0);
+  }
+  detail::UpdateViewport(viewport);
+  if (pCamera != nullptr && pCamera->m_bTargetNotifyPending) {
+    target.NotifyCameraStateChange(1);
+    pCamera->m_bTargetNotifyPending = 0;
+  }
+}
+
+}  // namespace
 
 unsigned int QXRenderTarget::ms_nRefAdd = 0;
 
@@ -60,26 +83,56 @@ void QXRenderTarget::Update() {
   MoveViewPortToLast(-1);
   ViewportPosition position = m_Viewports.GetStartPosition();
   BeginViewportUpdate(position);
-  while (!m_Viewports.IsEOF(position)) {
-    QXViewport* const pViewport = position->second;
-    // Before the viewport draws: a scene that takes its own viewport away does not pull the walk's place with it.
-    ++position;
+  ListViewports();
+  std::uint64_t nChangeCount = m_List.m_nChangeCount;
+  std::size_t i = FindInList(position);
+  while (i < m_List.m_arrEntries.size()) {
+    int const nKey = m_List.m_arrEntries[i]->first;
+    QXViewport* const pViewport = m_List.m_arrEntries[i]->second;
+    ++i;
     if (pViewport == nullptr) {
       continue;
     }
-    // Taken now: rendering may give the viewport another camera, and the notification is about the one that drew.
-    QXCamera* const pCamera = pViewport->GetCamera();
-    if (m_eMultiViewportMode == MVM_ORDERED && pCamera != nullptr) {
-      pCamera->NotifyViewport(pViewport);
-      ApplyCameraToTarget(pCamera, 0, 0);
-    }
-    pViewport->Update();
-    if (pCamera != nullptr && pCamera->m_bTargetNotifyPending) {
-      NotifyCameraStateChange(1);
-      pCamera->m_bTargetNotifyPending = 0;
+    UpdateViewport(*this, *pViewport);
+    // A scene may take viewports away or add some, its own among them: the walk goes on behind its key.
+    if (m_Viewports.GetChangeCount() != nChangeCount) {
+      ListViewports();
+      nChangeCount = m_List.m_nChangeCount;
+      i = FindInListBehind(nKey);
     }
   }
   UpdateStats();
+}
+
+void QXRenderTarget::ListViewports() {
+  if (m_List.m_nChangeCount == m_Viewports.GetChangeCount()) {
+    return;
+  }
+  m_List.m_nChangeCount = ViewportList::Stale;
+  m_List.m_arrEntries.clear();
+  m_List.m_bDense = 1;
+  int nNext = 0;
+  for (ViewportPosition position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
+    m_List.m_arrEntries.push_back(&*position);
+    if (position->first != nNext++) {
+      m_List.m_bDense = 0;
+    }
+  }
+  m_List.m_nChangeCount = m_Viewports.GetChangeCount();
+}
+
+std::size_t QXRenderTarget::FindInList(ViewportPosition const& position) const {
+  if (position == m_Viewports.GetStartPosition()) {
+    return 0;
+  }
+  return m_Viewports.IsEOF(position) ? m_List.m_arrEntries.size() : FindInListBehind(position->first) - 1;
+}
+
+std::size_t QXRenderTarget::FindInListBehind(int nKey) const {
+  auto const& arrEntries = m_List.m_arrEntries;
+  auto const behind = std::upper_bound(arrEntries.begin(), arrEntries.end(), nKey,
+      [](int nSought, auto const* pEntry) { return nSought < pEntry->first; });
+  return static_cast<std::size_t>(behind - arrEntries.begin());
 }
 
 void QXRenderTarget::MoveViewPortToLast(int nIndex) {
@@ -91,23 +144,20 @@ void QXRenderTarget::MoveViewPortToLast(int nIndex) {
   if (nIndex >= 0 && nIndex <= 2) {
     MoveToTop(nIndex);
   }
-  unsigned char bDense = 1;
+  ListViewports();
+  unsigned char bDense = m_List.m_bDense;
   int nNext = 0;
   int nHalfHeight = 0;
-  for (ViewportPosition position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
-    QXViewport* const pViewport = position->second;
+  for (auto const* const pEntry : m_List.m_arrEntries) {
+    QXViewport* const pViewport = pEntry->second;
     if (pViewport == nullptr) {
       bDense = 0;
       continue;
     }
     // Not the third: of three views the third is a full-width strip below two halves and never lies over another.
-    if (pViewport->GetHeight() == 0.5 && nNext != 2) {
-      nHalfHeight = nNext;
-    }
+    // The stored height serves: what GetHeight gives for 0 is not one half either.
+    nHalfHeight = IsHalf(pViewport->m_dRelHeight) && nNext != 2 ? nNext : nHalfHeight;
     pViewport->SetZOrder(nNext);
-    if (position->first != nNext) {
-      bDense = 0;
-    }
     ++nNext;
   }
   // Every frame comes here; only one after a change of the viewports pays for new nodes.
@@ -198,6 +248,8 @@ QXViewport* QXRenderTarget::AddViewport(QXCamera* pCamera, int nZOrder, double d
   // The place first, so that a failing allocation of it cannot leak the viewport.
   QXViewport*& pPlace = m_Viewports[nZOrder];
   pPlace = new QXViewport(pCamera, this, dLeft, dBottom, dWidth, dHeight, nZOrder);
+  // The list grows here, so that the next frame need not.
+  ListViewports();
   return pPlace;
 }
 

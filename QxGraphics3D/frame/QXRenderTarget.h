@@ -2,8 +2,11 @@
 /// One place that the renderer draws into: a window, a texture or an off-screen buffer.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <utility>
+#include <vector>
 
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/Platform.h>
@@ -312,9 +315,32 @@ public:
   static unsigned int ms_nRefAdd;
 
 private:
+  /// The entries of m_Viewports in order. Belongs to one dictionary: a copied target starts without.
+  struct ViewportList {
+    static constexpr std::uint64_t Stale = ~std::uint64_t{0};
+
+    ViewportList() = default;
+    ViewportList(ViewportList const&) {}
+    ViewportList& operator=(ViewportList const&) {
+      m_nChangeCount = Stale;
+      return *this;
+    }
+
+    std::vector<std::pair<int const, QXViewport*> const*> m_arrEntries;
+    /// What QdcDict::GetChangeCount was when the entries were listed.
+    std::uint64_t m_nChangeCount = Stale;
+    /// Whether the keys are 0, 1, 2.. without a gap.
+    unsigned char m_bDense = 0;
+  };
+
+  void ListViewports();
+  std::size_t FindInList(ViewportPosition const& position) const;
+  std::size_t FindInListBehind(int nKey) const;
   void MoveToTop(int nKey);
   void StoreDensely();
   void SwapFirstTwo();
+
+  ViewportList m_List;
 };
 
 }  // namespace QXC

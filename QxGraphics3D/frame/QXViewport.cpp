@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include <QxGraphics3D/frame/QXRenderTarget.h>
+#include <QxGraphics3D/frame/detail/QXViewportFrame.h>
 #include <QxGraphics3D/frame/foundation/base/QdcNumeric.h>
 #include <QxGraphics3D/view/QXCamera.h>
 
@@ -88,11 +89,7 @@ void QXViewport::UpdateDimensions() {
   m_bBufferCacheValid = 0;
 }
 
-void QXViewport::Update() {
-  if (m_pCamera != nullptr) {
-    m_pCamera->RenderScene(this, m_bRenderSceneFlag);
-  }
-}
+void QXViewport::Update() { detail::UpdateViewport(*this); }
 
 void QXViewport::InitBufferCache() {
   if (m_bBufferCacheValid) {

@@ -1,6 +1,7 @@
 #include <QxGraphics3D/view/QXCamera.h>
 
 #include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/frame/detail/QXViewportFrame.h>
 #include <QxGraphics3D/frame/foundation/base/QdcNumeric.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix3d.h>
@@ -81,9 +82,7 @@ void QXCamera::SetCameraStateChanged(unsigned char bChanged) {
 }
 
 void QXCamera::NotifyViewport(QXViewport* pViewport) {
-  m_pViewport = pViewport;
-  UpdateViewMatrix(pViewport);
-  UpdateProMatrix();
+  detail::NotifyViewport(*this, pViewport);
 }
 
 QXViewport* QXCamera::GetViewport() const {

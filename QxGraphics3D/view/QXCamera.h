@@ -125,11 +125,8 @@ public:
   unsigned char m_bCameraFlagC;
   QXInt64 m_nSceneRenderHandle;
   QXSceneRenderProc m_pfnSceneRender;
-
-protected:
+  /// The viewport of the last NotifyViewport. Not owned.
   QXViewport* m_pViewport;
-
-public:
   /// For the plug-in.
   float m_fCameraValue;
   QXVector3d m_vecReserved;

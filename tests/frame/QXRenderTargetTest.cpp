@@ -544,6 +544,80 @@ TEST_F(QXRenderTargetTest, UpdateStartsWhereBeginViewportUpdateLeavesThePosition
   EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin"}));
 }
 
+TEST_F(QXRenderTargetTest, UpdateGoesOnBehindAViewportThatTheSceneTakesAway) {
+  QXTestTarget target(m_Log);
+  QXTestCamera camera(m_Log);
+  camera.m_bTargetNotifyPending = 0;
+  for (int const nZOrder : {0, 1, 2, 5}) {
+    target.AddViewport(&camera, nZOrder, 0.0, 0.0, 1.0, 1.0);
+  }
+  camera.m_pfnDuringRender = [&target](QXViewport& viewport) {
+    if (viewport.GetZOrder() == 1) {
+      target.RemoveViewport(1);
+      target.RemoveViewport(2);
+    }
+  };
+  m_Log.m_arrLines.clear();
+  target.Update();
+  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1",
+                                                         "camera render z1 flag1", "camera render z5 flag1"}));
+}
+
+TEST_F(QXRenderTargetTest, UpdateDrawsViewportsThatTheSceneAddsBehind) {
+  QXTestTarget target(m_Log);
+  QXTestCamera camera(m_Log);
+  camera.m_bTargetNotifyPending = 0;
+  target.AddViewport(&camera, 3, 0.0, 0.0, 1.0, 1.0);
+  camera.m_pfnDuringRender = [&target, &camera](QXViewport& viewport) {
+    if (viewport.GetZOrder() == 3) {
+      target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
+      target.AddViewport(&camera, 7, 0.0, 0.0, 1.0, 1.0);
+    }
+  };
+  m_Log.m_arrLines.clear();
+  target.Update();
+  EXPECT_EQ(m_Log.m_arrLines,
+            (std::vector<std::string>{"target begin", "camera render z3 flag1", "camera view 1x1", "camera projection",
+                                      "camera view 1x1", "camera projection", "camera render z7 flag1"}));
+}
+
+TEST_F(QXRenderTargetTest, UpdateSeesAViewportPutIntoAnOldPlace) {
+  QXTestTarget target(m_Log);
+  QXTestCamera camera(m_Log);
+  camera.m_bTargetNotifyPending = 0;
+  QXViewport*& pPlace = target.m_Viewports[0];
+  pPlace = nullptr;
+  target.Update();
+  pPlace = new QXViewport(&camera, &target, 0.0, 0.0, 1.0, 1.0, 8);
+  m_Log.m_arrLines.clear();
+  target.Update();
+  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z8 flag1"}));
+}
+
+TEST_F(QXRenderTargetTest, UpdateOfACopyWalksTheCopysViewports) {
+  QXTestTarget target(m_Log);
+  QXTestCamera camera(m_Log);
+  camera.m_bTargetNotifyPending = 0;
+  target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
+  target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
+  target.Update();
+  QXTestTarget copy(target);
+  QXTestTarget assigned(m_Log);
+  assigned.Update();
+  assigned.QXRenderTarget::operator=(target);
+  target.RemoveAllViewports();
+  copy.m_Viewports.RemoveAll();
+  assigned.m_Viewports.RemoveAll();
+  copy.AddViewport(&camera, 4, 0.0, 0.0, 1.0, 1.0);
+  assigned.AddViewport(&camera, 5, 0.0, 0.0, 1.0, 1.0);
+  m_Log.m_arrLines.clear();
+  copy.Update();
+  assigned.Update();
+  target.Update();
+  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z4 flag1", "target begin",
+                                                         "camera render z5 flag1", "target begin"}));
+}
+
 TEST_F(QXRenderTargetTest, UpdateInOrderedModeRenumbersSparseKeys) {
   QXTestTarget target(m_Log);
   QXViewport* const arrViewports[] = {Add(target, 0), Add(target, 5), Add(target, 9)};

@@ -2,6 +2,7 @@
 // of targets and viewports need, and nothing more.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,9 @@ public:
     if (m_bLeave) {
       pViewport->m_pCamera = nullptr;
     }
+    if (m_pfnDuringRender) {
+      m_pfnDuringRender(*pViewport);
+    }
   }
   void UpdateViewMatrix(QXViewport* pViewport) override {
     m_Log.m_arrLines.push_back("camera view " + std::to_string(pViewport->GetActualWidth()) + "x" +
@@ -72,6 +76,8 @@ public:
   QXTestLog& m_Log;
   /// Takes itself out of the viewport while rendering it.
   bool m_bLeave = false;
+  /// What the scene does while it is drawn.
+  std::function<void(QXViewport&)> m_pfnDuringRender;
 };
 
 }  // namespace QXC
