@@ -166,7 +166,8 @@ void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXO
 void QXOgreDrawable::UpdateMaterials() {
   if (!m_pDevice) return;
   QXColorValue3D const& own = m_Look.m_Color;
-  QXColorValue3D const tint(own.r, own.g, own.b, own.a * m_Look.m_dOpacity);
+  QXColorValue3D const& mark = m_Look.m_MarkColor;
+  QXColorValue3D const tint(own.r * mark.r, own.g * mark.g, own.b * mark.b, own.a * mark.a * m_Look.m_dOpacity);
   for (auto const& pRenderable : m_arrRenderables) {
     QXOgreSurface surface = m_Look.m_Surface;
     surface.m_bTransparent = tint.a * pRenderable->GetColor().a < 1.0 || m_Geometry.HasTransparentVertices();

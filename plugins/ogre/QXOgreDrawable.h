@@ -26,6 +26,8 @@ class QXRenderOperationMultiIndex;
 /// How a drawable looks, apart from its geometry.
 struct QXOgreLook {
   QXColorValue3D m_Color = QXColorValue3D::White;
+  /// Multiplied with m_Color, by whoever marks objects for a while.
+  QXColorValue3D m_MarkColor = QXColorValue3D::White;
   double m_dOpacity = 1.0;
   /// Alpha: how much of the own colour it covers.
   QXColorValue3D m_SelectionColor = {1.0, 0.8, 0.0, 0.6};

@@ -116,8 +116,6 @@ private:
   std::vector<std::unique_ptr<QXOgreCamera>> m_arrCameras;
   std::unordered_set<QXOgreRenderTarget*> m_setTargets;
   std::unique_ptr<QXOgreRenderOperationManager> m_pManager;
-  /// Colours that SetObjectColor replaced.
-  std::map<unsigned int, QXColorValue3D> m_mapOwnColors;
   QXVector3d m_vecRelativeOrigin;
   QdcUnicodeString m_strName;
   QdcUnicodeString m_strError;

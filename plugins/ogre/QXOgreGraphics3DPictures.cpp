@@ -128,7 +128,7 @@ void QXOgreGraphics3D::ClearSelectedObjects() {
 }
 
 void QXOgreGraphics3D::SetSelectionColor(QXColorValue3D const& color) {
-  for (QXOgreRenderOperation3D* const pOperation : m_pManager->GetOperations()) pOperation->SetSelectionColor(color);
+  m_pManager->SetSelectionColor(color);
 }
 
 unsigned char QXOgreGraphics3D::GetObjectBoundingBox(unsigned int nID, QXBoundingBox& box) const {
@@ -147,17 +147,11 @@ unsigned char QXOgreGraphics3D::IsObjectVisible(unsigned int nID) const {
 }
 
 void QXOgreGraphics3D::SetObjectColor(unsigned int nID, QXColorValue3D const& color) {
-  QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID);
-  if (!pOperation) return;
-  QXColorValue3D const& own = m_mapOwnColors.try_emplace(nID, pOperation->GetColor()).first->second;
-  pOperation->SetColor(QXColorValue3D(own.r * color.r, own.g * color.g, own.b * color.b, own.a * color.a));
+  if (QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID)) pOperation->SetMarkColor(color);
 }
 
 void QXOgreGraphics3D::ResetObjectColor(unsigned int nID) {
-  auto const position = m_mapOwnColors.find(nID);
-  if (position == m_mapOwnColors.end()) return;
-  if (QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID)) pOperation->SetColor(position->second);
-  m_mapOwnColors.erase(position);
+  SetObjectColor(nID, QXColorValue3D::White);
 }
 
 }  // namespace QXC

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <vector>
 
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/renderop/QXRenderOperationSet.h>
 
+#include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreMerge.h>
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 
@@ -25,7 +27,24 @@ template <class Change>
 void QXOgreRenderOperation3D::ChangeLook(Change&& change) {
   QXOgreLook look = m_Drawable.GetLook();
   change(look);
-  m_Drawable.SetLook(look);
+  Try([&] { m_Drawable.SetLook(look); });
+}
+
+template <class Work>
+unsigned char QXOgreRenderOperation3D::Try(Work&& work) {
+  if (m_pManager) return m_pManager->GetGraphics3D().Try(work);
+  // Without a renderer there is no device that could fail.
+  work();
+  return 1;
+}
+
+void QXOgreRenderOperation3D::SetGeometry(QXRenderOperationMultiIndex const& source) {
+  // Half of a geometry is worse than none.
+  if (!Try([&] { m_Drawable.SetGeometry(source); })) m_Drawable.ClearGeometry();
+}
+
+void QXOgreRenderOperation3D::SetMarkColor(QXColorValue3D const& color) {
+  ChangeLook([&](QXOgreLook& look) { look.m_MarkColor = color; });
 }
 
 void QXOgreRenderOperation3D::SetColor(QXColorValue3D const& color) {
@@ -94,19 +113,19 @@ void QXOgreRenderOperation3D::SetPointSize(double dPixels) {
 
 void QXOgreRenderOperation3D::SetRenderOperation(QXRenderOperation const* pOperation) {
   if (!pOperation) return m_Drawable.ClearGeometry();
-  m_Drawable.SetGeometry(*Merge({pOperation}));
+  SetGeometry(*Merge({pOperation}));
 }
 
 void QXOgreRenderOperation3D::SetRenderOperationMultiIndex(QXRenderOperationMultiIndex* pOperation) {
   if (!pOperation) return m_Drawable.ClearGeometry();
-  m_Drawable.SetGeometry(*pOperation);
+  SetGeometry(*pOperation);
 }
 
 void QXOgreRenderOperation3D::SetRenderOperationSet(QXRenderOperationSet const& set) {
   std::vector<QXRenderOperation const*> arrOperations;
   for (std::size_t i = 0; i < set.m_arrRenderOperations.GetSize(); ++i)
     if (set.m_arrRenderOperations[i]) arrOperations.push_back(set.m_arrRenderOperations[i]);
-  m_Drawable.SetGeometry(*Merge(arrOperations));
+  SetGeometry(*Merge(arrOperations));
 }
 
 unsigned int QXOgreRenderOperation3D::GetIndexRangeCount() const {
@@ -115,12 +134,16 @@ unsigned int QXOgreRenderOperation3D::GetIndexRangeCount() const {
 
 unsigned char QXOgreRenderOperation3D::UpdatePositions(
     unsigned int nFirst, unsigned int nCount, float const* pPositions) {
-  return m_Drawable.UpdatePositions(nFirst, nCount, pPositions);
+  unsigned char bDone = 0;
+  Try([&] { bDone = m_Drawable.UpdatePositions(nFirst, nCount, pPositions); });
+  return bDone;
 }
 
 unsigned char QXOgreRenderOperation3D::UpdateColors(
     unsigned int nFirst, unsigned int nCount, unsigned int const* pColors) {
-  return m_Drawable.UpdateColors(nFirst, nCount, pColors);
+  unsigned char bDone = 0;
+  Try([&] { bDone = m_Drawable.UpdateColors(nFirst, nCount, pColors); });
+  return bDone;
 }
 
 void QXOgreRenderOperation3D::SetIndexRangeVisible(unsigned int nRange, unsigned char bVisible) {

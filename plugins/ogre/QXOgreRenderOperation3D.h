@@ -21,6 +21,8 @@ public:
 
   QXOgreDrawable& GetDrawable() { return m_Drawable; }
   QXOgreDrawable const& GetDrawable() const { return m_Drawable; }
+  /// Multiplies the colour until white is set; the colour itself stays.
+  void SetMarkColor(QXColorValue3D const& color);
   /// The renderer goes first.
   void LeaveManager() { m_pManager = nullptr; }
 
@@ -82,6 +84,10 @@ public:
   unsigned int GetDeviceMemory() const override;
 
 private:
+  /// Runs work that may make or fill buffers of the device: 1, or 0 with the reason as the renderer's error text.
+  template <class Work>
+  unsigned char Try(Work&& work);
+  void SetGeometry(QXRenderOperationMultiIndex const& source);
   /// Changes the look by a function and hands it to the drawable.
   template <class Change>
   void ChangeLook(Change&& change);

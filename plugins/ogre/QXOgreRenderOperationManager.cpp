@@ -5,7 +5,8 @@
 
 namespace QXC {
 
-QXOgreRenderOperationManager::QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D) : m_Graphics3D(graphics3D) {}
+QXOgreRenderOperationManager::QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D)
+    : m_Graphics3D(graphics3D), m_SelectionColor(QXOgreLook().m_SelectionColor) {}
 
 QXOgreRenderOperationManager::~QXOgreRenderOperationManager() {
   for (QXOgreRenderOperation3D* const pOperation : m_setOperations) pOperation->LeaveManager();
@@ -18,6 +19,11 @@ QXOgreRenderOperation3D* QXOgreRenderOperationManager::Find(unsigned int nSelect
   return nullptr;
 }
 
+void QXOgreRenderOperationManager::SetSelectionColor(QXColorValue3D const& color) {
+  m_SelectionColor = color;
+  for (QXOgreRenderOperation3D* const pOperation : m_setOperations) pOperation->SetSelectionColor(color);
+}
+
 unsigned int QXOgreRenderOperationManager::GetRenderOperationCount() const {
   return static_cast<unsigned int>(m_setOperations.size());
 }
@@ -25,6 +31,7 @@ unsigned int QXOgreRenderOperationManager::GetRenderOperationCount() const {
 QXRenderOperation3D* QXOgreRenderOperationManager::CreateRenderOperation3D(
     QdcUnicodeString const& strSceneName, unsigned char bAttach) {
   auto* const pOperation = new QXOgreRenderOperation3D(*this, m_Graphics3D.GetDevice());
+  pOperation->SetSelectionColor(m_SelectionColor);
   if (bAttach) pOperation->GetDrawable().SetScene(m_Graphics3D.FindScene(strSceneName));
   return pOperation;
 }

@@ -4,6 +4,7 @@
 
 #include <unordered_set>
 
+#include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 #include <QxGraphics3D/renderop/QXRenderOperationManager.h>
 
 namespace QXC {
@@ -26,6 +27,10 @@ public:
   std::unordered_set<QXOgreRenderOperation3D*> const& GetOperations() const { return m_setOperations; }
   /// The drawable with a selection identifier, null if there is none. Cost: linear.
   QXOgreRenderOperation3D* Find(unsigned int nSelectionID) const;
+
+  QXOgreGraphics3D& GetGraphics3D() const { return m_Graphics3D; }
+  /// Of the drawables that exist and of those to come.
+  void SetSelectionColor(QXColorValue3D const& color);
 
   unsigned int GetRenderOperationCount() const override;
   QXRenderOperation3D* CreateRenderOperation3D(QdcUnicodeString const& strSceneName, unsigned char bAttach) override;
@@ -50,6 +55,7 @@ private:
 
   QXOgreGraphics3D& m_Graphics3D;
   std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
+  QXColorValue3D m_SelectionColor;
 };
 
 }  // namespace QXC

@@ -42,7 +42,8 @@ QXOgreRenderWindow::~QXOgreRenderWindow() {
 }
 
 void QXOgreRenderWindow::GetCustomAttribute(QdcUnicodeString const& strName, void* pData) {
-  if (m_pOgreWindow) m_pOgreWindow->getCustomAttribute(ToUtf8(strName), pData);
+  if (!m_pOgreWindow || !pData) return;
+  GetRenderer()->Try([&] { m_pOgreWindow->getCustomAttribute(ToUtf8(strName), pData); });
 }
 
 void QXOgreRenderWindow::ReleaseDevice() {

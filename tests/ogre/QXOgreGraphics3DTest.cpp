@@ -194,13 +194,12 @@ TEST_F(QXOgreGraphics3D, AnObjectsColourIsMultipliedAndGivenBack) {
   pOperation->SetSelectionID(5);
   m_pGraphics3D->SetObjectColor(5, QXColorValue3D(0.5, 0.5, 0.5, 1.0));
   m_pGraphics3D->SetObjectColor(5, QXColorValue3D(0.0, 1.0, 1.0, 1.0));
-  EXPECT_EQ(pOperation->GetColor(), QXColorValue3D(0.0, 0.5, 1.0, 1.0));
-  m_pGraphics3D->ResetObjectColor(5);
-  EXPECT_EQ(pOperation->GetColor(), QXColorValue3D(1.0, 0.5, 1.0, 1.0));
-  m_pGraphics3D->ResetObjectColor(5);
   m_pGraphics3D->SetObjectColor(6, RED);
-  m_pGraphics3D->ResetObjectColor(6);
+  EXPECT_EQ(Frame().At(32, 32), (QXPixel{0, 128, 255, 255}));
   EXPECT_EQ(pOperation->GetColor(), QXColorValue3D(1.0, 0.5, 1.0, 1.0));
+  m_pGraphics3D->ResetObjectColor(5);
+  m_pGraphics3D->ResetObjectColor(6);
+  EXPECT_EQ(Frame().At(32, 32), (QXPixel{255, 128, 255, 255}));
 }
 
 TEST_F(QXOgreGraphics3D, TheSelectionIsExactlyTheObjectsNamed) {
@@ -221,6 +220,10 @@ TEST_F(QXOgreGraphics3D, TheSelectionIsExactlyTheObjectsNamed) {
   EXPECT_EQ(pUnnamed->IsSelected(), 0);
   m_pGraphics3D->ClearSelectedObjects();
   EXPECT_EQ(pSecond->IsSelected(), 0);
+  // The colour is that of drawables to come as well.
+  QXRenderOperation3D* const pLater = DrawSquare(-1.0F, -1.0F, 1.0F, 1.0F, 2.0F, RED);
+  pLater->SetSelected(1);
+  EXPECT_EQ(Frame().At(32, 32), GREEN_PIXEL);
 }
 
 TEST_F(QXOgreGraphics3D, ProjectionsMapTheirWindowToTheClipCube) {

@@ -175,6 +175,10 @@ TEST_F(QXOgreRenderWindow, TheNativeWindowIsAnAttribute) {
   unsigned long nWindow = 0;
   pWindow->GetCustomAttribute(L"WINDOW", &nWindow);
   EXPECT_NE(nWindow, 0UL);
+  unsigned long nOther = 7;
+  pWindow->GetCustomAttribute(L"no such thing", &nOther);
+  pWindow->GetCustomAttribute(L"WINDOW", nullptr);
+  EXPECT_EQ(nOther, 7UL);
 }
 
 }  // namespace QXC
