@@ -60,8 +60,7 @@ std::string QXRendererSession::DescribeFailure(char const* szWhat) const {
   return strText;
 }
 
-std::string QXRendererSession::Start(std::string const& strName, std::vector<std::string> const& vecFolders) {
-  for (std::string const& strFolder : vecFolders) QXC::QXPluginConfigs::AddSearchFolder(Widen(strFolder));
+std::string QXRendererSession::Start(std::string const& strName) {
   QXC::QXPluginConfigs const configs;
   QdcUnicodeString strError;
   m_pModule.reset(QXC::QXPluginModule::Load(configs, QXC::QX_PLUGIN_KIND_RENDERER, Widen(strName), strError));

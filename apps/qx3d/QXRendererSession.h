@@ -42,9 +42,8 @@ public:
   ~QXRendererSession();
 
   /// Loads a renderer and starts its device.
-  /// @param strName     empty: the configured default
-  /// @param vecFolders  further folders with plug-in configurations
-  std::string Start(std::string const& strName, std::vector<std::string> const& vecFolders);
+  /// @param strName  empty: the configured default
+  std::string Start(std::string const& strName);
 
   /// Opens the target off screen.
   std::string OpenTexture(int nWidth, int nHeight);

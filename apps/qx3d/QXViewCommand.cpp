@@ -9,7 +9,7 @@
 #include <apps/qx3d/QXViewOptions.h>
 #include <apps/qx3d/QXWindow.h>
 
-#include <QxGraphics3D/frame/QXRenderTarget.h>
+#include <QxGraphics3D/frame/QXPluginConfigs.h>
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 
 #include <cmath>
@@ -26,6 +26,9 @@ public:
   explicit ViewRun(QXViewOptions const& options) : m_Options(options) {}
 
   std::string Run() {
+    // First of all: the model reader is a plug-in as well.
+    for (std::string const& strFolder : m_Options.m_vecPluginFolders)
+      QXC::QXPluginConfigs::AddSearchFolder(QXC::QdcUnicodeString::FromUTF8(strFolder.c_str()));
     std::string strError = CheckOutput();
     if (strError.empty()) strError = Load();
     if (strError.empty()) strError = OpenRenderer();
@@ -60,7 +63,7 @@ private:
     std::string strError;
     if (!IsPicture())
       strError = m_Window.Open("qx3d - " + m_Options.m_strModel, m_Options.m_nWidth, m_Options.m_nHeight);
-    if (strError.empty()) strError = m_Session.Start(m_Options.m_strRenderer, m_Options.m_vecPluginFolders);
+    if (strError.empty()) strError = m_Session.Start(m_Options.m_strRenderer);
     if (strError.empty()) {
       strError = IsPicture()
                      ? m_Session.OpenTexture(m_Options.m_nWidth, m_Options.m_nHeight)

@@ -30,6 +30,9 @@ namespace {
 
 /// An importer's message as one line of reasonable length.
 std::string MakeLine(std::string const& strText) {
+  // It names a file that nobody knows: the model goes to the importers under a name of ours.
+  if (strText.find("No suitable reader") != std::string::npos)
+    return "the file is broken, or of another kind than its extension says";
   std::string strLine;
   for (char c : strText) {
     if (strLine.size() == 200) break;

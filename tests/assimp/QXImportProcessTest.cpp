@@ -1,0 +1,108 @@
+#include <plugins/assimp/QXImportProcess.h>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+#include <unistd.h>
+
+namespace QXAssimp {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+TEST(QXImportProcess, ResultComesBackWhole) {
+  Bytes vecResult;
+  EXPECT_EQ(RunInProcess(
+                0,
+                [](Bytes& vecBytes) {
+                  for (unsigned int i = 0; i < 1000000; ++i) vecBytes.push_back(static_cast<unsigned char>(i * 7));
+                  return std::string();
+                },
+                vecResult),
+      "");
+  ASSERT_EQ(vecResult.size(), 1000000u);
+  for (unsigned int i = 0; i < 1000000; ++i) ASSERT_EQ(vecResult[i], static_cast<unsigned char>(i * 7));
+}
+
+TEST(QXImportProcess, ReasonComesBackInsteadOfTheResult) {
+  Bytes vecResult;
+  EXPECT_EQ(RunInProcess(
+                0,
+                [](Bytes& vecBytes) {
+                  vecBytes.push_back(1);
+                  return std::string("no triangles");
+                },
+                vecResult),
+      "no triangles");
+}
+
+TEST(QXImportProcess, ChangesOfTheWorkStayInItsProcess) {
+  int nValue = 1;
+  Bytes vecResult;
+  RunInProcess(
+      0,
+      [&nValue](Bytes&) {
+        nValue = 2;
+        return std::string();
+      },
+      vecResult);
+  EXPECT_EQ(nValue, 1);
+}
+
+TEST(QXImportProcess, CrashOfTheWorkIsAReason) {
+  for (int nSignal : {SIGSEGV, SIGABRT, SIGFPE, SIGBUS}) {
+    Bytes vecResult;
+    std::string const strReason = RunInProcess(
+        0,
+        [nSignal](Bytes&) {
+          std::raise(nSignal);
+          return std::string();
+        },
+        vecResult);
+    EXPECT_NE(strReason.find("broken"), std::string::npos) << nSignal;
+  }
+}
+
+TEST(QXImportProcess, ExitInTheMiddleIsAReason) {
+  Bytes vecResult;
+  EXPECT_NE(RunInProcess(
+                0, [](Bytes&) -> std::string { _exit(0); }, vecResult),
+      "");
+}
+
+TEST(QXImportProcess, OutputOfTheWorkIsDropped) {
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  Bytes vecResult;
+  RunInProcess(
+      0,
+      [](Bytes&) {
+        std::fputs("noise", stderr);
+        std::fputs("noise", stdout);
+        std::fflush(stdout);
+        std::abort();
+        return std::string();
+      },
+      vecResult);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(QXImportProcess, FilesAreClosedAgain) {
+  int const nBefore = dup(0);
+  close(nBefore);
+  for (int i = 0; i < 20; ++i) {
+    Bytes vecResult;
+    RunInProcess(
+        0, [](Bytes&) { return std::string(); }, vecResult);
+  }
+  int const nAfter = dup(0);
+  close(nAfter);
+  EXPECT_EQ(nBefore, nAfter);
+}
+
+}  // namespace
+}  // namespace QXAssimp

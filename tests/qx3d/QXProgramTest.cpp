@@ -1,0 +1,226 @@
+// The program as a person runs it.
+#include <tests/assimp/QXTestFiles.h>
+#include <tests/qx3d/QXPngReader.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace QXApp {
+namespace {
+
+using Folder = QXAssimp::QXTestFolder;
+
+struct ProgramRun {
+  int m_nExitStatus = -1;
+  std::string m_strOut;
+  std::string m_strError;
+};
+
+std::string Quote(std::string const& strText) {
+  return "'" + strText + "'";
+}
+
+std::string ReadText(std::string const& strPath) {
+  std::vector<unsigned char> const vecBytes = QXAssimp::ReadTestFile(strPath);
+  return std::string(vecBytes.begin(), vecBytes.end());
+}
+
+/// Runs the program without a display.
+ProgramRun RunProgram(Folder const& folder, std::string const& strArguments) {
+  std::string const strCommand = "env -u DISPLAY -u WAYLAND_DISPLAY " + Quote(QX_PROGRAM) + " " + strArguments + " > " +
+                                 Quote(folder.Path("stdout")) + " 2> " + Quote(folder.Path("stderr")) + " < /dev/null";
+  int const nStatus = std::system(strCommand.c_str());
+  ProgramRun run;
+  if (WIFEXITED(nStatus)) run.m_nExitStatus = WEXITSTATUS(nStatus);
+  run.m_strOut = ReadText(folder.Path("stdout"));
+  run.m_strError = ReadText(folder.Path("stderr"));
+  return run;
+}
+
+/// One line that holds all parts, the given status and no picture.
+void ExpectFailure(
+    Folder const& folder, std::string const& strArguments, int nExitStatus, std::vector<std::string> const& vecParts) {
+  ProgramRun const run = RunProgram(folder, strArguments);
+  EXPECT_EQ(run.m_nExitStatus, nExitStatus) << strArguments;
+  EXPECT_EQ(run.m_strOut, "") << strArguments;
+  EXPECT_EQ(run.m_strError.find("qx3d: "), 0u) << run.m_strError;
+  EXPECT_EQ(run.m_strError.find('\n'), run.m_strError.size() - 1) << run.m_strError;
+  for (std::string const& strPart : vecParts)
+    EXPECT_NE(run.m_strError.find(strPart), std::string::npos) << strPart << " in: " << run.m_strError;
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("out.png"))) << strArguments;
+}
+
+std::string ViewArguments(Folder const& folder, std::string const& strModel) {
+  return "view " + Quote(strModel) + " --renderer null --out " + Quote(folder.Path("out.png"));
+}
+
+std::string Block() {
+  return QXAssimp::ModelPath("block.obj");
+}
+
+TEST(QXProgram, NullRendererWritesItsClearedPicture) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --size 64x48");
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_EQ(run.m_strOut, "");
+  EXPECT_EQ(run.m_strError, "");
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  ASSERT_EQ(picture.m_nWidth, 64);
+  ASSERT_EQ(picture.m_nHeight, 48);
+  // The sky: 0.78, 0.87, 0.95.
+  for (std::size_t i = 0; i < picture.m_vecPixels.size(); i += 3) {
+    ASSERT_NEAR(picture.m_vecPixels[i], 199, 1);
+    ASSERT_NEAR(picture.m_vecPixels[i + 1], 222, 1);
+    ASSERT_NEAR(picture.m_vecPixels[i + 2], 242, 1);
+  }
+}
+
+TEST(QXProgram, StatsTellWhatWasDrawn) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --stats --no-ground --frames 3");
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_NE(run.m_strOut.find("renderer           null\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("size               1280 x 720, 1 viewports\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("triangles          12\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("vertices           24\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("draw operations    1\n"), std::string::npos) << run.m_strOut;
+}
+
+TEST(QXProgram, EveryViewDrawsTheModel) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --stats --no-ground --views 5");
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_NE(run.m_strOut.find("5 viewports"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("triangles          60\n"), std::string::npos) << run.m_strOut;
+}
+
+TEST(QXProgram, EyeThatLooksAwaySeesNothing) {
+  Folder const folder;
+  std::string const strArguments = ViewArguments(folder, Block()) + " --stats --no-ground --eye 0,-50,2 ";
+  EXPECT_NE(RunProgram(folder, strArguments).m_strOut.find("triangles          12\n"), std::string::npos);
+  EXPECT_NE(
+      RunProgram(folder, strArguments + "--look 0,-100,2").m_strOut.find("triangles          0\n"), std::string::npos);
+}
+
+TEST(QXProgram, EveryFormatIsShown) {
+  Folder const folder;
+  for (char const* szName :
+      {"block.3ds", "block.gltf", "block.glb", "block.ply", "block.stl", "block.dae", "block.fbx"}) {
+    ProgramRun const run = RunProgram(folder, ViewArguments(folder, QXAssimp::ModelPath(szName)) + " --size 8x8");
+    EXPECT_EQ(run.m_nExitStatus, 0) << szName << run.m_strError;
+  }
+}
+
+TEST(QXProgram, BadModelsAreOneLineAndNoPicture) {
+  Folder const folder;
+  auto const expect = [&folder](std::string const& strModel, std::vector<std::string> vecParts) {
+    vecParts.push_back(strModel);
+    ExpectFailure(folder, ViewArguments(folder, strModel), 1, vecParts);
+  };
+  expect(folder.Path("none.3ds"), {"no such file"});
+  expect(folder.Write("empty.3ds", ""), {"empty"});
+  expect(folder.Path(), {"directory"});
+  expect(folder.Write("text.doc", "x"), {"unknown kind", ".3ds", ".fbx"});
+  expect(folder.Write("random.3ds", std::string(500, '\x5A')), {"no 3DS file"});
+  expect(QXAssimp::ModelPath("points.obj"), {"no triangles"});
+  std::vector<unsigned char> vecBytes = QXAssimp::ReadTestFile(QXAssimp::ModelPath("block.3ds"));
+  vecBytes.resize(vecBytes.size() / 2);
+  expect(folder.Write("cut.3ds", vecBytes), {"cut off"});
+}
+
+TEST(QXProgram, UnreadableModelIsNamed) {
+  if (geteuid() == 0) GTEST_SKIP() << "the superuser reads everything";
+  Folder const folder;
+  std::string const strModel = folder.Write("secret.obj", "v 0 0 0\n");
+  std::filesystem::permissions(strModel, std::filesystem::perms::none);
+  ExpectFailure(folder, ViewArguments(folder, strModel), 1, {strModel, "permissions"});
+}
+
+TEST(QXProgram, BadOutputsAreNamedBeforeTheModelIsRead) {
+  Folder const folder;
+  auto const expect = [&folder](std::string const& strOut, std::string const& strPart) {
+    ExpectFailure(folder, "view /nowhere/model.obj --renderer null --out " + Quote(strOut), 1, {strOut, strPart});
+  };
+  expect(folder.Path("no/out.png"), "no folder");
+  expect(folder.Path(), "directory");
+  expect("/dev/null", "regular file");
+}
+
+TEST(QXProgram, ImpossibleSizesLeaveWithOneAndWrongUsageWithTwo) {
+  Folder const folder;
+  for (char const* szSize : {"0x0", "100000x100000", "-5x7"})
+    ExpectFailure(folder, ViewArguments(folder, Block()) + " --size " + szSize, 1, {szSize, "1 to 16384"});
+  ExpectFailure(folder, ViewArguments(folder, Block()) + " --size huge", 2, {"'huge'", "1280x720"});
+  ExpectFailure(folder, "view", 2, {"model", "--help"});
+  ExpectFailure(folder, "", 2, {"--help"});
+}
+
+TEST(QXProgram, EyeOnItsTargetIsRefused) {
+  Folder const folder;
+  ExpectFailure(folder, ViewArguments(folder, Block()) + " --eye 1,2,3 --look 1,2,3", 1, {"--eye", "same point"});
+}
+
+TEST(QXProgram, UnknownRendererIsNamedWithTheKnownOnes) {
+  Folder const folder;
+  ExpectFailure(folder, "view " + Quote(Block()) + " --renderer nope --out " + Quote(folder.Path("out.png")), 1,
+      {"'nope'", "null"});
+}
+
+TEST(QXProgram, WithoutADisplayAWindowIsRefusedWithTheWayOut) {
+  Folder const folder;
+  ExpectFailure(folder, "view " + Quote(Block()) + " --renderer null", 1, {"no display", "--out"});
+}
+
+/// Renderers by configurations of their own: each must be refused by name, whatever is wrong with it.
+void ExpectRefused(
+    std::string const& strIni, std::string const& strRenderer, std::vector<std::string> const& vecParts) {
+  Folder const folder;
+  Folder const plugins;
+  plugins.Write("broken.so", "this is no module");
+  plugins.Write("test.ini", strIni);
+  ExpectFailure(folder,
+      "view " + Quote(Block()) + " --plugins " + Quote(plugins.Path()) + " --renderer " + strRenderer + " --out " +
+          Quote(folder.Path("out.png")),
+      1, vecParts);
+}
+
+TEST(QXProgram, BadRenderersAreRefused) {
+  ExpectRefused("[renderer]\nname = gone\nmodule = gone.so\n", "gone", {"gone.so"});
+  ExpectRefused("[renderer]\nname = broken\nmodule = broken.so\n", "broken", {"broken.so"});
+  ExpectRefused("[renderer]\nname = off\nmodule = broken.so\nenabled = false\n", "off", {"'off'"});
+  ExpectRefused("[renderer\nname = half\n", "half", {"'half'", "test.ini"});
+}
+
+TEST(QXProgram, ModulesThatAreNoRenderersAreRefused) {
+  std::string const strFolder = std::string(QX_BINARY_DIR) + "/tests/frame/plugins/";
+  for (char const* szName : {"other_version", "no_version", "no_create", "no_destroy", "throwing", "unresolved"}) {
+    std::string const strModule = strFolder + szName + ".so";
+    ASSERT_TRUE(std::filesystem::exists(strModule)) << strModule;
+    ExpectRefused("[renderer]\nname = bad\nmodule = " + strModule + "\n", "bad", {strModule});
+  }
+}
+
+TEST(QXProgram, BadModelReaderIsRefused) {
+  Folder const folder;
+  Folder const plugins;
+  plugins.Write("test.ini", "[model-reader]\nname = gone\nmodule = gone.so\nnumber = 0\n");
+  ExpectFailure(
+      folder, ViewArguments(folder, Block()) + " --plugins " + Quote(plugins.Path()), 1, {"no reader", "gone"});
+}
+
+TEST(QXProgram, HelpAndVersionLeaveWithZero) {
+  Folder const folder;
+  ProgramRun const help = RunProgram(folder, "--help");
+  EXPECT_EQ(help.m_nExitStatus, 0);
+  EXPECT_NE(help.m_strOut.find("view"), std::string::npos);
+  ProgramRun const version = RunProgram(folder, "--version");
+  EXPECT_EQ(version.m_nExitStatus, 0);
+  EXPECT_EQ(version.m_strOut.find("qx3d "), 0u);
+}
+
+}  // namespace
+}  // namespace QXApp

@@ -1,0 +1,151 @@
+#include <apps/qx3d/QXSceneBuilder.h>
+
+#include <QxGraphics3D/renderop/QXVertexBlock.h>
+#include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
+
+#include <tests/fileparser/QXModelMaker.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace QXApp {
+namespace {
+
+using QXC::QXVector3d;
+
+QXC::QXRenderOperationMultiIndex const& Part(QXScene const& scene, std::size_t i) {
+  return *scene.m_vecParts.at(i).m_pOperation;
+}
+
+/// World position of a vertex of a part, in double.
+QXVector3d Position(QXC::QXRenderOperationMultiIndex const& operation, unsigned int nVertex) {
+  float const* p = operation.m_pVertexBlock->m_pBuffer + nVertex * operation.m_pVertexBlock->m_nStride;
+  return QXVector3d(static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2]))
+      .MultiplyMatrix(*operation.GetMatrix());
+}
+
+TEST(QXSceneBuilder, ManyPlacementsBecomeOneDrawable) {
+  QXC::ModelDataInfo model;
+  model.AddMesh(QXC::MakeTriangle());
+  model.AddMesh(QXC::MakeTriangle());
+  for (int i = 0; i < 10; ++i) model.AddNode(QXC::MakeNode(i % 2, 10.0 * i, 0.0, 0.0));
+  QXScene const scene = BuildScene(model);
+  ASSERT_EQ(scene.m_vecParts.size(), 1u);
+  EXPECT_EQ(scene.m_nTriangles, 10u);
+  EXPECT_EQ(scene.m_nVertices, 30u);
+  QXC::QXRenderOperationMultiIndex const& operation = Part(scene, 0);
+  ASSERT_EQ(operation.GetSize(), 1);
+  QXC::QXVertexIndexPackage const& indices = *operation.GetIndexPackageArray()[0];
+  EXPECT_EQ(indices.m_nIndexType, 0);
+  EXPECT_EQ(indices.m_nIndexNum, 30u);
+  EXPECT_EQ(static_cast<unsigned short const*>(indices.m_pIndices)[29], 29);
+  EXPECT_EQ(Position(operation, 28), QXVector3d(92.0, 0.0, 0.0));
+}
+
+TEST(QXSceneBuilder, MapCoordinatesStandInTheMatrixAndNotInTheFloats) {
+  QXC::ModelDataInfo model;
+  model.AddMesh(QXC::MakeTriangle());
+  model.AddNode(QXC::MakeNode(0, 604099.125, 5792153.25, 71.5));
+  QXScene const scene = BuildScene(model);
+  EXPECT_LT((Position(Part(scene, 0), 2) - QXVector3d(604099.125, 5792156.25, 72.5)).Length(), 1e-6);
+  for (unsigned int i = 0; i < 3; ++i) EXPECT_LT(std::fabs(Part(scene, 0).m_pVertexBlock->m_pBuffer[7 * i]), 10.0f);
+}
+
+TEST(QXSceneBuilder, MirrorTurnsTrianglesAndNormalsTheRightWay) {
+  QXC::ModelDataInfo model;
+  model.AddMesh(QXC::MakeTriangle());
+  QXC::QXModelNode node;
+  node.m_matWorld[0][0] = -1.0;
+  model.AddNode(node);
+  QXScene const scene = BuildScene(model);
+  QXC::QXRenderOperationMultiIndex const& operation = Part(scene, 0);
+  auto const* pIndices = static_cast<unsigned short const*>(operation.GetIndexPackageArray()[0]->m_pIndices);
+  QXVector3d const a = Position(operation, pIndices[0]);
+  QXVector3d const vecFace = (Position(operation, pIndices[1]) - a).CrossProduct(Position(operation, pIndices[2]) - a);
+  EXPECT_GT(vecFace.z, 0.0);
+  EXPECT_GT(operation.m_pVertexBlock->m_pBuffer[5], 0.9f);
+}
+
+TEST(QXSceneBuilder, NormalsStayUprightUnderUnevenScaling) {
+  QXC::ModelDataInfo model;
+  QXC::QXModelMesh* pMesh = QXC::MakeTriangle();
+  float const fHalf = static_cast<float>(std::sqrt(0.5));
+  pMesh->m_pVertexPackage->m_pNormals[0] = fHalf;
+  pMesh->m_pVertexPackage->m_pNormals[2] = fHalf;
+  model.AddMesh(pMesh);
+  QXC::QXModelNode node;
+  node.m_matWorld[0][0] = 2.0;  // the slope gets flatter, so its normal steeper
+  model.AddNode(node);
+  QXScene const scene = BuildScene(model);
+  float const* p = Part(scene, 0).m_pVertexBlock->m_pBuffer + 3;
+  EXPECT_NEAR(p[0], 1.0 / std::sqrt(5.0), 1e-6);
+  EXPECT_NEAR(p[2], 2.0 / std::sqrt(5.0), 1e-6);
+}
+
+TEST(QXSceneBuilder, TransparentMeshesHaveADrawableOfTheirOwn) {
+  QXC::ModelDataInfo model;
+  model.AddMesh(QXC::MakeTriangle());
+  QXC::QXModelMesh* pGlass = QXC::MakeTriangle();
+  pGlass->m_bBaseColorSet = 1;
+  pGlass->m_BaseColor = QXC::QXColorValue3D(1.0, 1.0, 1.0, 0.5);
+  model.AddMesh(pGlass);
+  for (int i = 0; i < 4; ++i) model.AddNode(QXC::MakeNode(i % 2, 0.0, 0.0, 0.0));
+  QXScene const scene = BuildScene(model);
+  ASSERT_EQ(scene.m_vecParts.size(), 2u);
+  EXPECT_FALSE(scene.m_vecParts[0].m_bTransparent);
+  EXPECT_TRUE(scene.m_vecParts[1].m_bTransparent);
+}
+
+QXC::ModelDataInfo MakeCopies(int nCount) {
+  QXC::ModelDataInfo model;
+  model.AddMesh(QXC::MakeTriangle());
+  for (int i = 0; i < nCount; ++i) model.AddNode(QXC::MakeNode(0, 0.0, 0.0, 0.0));
+  return model;
+}
+
+TEST(QXSceneBuilder, IndicesGetWideAbove65535VerticesAndDrawablesEndAtAMillion) {
+  EXPECT_EQ(Part(BuildScene(MakeCopies(21845)), 0).GetIndexPackageArray()[0]->m_nIndexType, 0);
+  QXScene const wide = BuildScene(MakeCopies(21846));
+  ASSERT_EQ(wide.m_vecParts.size(), 1u);
+  QXC::QXVertexIndexPackage const& indices = *Part(wide, 0).GetIndexPackageArray()[0];
+  ASSERT_EQ(indices.m_nIndexType, 1);
+  EXPECT_EQ(static_cast<unsigned int const*>(indices.m_pIndices)[65537], 65537u);
+  EXPECT_EQ(BuildScene(MakeCopies(333333)).m_vecParts.size(), 1u);
+  EXPECT_EQ(BuildScene(MakeCopies(333334)).m_vecParts.size(), 2u);
+}
+
+TEST(QXSceneBuilder, CoreLeavesThinOutskirtsAway) {
+  QXC::ModelDataInfo model = MakeCopies(2000);
+  // A thin road of 500 length units from the town.
+  model.AddMesh(QXC::MakeMesh({0.0f, 0.0f, 0.0f, 500.0f, 0.0f, 0.0f, 500.0f, 0.05f, 0.0f}, {0, 1, 2}));
+  model.AddNode(QXC::MakeNode(1, 0.0, 0.0, 0.0));
+  QXScene const scene = BuildScene(model);
+  EXPECT_EQ(scene.m_Bounds.GetMax().x, 500.0);
+  EXPECT_LE(scene.m_Core.GetMax().x, 2.0);
+  EXPECT_TRUE(scene.HasOutskirts());
+}
+
+TEST(QXSceneBuilder, SmallModelIsItsOwnCore) {
+  QXScene const scene = BuildScene(MakeCopies(3));
+  EXPECT_FALSE(scene.HasOutskirts());
+  EXPECT_EQ(scene.m_Core.GetMax(), scene.m_Bounds.GetMax());
+}
+
+TEST(QXSceneBuilder, GroundLiesJustBelowAndLooksUp) {
+  QXScene const scene = BuildScene(MakeCopies(1));
+  QXScenePart const ground = BuildGround(scene);
+  QXC::QXRenderOperationMultiIndex const& operation = *ground.m_pOperation;
+  QXC::QXVertexIndexPackage const& indices = *operation.GetIndexPackageArray()[0];
+  auto const* pIndices = static_cast<unsigned short const*>(indices.m_pIndices);
+  for (unsigned int i = 0; i < indices.m_nIndexNum; i += 3) {
+    QXVector3d const a = Position(operation, pIndices[i]);
+    EXPECT_LT(a.z, 0.0);
+    EXPECT_GT(a.z, -0.01);
+    EXPECT_GT((Position(operation, pIndices[i + 1]) - a).CrossProduct(Position(operation, pIndices[i + 2]) - a).z, 0.0);
+  }
+  EXPECT_GE(GetGroundRadius(scene), 3.0 * 6.0);
+}
+
+}  // namespace
+}  // namespace QXApp
