@@ -234,9 +234,9 @@ TEST_F(QXNullRenderOperation3DTest, ReferencesOnTexturesAreGivenBack) {
   QXTexture unit;
   {
     auto const pDrawable = Make();
-    auto const pOperation = MakeSquare();
-    QXTexturePackage textures;
+    QXTexturePackage textures;  // lives longer than the operation that lists it
     textures.m_bOwned = 0;
+    auto const pOperation = MakeSquare();
     textures.m_pTextures[2] = &package;
     auto* const pIndex = new QXVertexIndexPackage;
     pOperation->SetAt(pIndex, &textures);
