@@ -13,7 +13,9 @@ namespace QXC {
 namespace {
 
 /// Exactly one half, told by its bits: the ordering asks every viewport in every frame.
-bool IsHalf(double dValue) { return std::bit_cast<std::uint64_t>(dValue) == std::bit_cast<std::uint64_t>(0.5); }
+bool IsHalf(double dValue) {
+  return std::bit_cast<std::uint64_t>(dValue) == std::bit_cast<std::uint64_t>(0.5);
+}
 
 /// One step of the walk.
 void UpdateViewport(QXRenderTarget& target, QXViewport& viewport) {
@@ -35,37 +37,13 @@ void UpdateViewport(QXRenderTarget& target, QXViewport& viewport) {
 unsigned int QXRenderTarget::ms_nRefAdd = 0;
 
 QXRenderTarget::QXRenderTarget()
-    : m_nPriority(4),
-      m_nWidth(0),
-      m_nHeight(0),
-      m_nColourDepth(0),
-      m_Stats(),
-      m_nLastSecond(0),
-      m_nLastTime(0),
-      m_nFrameCount(0),
-      m_dVerticalExaggeration(1.0),
-      m_bActive(0),
-      m_bAlwaysActive(0),
-      m_bAutoUpdated(1),
-      m_hWindow(nullptr),
-      m_hDisplay3D(nullptr),
-      m_pGraphics3D(nullptr),
-      m_bCurTargetRefresh(0),
-      m_bSunLightEnable(1),
-      m_bFlagA(0),
-      m_bRenderStencilSM(0),
-      m_pOsgbSelShadowTexture(nullptr),
-      m_eRenderState(RENDER_STATE_SOLID),
-      m_pReflectRenderTarget(nullptr),
-      m_pSelectionRenderTarget(nullptr),
-      m_pVertexSelectionRenderTarget(nullptr),
-      m_bRenderToTextureWithManual(0),
-      m_eMultiViewportMode(MVM_INDEPENDENT),
-      m_bFlagB(0),
-      m_bRenderSceneWithTextureBuffer(0),
-      m_bLogDepthEnable(0),
-      m_pListener(nullptr),
-      m_bFlagC(1) {
+    : m_nPriority(4), m_nWidth(0), m_nHeight(0), m_nColourDepth(0), m_Stats(), m_nLastSecond(0), m_nLastTime(0),
+      m_nFrameCount(0), m_dVerticalExaggeration(1.0), m_bActive(0), m_bAlwaysActive(0), m_bAutoUpdated(1),
+      m_hWindow(nullptr), m_hDisplay3D(nullptr), m_pGraphics3D(nullptr), m_bCurTargetRefresh(0), m_bSunLightEnable(1),
+      m_bFlagA(0), m_bRenderStencilSM(0), m_pOsgbSelShadowTexture(nullptr), m_eRenderState(RENDER_STATE_SOLID),
+      m_pReflectRenderTarget(nullptr), m_pSelectionRenderTarget(nullptr), m_pVertexSelectionRenderTarget(nullptr),
+      m_bRenderToTextureWithManual(0), m_eMultiViewportMode(MVM_INDEPENDENT), m_bFlagB(0),
+      m_bRenderSceneWithTextureBuffer(0), m_bLogDepthEnable(0), m_pListener(nullptr), m_bFlagC(1) {
   QXRenderTarget::ResetStatistics();
 }
 
@@ -239,8 +217,8 @@ void QXRenderTarget::ResetStatistics() {
 
 // --- Viewports ---
 
-QXViewport* QXRenderTarget::AddViewport(QXCamera* pCamera, int nZOrder, double dLeft, double dBottom, double dWidth,
-                                        double dHeight) {
+QXViewport* QXRenderTarget::AddViewport(
+    QXCamera* pCamera, int nZOrder, double dLeft, double dBottom, double dWidth, double dHeight) {
   QXViewport* pViewport = nullptr;
   if (m_Viewports.Lookup(nZOrder, pViewport) && pViewport != nullptr) {
     return pViewport;
@@ -253,7 +231,9 @@ QXViewport* QXRenderTarget::AddViewport(QXCamera* pCamera, int nZOrder, double d
   return pPlace;
 }
 
-unsigned short QXRenderTarget::GetNumViewports() const { return static_cast<unsigned short>(m_Viewports.GetCount()); }
+unsigned short QXRenderTarget::GetNumViewports() const {
+  return static_cast<unsigned short>(m_Viewports.GetCount());
+}
 
 QXViewport* QXRenderTarget::GetViewport(unsigned short nIndex) const {
   QXViewport* pViewport = nullptr;
@@ -284,8 +264,12 @@ void QXRenderTarget::GetMetrics(unsigned int& nWidth, unsigned int& nHeight, uns
   nColourDepth = m_nColourDepth;
 }
 
-unsigned int QXRenderTarget::GetWidth() const { return m_nWidth == 0 ? 1 : m_nWidth; }
-unsigned int QXRenderTarget::GetHeight() const { return m_nHeight == 0 ? 1 : m_nHeight; }
+unsigned int QXRenderTarget::GetWidth() const {
+  return m_nWidth == 0 ? 1 : m_nWidth;
+}
+unsigned int QXRenderTarget::GetHeight() const {
+  return m_nHeight == 0 ? 1 : m_nHeight;
+}
 
 RenderStateSet QXRenderTarget::SetRenderState(RenderStateSet eState) {
   RenderStateSet const eFormer = m_eRenderState;
@@ -315,53 +299,133 @@ void QXRenderTarget::GetClearEveryFrame(unsigned char& bClear, unsigned int& nBu
 
 // --- Plain accessors ---
 
-QdcUnicodeString const& QXRenderTarget::GetName() const { return m_strName; }
-QdcUnicodeString const& QXRenderTarget::GetSceneName() const { return m_strSceneName; }
-void QXRenderTarget::SetWidth(unsigned int nWidth) { m_nWidth = nWidth; }
-void QXRenderTarget::SetHeight(unsigned int nHeight) { m_nHeight = nHeight; }
-unsigned int QXRenderTarget::GetColourDepth() const { return m_nColourDepth; }
-void QXRenderTarget::SetColourDepth(unsigned int nColourDepth) { m_nColourDepth = nColourDepth; }
-void QXRenderTarget::SetMultiViewportMode(MultiViewportMode eMode) { m_eMultiViewportMode = eMode; }
-MultiViewportMode QXRenderTarget::GetMultiViewportMode() const { return m_eMultiViewportMode; }
-QXRenderTarget::FrameStats const& QXRenderTarget::GetStatistics() const { return m_Stats; }
-double QXRenderTarget::GetLastFPS() const { return m_Stats.lastFPS; }
-double QXRenderTarget::GetAverageFPS() const { return m_Stats.avgFPS; }
-double QXRenderTarget::GetBestFPS() const { return m_Stats.bestFPS; }
-double QXRenderTarget::GetWorstFPS() const { return m_Stats.worstFPS; }
-std::uint64_t QXRenderTarget::GetBestFrameTime() const { return m_Stats.bestFrameTime; }
-std::uint64_t QXRenderTarget::GetWorstFrameTime() const { return m_Stats.worstFrameTime; }
-void QXRenderTarget::SetDebugText(QdcUnicodeString const& strText) { m_strDebugText = strText; }
-void QXRenderTarget::SetPriority(unsigned char nPriority) { m_nPriority = nPriority; }
-unsigned char QXRenderTarget::GetPriority() const { return m_nPriority; }
-unsigned char QXRenderTarget::IsActive() const { return m_bActive; }
-unsigned char QXRenderTarget::IsAlwaysActive() const { return m_bAlwaysActive; }
-void QXRenderTarget::SetActive(unsigned char bActive) { m_bActive = bActive; }
-void QXRenderTarget::SetAlwaysActive(unsigned char bAlwaysActive) { m_bAlwaysActive = bAlwaysActive; }
-void QXRenderTarget::SetAutoUpdated(unsigned char bAutoUpdated) { m_bAutoUpdated = bAutoUpdated; }
-unsigned char QXRenderTarget::IsAutoUpdated() const { return m_bAutoUpdated; }
-int QXRenderTarget::GetTriangleCount() const { return m_Stats.triangleCount; }
-unsigned char QXRenderTarget::IsRenderSceneWithTextureBuffer() const { return m_bRenderSceneWithTextureBuffer; }
-void QXRenderTarget::SetLogDepthEnable(unsigned char bEnable) { m_bLogDepthEnable = bEnable; }
-unsigned char QXRenderTarget::IsLogDepthEnable() const { return m_bLogDepthEnable; }
-void QXRenderTarget::SetListener(QXRenderTargetListener* pListener) { m_pListener = pListener; }
+QdcUnicodeString const& QXRenderTarget::GetName() const {
+  return m_strName;
+}
+QdcUnicodeString const& QXRenderTarget::GetSceneName() const {
+  return m_strSceneName;
+}
+void QXRenderTarget::SetWidth(unsigned int nWidth) {
+  m_nWidth = nWidth;
+}
+void QXRenderTarget::SetHeight(unsigned int nHeight) {
+  m_nHeight = nHeight;
+}
+unsigned int QXRenderTarget::GetColourDepth() const {
+  return m_nColourDepth;
+}
+void QXRenderTarget::SetColourDepth(unsigned int nColourDepth) {
+  m_nColourDepth = nColourDepth;
+}
+void QXRenderTarget::SetMultiViewportMode(MultiViewportMode eMode) {
+  m_eMultiViewportMode = eMode;
+}
+MultiViewportMode QXRenderTarget::GetMultiViewportMode() const {
+  return m_eMultiViewportMode;
+}
+QXRenderTarget::FrameStats const& QXRenderTarget::GetStatistics() const {
+  return m_Stats;
+}
+double QXRenderTarget::GetLastFPS() const {
+  return m_Stats.lastFPS;
+}
+double QXRenderTarget::GetAverageFPS() const {
+  return m_Stats.avgFPS;
+}
+double QXRenderTarget::GetBestFPS() const {
+  return m_Stats.bestFPS;
+}
+double QXRenderTarget::GetWorstFPS() const {
+  return m_Stats.worstFPS;
+}
+std::uint64_t QXRenderTarget::GetBestFrameTime() const {
+  return m_Stats.bestFrameTime;
+}
+std::uint64_t QXRenderTarget::GetWorstFrameTime() const {
+  return m_Stats.worstFrameTime;
+}
+void QXRenderTarget::SetDebugText(QdcUnicodeString const& strText) {
+  m_strDebugText = strText;
+}
+void QXRenderTarget::SetPriority(unsigned char nPriority) {
+  m_nPriority = nPriority;
+}
+unsigned char QXRenderTarget::GetPriority() const {
+  return m_nPriority;
+}
+unsigned char QXRenderTarget::IsActive() const {
+  return m_bActive;
+}
+unsigned char QXRenderTarget::IsAlwaysActive() const {
+  return m_bAlwaysActive;
+}
+void QXRenderTarget::SetActive(unsigned char bActive) {
+  m_bActive = bActive;
+}
+void QXRenderTarget::SetAlwaysActive(unsigned char bAlwaysActive) {
+  m_bAlwaysActive = bAlwaysActive;
+}
+void QXRenderTarget::SetAutoUpdated(unsigned char bAutoUpdated) {
+  m_bAutoUpdated = bAutoUpdated;
+}
+unsigned char QXRenderTarget::IsAutoUpdated() const {
+  return m_bAutoUpdated;
+}
+int QXRenderTarget::GetTriangleCount() const {
+  return m_Stats.triangleCount;
+}
+unsigned char QXRenderTarget::IsRenderSceneWithTextureBuffer() const {
+  return m_bRenderSceneWithTextureBuffer;
+}
+void QXRenderTarget::SetLogDepthEnable(unsigned char bEnable) {
+  m_bLogDepthEnable = bEnable;
+}
+unsigned char QXRenderTarget::IsLogDepthEnable() const {
+  return m_bLogDepthEnable;
+}
+void QXRenderTarget::SetListener(QXRenderTargetListener* pListener) {
+  m_pListener = pListener;
+}
 
 // --- What only a plug-in can do: fixed answers and empty bodies ---
 
-unsigned char QXRenderTarget::GetSceneAntialias() const { return 0; }
-int QXRenderTarget::GetSceneAntialiasValue() const { return 0; }
-QdcUnicodeString QXRenderTarget::WriteContentsToTimestampedFile(QdcUnicodeString const& /*strPrefix*/,
-                                                                QdcUnicodeString const& /*strSuffix*/) {
+unsigned char QXRenderTarget::GetSceneAntialias() const {
+  return 0;
+}
+int QXRenderTarget::GetSceneAntialiasValue() const {
+  return 0;
+}
+QdcUnicodeString QXRenderTarget::WriteContentsToTimestampedFile(
+    QdcUnicodeString const& /*strPrefix*/, QdcUnicodeString const& /*strSuffix*/) {
   return QdcUnicodeString();
 }
-unsigned char QXRenderTarget::IsPrimary() const { return 0; }
-unsigned int QXRenderTarget::GetDisplayWidth() const { return 0; }
-unsigned int QXRenderTarget::GetDisplayHeight() const { return 0; }
-QXVector3d QXRenderTarget::GetSunPosition() const { return QXVector3d::ZERO; }
-unsigned char QXRenderTarget::GetShadowEnable() const { return 0; }
-double QXRenderTarget::GetShadowVisibleDistance() const { return 0.0; }
-QXVector3d QXRenderTarget::GetShadowSplitPoints() const { return QXVector3d::ZERO; }
-int QXRenderTarget::GetTextureID() const { return -1; }
-unsigned char QXRenderTarget::GetShadowTextureCameras(QdcArray<QXCamera*>& /*arrCameras*/) const { return 0; }
+unsigned char QXRenderTarget::IsPrimary() const {
+  return 0;
+}
+unsigned int QXRenderTarget::GetDisplayWidth() const {
+  return 0;
+}
+unsigned int QXRenderTarget::GetDisplayHeight() const {
+  return 0;
+}
+QXVector3d QXRenderTarget::GetSunPosition() const {
+  return QXVector3d::ZERO;
+}
+unsigned char QXRenderTarget::GetShadowEnable() const {
+  return 0;
+}
+double QXRenderTarget::GetShadowVisibleDistance() const {
+  return 0.0;
+}
+QXVector3d QXRenderTarget::GetShadowSplitPoints() const {
+  return QXVector3d::ZERO;
+}
+int QXRenderTarget::GetTextureID() const {
+  return -1;
+}
+unsigned char QXRenderTarget::GetShadowTextureCameras(QdcArray<QXCamera*>& /*arrCameras*/) const {
+  return 0;
+}
 
 void QXRenderTarget::SetSceneAntialias(unsigned char /*bEnable*/) {}
 void QXRenderTarget::SetSceneAntialiasValue(int /*nSamples*/) {}

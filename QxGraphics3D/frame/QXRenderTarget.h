@@ -111,8 +111,8 @@ public:
   virtual void NotifyCameraStateChange(unsigned char bChanged) = 0;
   /// Creates a viewport under nZOrder; if one stands there already, that one is returned as it is and the other
   /// arguments are ignored. The rectangle is in fractions of the target. The result belongs to the target.
-  virtual QXViewport* AddViewport(QXCamera* pCamera, int nZOrder, double dLeft, double dBottom, double dWidth,
-                                  double dHeight);
+  virtual QXViewport* AddViewport(
+      QXCamera* pCamera, int nZOrder, double dLeft, double dBottom, double dWidth, double dHeight);
   virtual unsigned short GetNumViewports() const;
   /// The viewport under the key nIndex, which after removals is a z-order and not a position; null if there is none.
   virtual QXViewport* GetViewport(unsigned short nIndex) const;
@@ -145,8 +145,8 @@ public:
   virtual void SetAutoUpdated(unsigned char bAutoUpdated);
   virtual unsigned char IsAutoUpdated() const;
   /// Writes the picture to prefix + time + suffix and returns that name; here: writes nothing, returns "".
-  virtual QdcUnicodeString WriteContentsToTimestampedFile(QdcUnicodeString const& strPrefix,
-                                                          QdcUnicodeString const& strSuffix);
+  virtual QdcUnicodeString WriteContentsToTimestampedFile(
+      QdcUnicodeString const& strPrefix, QdcUnicodeString const& strSuffix);
   /// m_Stats.triangleCount.
   virtual int GetTriangleCount() const;
   /// The renderer tells every target that a camera goes away; empty here, and the viewports keep their pointers.

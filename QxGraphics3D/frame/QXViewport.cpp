@@ -16,31 +16,13 @@ unsigned char QXViewport::ms_bSceneUpdateAllow = 0;
 int QXViewport::ms_nThrottleFpsHz = 30;
 
 QXViewport::QXViewport()
-    : m_pCamera(nullptr),
-      m_pTarget(nullptr),
-      m_dRelLeft(0.0),
-      m_dRelBottom(0.0),
-      m_dRelWidth(0.0),
-      m_dRelHeight(0.0),
-      m_nActLeft(0),
-      m_nActBottom(0),
-      m_nActWidth(0),
-      m_nActHeight(0),
-      m_nZOrder(0),
-      m_nMinZ(0),
-      m_nMaxZ(1),
-      m_BackgroundColor(1.0, 1.0, 1.0, 1.0),
-      m_bClearEveryFrame(1),
-      m_nClearBuffers(3),
-      m_bFlagA(0),
-      m_bRenderSceneFlag(1),
-      m_bFlagB(1),
-      m_bFlagC(1),
-      m_bBufferCacheValid(0),
-      m_nOriZOrder(0) {}
+    : m_pCamera(nullptr), m_pTarget(nullptr), m_dRelLeft(0.0), m_dRelBottom(0.0), m_dRelWidth(0.0), m_dRelHeight(0.0),
+      m_nActLeft(0), m_nActBottom(0), m_nActWidth(0), m_nActHeight(0), m_nZOrder(0), m_nMinZ(0), m_nMaxZ(1),
+      m_BackgroundColor(1.0, 1.0, 1.0, 1.0), m_bClearEveryFrame(1), m_nClearBuffers(3), m_bFlagA(0),
+      m_bRenderSceneFlag(1), m_bFlagB(1), m_bFlagC(1), m_bBufferCacheValid(0), m_nOriZOrder(0) {}
 
 QXViewport::QXViewport(QXCamera* pCamera, QXRenderTarget* pTarget, double dLeft, double dBottom, double dWidth,
-                       double dHeight, int nZOrder)
+    double dHeight, int nZOrder)
     : QXViewport() {
   m_pCamera = pCamera;
   m_pTarget = pTarget;
@@ -89,7 +71,9 @@ void QXViewport::UpdateDimensions() {
   m_bBufferCacheValid = 0;
 }
 
-void QXViewport::Update() { detail::UpdateViewport(*this); }
+void QXViewport::Update() {
+  detail::UpdateViewport(*this);
+}
 
 void QXViewport::InitBufferCache() {
   if (m_bBufferCacheValid) {

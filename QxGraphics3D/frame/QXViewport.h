@@ -31,7 +31,7 @@ public:
   /// @param dLeft,dBottom,dWidth,dHeight  fractions of the target
   /// @param nZOrder  drawing order in the target, remembered as original order too
   QXViewport(QXCamera* pCamera, QXRenderTarget* pTarget, double dLeft, double dBottom, double dWidth, double dHeight,
-             int nZOrder);
+      int nZOrder);
   /// A free-standing pixel rectangle with a white background, without camera and target.
   QXViewport(int nLeft, int nBottom, int nWidth, int nHeight);
   /// Copies member by member; the copies share one depth buffer until either derives a new one.

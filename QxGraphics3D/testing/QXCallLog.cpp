@@ -59,10 +59,18 @@ std::string QXCallLog::Quote(QdcUnicodeString const& strText) {
   return strQuoted + "\"";
 }
 
-void QXCallLog::Append(std::string& strLine, double dValue) { AppendShortest(strLine, dValue); }
-void QXCallLog::Append(std::string& strLine, float fValue) { AppendShortest(strLine, fValue); }
-void QXCallLog::Append(std::string& strLine, QdcUnicodeString const& strText) { strLine += Quote(strText); }
-void QXCallLog::Append(std::string& strLine, std::string const& strLabel) { strLine += strLabel; }
+void QXCallLog::Append(std::string& strLine, double dValue) {
+  AppendShortest(strLine, dValue);
+}
+void QXCallLog::Append(std::string& strLine, float fValue) {
+  AppendShortest(strLine, fValue);
+}
+void QXCallLog::Append(std::string& strLine, QdcUnicodeString const& strText) {
+  strLine += Quote(strText);
+}
+void QXCallLog::Append(std::string& strLine, std::string const& strLabel) {
+  strLine += strLabel;
+}
 
 void QXCallLog::Append(std::string& strLine, QXVector3d const& vector) {
   AppendList(strLine, {vector.x, vector.y, vector.z});

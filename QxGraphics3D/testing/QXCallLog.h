@@ -55,8 +55,8 @@ public:
 
 private:
   template <class Number>
-    requires(std::is_integral_v<Number> || std::is_enum_v<Number>)
-  static void Append(std::string& strLine, Number nValue) {
+  requires(std::is_integral_v<Number> || std::is_enum_v<Number>) static void Append(
+      std::string& strLine, Number nValue) {
     strLine += std::to_string(static_cast<long long>(nValue));
   }
   static void Append(std::string& strLine, double dValue);

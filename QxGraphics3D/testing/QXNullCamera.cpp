@@ -37,7 +37,9 @@ QXNullCamera::QXNullCamera(QXNullGraphics3D& graphics, QdcUnicodeString const& s
   SetRelativeOrigin(graphics.GetRelativeOrigin());
 }
 
-QXNullCamera::~QXNullCamera() { Record("destroyed"); }
+QXNullCamera::~QXNullCamera() {
+  Record("destroyed");
+}
 
 void QXNullCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene) {
   Record("RenderScene", pViewport, bRenderScene);
@@ -72,7 +74,8 @@ void QXNullCamera::DrawScene(QXViewport const& viewport) {
     }
     ++m_nDrawn;
     Record("draw", pDrawable->GetLabel());
-    m_Graphics.CountDraw(pDrawable->GetDrawnRangeCount(), pDrawable->GetDrawnTriangleCount(), pDrawable->GetVertexCount());
+    m_Graphics.CountDraw(
+        pDrawable->GetDrawnRangeCount(), pDrawable->GetDrawnTriangleCount(), pDrawable->GetVertexCount());
   }
 }
 

@@ -14,7 +14,9 @@
 namespace QXC {
 namespace {
 
-double Sign(double dValue) { return dValue > 0.0 ? 1.0 : (dValue < 0.0 ? -1.0 : 0.0); }
+double Sign(double dValue) {
+  return dValue > 0.0 ? 1.0 : (dValue < 0.0 ? -1.0 : 0.0);
+}
 
 }  // namespace
 
@@ -63,15 +65,14 @@ void QXNullDevice::MultiMatrix(QXMatrix4d const& matrix) {
   m_matWorld = matrix * m_matWorld;
 }
 
-void QXNullDevice::MakeProjectionMatrix(
-    double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) {
+void QXNullDevice::MakeProjectionMatrix(double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) {
   double const dTop = dNear * std::tan(dFovY / 2.0);
   double const dRight = dTop * dAspect;
   QXNullDevice::MakeFrustumMatrix(-dRight, dRight, -dTop, dTop, dNear, dFar, matOut);
 }
 
-void QXNullDevice::MakeFrustumMatrix(double dLeft, double dRight, double dBottom, double dTop, double dNear,
-    double dFar, QXMatrix4d& matOut) {
+void QXNullDevice::MakeFrustumMatrix(
+    double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) {
   // glFrustum of the OpenGL reference pages, transposed for row vectors.
   matOut = QXMatrix4d::ZERO;
   matOut[0][0] = 2.0 * dNear / (dRight - dLeft);
@@ -83,12 +84,14 @@ void QXNullDevice::MakeFrustumMatrix(double dLeft, double dRight, double dBottom
   matOut[3][2] = -2.0 * dFar * dNear / (dFar - dNear);
 }
 
-void QXNullDevice::MakeOrthoMatrix(double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar,
-    QXMatrix4d& matOut) {
+void QXNullDevice::MakeOrthoMatrix(
+    double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) {
   matOut = QXMathEngine::ComputeOrthoMatrix(dLeft, dRight, dBottom, dTop, dNear, dFar);
 }
 
-void QXNullDevice::ConvertProjectionMatrix(QXMatrix4d const& matIn, QXMatrix4d& matOut) const { matOut = matIn; }
+void QXNullDevice::ConvertProjectionMatrix(QXMatrix4d const& matIn, QXMatrix4d& matOut) const {
+  matOut = matIn;
+}
 
 void QXNullDevice::ApplyObliqueDepthProjection(QXMatrix4d& matProjection, QXPlane const& plane) const {
   // Lengyel, "Oblique View Frustum Depth Projection and Clipping" (2005): q is the corner of the frustum opposite the
@@ -97,8 +100,7 @@ void QXNullDevice::ApplyObliqueDepthProjection(QXMatrix4d& matProjection, QXPlan
   QXVector3d const& normal = plane.GetNormal();
   double const q[4] = {(Sign(normal.x) + mat[2][0]) / mat[0][0], (Sign(normal.y) + mat[2][1]) / mat[1][1], -1.0,
       (1.0 + mat[2][2]) / mat[3][2]};
-  double const dScale =
-      2.0 / (normal.x * q[0] + normal.y * q[1] + normal.z * q[2] + plane.GetPlaneDistance() * q[3]);
+  double const dScale = 2.0 / (normal.x * q[0] + normal.y * q[1] + normal.z * q[2] + plane.GetPlaneDistance() * q[3]);
   mat[0][2] = normal.x * dScale;
   mat[1][2] = normal.y * dScale;
   mat[2][2] = normal.z * dScale + 1.0;
@@ -190,7 +192,9 @@ unsigned int QXNullDevice::BeginList() {
   return ++m_nLists;
 }
 
-void QXNullDevice::DeleteList(unsigned int nList) { Record("DeleteList", nList); }
+void QXNullDevice::DeleteList(unsigned int nList) {
+  Record("DeleteList", nList);
+}
 
 unsigned int QXNullDevice::ToDisplayList(QXRenderOperation const& operation) {
   Record("ToDisplayList", operation.m_nVertexNum, operation.m_nIndexNum);
@@ -203,7 +207,9 @@ unsigned char QXNullDevice::DeleteDisplayList(unsigned int nList) {
   return static_cast<unsigned char>(std::erase(m_arrDisplayLists, nList) != 0);
 }
 
-double QXNullDevice::ReadDepth(QXRenderTarget* /*pTarget*/, int /*nX*/, int /*nY*/) const { return 1.0; }
+double QXNullDevice::ReadDepth(QXRenderTarget* /*pTarget*/, int /*nX*/, int /*nY*/) const {
+  return 1.0;
+}
 
 // --- State that can be asked for ---
 
@@ -253,9 +259,13 @@ unsigned char QXNullDevice::AddResourceFolder(QdcUnicodeString const& strPath) {
   return 1;
 }
 
-void QXNullDevice::RemoveResourceFolder(QdcUnicodeString const& strPath) { Record("RemoveResourceFolder", strPath); }
+void QXNullDevice::RemoveResourceFolder(QdcUnicodeString const& strPath) {
+  Record("RemoveResourceFolder", strPath);
+}
 
-void QXNullDevice::GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const { arrNames.Add(L"null"); }
+void QXNullDevice::GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const {
+  arrNames.Add(L"null");
+}
 
 unsigned char QXNullDevice::SelectRenderSystem(QdcUnicodeString const& strName) {
   Record("SelectRenderSystem", strName);
@@ -291,7 +301,9 @@ unsigned char QXNullDevice::SetCompositorParameter(
   return Fail(L"the null renderer has no effects");
 }
 
-unsigned char QXNullDevice::IsHMDAvailable(HMDMode /*eMode*/) const { return 0; }
+unsigned char QXNullDevice::IsHMDAvailable(HMDMode /*eMode*/) const {
+  return 0;
+}
 
 unsigned char QXNullDevice::GetHMDRenderSize(unsigned int& nWidth, unsigned int& nHeight) const {
   nWidth = 0;

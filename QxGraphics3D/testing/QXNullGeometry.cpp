@@ -59,10 +59,9 @@ void GetTriangle(QXNullIndexRange const& range, unsigned int i, unsigned int nEn
   }
 }
 
-
 /// Moeller and Trumbore, "Fast, Minimum Storage Ray/Triangle Intersection" (1997), without the culling of back faces.
-bool HitsTriangle(QXVector3d const& vecOrigin, QXVector3d const& vecDirection, QXVector3d const vecCorners[3],
-    double& dDistance) {
+bool HitsTriangle(
+    QXVector3d const& vecOrigin, QXVector3d const& vecDirection, QXVector3d const vecCorners[3], double& dDistance) {
   QXVector3d const edge1 = vecCorners[1] - vecCorners[0];
   QXVector3d const edge2 = vecCorners[2] - vecCorners[0];
   QXVector3d const p = vecDirection.CrossProduct(edge2);
@@ -158,16 +157,16 @@ QXBoundingBox QXNullGeometry::GetBounds() const {
   QXVector3d maximum = minimum;
   for (unsigned int i = 1; i < GetVertexCount(); ++i) {
     QXVector3d const position = GetPosition(i);
-    minimum = QXVector3d(
-        std::min(minimum.x, position.x), std::min(minimum.y, position.y), std::min(minimum.z, position.z));
-    maximum = QXVector3d(
-        std::max(maximum.x, position.x), std::max(maximum.y, position.y), std::max(maximum.z, position.z));
+    minimum =
+        QXVector3d(std::min(minimum.x, position.x), std::min(minimum.y, position.y), std::min(minimum.z, position.z));
+    maximum =
+        QXVector3d(std::max(maximum.x, position.x), std::max(maximum.y, position.y), std::max(maximum.z, position.z));
   }
   return QXBoundingBox(minimum, maximum);
 }
 
-unsigned char QXNullGeometry::Intersect(QXMatrix4d const& matModel, QXVector3d const& vecOrigin,
-    QXVector3d const& vecDirection, double& dDistance) const {
+unsigned char QXNullGeometry::Intersect(
+    QXMatrix4d const& matModel, QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const {
   unsigned char bHit = 0;
   unsigned int const nVertices = GetVertexCount();
   for (QXNullIndexRange const& range : m_arrRanges) {

@@ -43,8 +43,8 @@ public:
   QXBoundingBox GetBounds() const;
   /// Nearest hit of a ray with the visible triangles under a model matrix, from either side.
   /// @param dDistance  set on a hit, in lengths of vecDirection
-  unsigned char Intersect(QXMatrix4d const& matModel, QXVector3d const& vecOrigin, QXVector3d const& vecDirection,
-      double& dDistance) const;
+  unsigned char Intersect(
+      QXMatrix4d const& matModel, QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const;
 
   /// 3 floats a vertex.
   std::vector<float> m_arrPositions;

@@ -56,7 +56,9 @@ unsigned char QXNullGraphics3D::Initialize(QdcUnicodeString const& strResourcePa
   return 1;
 }
 
-QdcUnicodeString QXNullGraphics3D::GetRenderSystemName() const { return m_bInitialized ? m_strName : QdcUnicodeString(); }
+QdcUnicodeString QXNullGraphics3D::GetRenderSystemName() const {
+  return m_bInitialized ? m_strName : QdcUnicodeString();
+}
 
 QdcUnicodeString QXNullGraphics3D::GetRenderSystemVersion() const {
   return m_bInitialized ? QdcUnicodeString(L"1") : QdcUnicodeString();
@@ -154,8 +156,8 @@ QXCamera* QXNullGraphics3D::CreateCamera(QdcUnicodeString const& strName, QdcUni
 
 void QXNullGraphics3D::DestroyCamera(QXCamera* pCamera) {
   Record("DestroyCamera", pCamera);
-  auto const camera = std::find_if(m_mapCameras.begin(), m_mapCameras.end(),
-      [pCamera](auto const& entry) { return entry.second.get() == pCamera; });
+  auto const camera = std::find_if(
+      m_mapCameras.begin(), m_mapCameras.end(), [pCamera](auto const& entry) { return entry.second.get() == pCamera; });
   if (camera != m_mapCameras.end()) {
     DeleteCamera(camera);
   }
@@ -204,8 +206,8 @@ QXRenderTarget* QXNullGraphics3D::MakeTarget(QdcUnicodeString const& strName, un
   return pTarget.release();
 }
 
-QXRenderTarget* QXNullGraphics3D::CreateRenderWindow(QdcUnicodeString const& strName, HWND hWindow,
-    unsigned int nWidth, unsigned int nHeight, unsigned char bFullScreen) {
+QXRenderTarget* QXNullGraphics3D::CreateRenderWindow(QdcUnicodeString const& strName, HWND hWindow, unsigned int nWidth,
+    unsigned int nHeight, unsigned char bFullScreen) {
   Record("CreateRenderWindow", strName, QXLoggedMemory{hWindow}, nWidth, nHeight, bFullScreen);
   QXRenderTarget* const pTarget = MakeTarget(strName, nWidth, nHeight, 0, QdcUnicodeString());
   if (pTarget != nullptr) {
@@ -227,20 +229,20 @@ QXRenderTarget* QXNullGraphics3D::CreateRenderTexture(QdcUnicodeString const& st
   return pTarget;
 }
 
-QXRenderTarget* QXNullGraphics3D::CreateReflectRenderTarget(QdcUnicodeString const& strName, unsigned int nWidth,
-    unsigned int nHeight, QdcUnicodeString const& strSceneName) {
+QXRenderTarget* QXNullGraphics3D::CreateReflectRenderTarget(
+    QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, QdcUnicodeString const& strSceneName) {
   Record("CreateReflectRenderTarget", strName, nWidth, nHeight, strSceneName);
   return MakeTarget(strName, nWidth, nHeight, 1, strSceneName);
 }
 
-QXRenderTarget* QXNullGraphics3D::CreateSelectionRenderTarget(QdcUnicodeString const& strName, unsigned int nWidth,
-    unsigned int nHeight, QdcUnicodeString const& strSceneName) {
+QXRenderTarget* QXNullGraphics3D::CreateSelectionRenderTarget(
+    QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, QdcUnicodeString const& strSceneName) {
   Record("CreateSelectionRenderTarget", strName, nWidth, nHeight, strSceneName);
   return MakeTarget(strName, nWidth, nHeight, 1, strSceneName);
 }
 
-QXRenderTarget* QXNullGraphics3D::CreateVertexSelectionRenderTarget(QdcUnicodeString const& strName,
-    unsigned int nWidth, unsigned int nHeight, QdcUnicodeString const& strSceneName) {
+QXRenderTarget* QXNullGraphics3D::CreateVertexSelectionRenderTarget(
+    QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, QdcUnicodeString const& strSceneName) {
   Record("CreateVertexSelectionRenderTarget", strName, nWidth, nHeight, strSceneName);
   return MakeTarget(strName, nWidth, nHeight, 1, strSceneName);
 }
@@ -314,7 +316,8 @@ unsigned char QXNullGraphics3D::ReadPixels(
     return Fail(L"the target cannot be read back");
   }
   for (int nY = rcPixels.top; nY < rcPixels.bottom; ++nY) {
-    std::size_t const nFirst = static_cast<std::size_t>(nY) * nTargetRow + std::size_t{4} * static_cast<std::size_t>(rcPixels.left);
+    std::size_t const nFirst =
+        static_cast<std::size_t>(nY) * nTargetRow + std::size_t{4} * static_cast<std::size_t>(rcPixels.left);
     std::copy_n(arrPicture.data() + nFirst, nRow, pPixels);
     pPixels += nRow;
   }
@@ -372,7 +375,9 @@ unsigned char QXNullGraphics3D::BeginSelection(
   return pTarget != nullptr ? 1 : Fail(L"a selection pass needs a target");
 }
 
-unsigned int QXNullGraphics3D::ReadSelectionID(int /*nX*/, int /*nY*/) const { return 0; }
+unsigned int QXNullGraphics3D::ReadSelectionID(int /*nX*/, int /*nY*/) const {
+  return 0;
+}
 
 void QXNullGraphics3D::ReadSelectionIDs(QdcRect const& /*rcPixels*/, QdcArray<unsigned int>& /*arrIDs*/) const {}
 

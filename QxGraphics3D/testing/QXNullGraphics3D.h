@@ -102,8 +102,8 @@ public:
       QXVector3d const& vecPosition) override;
   void SetSceneNodeOrientation(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
       QXQuaternion4d const& orientation) override;
-  void SetSceneNodeScale(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
-      QXVector3d const& vecScale) override;
+  void SetSceneNodeScale(
+      QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXVector3d const& vecScale) override;
   void SetSceneNodeVisible(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
       unsigned char bVisible, unsigned char bCascade) override;
   void SetSceneNodeVisible(QdcUnicodeString const& strNodeName, unsigned char bVisible) override;

@@ -14,8 +14,8 @@ namespace QXC {
 
 // --- Nodes ---
 
-unsigned char QXNullGraphics3D::CreateSceneNode(QdcUnicodeString const& strSceneName,
-    QdcUnicodeString const& strParentName, QdcUnicodeString const& strNodeName) {
+unsigned char QXNullGraphics3D::CreateSceneNode(
+    QdcUnicodeString const& strSceneName, QdcUnicodeString const& strParentName, QdcUnicodeString const& strNodeName) {
   Record("CreateSceneNode", strSceneName, strParentName, strNodeName);
   QXNullScene* const pScene = FindScene(strSceneName);
   if (pScene == nullptr || !pScene->CreateNode(strParentName, strNodeName)) {
@@ -45,7 +45,9 @@ unsigned char QXNullGraphics3D::DestroySceneNode(
   return static_cast<unsigned char>(pScene != nullptr && pScene->DestroyNode(strNodeName));
 }
 
-void QXNullGraphics3D::DestroySceneNode(QdcUnicodeString strNodeName) { DestroySceneNode(GetSceneName(0), strNodeName); }
+void QXNullGraphics3D::DestroySceneNode(QdcUnicodeString strNodeName) {
+  DestroySceneNode(GetSceneName(0), strNodeName);
+}
 
 void QXNullGraphics3D::SetSceneNodePosition(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXVector3d const& vecPosition) {
@@ -95,8 +97,8 @@ void QXNullGraphics3D::SetSceneNodeVisibleDistance(QdcUnicodeString const& strNo
   }
 }
 
-unsigned char QXNullGraphics3D::AttachToSceneNode(QdcUnicodeString const& strSceneName,
-    QdcUnicodeString const& strNodeName, QXRenderOperation3D* pRenderOperation) {
+unsigned char QXNullGraphics3D::AttachToSceneNode(
+    QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXRenderOperation3D* pRenderOperation) {
   QXNullRenderOperation3D* const pDrawable = m_Manager.Find(pRenderOperation);
   Record("AttachToSceneNode", strSceneName, strNodeName, pDrawable == nullptr ? "unknown" : pDrawable->GetLabel());
   QXNullScene* const pScene = FindScene(strSceneName);
@@ -186,8 +188,7 @@ unsigned int QXNullGraphics3D::PickObjectByRay(QdcUnicodeString const& strSceneN
     }
   }
   if (nNearestID != 0) {
-    vecHit = vecOrigin +
-             QXVector3d(vecDirection.x * dNearest, vecDirection.y * dNearest, vecDirection.z * dNearest);
+    vecHit = vecOrigin + QXVector3d(vecDirection.x * dNearest, vecDirection.y * dNearest, vecDirection.z * dNearest);
   }
   return nNearestID;
 }
@@ -257,8 +258,7 @@ QdcUnicodeString QXNullGraphics3D::UpdateManualRenderObject(
   return pDrawable->GetName();
 }
 
-void QXNullGraphics3D::RemoveManualRenderObject(
-    QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) {
+void QXNullGraphics3D::RemoveManualRenderObject(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) {
   Record("RemoveManualRenderObject", strName, strSceneName);
   QXNullRenderOperation3D* const pDrawable = FindManualObject(strName);
   if (pDrawable != nullptr && pDrawable->m_pScene != nullptr && pDrawable->m_pScene == FindScene(strSceneName)) {

@@ -4,7 +4,9 @@
 #include <QxGraphics3D/frame/QXPluginInterface.h>
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 
-extern "C" QX_PLUGIN_EXPORT unsigned int QXPluginInterfaceVersion() { return QXC::QX_PLUGIN_INTERFACE_VERSION; }
+extern "C" QX_PLUGIN_EXPORT unsigned int QXPluginInterfaceVersion() {
+  return QXC::QX_PLUGIN_INTERFACE_VERSION;
+}
 
 extern "C" QX_PLUGIN_EXPORT void* QXPluginCreate(char const* szKind) {
   if (std::strcmp(szKind, "renderer") != 0) {
@@ -13,4 +15,6 @@ extern "C" QX_PLUGIN_EXPORT void* QXPluginCreate(char const* szKind) {
   return static_cast<QXC::QXGraphics3D*>(new QXC::QXNullGraphics3D);
 }
 
-extern "C" QX_PLUGIN_EXPORT void QXPluginDestroy(void* pObject) { delete static_cast<QXC::QXGraphics3D*>(pObject); }
+extern "C" QX_PLUGIN_EXPORT void QXPluginDestroy(void* pObject) {
+  delete static_cast<QXC::QXGraphics3D*>(pObject);
+}

@@ -281,8 +281,8 @@ unsigned char QXNullRenderOperation3D::Intersect(
 }
 
 unsigned int QXNullRenderOperation3D::GetDeviceMemory() const {
-  std::size_t nBytes = m_Geometry.m_arrPositions.size() * sizeof(float) +
-                       m_Geometry.m_arrColors.size() * sizeof(unsigned int);
+  std::size_t nBytes =
+      m_Geometry.m_arrPositions.size() * sizeof(float) + m_Geometry.m_arrColors.size() * sizeof(unsigned int);
   for (QXNullIndexRange const& range : m_Geometry.m_arrRanges) {
     nBytes += range.m_arrIndices.size() * sizeof(unsigned int);
   }
@@ -302,33 +302,57 @@ unsigned char QXNullRenderOperation3D::SetShaderPrograms(
 
 // --- State that only a picture would show: written down, and nothing else ---
 
-void QXNullRenderOperation3D::SetSelectionColor(QXColorValue3D const& color) { Record("SetSelectionColor", color); }
-void QXNullRenderOperation3D::SetCastShadow(unsigned char bCast) { Record("SetCastShadow", bCast); }
-void QXNullRenderOperation3D::SetReceiveShadow(unsigned char bReceive) { Record("SetReceiveShadow", bReceive); }
-void QXNullRenderOperation3D::SetLightEnable(unsigned char bEnable) { Record("SetLightEnable", bEnable); }
-void QXNullRenderOperation3D::SetWireframe(unsigned char bWireframe) { Record("SetWireframe", bWireframe); }
-void QXNullRenderOperation3D::SetCullingMode(CullingMode eMode) { Record("SetCullingMode", eMode); }
+void QXNullRenderOperation3D::SetSelectionColor(QXColorValue3D const& color) {
+  Record("SetSelectionColor", color);
+}
+void QXNullRenderOperation3D::SetCastShadow(unsigned char bCast) {
+  Record("SetCastShadow", bCast);
+}
+void QXNullRenderOperation3D::SetReceiveShadow(unsigned char bReceive) {
+  Record("SetReceiveShadow", bReceive);
+}
+void QXNullRenderOperation3D::SetLightEnable(unsigned char bEnable) {
+  Record("SetLightEnable", bEnable);
+}
+void QXNullRenderOperation3D::SetWireframe(unsigned char bWireframe) {
+  Record("SetWireframe", bWireframe);
+}
+void QXNullRenderOperation3D::SetCullingMode(CullingMode eMode) {
+  Record("SetCullingMode", eMode);
+}
 void QXNullRenderOperation3D::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) {
   Record("SetTextureMatrix", nUnit, matTexture);
 }
 void QXNullRenderOperation3D::SetBatchState(QXBatchSelAndVertexColor const& state) {
   Record("SetBatchState", state.m_mapSelections.size(), state.m_mapVertexColors.size());
 }
-void QXNullRenderOperation3D::SetDepthTest(unsigned char bTest) { Record("SetDepthTest", bTest); }
-void QXNullRenderOperation3D::SetDepthWrite(unsigned char bWrite) { Record("SetDepthWrite", bWrite); }
+void QXNullRenderOperation3D::SetDepthTest(unsigned char bTest) {
+  Record("SetDepthTest", bTest);
+}
+void QXNullRenderOperation3D::SetDepthWrite(unsigned char bWrite) {
+  Record("SetDepthWrite", bWrite);
+}
 void QXNullRenderOperation3D::SetDepthBias(double dConstant, double dSlope) {
   Record("SetDepthBias", dConstant, dSlope);
 }
-void QXNullRenderOperation3D::SetLineWidth(double dPixels) { Record("SetLineWidth", dPixels); }
-void QXNullRenderOperation3D::SetPointSize(double dPixels) { Record("SetPointSize", dPixels); }
+void QXNullRenderOperation3D::SetLineWidth(double dPixels) {
+  Record("SetLineWidth", dPixels);
+}
+void QXNullRenderOperation3D::SetPointSize(double dPixels) {
+  Record("SetPointSize", dPixels);
+}
 void QXNullRenderOperation3D::SetClipPlanes(QXPlane const* pPlanes, unsigned int nCount) {
   Record("SetClipPlanes", QXLoggedMemory{pPlanes}, nCount);
 }
 void QXNullRenderOperation3D::SetRenderStatePass(RenderStateSet eState, QXPass& /*pass*/) {
   Record("SetRenderStatePass", eState);
 }
-void QXNullRenderOperation3D::RemoveRenderStatePass(RenderStateSet eState) { Record("RemoveRenderStatePass", eState); }
-void QXNullRenderOperation3D::SetPass(QXPass const* pPass) { Record("SetPass", QXLoggedMemory{pPass}); }
+void QXNullRenderOperation3D::RemoveRenderStatePass(RenderStateSet eState) {
+  Record("RemoveRenderStatePass", eState);
+}
+void QXNullRenderOperation3D::SetPass(QXPass const* pPass) {
+  Record("SetPass", QXLoggedMemory{pPass});
+}
 void QXNullRenderOperation3D::SetShaderParameter(QdcUnicodeString const& strName, QXVector4d const& vecValue) {
   Record("SetShaderParameter", strName, vecValue);
 }

@@ -23,8 +23,7 @@ public:
   unsigned int GetRenderOperationCount() const override { return static_cast<unsigned int>(m_arrDrawables.size()); }
   QXRenderOperation3D* CreateRenderOperation3D(QdcUnicodeString const& strSceneName, unsigned char bAttach) override;
   void DestroyRenderOperation3D(QXRenderOperation3D* pOperation) override;
-  unsigned char AttachRenderOperation3D(
-      QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) override;
+  unsigned char AttachRenderOperation3D(QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) override;
   void DetachRenderOperation3D(QXRenderOperation3D* pOperation) override;
   QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) override;
   QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const& strName) override;

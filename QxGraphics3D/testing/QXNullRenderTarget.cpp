@@ -34,7 +34,9 @@ QXNullRenderTarget::QXNullRenderTarget(QdcUnicodeString const& strName, unsigned
   m_arrCleared.reserve(MaxClearedRects);
 }
 
-QXNullRenderTarget::~QXNullRenderTarget() { Record("destroyed"); }
+QXNullRenderTarget::~QXNullRenderTarget() {
+  Record("destroyed");
+}
 
 // --- The frame ---
 
@@ -60,7 +62,9 @@ void QXNullRenderTarget::ApplyCameraToTarget(QXCamera* pCamera, int nOffsetX, in
   Record("ApplyCameraToTarget", pCamera, nOffsetX, nOffsetY);
 }
 
-void QXNullRenderTarget::NotifyCameraStateChange(unsigned char bChanged) { Record("NotifyCameraStateChange", bChanged); }
+void QXNullRenderTarget::NotifyCameraStateChange(unsigned char bChanged) {
+  Record("NotifyCameraStateChange", bChanged);
+}
 
 void QXNullRenderTarget::SwapBuffers(unsigned char bWaitForVerticalBlank) {
   Record("SwapBuffers", bWaitForVerticalBlank);
@@ -200,11 +204,21 @@ void QXNullRenderTarget::SetSunLightEnable(unsigned char bEnable) {
 
 // --- What only a picture would show: written down, and nothing else ---
 
-void QXNullRenderTarget::SetSceneAntialias(unsigned char bEnable) { Record("SetSceneAntialias", bEnable); }
-void QXNullRenderTarget::SetSceneAntialiasValue(int nSamples) { Record("SetSceneAntialiasValue", nSamples); }
-void QXNullRenderTarget::SetShadowEnable(unsigned char bEnable) { Record("SetShadowEnable", bEnable); }
-void QXNullRenderTarget::SetShadowVisibleDistance(double dDistance) { Record("SetShadowVisibleDistance", dDistance); }
-void QXNullRenderTarget::AddGlobalEffect(QdcUnicodeString const& strEffect) { Record("AddGlobalEffect", strEffect); }
+void QXNullRenderTarget::SetSceneAntialias(unsigned char bEnable) {
+  Record("SetSceneAntialias", bEnable);
+}
+void QXNullRenderTarget::SetSceneAntialiasValue(int nSamples) {
+  Record("SetSceneAntialiasValue", nSamples);
+}
+void QXNullRenderTarget::SetShadowEnable(unsigned char bEnable) {
+  Record("SetShadowEnable", bEnable);
+}
+void QXNullRenderTarget::SetShadowVisibleDistance(double dDistance) {
+  Record("SetShadowVisibleDistance", dDistance);
+}
+void QXNullRenderTarget::AddGlobalEffect(QdcUnicodeString const& strEffect) {
+  Record("AddGlobalEffect", strEffect);
+}
 void QXNullRenderTarget::RemoveGlobalEffect(QdcUnicodeString const& strEffect) {
   Record("RemoveGlobalEffect", strEffect);
 }
@@ -217,14 +231,32 @@ void QXNullRenderTarget::RemoveGlobalEffectFrustum(QdcUnicodeString const& strEf
 void QXNullRenderTarget::SetCustomClipPlanes(QXPlane const* pPlanes, unsigned int nCount) {
   Record("SetCustomClipPlanes", QXLoggedMemory{pPlanes}, nCount);
 }
-void QXNullRenderTarget::ClearCustomClipPlanes() { Record("ClearCustomClipPlanes"); }
-void QXNullRenderTarget::ResetCameraViewport(QXCamera* pCamera) { Record("ResetCameraViewport", pCamera); }
-void QXNullRenderTarget::CreateShadowSettingInfo() { Record("CreateShadowSettingInfo"); }
-void QXNullRenderTarget::UpdateShadowTextureCameras() { Record("UpdateShadowTextureCameras"); }
-void QXNullRenderTarget::DeleteShadowSettingInfo() { Record("DeleteShadowSettingInfo"); }
-void QXNullRenderTarget::SetAmbientLight(QXColorValue3D const& color) { Record("SetAmbientLight", color); }
-void QXNullRenderTarget::SetDiffuseLight(QXColorValue3D const& color) { Record("SetDiffuseLight", color); }
-void QXNullRenderTarget::AddDepthTextureRequest() { Record("AddDepthTextureRequest"); }
-void QXNullRenderTarget::RemoveDepthTextureRequest() { Record("RemoveDepthTextureRequest"); }
+void QXNullRenderTarget::ClearCustomClipPlanes() {
+  Record("ClearCustomClipPlanes");
+}
+void QXNullRenderTarget::ResetCameraViewport(QXCamera* pCamera) {
+  Record("ResetCameraViewport", pCamera);
+}
+void QXNullRenderTarget::CreateShadowSettingInfo() {
+  Record("CreateShadowSettingInfo");
+}
+void QXNullRenderTarget::UpdateShadowTextureCameras() {
+  Record("UpdateShadowTextureCameras");
+}
+void QXNullRenderTarget::DeleteShadowSettingInfo() {
+  Record("DeleteShadowSettingInfo");
+}
+void QXNullRenderTarget::SetAmbientLight(QXColorValue3D const& color) {
+  Record("SetAmbientLight", color);
+}
+void QXNullRenderTarget::SetDiffuseLight(QXColorValue3D const& color) {
+  Record("SetDiffuseLight", color);
+}
+void QXNullRenderTarget::AddDepthTextureRequest() {
+  Record("AddDepthTextureRequest");
+}
+void QXNullRenderTarget::RemoveDepthTextureRequest() {
+  Record("RemoveDepthTextureRequest");
+}
 
 }  // namespace QXC

@@ -15,7 +15,9 @@ QXNullRibbonTrail3D::QXNullRibbonTrail3D(
     std::shared_ptr<QXCallLog> pLog, std::string strLabel, QdcUnicodeString const& strName)
     : QXNullObject(std::move(pLog), std::move(strLabel)), m_strName(strName) {}
 
-QXNullRibbonTrail3D::~QXNullRibbonTrail3D() { Record("destroyed"); }
+QXNullRibbonTrail3D::~QXNullRibbonTrail3D() {
+  Record("destroyed");
+}
 
 QXNullRibbonTrail3D::Trail const& QXNullRibbonTrail3D::Find(unsigned int nTrail) const {
   static Trail const ms_New;
@@ -104,6 +106,8 @@ void QXNullRibbonTrail3D::SetFaceCamera(unsigned char bFaceCamera, QXVector3d co
   Record("SetFaceCamera", bFaceCamera, vecNormal);
 }
 
-void QXNullRibbonTrail3D::Advance(double dSeconds) { Record("Advance", dSeconds); }
+void QXNullRibbonTrail3D::Advance(double dSeconds) {
+  Record("Advance", dSeconds);
+}
 
 }  // namespace QXC

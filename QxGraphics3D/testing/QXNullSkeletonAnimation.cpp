@@ -9,7 +9,9 @@ QXNullSkeletonAnimation::QXNullSkeletonAnimation(
     std::shared_ptr<QXCallLog> pLog, std::string strLabel, QdcUnicodeString const& strName)
     : QXNullObject(std::move(pLog), std::move(strLabel)), m_strName(strName) {}
 
-QXNullSkeletonAnimation::~QXNullSkeletonAnimation() { Record("destroyed"); }
+QXNullSkeletonAnimation::~QXNullSkeletonAnimation() {
+  Record("destroyed");
+}
 
 int QXNullSkeletonAnimation::AddBone(QdcUnicodeString const& strName, int nParent, QXMatrix4d const& matRest) {
   Record("AddBone", strName, nParent, matRest);

@@ -110,8 +110,12 @@ void Sizes(benchmark::internal::Benchmark* pBenchmark) {
   }
 }
 
-void Frame(benchmark::State& state) { Run(state, &QXBenchFrame::RunFrame); }
-void BareLoop(benchmark::State& state) { Run(state, &QXBenchFrame::RunBareFrame); }
+void Frame(benchmark::State& state) {
+  Run(state, &QXBenchFrame::RunFrame);
+}
+void BareLoop(benchmark::State& state) {
+  Run(state, &QXBenchFrame::RunBareFrame);
+}
 BENCHMARK(Frame)->Name("QXGraphics3D/frame")->Apply(Sizes);
 BENCHMARK(BareLoop)->Name("bare-loop/frame")->Apply(Sizes);
 
@@ -148,8 +152,15 @@ void NullFrame(benchmark::State& state) {
       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
   graphics.ShutDown();
 }
-BENCHMARK(NullFrame)->Name("QXNullGraphics3D/frame")->ArgNames({"targets", "viewports"})
-    ->Args({1, 1})->Args({1, 4})->Args({1, 16})->Args({4, 4})->Args({16, 4})->Args({64, 4});
+BENCHMARK(NullFrame)
+    ->Name("QXNullGraphics3D/frame")
+    ->ArgNames({"targets", "viewports"})
+    ->Args({1, 1})
+    ->Args({1, 4})
+    ->Args({1, 16})
+    ->Args({4, 4})
+    ->Args({16, 4})
+    ->Args({64, 4});
 
 }  // namespace
 }  // namespace QXC

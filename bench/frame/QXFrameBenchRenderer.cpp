@@ -6,9 +6,7 @@ namespace {
 class QXBenchCamera final : public QXCamera {
 public:
   explicit QXBenchCamera(QXBenchCounts& counts) : m_Counts(counts) { m_bTargetNotifyPending = 0; }
-  void RenderScene(QXViewport* /*pViewport*/, unsigned char /*bRenderScene*/) override {
-    ++m_Counts.m_nRender;
-  }
+  void RenderScene(QXViewport* /*pViewport*/, unsigned char /*bRenderScene*/) override { ++m_Counts.m_nRender; }
   void UpdateViewMatrix(QXViewport* /*pViewport*/) override { ++m_Counts.m_nView; }
   void UpdateProMatrix() override { ++m_Counts.m_nProjection; }
 
@@ -35,7 +33,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<QXCamera> MakeBenchCamera(QXBenchCounts& counts) { return std::make_unique<QXBenchCamera>(counts); }
+std::unique_ptr<QXCamera> MakeBenchCamera(QXBenchCounts& counts) {
+  return std::make_unique<QXBenchCamera>(counts);
+}
 
 std::unique_ptr<QXRenderTarget> MakeBenchTarget(QXBenchCounts& counts) {
   return std::make_unique<QXBenchTarget>(counts);

@@ -12,8 +12,8 @@
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/frame/foundation/base/QdcTime.h>
-#include <QxGraphics3D/view/QXFrustum.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXPlane.h>
+#include <QxGraphics3D/view/QXFrustum.h>
 
 #include "QXTestTarget.h"
 
@@ -21,7 +21,9 @@ namespace QXC {
 namespace {
 
 unsigned int g_nNow = 0;
-unsigned int ReadTestClock() { return g_nNow; }
+unsigned int ReadTestClock() {
+  return g_nNow;
+}
 
 /// The clock under the test's hand, the real one back afterwards.
 class QXRenderTargetTest : public testing::Test {
@@ -458,7 +460,7 @@ TEST_F(QXRenderTargetTest, UpdateWalksInKeyOrder) {
   m_Log.m_arrLines.clear();
   target.Update();
   EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z-2 flag1",
-                                                         "camera render z0 flag1", "camera render z5 flag1"}));
+                                  "camera render z0 flag1", "camera render z5 flag1"}));
   EXPECT_EQ(target.m_nFrameCount, 1u);
 }
 
@@ -469,9 +471,8 @@ TEST_F(QXRenderTargetTest, UpdatePassesAPendingNotificationOnAfterTheViewport) {
   target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
   m_Log.m_arrLines.clear();
   target.Update();
-  EXPECT_EQ(m_Log.m_arrLines,
-            (std::vector<std::string>{"target begin", "camera render z0 flag1", "target camera state 1",
-                                      "camera render z1 flag1"}));
+  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1",
+                                  "target camera state 1", "camera render z1 flag1"}));
   EXPECT_EQ(camera.m_bTargetNotifyPending, 0);
 }
 
@@ -482,8 +483,8 @@ TEST_F(QXRenderTargetTest, UpdateNotifiesAboutTheCameraThatDrewEvenIfItLeft) {
   target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
   m_Log.m_arrLines.clear();
   target.Update();
-  EXPECT_EQ(m_Log.m_arrLines,
-            (std::vector<std::string>{"target begin", "camera render z0 flag1", "target camera state 1"}));
+  EXPECT_EQ(
+      m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1", "target camera state 1"}));
 }
 
 TEST_F(QXRenderTargetTest, UpdateInOrderedModeMakesEachCameraCurrent) {
@@ -497,10 +498,9 @@ TEST_F(QXRenderTargetTest, UpdateInOrderedModeMakesEachCameraCurrent) {
   target.SetMultiViewportMode(MVM_ORDERED);
   m_Log.m_arrLines.clear();
   target.Update();
-  EXPECT_EQ(m_Log.m_arrLines,
-            (std::vector<std::string>{"target begin", "camera view 20x10", "camera projection", "target apply z0 0,0",
-                                      "camera render z0 flag1", "camera view 10x10", "camera projection",
-                                      "target apply z1 0,0", "camera render z1 flag1"}));
+  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera view 20x10", "camera projection",
+                                  "target apply z0 0,0", "camera render z0 flag1", "camera view 10x10",
+                                  "camera projection", "target apply z1 0,0", "camera render z1 flag1"}));
   EXPECT_EQ(camera.GetViewport(), target.GetViewport(1));
 }
 
@@ -560,7 +560,7 @@ TEST_F(QXRenderTargetTest, UpdateGoesOnBehindAViewportThatTheSceneTakesAway) {
   m_Log.m_arrLines.clear();
   target.Update();
   EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1",
-                                                         "camera render z1 flag1", "camera render z5 flag1"}));
+                                  "camera render z1 flag1", "camera render z5 flag1"}));
 }
 
 TEST_F(QXRenderTargetTest, UpdateDrawsViewportsThatTheSceneAddsBehind) {
@@ -576,9 +576,9 @@ TEST_F(QXRenderTargetTest, UpdateDrawsViewportsThatTheSceneAddsBehind) {
   };
   m_Log.m_arrLines.clear();
   target.Update();
-  EXPECT_EQ(m_Log.m_arrLines,
-            (std::vector<std::string>{"target begin", "camera render z3 flag1", "camera view 1x1", "camera projection",
-                                      "camera view 1x1", "camera projection", "camera render z7 flag1"}));
+  EXPECT_EQ(
+      m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z3 flag1", "camera view 1x1",
+                            "camera projection", "camera view 1x1", "camera projection", "camera render z7 flag1"}));
 }
 
 TEST_F(QXRenderTargetTest, UpdateSeesAViewportPutIntoAnOldPlace) {
@@ -615,7 +615,7 @@ TEST_F(QXRenderTargetTest, UpdateOfACopyWalksTheCopysViewports) {
   assigned.Update();
   target.Update();
   EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z4 flag1", "target begin",
-                                                         "camera render z5 flag1", "target begin"}));
+                                  "camera render z5 flag1", "target begin"}));
 }
 
 TEST_F(QXRenderTargetTest, UpdateInOrderedModeRenumbersSparseKeys) {
@@ -624,7 +624,7 @@ TEST_F(QXRenderTargetTest, UpdateInOrderedModeRenumbersSparseKeys) {
   target.SetMultiViewportMode(MVM_ORDERED);
   target.Update();
   EXPECT_EQ(Viewports(target),
-            (std::map<int, QXViewport*>{{0, arrViewports[0]}, {1, arrViewports[1]}, {2, arrViewports[2]}}));
+      (std::map<int, QXViewport*>{{0, arrViewports[0]}, {1, arrViewports[1]}, {2, arrViewports[2]}}));
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(arrViewports[i]->GetZOrder(), i);
   }
@@ -828,20 +828,18 @@ TEST_F(QXRenderTargetTest, OrderingAgreesWithTheReferenceOnRandomSequences) {
     for (int nStep = 0; nStep < 40; ++nStep) {
       int const nKey = static_cast<int>(random() % 9) - 2;
       switch (random() % 4) {
-        case 0: {
-          QXViewport* const pViewport = Add(target, nKey, random() % 3 == 0 ? 0.5 : 1.0);
-          if (mapExpected.emplace(nKey, pViewport).second) {
-            mapZOrder[pViewport] = nKey;
-          }
-          break;
+      case 0: {
+        QXViewport* const pViewport = Add(target, nKey, random() % 3 == 0 ? 0.5 : 1.0);
+        if (mapExpected.emplace(nKey, pViewport).second) {
+          mapZOrder[pViewport] = nKey;
         }
-        case 1:
-          target.RemoveViewport(nKey);
-          mapExpected.erase(nKey);
-          break;
-        default:
-          target.MoveViewPortToLast(nKey);
-          MoveToLastReference(mapExpected, mapZOrder, nKey);
+        break;
+      }
+      case 1:
+        target.RemoveViewport(nKey);
+        mapExpected.erase(nKey);
+        break;
+      default: target.MoveViewPortToLast(nKey); MoveToLastReference(mapExpected, mapZOrder, nKey);
       }
       ASSERT_EQ(Viewports(target), mapExpected) << "run " << nRun << " step " << nStep;
       for (auto const& [nPlace, pViewport] : mapExpected) {
@@ -854,7 +852,8 @@ TEST_F(QXRenderTargetTest, OrderingAgreesWithTheReferenceOnRandomSequences) {
 // --- Statistics ---
 
 TEST_F(QXRenderTargetTest, RatesWaitForMoreThanASecond) {
-  for (auto const& [nElapsed, dExpected] : {std::pair{999u, 0.0}, std::pair{1000u, 0.0}, std::pair{1001u, 1000.0 / 1001.0}}) {
+  for (auto const& [nElapsed, dExpected] :
+      {std::pair{999u, 0.0}, std::pair{1000u, 0.0}, std::pair{1001u, 1000.0 / 1001.0}}) {
     g_nNow = 5000;
     QXTestTarget target(m_Log);
     g_nNow += nElapsed;

@@ -58,8 +58,8 @@ public:
   explicit QXTestCamera(QXTestLog& log) : m_Log(log) {}
 
   void RenderScene(QXViewport* pViewport, unsigned char bFlag) override {
-    m_Log.m_arrLines.push_back("camera render z" + std::to_string(pViewport->GetZOrder()) + " flag" +
-                               std::to_string(bFlag));
+    m_Log.m_arrLines.push_back(
+        "camera render z" + std::to_string(pViewport->GetZOrder()) + " flag" + std::to_string(bFlag));
     if (m_bLeave) {
       pViewport->m_pCamera = nullptr;
     }

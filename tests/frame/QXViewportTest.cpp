@@ -275,7 +275,8 @@ TEST(QXViewport, DepthBufferOfNoPixelsIsStillABuffer) {
 
 TEST(QXViewport, DepthBufferOfANegativeOrImpossibleSizeIsNull) {
   int const nMost = std::numeric_limits<int>::max();
-  for (auto const& [nWidth, nHeight] : {std::pair{-1, 5}, std::pair{5, -1}, std::pair{-2, -2}, std::pair{nMost, nMost}}) {
+  for (auto const& [nWidth, nHeight] :
+      {std::pair{-1, 5}, std::pair{5, -1}, std::pair{-2, -2}, std::pair{nMost, nMost}}) {
     QXViewport viewport(0, 0, nWidth, nHeight);
     EXPECT_EQ(viewport.GetDepthBuffer(), nullptr) << nWidth << " x " << nHeight;
     EXPECT_EQ(viewport.m_bBufferCacheValid, 0);

@@ -12,7 +12,9 @@ std::atomic<long> g_nAllocations{0};
 
 namespace QXC {
 
-long GetAllocationCount() { return g_nAllocations.load(std::memory_order_relaxed); }
+long GetAllocationCount() {
+  return g_nAllocations.load(std::memory_order_relaxed);
+}
 
 }  // namespace QXC
 
@@ -23,8 +25,18 @@ void* operator new(std::size_t nSize) {
   }
   throw std::bad_alloc();
 }
-void* operator new[](std::size_t nSize) { return operator new(nSize); }
-void operator delete(void* pMemory) noexcept { std::free(pMemory); }
-void operator delete[](void* pMemory) noexcept { std::free(pMemory); }
-void operator delete(void* pMemory, std::size_t /*nSize*/) noexcept { std::free(pMemory); }
-void operator delete[](void* pMemory, std::size_t /*nSize*/) noexcept { std::free(pMemory); }
+void* operator new[](std::size_t nSize) {
+  return operator new(nSize);
+}
+void operator delete(void* pMemory) noexcept {
+  std::free(pMemory);
+}
+void operator delete[](void* pMemory) noexcept {
+  std::free(pMemory);
+}
+void operator delete(void* pMemory, std::size_t /*nSize*/) noexcept {
+  std::free(pMemory);
+}
+void operator delete[](void* pMemory, std::size_t /*nSize*/) noexcept {
+  std::free(pMemory);
+}

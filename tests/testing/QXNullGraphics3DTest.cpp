@@ -32,8 +32,7 @@ protected:
   ~QXNullGraphics3DTest() override { m_Graphics.ShutDown(); }
 
   QXNullRenderTarget* MakeWindow(QdcUnicodeString const& strName) {
-    auto* const pTarget =
-        dynamic_cast<QXNullRenderTarget*>(m_Graphics.CreateRenderWindow(strName, nullptr, 80, 40, 0));
+    auto* const pTarget = dynamic_cast<QXNullRenderTarget*>(m_Graphics.CreateRenderWindow(strName, nullptr, 80, 40, 0));
     m_Graphics.AttachRenderTarget(pTarget);
     return pTarget;
   }
@@ -224,8 +223,8 @@ TEST_F(QXNullGraphics3DTest, PrioritisedTargetsUpdateByNumber) {
 }
 
 TEST_F(QXNullGraphics3DTest, WindowsAreShownAndTexturesAreNot) {
-  auto* const pTexture = dynamic_cast<QXNullRenderTarget*>(
-      m_Graphics.CreateRenderTexture(L"texture", PF_A8R8G8B8, 16, 16, 0, 32, L""));
+  auto* const pTexture =
+      dynamic_cast<QXNullRenderTarget*>(m_Graphics.CreateRenderTexture(L"texture", PF_A8R8G8B8, 16, 16, 0, 32, L""));
   m_Graphics.AttachRenderTarget(pTexture);
   m_Graphics.SwapAllRenderTargetBuffers(1);
   EXPECT_EQ(m_pTarget->GetSwapCount(), 1u);
@@ -263,8 +262,7 @@ TEST(QXNullGraphics3D, EverythingMadeIsReleased) {
     graphics.CreateOverlay(L"logo");
     graphics.CreateUniformBuffer(L"light");
     graphics.GetTextureManager()->GetTexture(L"road", 1);
-    QXRenderOperation3D* const pDrawable =
-        graphics.GetRenderOperationManager()->CreateRenderOperation3D(L"city", 1);
+    QXRenderOperation3D* const pDrawable = graphics.GetRenderOperationManager()->CreateRenderOperation3D(L"city", 1);
     EXPECT_EQ(QXNullObject::GetLiveCount(), nBefore + 9);
     delete pDrawable;
     graphics.ShutDown();
@@ -707,8 +705,8 @@ TEST_F(QXNullGraphics3DTest, ReadingPixelsOutsideTheTargetIsRefused) {
 }
 
 TEST_F(QXNullGraphics3DTest, APatchIsClearedInItsPlace) {
-  auto* const pTexture = dynamic_cast<QXNullRenderTarget*>(
-      m_Graphics.CreateRenderTexture(L"texture", PF_A8R8G8B8, 4, 4, 0, 32, L""));
+  auto* const pTexture =
+      dynamic_cast<QXNullRenderTarget*>(m_Graphics.CreateRenderTexture(L"texture", PF_A8R8G8B8, 4, 4, 0, 32, L""));
   m_Graphics.AttachRenderTarget(pTexture);
   std::vector<unsigned char> arrPixels(64, 255);
   pTexture->CopyFromMemory(arrPixels.data(), 64);

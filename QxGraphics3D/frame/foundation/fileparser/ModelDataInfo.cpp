@@ -68,7 +68,9 @@ int ModelDataInfo::AddMesh(QXModelMesh* pMesh) {
   return static_cast<int>(m_arrMeshes.Add(pMesh));
 }
 
-int ModelDataInfo::GetMeshCount() const { return static_cast<int>(m_arrMeshes.GetSize()); }
+int ModelDataInfo::GetMeshCount() const {
+  return static_cast<int>(m_arrMeshes.GetSize());
+}
 
 QXModelMesh* ModelDataInfo::GetMesh(int nIndex) const {
   if (nIndex < 0 || nIndex >= GetMeshCount()) return nullptr;
@@ -80,7 +82,9 @@ int ModelDataInfo::AddNode(QXModelNode const& node) {
   return static_cast<int>(m_arrNodes.Add(node));
 }
 
-int ModelDataInfo::GetNodeCount() const { return static_cast<int>(m_arrNodes.GetSize()); }
+int ModelDataInfo::GetNodeCount() const {
+  return static_cast<int>(m_arrNodes.GetSize());
+}
 
 QXModelNode* ModelDataInfo::GetNode(int nIndex) {
   if (nIndex < 0 || nIndex >= GetNodeCount()) return nullptr;

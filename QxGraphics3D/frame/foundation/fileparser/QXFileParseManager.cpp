@@ -80,7 +80,9 @@ void QXFileParseManager::DestroyFileParser(QXFileParser* pParser) {
   }
 }
 
-QdcUnicodeString const& QXFileParseManager::GetErrorText() { return State().m_strError; }
+QdcUnicodeString const& QXFileParseManager::GetErrorText() {
+  return State().m_strError;
+}
 
 void QXFileParseManager::RegisterFileParser(
     int nType, QXFileParserCreateProc pfnCreate, QXFileParserDestroyProc pfnDestroy) {

@@ -6,9 +6,13 @@
 
 namespace QXC {
 
-QXFileParseModel::~QXFileParseModel() { delete m_pModelDataInfo; }
+QXFileParseModel::~QXFileParseModel() {
+  delete m_pModelDataInfo;
+}
 
-ModelDataInfo* QXFileParseModel::GetModelDataInfo() { return std::exchange(m_pModelDataInfo, nullptr); }
+ModelDataInfo* QXFileParseModel::GetModelDataInfo() {
+  return std::exchange(m_pModelDataInfo, nullptr);
+}
 
 void QXFileParseModel::SetModelDataInfo(ModelDataInfo* pModelDataInfo) {
   if (pModelDataInfo == m_pModelDataInfo) return;
