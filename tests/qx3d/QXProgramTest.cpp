@@ -29,9 +29,10 @@ std::string ReadText(std::string const& strPath) {
   return std::string(vecBytes.begin(), vecBytes.end());
 }
 
-/// Runs the program without a display.
-ProgramRun RunProgram(Folder const& folder, std::string const& strArguments) {
-  std::string const strCommand = "env -u DISPLAY -u WAYLAND_DISPLAY " + Quote(QX_PROGRAM) + " " + strArguments + " > " +
+/// Runs the program by a launcher: without a display, if no other is given.
+ProgramRun RunProgram(Folder const& folder, std::string const& strArguments,
+    std::string const& strLauncher = "env -u DISPLAY -u WAYLAND_DISPLAY") {
+  std::string const strCommand = strLauncher + " " + Quote(QX_PROGRAM) + " " + strArguments + " > " +
                                  Quote(folder.Path("stdout")) + " 2> " + Quote(folder.Path("stderr")) + " < /dev/null";
   int const nStatus = std::system(strCommand.c_str());
   ProgramRun run;
@@ -221,6 +222,70 @@ TEST(QXProgram, HelpAndVersionLeaveWithZero) {
   EXPECT_EQ(version.m_nExitStatus, 0);
   EXPECT_EQ(version.m_strOut.find("qx3d "), 0u);
 }
+
+#if defined(QX_WITH_OGRE)
+
+/// The colour of a pixel, in words.
+std::string NameColor(QXPicture const& picture, int x, int y) {
+  unsigned char const* p =
+      picture.m_vecPixels.data() +
+      3 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.m_nWidth) + static_cast<std::size_t>(x));
+  if (p[0] > 2 * p[1] && p[0] > 2 * p[2]) return "red";
+  if (p[2] > p[0] && p[1] > p[0]) return "sky";
+  return "other";
+}
+
+constexpr char const* WithDisplay = "xvfb-run -a";
+
+TEST(QXProgramWithDevice, ModelStandsInTheMiddleUnderTheSky) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder,
+      "view " + Quote(Block()) +
+          " --up z --renderer ogre --no-ground --size 160x120 --eye 1,-20,2 --look 1,0,2 --out " +
+          Quote(folder.Path("out.png")),
+      WithDisplay);
+  ASSERT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  ASSERT_EQ(picture.m_nWidth, 160);
+  EXPECT_EQ(NameColor(picture, 80, 60), "red");
+  EXPECT_EQ(NameColor(picture, 80, 5), "sky");
+  EXPECT_EQ(NameColor(picture, 5, 60), "sky");
+  // The eye stands level with the block's middle, 20 in front of its front side, which is 4 high: 2 / 20 of a picture
+  // that is tan(0.275) high to each side, so about 21 of 60 pixels up and down.
+  EXPECT_EQ(NameColor(picture, 80, 60 - 19), "red");
+  EXPECT_EQ(NameColor(picture, 80, 60 - 24), "sky");
+  EXPECT_EQ(NameColor(picture, 80, 60 + 19), "red");
+  EXPECT_EQ(NameColor(picture, 80, 60 + 24), "sky");
+}
+
+TEST(QXProgramWithDevice, EveryViewShowsTheModel) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder,
+      "view " + Quote(Block()) + " --renderer ogre --views 4 --no-ground --size 201x151 --out " +
+          Quote(folder.Path("out.png")),
+      WithDisplay);
+  ASSERT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  for (int x : {50, 150})
+    for (int y : {38, 113}) EXPECT_EQ(NameColor(picture, x, y), "red") << x << ", " << y;
+}
+
+TEST(QXProgramWithDevice, WindowDrawsItsFramesAndCloses) {
+  Folder const folder;
+  ProgramRun const run =
+      RunProgram(folder, "view " + Quote(Block()) + " --renderer ogre --frames 3 --size 160x120 --stats", WithDisplay);
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_EQ(run.m_strError, "");
+  EXPECT_NE(run.m_strOut.find("size               160 x 120"), std::string::npos) << run.m_strOut;
+}
+
+TEST(QXProgramWithDevice, WithoutADisplayTheWayOutIsNamed) {
+  Folder const folder;
+  ExpectFailure(folder, "view " + Quote(Block()) + " --renderer ogre --out " + Quote(folder.Path("out.png")), 1,
+      {"ogre", "xvfb-run"});
+}
+
+#endif
 
 }  // namespace
 }  // namespace QXApp
