@@ -17,8 +17,8 @@ namespace QXApp {
 /// @param strError  gets one line without the path if the result is null
 std::unique_ptr<QXC::ModelDataInfo> LoadModel(std::string const& strPath, UpAxis eUp, std::string& strError);
 
-/// Whether a model of unknown axes is to be turned from y up to z up. A wide model that is flat along one axis is ground
-/// with what stands on it, and that axis is up; any other follows the habit of its format.
+/// Whether a model of unknown axes is to be turned from y up to z up. A wide model that is flat along one axis is
+/// ground with what stands on it, and that axis is up; any other follows the habit of its format.
 /// @param nType  number of QXFileType::EmType
 bool IsYUp(QXC::ModelDataInfo const& model, int nType, UpAxis eUp);
 

@@ -30,8 +30,8 @@ struct Axes {
 };
 
 /// Of one axis of the picture: the nearest eye that sees all points between the two edges, and where it stands across.
-/// A point at (across a, depth d) from the target lies inside if |a - x| <= tan * (distance + d), so the two extremes of
-/// a - tan * d and -a - tan * d bound the distance, and the eye stands in their middle.
+/// A point at (across a, depth d) from the target lies inside if |a - x| <= tan * (distance + d), so the two extremes
+/// of a - tan * d and -a - tan * d bound the distance, and the eye stands in their middle.
 struct AxisFit {
   explicit AxisFit(double dTan) : m_dTan(dTan) {}
   void Add(double dAcross, double dDepth) {
@@ -162,8 +162,8 @@ void GetViewAngles(int nView, double& dHeading, double& dElevation) {
 
 namespace {
 
-/// A fraction of a side that a viewport truncates to the pixels meant: a quarter of a pixel above them, since a fraction
-/// of exactly n / side times the side may come out below n.
+/// A fraction of a side that a viewport truncates to the pixels meant: a quarter of a pixel above them, since a
+/// fraction of exactly n / side times the side may come out below n.
 double ToFraction(int nPixels, int nSide) {
   return (nPixels + 0.25) / nSide;
 }

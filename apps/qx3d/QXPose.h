@@ -9,9 +9,9 @@
 
 namespace QXApp {
 
-/// A view around a target: the eye stands m_dDistance away, looking along a heading (radians clockwise from north, which
-/// is +y) and an elevation (radians above the horizon; negative looks down). World z is upwards in the picture; straight
-/// down, the heading is.
+/// A view around a target: the eye stands m_dDistance away, looking along a heading (radians clockwise from north,
+/// which is +y) and an elevation (radians above the horizon; negative looks down). World z is upwards in the picture;
+/// straight down, the heading is.
 struct QXPose {
   QXC::QXVector3d m_vecTarget;
   double m_dHeading = 0.0;
@@ -52,8 +52,8 @@ void ComputeNearFar(
 /// Source: similar triangles; x and y scale by the cotangent of the half angle, z maps near to -w and far to w.
 QXC::QXMatrix4d MakePerspective(double dFovY, double dAspect, double dNear, double dFar);
 
-/// Heading and elevation of a viewport by its place: obliquely from the south, straight down, then along the ground from
-/// south, east, north and west, then obliquely from further sides.
+/// Heading and elevation of a viewport by its place: obliquely from the south, straight down, then along the ground
+/// from south, east, north and west, then obliquely from further sides.
 void GetViewAngles(int nView, double& dHeading, double& dElevation);
 
 /// Place of a viewport, as fractions of the target from its lower left corner.
@@ -64,9 +64,9 @@ struct QXCell {
   double m_dHeight;
 };
 
-/// Place of a viewport in a grid over a target of a size in pixels: rows as even as they get, filled from the upper left,
-/// the upper ones one viewport longer where the number does not divide, each row over the whole width. The fractions
-/// are such that neighbours touch in whole pixels.
+/// Place of a viewport in a grid over a target of a size in pixels: rows as even as they get, filled from the upper
+/// left, the upper ones one viewport longer where the number does not divide, each row over the whole width. The
+/// fractions are such that neighbours touch in whole pixels.
 QXCell GetViewCell(int nView, int nViews, int nWidth, int nHeight);
 
 }  // namespace QXApp

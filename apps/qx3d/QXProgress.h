@@ -6,8 +6,8 @@
 
 namespace QXApp {
 
-/// One line on the standard error output that each step overwrites; nothing where that is no terminal, so that files and
-/// pipes get results and errors alone.
+/// One line on the standard error output that each step overwrites; nothing where that is no terminal, so that files
+/// and pipes get results and errors alone.
 class QXProgress {
 public:
   QXProgress();

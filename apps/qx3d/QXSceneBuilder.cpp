@@ -20,8 +20,8 @@ namespace {
 
 using QXC::QXVector3d;
 
-/// A drawable is closed beyond this many vertices: large enough for few draw operations, small enough for buffers of any
-/// device.
+/// A drawable is closed beyond this many vertices: large enough for few draw operations, small enough for buffers of
+/// any device.
 constexpr unsigned int MaxVertices = 1000000;
 
 /// Turns normals by a placement: the cross products of its axes, which stay right under uneven scaling.

@@ -43,8 +43,9 @@ struct QXScene {
 /// operations follows the size of a model and not the number of its meshes and materials. Opaque and transparent
 /// triangles never share a drawable.
 ///
-/// Colours: material times vertex colour. A mesh with neither is coloured by its faces: ground where it is level and low,
-/// roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is mixed with a light paper tone.
+/// Colours: material times vertex colour. A mesh with neither is coloured by its faces: ground where it is level and
+/// low, roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is mixed with a
+/// light paper tone.
 ///
 /// Cost: linear in the placed vertices.
 QXScene BuildScene(QXC::ModelDataInfo const& model);

@@ -41,8 +41,8 @@ std::string MakeLine(std::string const& strText) {
   return strLine.empty() ? "the importer gives no reason" : strLine;
 }
 
-/// Texture rows count from the top, equal vertices are joined; the rest is the converter's. The importer's own cutting of
-/// polygons ends the process on some broken ones.
+/// Texture rows count from the top, equal vertices are joined; the rest is the converter's. The importer's own cutting
+/// of polygons ends the process on some broken ones.
 aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName) {
   // Bones, lights, cameras and animations have no place in the model: not read, not an attack surface either.
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_CAMERAS, false);

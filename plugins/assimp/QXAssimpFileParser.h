@@ -16,8 +16,8 @@ public:
   unsigned char Open(QXC::QXImportParams* pParams) override;
   QXC::QdcUnicodeString const& GetErrorText() const override { return m_strError; }
 
-  /// Reads a model from memory, as Open does from a file; std::bad_alloc alone passes. The importer runs in a process of
-  /// its own, since some broken files end it.
+  /// Reads a model from memory, as Open does from a file; std::bad_alloc alone passes. The importer runs in a process
+  /// of its own, since some broken files end it.
   /// @param strFolder  where companions of the model lie, empty if none may be read
   /// @param vecBytes   contents; moved into and changed
   /// @return  an empty string, or the reason of the failure

@@ -13,8 +13,8 @@ struct QXCornerNormals {
 };
 
 /// Computes a normal for each corner: the mean, weighted by area, of the triangles that meet at its position and lean
-/// from its own by less than 30 degrees. So walls and roofs stay flat and domes become round, whatever vertices the file
-/// shares or doubles.
+/// from its own by less than 30 degrees. So walls and roofs stay flat and domes become round, whatever vertices the
+/// file shares or doubles.
 /// @param pPositions  three floats a vertex
 /// @param vecCorners  three vertex numbers a triangle
 /// Cost: linear in the corners times the triangles that meet at one, of which the first 64 are asked.
