@@ -34,7 +34,8 @@ struct QXOgreSurface {
   float m_fDepthBias = 0.0F;
   float m_fDepthBiasSlope = 0.0F;
 
-  auto operator<=>(QXOgreSurface const&) const = default;
+  // The check takes the zero inside the comparison that the compiler writes for a pointer.
+  auto operator<=>(QXOgreSurface const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// Numbers of the custom parameters that a renderable gives.

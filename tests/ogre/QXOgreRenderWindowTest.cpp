@@ -24,6 +24,11 @@ private:
 };
 testing::Environment* const s_pOpenDisplay = testing::AddGlobalTestEnvironment(new QXOpenDisplay);
 
+/// X11 numbers its windows; hosts hand the number over as the handle.
+HWND ToHandle(Window nWindow) {
+  return reinterpret_cast<HWND>(nWindow);  // NOLINT(performance-no-int-to-ptr)
+}
+
 /// A window as a host's toolkit would make it, with a connection of its own.
 class QXHostWindow {
 public:
@@ -38,7 +43,7 @@ public:
   }
   QXHostWindow(QXHostWindow const&) = delete;
   QXHostWindow& operator=(QXHostWindow const&) = delete;
-  HWND GetHandle() const { return reinterpret_cast<HWND>(m_nWindow); }
+  HWND GetHandle() const { return ToHandle(m_nWindow); }
   /// Colour of a pixel as the window shows it.
   QXPixel Shown(int x, int y) {
     XSync(m_pDisplay, 0);
@@ -118,7 +123,7 @@ TEST_F(QXOgreRenderWindow, AWindowFollowsItsNewSize) {
 
 TEST_F(QXOgreRenderWindow, AWindowTakesSeveralSamplesAndStillDraws) {
   QXHostWindow host(64, 64);
-  for (HWND const hWindow : {HWND{}, host.GetHandle()}) {
+  for (HWND hWindow : {HWND{}, host.GetHandle()}) {
     QXRenderTarget* const pWindow = MakeWindow(hWindow ? L"child" : L"own", hWindow, 64, 64);
     ASSERT_NE(pWindow, nullptr);
     QXRenderOperation3D* const pOperation = DrawSquare(0.0F, 0.0F, 1.0F, 1.0F, 0.0F, RED);
@@ -134,8 +139,7 @@ TEST_F(QXOgreRenderWindow, AWindowTakesSeveralSamplesAndStillDraws) {
 }
 
 TEST_F(QXOgreRenderWindow, AHandleThatIsNoWindowIsRefused) {
-  QXRenderTarget* const pWindow =
-      m_pGraphics3D->CreateRenderWindow(L"window", reinterpret_cast<HWND>(std::uintptr_t{12345}), 64, 64, 0);
+  QXRenderTarget* const pWindow = m_pGraphics3D->CreateRenderWindow(L"window", ToHandle(12345), 64, 64, 0);
   EXPECT_EQ(pWindow, nullptr);
   std::string const strError = Text(m_pGraphics3D->GetErrorText());
   EXPECT_FALSE(strError.empty());
