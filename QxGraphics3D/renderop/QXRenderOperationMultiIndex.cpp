@@ -1,6 +1,26 @@
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 
+#include <algorithm>
+#include <cstdint>
+
 namespace QXC {
+
+namespace {
+
+// Deletes the first nCount packages whose ownership byte is 1 and empties the array down to its storage. The destructor
+// comes here, so no subscript that throws.
+template <class T>
+void DeleteOwned(QdcArray<T*>& arrPackages, std::uint64_t nCount, unsigned char T::*pOwned) {
+  T** const pSlots = arrPackages.GetData();
+  for (std::uint64_t i = 0; i < std::min(nCount, arrPackages.GetSize()); ++i) {
+    if (pSlots[i] && pSlots[i]->*pOwned == 1) delete pSlots[i];
+    pSlots[i] = nullptr;
+  }
+  arrPackages.RemoveAll();
+  arrPackages.FreeExtra();
+}
+
+}  // namespace
 
 QXRenderOperationMultiIndex::QXRenderOperationMultiIndex() {
   m_eType = QX_RENDER_OPERATION_MULTI_INDEX;
@@ -56,20 +76,12 @@ QdcArray<QXTexturePackage*> const& QXRenderOperationMultiIndex::GetTexturePackag
 }
 
 void QXRenderOperationMultiIndex::RemoveAll() {
-  // Each slot is nulled as soon as its package is gone. A slot that a host has emptied holds nothing to delete,
-  // and an untextured range has no texture package.
-  for (QXVertexIndexPackage*& pIndex : m_arrIndexPackages) {
-    if (pIndex && pIndex->m_bPackageOwned == 1) delete pIndex;
-    pIndex = nullptr;
-  }
-  for (QXTexturePackage*& pTexture : m_arrTexturePackages) {
-    if (pTexture && pTexture->m_bOwned == 1) delete pTexture;
-    pTexture = nullptr;
-  }
-  m_arrIndexPackages.RemoveAll();
-  m_arrIndexPackages.FreeExtra();
-  m_arrTexturePackages.RemoveAll();
-  m_arrTexturePackages.FreeExtra();
+  // m_nSize says how many pairs this operation answers for: a host that destroys both of two copies disarms one by
+  // setting it to 0. The arrays bound the walk, since a host may have emptied them instead. A slot that a host has
+  // emptied holds nothing to delete, and an untextured range has no texture package.
+  auto const size = static_cast<std::uint64_t>(std::max(m_nSize, 0));
+  DeleteOwned(m_arrIndexPackages, size, &QXVertexIndexPackage::m_bPackageOwned);
+  DeleteOwned(m_arrTexturePackages, size, &QXTexturePackage::m_bOwned);
   m_nSize = 0;
 }
 

@@ -36,11 +36,12 @@ public:
   QdcArray<QXVertexIndexPackage*> const& GetIndexPackageArray() const;
   QdcArray<QXTexturePackage*> const& GetTexturePackageArray() const;
 
-  /// Deletes the owned packages and empties both arrays down to their storage. Packages that others own stay
-  /// alive. m_bDirty stays as it is.
+  /// Deletes the owned packages of the first m_nSize pairs and empties both arrays down to their storage. Packages
+  /// that others own stay alive. m_bDirty stays as it is.
   void RemoveAll();
 
   QXTexCoordBlock* m_pTexCoordBlock = nullptr;
+  /// Pairs in the two arrays. RemoveAll and the destructor look at no more than these.
   int m_nSize = 0;
   QdcArray<QXVertexIndexPackage*> m_arrIndexPackages;
   QdcArray<QXTexturePackage*> m_arrTexturePackages;

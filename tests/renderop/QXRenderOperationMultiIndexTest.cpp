@@ -175,6 +175,49 @@ TEST(QXRenderOperationMultiIndex, CopiesShareEverythingAndOneIsDestroyed) {
   }
 }
 
+// The address sanitizer sees a package freed twice or never.
+TEST(QXRenderOperationMultiIndex, CopyOfSizeZeroLeavesThePackagesToTheOther) {
+  QXRenderOperationMultiIndex source;
+  source.SetAt(new QXVertexIndexPackage, new QXTexturePackage);
+  source.GetIndexPackageArray()[0]->m_nIndexNum = 42;
+  {
+    QXRenderOperationMultiIndex copy(source);
+    copy.m_nSize = 0;
+  }
+  EXPECT_EQ(source.GetIndexPackageArray()[0]->m_nIndexNum, 42u);
+  EXPECT_EQ(source.GetTexturePackageArray()[0]->m_bOwned, 1);
+}
+
+TEST(QXRenderOperationMultiIndex, RemoveAllDeletesNoMorePairsThanItsSize) {
+  QXRenderOperationMultiIndex operation;
+  auto* const pIndex = new QXVertexIndexPackage;
+  auto* const pTexture = new QXTexturePackage;
+  operation.SetAt(new QXVertexIndexPackage, new QXTexturePackage);
+  operation.SetAt(pIndex, pTexture);
+  operation.m_nSize = 1;
+  operation.RemoveAll();
+  EXPECT_EQ(operation.GetSize(), 0);
+  EXPECT_EQ(operation.GetIndexPackageArray().GetSize(), 0u);
+  EXPECT_EQ(operation.GetTexturePackageArray().GetSize(), 0u);
+  EXPECT_EQ(pIndex->m_bPackageOwned, 1);
+  EXPECT_EQ(pTexture->m_bOwned, 1);
+  delete pIndex;
+  delete pTexture;
+}
+
+TEST(QXRenderOperationMultiIndex, RemoveAllStaysInsideItsArraysWhateverItsSizeSays) {
+  for (int const size : {-1, 7}) {
+    QXVertexIndexPackage index;
+    index.m_bPackageOwned = 0;
+    QXRenderOperationMultiIndex operation;
+    operation.SetAt(&index, nullptr);
+    operation.m_nSize = size;
+    operation.RemoveAll();
+    EXPECT_EQ(operation.GetSize(), 0) << size;
+    EXPECT_EQ(operation.GetIndexPackageArray().GetSize(), 0u) << size;
+  }
+}
+
 TEST(QXRenderOperationMultiIndex, AssignmentToItselfChangesNothing) {
   QXRenderOperationMultiIndex operation;
   operation.SetAt(new QXVertexIndexPackage, new QXTexturePackage);
