@@ -72,6 +72,8 @@ QXRenderOperation& QXRenderOperation::operator=(QXRenderOperation const& other) 
   // allocation that fails leaves everything as it was.
   QXRenderOperation fresh(other);
   SwapArrays(fresh);
+  // The name is an allocation too: taken over here, it is long enough for CopyValues to write in place.
+  m_strName = std::move(fresh.m_strName);
   CopyValues(other);
   for (QXTexture* pTexture : m_pTextures) {
     if (pTexture) pTexture->AddRef();

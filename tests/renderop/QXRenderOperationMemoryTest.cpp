@@ -8,7 +8,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexDataPackage.h>
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
 
-// This program replaces the array allocator, so that it sees what is asked for and can refuse it.
+// This program replaces the allocator, so that it sees what is asked for and can refuse it.
 namespace {
 
 std::size_t g_nLimit = std::size_t{1} << 30;
@@ -17,7 +17,27 @@ std::size_t g_nFailAt = 0;
 std::size_t g_nAllocations = 0;
 std::ptrdiff_t g_nLive = 0;
 
+// Single objects are refused by their number among the large ones alone: the tests' own small objects do not count.
+constexpr std::size_t LargeObject = 10000;
+std::size_t g_nFailAtObject = 0;
+std::size_t g_nLargeObjects = 0;
+
 }  // namespace
+
+void* operator new(std::size_t nSize) {
+  if (nSize >= LargeObject && ++g_nLargeObjects == g_nFailAtObject) throw std::bad_alloc();
+  void* const pBlock = std::malloc(nSize == 0 ? 1 : nSize);
+  if (!pBlock) throw std::bad_alloc();
+  return pBlock;
+}
+
+void operator delete(void* pBlock) noexcept {
+  std::free(pBlock);
+}
+
+void operator delete(void* pBlock, std::size_t) noexcept {
+  std::free(pBlock);
+}
 
 void* operator new[](std::size_t nSize) {
   ++g_nAllocations;
@@ -136,6 +156,36 @@ TEST_F(QXRenderOperationMemory, AssignmentThatFailsLeavesTheTargetAsItWas) {
     EXPECT_EQ(target.m_pVertices[2], 3.0F);
     EXPECT_EQ(target.m_nMode0, 2);
   }
+}
+
+TEST_F(QXRenderOperationMemory, AssignmentThatFailsOverTheNameLeavesTheTargetAsItWas) {
+  QXRenderOperation source;
+  FillFiveArrays(source);
+  source.m_nMode0 = 99;
+  source.m_nMode9 = 99;
+  source.m_strName.SetLength(LargeObject);
+  source.m_strName[0] = L's';
+  QXRenderOperation target;
+  target.m_strName = L"target";
+  std::size_t failures = 0;
+  for (bool bDone = false; !bDone;) {
+    g_nLargeObjects = 0;
+    g_nFailAtObject = failures + 1;
+    try {
+      target = source;
+      bDone = true;
+    } catch (std::bad_alloc const&) {
+      ++failures;
+      EXPECT_TRUE(target.m_strName == L"target") << "failure " << failures;
+      EXPECT_EQ(target.m_nVertexNum, 0u) << "failure " << failures;
+      EXPECT_EQ(target.m_nMode0, 2) << "failure " << failures;
+      EXPECT_EQ(target.m_nMode9, 0) << "failure " << failures;
+    }
+    g_nFailAtObject = 0;
+  }
+  EXPECT_GT(failures, 0u);
+  EXPECT_TRUE(target.m_strName == source.m_strName);
+  EXPECT_EQ(target.m_nMode0, 99);
 }
 
 TEST_F(QXRenderOperationMemory, NewIndicesReplaceTheCopyOfASharedArrayAtOnce) {
