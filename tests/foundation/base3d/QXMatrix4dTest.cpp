@@ -186,8 +186,10 @@ TEST_P(QXMatrix4dSingular, IsRefusedAndLeavesTheOutputAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, QXMatrix4dSingular,
     testing::Values(SingularCase{"Zero", {}},
-        // 1 to 16: rank 2, and elimination alone leaves a pivot of rounding noise.
         SingularCase{"Counted", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}},
+        // The last row is made of the first three, yet elimination alone leaves a pivot of rounding noise.
+        SingularCase{"SumOfRows", {-2, 3, 1, -1, 9, -8, -6, 9, -7, -9, 2, -6, 21, -1, -12, 22}},
+        SingularCase{"DifferenceOfRows", {5, -9, 9, -3, 2, 2, 1, 5, 9, 4, 3, -9, 1, 33, -22, -14}},
         SingularCase{"EqualRows", {0.1, 0.7, 0.3, 0.9, 0.1, 0.7, 0.3, 0.9, 5, 1, 2, 3, 7, 2, 8, 1}},
         SingularCase{"ZeroColumn", {1, 0, 3, 4, 5, 0, 7, 8, 9, 0, 1, 12, 13, 0, 15, 1}},
         SingularCase{"ZeroScaleInX", {0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 6, 7, 1}},

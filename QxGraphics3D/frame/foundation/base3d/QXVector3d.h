@@ -11,7 +11,7 @@ class QXMatrix4d;
 class QXQuaternion4d;
 
 /// A vector or point of three doubles. Vectors are rows: they stand left of a matrix.
-/// Cost: 32 bytes, a third of them the virtual table's pointer; streams of points keep bare doubles instead.
+/// Cost: 32 bytes, a quarter of them the virtual table's pointer; streams of points keep bare doubles instead.
 class QXGRAPHICS3D_API QXVector3d {
 public:
   double x;
