@@ -16,6 +16,12 @@ namespace {
 /// First byte of what the child sends.
 enum : unsigned char { SENT_RESULT = 1, SENT_REASON = 2 };
 
+#if defined(QX_UNLIMITED_MEMORY)
+constexpr bool MemoryIsLimited = false;
+#else
+constexpr bool MemoryIsLimited = true;
+#endif
+
 void Limit(__rlimit_resource eResource, rlim_t nValue) {
   rlimit const limit = {nValue, nValue};
   setrlimit(eResource, &limit);
@@ -43,10 +49,8 @@ void PrepareChild(std::size_t nInput) {
   Limit(RLIMIT_CORE, 0);
   // A second for each half megabyte is a hundred times what a whole file takes.
   Limit(RLIMIT_CPU, 30 + nInput / (512 * 1024));
-#if !defined(QX_UNLIMITED_MEMORY)
-  rlim_t const nInUse = AddressSpaceInUse();
+  rlim_t const nInUse = MemoryIsLimited ? AddressSpaceInUse() : 0;
   if (nInUse != 0) Limit(RLIMIT_AS, nInUse + (rlim_t{1} << 30) + 64 * static_cast<rlim_t>(nInput));
-#endif
 }
 
 void SendAll(int nPipe, unsigned char const* pBytes, std::size_t nCount) {
