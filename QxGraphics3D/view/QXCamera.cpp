@@ -114,8 +114,10 @@ void QXCamera::SetRelativeOrigin(QXVector3d const& origin) {
 }
 
 void QXCamera::SetPosition(QXVector3d const& position) {
-  m_vecRelativePosition = position - m_vecRelativeOrigin;
+  // The position handed in may be the relative one of this very camera, which GetRelativePosition gives by reference.
+  QXVector3d const relativePosition = position - m_vecRelativeOrigin;
   m_vecPosition = position;
+  m_vecRelativePosition = relativePosition;
   InvalidateView();
 }
 
@@ -124,8 +126,10 @@ void QXCamera::SetPosition(double dX, double dY, double dZ) {
 }
 
 void QXCamera::Move(QXVector3d const& vector) {
+  // Both sums before either is stored: the vector may be one of the two positions, which are given by reference.
+  QXVector3d const relativePosition = m_vecRelativePosition + vector;
   m_vecPosition = m_vecPosition + vector;
-  m_vecRelativePosition = m_vecRelativePosition + vector;
+  m_vecRelativePosition = relativePosition;
   InvalidateView();
 }
 

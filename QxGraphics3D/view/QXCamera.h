@@ -81,8 +81,8 @@ public:
   QXVector3d GetDirection() const;
   QXVector3d GetRight() const;
   QXVector3d GetUp() const;
-  /// Turns by the shortest way to look along a vector of any length; the exact reverse turns about the camera's up
-  /// axis. The zero vector changes nothing. The fixed yaw axis plays no part.
+  /// Turns by the shortest way to look along a vector, which need not be a unit vector; the exact reverse turns about
+  /// the camera's up axis. The zero vector changes nothing. The fixed yaw axis plays no part.
   void SetDirection(QXVector3d const& direction);
   void SetDirection(double dX, double dY, double dZ);
   /// Turns to look at a point, as SetDirection does.

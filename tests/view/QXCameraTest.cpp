@@ -199,6 +199,21 @@ TEST(QXCamera, MovesBothPositionsInItsOwnAxes) {
   EXPECT_EQ(camera.IsViewOutOfDate(), 1);
 }
 
+TEST(QXCamera, TakesItsOwnPositionsAsArguments) {
+  QXCamera camera;
+  camera.SetRelativeOrigin({5, 5, 5});
+  camera.SetPosition(10, 20, 30);
+  camera.Move(camera.GetPosition());
+  EXPECT_EQ(camera.GetPosition(), QXVector3d(20, 40, 60));
+  EXPECT_EQ(camera.GetRelativePosition(), QXVector3d(15, 35, 55));
+  camera.Move(camera.GetRelativePosition());
+  EXPECT_EQ(camera.GetPosition(), QXVector3d(35, 75, 115));
+  EXPECT_EQ(camera.GetRelativePosition(), QXVector3d(30, 70, 110));
+  camera.SetPosition(camera.GetRelativePosition());
+  EXPECT_EQ(camera.GetPosition(), QXVector3d(30, 70, 110));
+  EXPECT_EQ(camera.GetRelativePosition(), QXVector3d(25, 65, 105));
+}
+
 TEST(QXCamera, ReflectsAMoveInTheViewMatrix) {
   QXCamera camera;
   camera.SetPosition(1, 2, 3);
@@ -459,6 +474,7 @@ TEST_F(QXCameraPixels, SaturateInsteadOfOverflowing) {
   EXPECT_EQ(m_camera.ComputerLength2Pix(10, 0, 0), std::numeric_limits<int>::max());
   EXPECT_EQ(m_camera.ComputerLength2Pix(1e30, 1, 0), std::numeric_limits<int>::max());
   EXPECT_EQ(m_camera.ComputerLength2Pix(-1e30, 1, 1), std::numeric_limits<int>::min());
+  EXPECT_EQ(m_camera.ComputerLength2Pix(0, 0, 0), 0);  // 0 / 0 is no number
 }
 
 TEST(QXCamera, KeepsThePlainViewForAFlatScene) {
