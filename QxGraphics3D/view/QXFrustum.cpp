@@ -24,6 +24,11 @@ struct TolerancePlanes {
   QXPlane m_Planes[6];
 };
 
+unsigned char IsSphereVisible(QXPlane const* pPlanes, QXBoundingSphere const& sphere) {
+  if (!sphere.valid()) return 0;
+  return detail::g_pfnSphereTest(pPlanes, sphere);
+}
+
 unsigned char IsOrientedBoxVisible(QXPlane const* pPlanes, QXOrientedBoundingBox const& box) {
   return std::all_of(pPlanes, pPlanes + 6, [&](QXPlane const& plane) { return box.IntersectPlane(plane) != 0; }) ? 1
                                                                                                                  : 0;
@@ -194,9 +199,8 @@ unsigned char QXFrustum::IsVisible(QXBoundingBox const& box, double dTolerance) 
 }
 
 unsigned char QXFrustum::IsVisible(QXBoundingSphere const& sphere, double dTolerance) const {
-  if (!sphere.valid()) return 0;
-  if (qdcequal(dTolerance, 0.0)) return detail::g_pfnSphereTest(m_Planes, sphere);
-  return detail::g_pfnSphereTest(TolerancePlanes(*this, dTolerance).m_Planes, sphere);
+  if (qdcequal(dTolerance, 0.0)) return IsSphereVisible(m_Planes, sphere);
+  return IsSphereVisible(TolerancePlanes(*this, dTolerance).m_Planes, sphere);
 }
 
 unsigned char QXFrustum::IsVisible(QXOrientedBoundingBox& box, double dTolerance) const {

@@ -46,8 +46,9 @@ public:
   virtual QXMatrix4d GetModelViewProMatrix() const;
   /// Six planes whose normals point inwards: below, behind the far end, right, left, before the near end, above.
   virtual QXPlane const* GetFrustumPlanes() const;
-  /// Called by the visibility tests with a tolerance other than 0, before they look at a plane. A derived class fills
-  /// in all six planes, shifted by its own rule; they arrive default-constructed and the base leaves them so.
+  /// Called at the start of every visibility test with a tolerance other than 0 (by qdcequal), whatever is tested, and
+  /// of no other. A derived class fills in all six planes, shifted by its own rule; they arrive default-constructed and
+  /// the base leaves them so.
   virtual void ComputerPlane(QXPlane* pPlanes, double dTolerance) const;
   /// Marks the view matrix as out of date.
   virtual void InvalidateView();

@@ -426,12 +426,16 @@ TEST(QXFrustum, RejectsASphereThatTouchesFromOutside) {
   EXPECT_EQ(frustum.IsVisible(MakeSphere({0, -1.999, 0}, 1.0), 0.0), 1);
 }
 
-TEST(QXFrustum, RejectsAnInvalidSphereWithoutLookingAtPlanes) {
-  ProbeFrustum const frustum = MakeCube();
-  EXPECT_EQ(frustum.IsVisible(QXBoundingSphere(), 0.0), 0);
-  EXPECT_EQ(frustum.IsVisible(QXBoundingSphere(), 5.0), 0);
+TEST(QXFrustum, RejectsAnInvalidSphereThatNoPlaneWouldReject) {
+  ProbeFrustum frustum = MakeCube();
+  frustum.m_bShiftPlanes = true;
+  // A radius below 0 that is still farther from all planes than its amount: only its being invalid makes it invisible.
+  EXPECT_EQ(frustum.IsVisible(MakeSphere(QXVector3d::ZERO, -0.5), 0.0), 0);
+  EXPECT_EQ(frustum.IsVisible(MakeSphere(QXVector3d::ZERO, -0.5), 5.0), 0);
   EXPECT_EQ(frustum.IsVisible(MakeSphere(QXVector3d::ZERO, kNaN), 0.0), 0);
-  EXPECT_EQ(frustum.m_nPlaneCalls, 0);
+  EXPECT_EQ(frustum.IsVisible(MakeSphere(QXVector3d::ZERO, kNaN), 5.0), 0);
+  EXPECT_EQ(frustum.IsVisible(QXBoundingSphere(), 5.0), 0);
+  EXPECT_EQ(frustum.m_nPlaneCalls, 3);  // a test with a tolerance always starts with the planes
 }
 
 TEST(QXFrustum, SeesASphereWhoseDistanceIsNoNumber) {
