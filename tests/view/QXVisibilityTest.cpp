@@ -8,10 +8,17 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <random>
 #include <string>
+
+#if defined(__unix__)
+#  include <sys/mman.h>
+#  include <unistd.h>
+#endif
 
 using namespace QXC;
 using QXC::detail::QXVisibilityTests;
@@ -58,6 +65,9 @@ protected:
     return m_engine() % 3 == 0 ? kOdd[m_engine() % std::size(kOdd)] : Uniform(-2.0, 2.0);
   }
   QXVector3d OddVector() { return {Odd(), Odd(), Odd()}; }
+  /// Any bit pattern: every exponent is as likely as another, so that products and sums leave the range of doubles.
+  double AnyBits() { return std::bit_cast<double>(std::uint64_t{m_engine()}); }
+  QXVector3d AnyBitsVector() { return {AnyBits(), AnyBits(), AnyBits()}; }
 
   void ExpectAgreement(Planes const& planes, QXBoundingBox const& box) {
     unsigned char const bExpected = IsBoxVisibleByCorners(planes, box);
@@ -139,6 +149,60 @@ TEST_P(QXVisibility, AnswersForBoxesOfOddNumbersAsEightCornersDo) {
   }
   ExpectBothAnswersOften(10000);
 }
+
+TEST_P(QXVisibility, AnswersForAnyBitsAsCornersAndDistancesDo) {
+  for (int nRound = 0; nRound < 200000; ++nRound) {
+    Planes planes;
+    for (QXPlane& plane : planes) plane = QXPlane({0, 0, 0}, 1.0);
+    for (int nAny = 0; nAny < 2; ++nAny) planes[m_engine() % 6] = QXPlane(AnyBitsVector(), AnyBits());
+    ExpectAgreement(planes, QXBoundingBox(AnyBitsVector(), AnyBitsVector()));
+    ExpectAgreement(planes, MakeSphere(AnyBitsVector(), AnyBits()));
+    if (HasFatalFailure()) return;
+  }
+  ExpectBothAnswersOften(10000);
+}
+
+#if defined(__unix__)
+/// One page of memory between two that must not be touched.
+class GuardedPage {
+public:
+  GuardedPage() : m_nSize(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
+    void* const pPages = mmap(nullptr, 3 * m_nSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pPages == MAP_FAILED) return;
+    m_pPages = static_cast<char*>(pPages);
+    m_bUsable = mprotect(m_pPages + m_nSize, m_nSize, PROT_READ | PROT_WRITE) == 0;
+  }
+  GuardedPage(GuardedPage const&) = delete;
+  GuardedPage& operator=(GuardedPage const&) = delete;
+  ~GuardedPage() {
+    if (m_pPages) munmap(m_pPages, 3 * m_nSize);
+  }
+  bool IsUsable() const { return m_bUsable; }
+  /// The first place in the page for so many bytes, or the last one.
+  void* GetPlace(std::size_t nBytes, bool bLast) const { return m_pPages + (bLast ? 2 * m_nSize - nBytes : m_nSize); }
+
+private:
+  std::size_t m_nSize;
+  char* m_pPages = nullptr;
+  bool m_bUsable = false;
+};
+
+TEST_P(QXVisibility, ReadsNothingBesidePlanesBoxAndSphere) {
+  GuardedPage const page;
+  ASSERT_TRUE(page.IsUsable());
+  Planes const planes = MakePlanes(m_engine);
+  QXBoundingBox const box({-1, -1, -1}, {1, 1, 1});
+  QXBoundingSphere const sphere = MakeSphere({0, 0, 0}, 1.0);
+  for (bool const bLast : {false, true}) {
+    auto* const pPlanes = new (page.GetPlace(sizeof(Planes), bLast)) Planes(planes);
+    EXPECT_EQ(GetParam().m_pfnBox(pPlanes->data(), box), 1);
+    EXPECT_EQ(GetParam().m_pfnSphere(pPlanes->data(), sphere), 1);
+    EXPECT_EQ(GetParam().m_pfnBox(planes.data(), *new (page.GetPlace(sizeof box, bLast)) QXBoundingBox(box)), 1);
+    EXPECT_EQ(
+        GetParam().m_pfnSphere(planes.data(), *new (page.GetPlace(sizeof sphere, bLast)) QXBoundingSphere(sphere)), 1);
+  }
+}
+#endif
 
 TEST_P(QXVisibility, DoesNotRejectABoxWithACornerThatIsNoNumber) {
   Planes planes;
