@@ -207,6 +207,28 @@ TEST(QXMatrix4d, InvertsVerySmallAndVeryLargeScales) {
   }
 }
 
+// The determinant of each, 1e-400 or 1e400 times that of the plain matrix, lies outside the range of doubles.
+TEST(QXMatrix4d, InvertsWhereTwoRowsOrColumnsAreOfAnotherScale) {
+  QXMatrix4d plain;
+  std::copy_n(std::array<double, 16>{2, -1, 3, 1, 1, 4, -2, 2, -3, 1, 2, 5, 1, 2, 1, -4}.begin(), 16, &plain.m[0][0]);
+  QXMatrix4d const expected = plain.Invert();
+  for (double const dScale : {1e-200, 1e200}) {
+    for (bool const bRows : {true, false}) {
+      auto const scale = [&](int nLine) { return nLine < 2 ? dScale : 1.0; };
+      QXMatrix4d matrix = plain;
+      for (int nIndex = 0; nIndex < 16; ++nIndex) {
+        matrix[nIndex / 4][nIndex % 4] *= scale(bRows ? nIndex / 4 : nIndex % 4);
+      }
+      QXMatrix4d inverse;
+      ASSERT_EQ(Invert(matrix, inverse), 1) << dScale << (bRows ? " rows" : " columns");
+      for (int nIndex = 0; nIndex < 16; ++nIndex) {  // what stretches rows shrinks the columns of the inverse
+        inverse[nIndex / 4][nIndex % 4] *= scale(bRows ? nIndex % 4 : nIndex / 4);
+      }
+      ExpectNear(inverse, expected, 1e-15);
+    }
+  }
+}
+
 TEST(QXMatrix4d, InvertsATranslationFarBeyondTheEarth) {
   QXMatrix4d matrix;
   matrix.SetTrans({1e20, -3e20, 7});
