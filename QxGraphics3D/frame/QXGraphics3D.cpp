@@ -155,7 +155,7 @@ void QXGraphics3D::SetWorldMatrices(QXMatrix4d const* pMatrices, unsigned short 
   SetWorldMatrix(QXMatrix4d::IDENTITY);
 }
 
-void QXGraphics3D::SetTextureUnitSettings(unsigned int nUnit, QXTextureUnitState& state) {
+void QXGraphics3D::SetTextureUnitSettings(unsigned int nUnit, QXTextureUnitState const& state) {
   // Effects (environment maps, projection) are the plug-in's own business: it reads them off the state.
   int const nFilter2 = state.GetTextureFiltering(2);
   int const nFilter1 = state.GetTextureFiltering(1);
@@ -260,7 +260,7 @@ QDCCharset::Charset QXGraphics3D::GetTextCharset() const {
   return m_eTextCharset;
 }
 
-void QXGraphics3D::SetTextCharset(QDCCharset::Charset& eCharset) {
+void QXGraphics3D::SetTextCharset(QDCCharset::Charset const& eCharset) {
   m_eTextCharset = eCharset;
 }
 

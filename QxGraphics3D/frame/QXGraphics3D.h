@@ -276,7 +276,7 @@ public:
   /// The current viewport, null before the first frame.
   virtual QXViewport* GetViewport() const;
   /// Hands the state's filters of types 0, 1 and 2 to SetTextureUnitFiltering; nothing else of it takes effect.
-  virtual void SetTextureUnitSettings(unsigned int nUnit, QXTextureUnitState& state);
+  virtual void SetTextureUnitSettings(unsigned int nUnit, QXTextureUnitState const& state);
   /// Takes the texture off a unit. Base: nothing.
   virtual void DisableTextureUnit(unsigned int nUnit);
   /// Calls DisableTextureUnit for nUnit and every unit above it that the device has (m_Capabilities).
@@ -759,7 +759,9 @@ public:
   /// with neither. After a singular matrix the output is unspecified. Project does no such lookup: a world point
   /// has no pixel before it is projected.
   void UnProject(QXVector3d const& vecWindow, QXVector3d& vecWorld) const;
-  /// World size of one pixel at the depth of a world point, measured downwards on the screen.
+  /// World size of one pixel at the depth of a world point, measured downwards on the screen. Meaningless without a
+  /// current viewport, and on the lowest row of a viewport that stands on another one of the active target, which the
+  /// pixel below belongs to.
   double ComputerOnePix2RealLength(QXVector3d const& vecPoint) const;
 
   /// First viewport of the active target, by number from 0, whose pixel rectangle holds the point (origin bottom
@@ -822,7 +824,7 @@ public:
   QXHwInstancingManager* GetHwInstancingManager() const;
   QXRenderOperationManager* GetRenderOperationManager() const;
   QDCCharset::Charset GetTextCharset() const;
-  void SetTextCharset(QDCCharset::Charset& eCharset);
+  void SetTextCharset(QDCCharset::Charset const& eCharset);
   unsigned int GetRenderBufferTarget() const;
   /// Stores the value and gives the former one.
   unsigned int SetRenderBufferTarget(unsigned int nTarget);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <memory>
 #include <utility>
 
 #include <QxGraphics3D/frame/QXViewport.h>
@@ -223,12 +224,13 @@ QXViewport* QXRenderTarget::AddViewport(
   if (m_Viewports.Lookup(nZOrder, pViewport) && pViewport != nullptr) {
     return pViewport;
   }
-  // The place first, so that a failing allocation of it cannot leak the viewport.
-  QXViewport*& pPlace = m_Viewports[nZOrder];
-  pPlace = new QXViewport(pCamera, this, dLeft, dBottom, dWidth, dHeight, nZOrder);
+  // Stored only when it stands: the camera, told of its viewport meanwhile, finds the target as it was.
+  auto pNew = std::make_unique<QXViewport>(pCamera, this, dLeft, dBottom, dWidth, dHeight, nZOrder);
+  m_Viewports[nZOrder] = pNew.get();
+  pViewport = pNew.release();
   // The list grows here, so that the next frame need not.
   ListViewports();
-  return pPlace;
+  return pViewport;
 }
 
 unsigned short QXRenderTarget::GetNumViewports() const {

@@ -262,7 +262,7 @@ public:
   void SetRenderToTextureWithManual(unsigned char bEnable) { m_bRenderToTextureWithManual = bEnable; }
 
   /// In the mode MVM_ORDERED makes the viewports' keys dense from 0, and moves the viewport at nIndex (0, 1 or 2) to the
-  /// top; a viewport of exactly half the target's height, unless it stands third, then makes the first two change
+  /// top. If a viewport of exactly half the target's height then stands anywhere but first or third, the first two change
   /// places, so that an inset is drawn behind the main view. Nothing in other modes, or if nIndex is the last already.
   /// @param nIndex  key of the viewport to move; any other value, as Update's -1, only renumbers
   void MoveViewPortToLast(int nIndex);

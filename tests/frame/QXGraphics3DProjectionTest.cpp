@@ -243,6 +243,35 @@ TEST_F(QXGraphics3DProjection, VectorUnProjectLooksUpTheTruncatedPoint) {
   }
 }
 
+TEST_F(QXGraphics3DProjection, VectorUnProjectTruncatesTowardZeroOnBothAxes) {
+  m_Graphics.m_pActiveRenderTarget = &m_Target;
+  m_Target.AddViewport(nullptr, 0, 0.0, 0.0, 1.0, 1.0);
+  // Just outside on the left and below counts as the first pixel, a fraction below the top as the last one.
+  for (QXVector3d const& vecWindow : {QXVector3d(-0.9, -0.9, 0.5), QXVector3d(639.9, 479.9, 0.5)}) {
+    QXVector3d vecWorld(4.0, 5.0, 6.0);
+    m_Graphics.UnProject(vecWindow, vecWorld);
+    EXPECT_FALSE(vecWorld == QXVector3d(4.0, 5.0, 6.0)) << vecWindow.x;
+  }
+  for (QXVector3d const& vecWindow : {QXVector3d(-1.0, 0.0, 0.5), QXVector3d(0.0, -1.0, 0.5),
+           QXVector3d(640.0, 0.0, 0.5), QXVector3d(0.0, 480.0, 0.5)}) {
+    QXVector3d vecWorld(4.0, 5.0, 6.0);
+    m_Graphics.UnProject(vecWindow, vecWorld);
+    EXPECT_TRUE(vecWorld == QXVector3d(4.0, 5.0, 6.0)) << vecWindow.x << " " << vecWindow.y;
+  }
+}
+
+TEST_F(QXGraphics3DProjection, VectorFormsTakeAViewportOfNoSizeForOnePixel) {
+  QXViewport viewport(10, 20, 0, 0);
+  m_Graphics.m_pViewport = &viewport;
+  QXVector3d vecWindow;
+  m_Graphics.Project(QXVector3d(0.0, 0.0, 0.0), vecWindow);
+  EXPECT_EQ(vecWindow.x, 10.5);
+  EXPECT_EQ(vecWindow.y, 20.5);
+  QXVector3d vecWorld(4.0, 5.0, 6.0);
+  m_Graphics.UnProject(vecWindow, vecWorld);
+  EXPECT_NEAR(vecWorld.Length(), 0.0, 1e-9);
+}
+
 TEST_F(QXGraphics3DProjection, VectorUnProjectDoesNothingWithoutAnyViewport) {
   QXVector3d vecWorld(1.0, 2.0, 3.0);
   m_Graphics.UnProject(QXVector3d(0.0, 0.0, 0.0), vecWorld);
@@ -269,6 +298,23 @@ TEST_F(QXGraphics3DProjection, OnePixelLengthIsTheHeightOfAPixelAtThePointsDepth
   EXPECT_NEAR(m_Graphics.ComputerOnePix2RealLength(QXVector3d(3.0, -2.0, -90.0)), 100.0 / 480.0, 1e-10);
 }
 
+TEST_F(QXGraphics3DProjection, OnePixelLengthIsMeasuredStraightDownTheScreen) {
+  // Twice as wide as high a pixel: a step to the side would be another length.
+  QXViewport wide(0, 0, 320, 480);
+  m_Graphics.m_pViewport = &wide;
+  m_Graphics.m_matProjection[0][0] = 2.0;
+  EXPECT_NEAR(m_Graphics.ComputerOnePix2RealLength(QXVector3d(0.0, 0.0, 0.0)), 10.0 / 480.0, 1e-12);
+
+  // A quarter of a pixel above the lower edge of the upper view: one pixel down lies in the lower view, where the same
+  // window point is another place in the world; one pixel up would stay in the upper view.
+  m_Graphics.m_pActiveRenderTarget = &m_Target;
+  m_Target.AddViewport(nullptr, 0, 0.0, 0.0, 1.0, 0.5);
+  m_Graphics.m_pViewport = m_Target.AddViewport(nullptr, 1, 0.0, 0.5, 1.0, 0.5);
+  double const dY = 5.0 * (0.25 / 240.0 * 2.0 - 1.0);
+  double const dLowerY = 5.0 * (239.25 / 240.0 * 2.0 - 1.0);
+  EXPECT_NEAR(m_Graphics.ComputerOnePix2RealLength(QXVector3d(0.0, dY, 0.0)), dLowerY - dY, 1e-9);
+}
+
 // --- Viewport lookup ---
 
 TEST_F(QXGraphics3DProjection, LogicalLookupGivesTheFirstHitByNumber) {
@@ -293,6 +339,14 @@ TEST_F(QXGraphics3DProjection, LookupSkipsMissingNumbersAndStopsAtTheCount) {
   EXPECT_EQ(m_Graphics.GetViewportByLogicalPosition(QdcPoint(5, 5)), pSecond);
 }
 
+TEST_F(QXGraphics3DProjection, LookupTakesAViewportOfNoSizeForOnePixel) {
+  m_Graphics.m_pActiveRenderTarget = &m_Target;
+  QXViewport* const pViewport = m_Target.AddViewport(nullptr, 0, 0.5, 0.25, 0.0, 0.0);
+  EXPECT_EQ(m_Graphics.GetViewportByLogicalPosition(QdcPoint(320, 120)), pViewport);
+  EXPECT_EQ(m_Graphics.GetViewportByLogicalPosition(QdcPoint(321, 120)), nullptr);
+  EXPECT_EQ(m_Graphics.GetViewportByLogicalPosition(QdcPoint(320, 121)), nullptr);
+}
+
 TEST_F(QXGraphics3DProjection, LookupHoldsRectanglesThatLeaveTheRangeOfInt) {
   m_Graphics.m_pActiveRenderTarget = &m_Target;
   QXViewport* const pViewport = m_Target.AddViewport(nullptr, 0, 0.0, 0.0, 1.0, 1.0);
@@ -311,6 +365,14 @@ TEST_F(QXGraphics3DProjection, MouseLookupCountsFromTheTop) {
   EXPECT_EQ(m_Graphics.GetViewportByMousePosition(QdcPoint(3, 1)), nullptr);
   EXPECT_EQ(m_Graphics.GetViewportByMousePosition(QdcPoint(3, -1)), nullptr);
   EXPECT_EQ(m_Graphics.GetViewportByMousePosition(QdcPoint(3, std::numeric_limits<int>::min())), nullptr);
+}
+
+TEST_F(QXGraphics3DProjection, MouseLookupTakesATargetOfNoHeightForOnePixel) {
+  m_Graphics.m_pActiveRenderTarget = &m_Target;
+  m_Target.m_nHeight = 0;
+  QXViewport* const pViewport = m_Target.AddViewport(nullptr, 0, 0.0, 0.0, 1.0, 1.0);
+  EXPECT_EQ(m_Graphics.GetViewportByMousePosition(QdcPoint(3, 0)), pViewport);
+  EXPECT_EQ(m_Graphics.GetViewportByMousePosition(QdcPoint(3, 1)), nullptr);
 }
 
 }  // namespace

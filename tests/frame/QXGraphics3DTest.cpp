@@ -9,6 +9,7 @@
 #include <new>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -602,8 +603,7 @@ TEST(QXGraphics3D, PlainAccessorsReadAndWriteTheirMembers) {
   EXPECT_EQ(graphics.GetWaitForVerticalBlank(), 1);
   graphics.SetWaitForVerticalBlank(0);
   EXPECT_EQ(graphics.GetWaitForVerticalBlank(), 0);
-  auto eCharset = static_cast<QDCCharset::Charset>(134);
-  graphics.SetTextCharset(eCharset);
+  graphics.SetTextCharset(static_cast<QDCCharset::Charset>(134));
   EXPECT_EQ(static_cast<int>(graphics.GetTextCharset()), 134);
 }
 
@@ -674,7 +674,7 @@ TEST(QXGraphics3D, SetTextureUnitSettingsHandsOnTheThreeFiltersInTheirOrder) {
   state.SetTextureFiltering(1, 1);
   state.SetTextureFiltering(2, 2);
   state.SetEffect({TEXTURE_EFFECT_PROJECTIVE, 0});
-  graphics.SetTextureUnitSettings(6, state);
+  graphics.SetTextureUnitSettings(6, std::as_const(state));
   EXPECT_EQ(graphics.m_arrFilters, (std::vector<std::vector<int>>{{6, 3, 1, 2}}));
 }
 

@@ -1,9 +1,10 @@
+#include <algorithm>
 #include <cstdint>
-#include <limits>
-#include <map>
+#include <cstring>
+#include <functional>
 #include <memory>
-#include <random>
-#include <string>
+#include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -42,23 +43,13 @@ protected:
   QXTestLog m_Log;
 };
 
-/// The dictionary as a map, for comparisons.
-std::map<int, QXViewport*> Viewports(QXRenderTarget const& target) {
-  std::map<int, QXViewport*> mapViewports;
-  int nKey = 0;
-  QXViewport* pViewport = nullptr;
-  auto position = target.m_Viewports.GetStartPosition();
-  while (!target.m_Viewports.IsEOF(position)) {
-    target.m_Viewports.GetNextAssoc(position, nKey, pViewport);
-    mapViewports[nKey] = pViewport;
-  }
-  return mapViewports;
-}
-
 // --- Defaults and accessors ---
 
-TEST_F(QXRenderTargetTest, ConstructionLeavesTheDefaults) {
-  QXTestTarget const target(m_Log);
+TEST_F(QXRenderTargetTest, ConstructionLeavesTheDefaultsWhateverStoodInTheMemory) {
+  alignas(QXTestTarget) static unsigned char arrMemory[sizeof(QXTestTarget)];
+  std::memset(arrMemory, 0xCD, sizeof arrMemory);
+  auto* const pTarget = new (arrMemory) QXTestTarget(m_Log);
+  QXTestTarget const& target = *pTarget;
   EXPECT_TRUE(target.m_strName.IsEmpty());
   EXPECT_TRUE(target.m_strSceneName.IsEmpty());
   EXPECT_EQ(target.m_nPriority, 4);
@@ -96,6 +87,23 @@ TEST_F(QXRenderTargetTest, ConstructionLeavesTheDefaults) {
   EXPECT_EQ(target.m_pListener, nullptr);
   EXPECT_EQ(target.m_bFlagC, 1);
   EXPECT_EQ(QXRenderTarget::ms_nRefAdd, 0u);
+  pTarget->~QXTestTarget();
+}
+
+TEST_F(QXRenderTargetTest, MembersStandInTheOrderThatPluginsWereCompiledAgainst) {
+  QXTestTarget const target(m_Log);
+  std::vector<void const*> const arrMembers = {&target.m_strName, &target.m_strSceneName, &target.m_nPriority,
+      &target.m_nWidth, &target.m_nHeight, &target.m_nColourDepth, &target.m_Stats.lastFPS, &target.m_Stats.avgFPS,
+      &target.m_Stats.bestFPS, &target.m_Stats.worstFPS, &target.m_Stats.bestFrameTime, &target.m_Stats.worstFrameTime,
+      &target.m_Stats.triangleCount, &target.m_strDebugText, &target.m_nLastSecond, &target.m_nLastTime,
+      &target.m_nFrameCount, &target.m_dVerticalExaggeration, &target.m_bActive, &target.m_bAlwaysActive,
+      &target.m_bAutoUpdated, &target.m_Viewports, &target.m_hWindow, &target.m_hDisplay3D, &target.m_pGraphics3D,
+      &target.m_bCurTargetRefresh, &target.m_bSunLightEnable, &target.m_bFlagA, &target.m_bRenderStencilSM,
+      &target.m_pOsgbSelShadowTexture, &target.m_rcOsgbSelShadowBound, &target.m_eRenderState,
+      &target.m_pReflectRenderTarget, &target.m_pSelectionRenderTarget, &target.m_pVertexSelectionRenderTarget,
+      &target.m_bRenderToTextureWithManual, &target.m_eMultiViewportMode, &target.m_bFlagB,
+      &target.m_bRenderSceneWithTextureBuffer, &target.m_bLogDepthEnable, &target.m_pListener, &target.m_bFlagC};
+  EXPECT_TRUE(std::is_sorted(arrMembers.begin(), arrMembers.end(), std::less<void const*>()));
 }
 
 TEST_F(QXRenderTargetTest, ConstructionResetsTheStatistics) {
@@ -393,6 +401,22 @@ TEST_F(QXRenderTargetTest, AddViewportAtATakenZOrderReturnsTheOldOneWithItsCamer
   EXPECT_EQ(target.GetNumViewports(), 1);
 }
 
+/// Counts the target's viewports when it is told of its own.
+class QXCountingCamera : public QXCamera {
+public:
+  void UpdateViewMatrix(QXViewport* pViewport) override { m_nViewports = pViewport->GetTarget()->GetNumViewports(); }
+  int m_nViewports = -1;
+};
+
+TEST_F(QXRenderTargetTest, AddViewportStoresTheViewportOnceItsCameraKnowsIt) {
+  QXTestTarget target(m_Log);
+  QXCountingCamera camera;
+  Add(target, 0);
+  target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
+  EXPECT_EQ(camera.m_nViewports, 1);
+  EXPECT_EQ(target.GetNumViewports(), 2);
+}
+
 TEST_F(QXRenderTargetTest, AddViewportReplacesANullEntry) {
   QXTestTarget target(m_Log);
   target.m_Viewports[2] = nullptr;
@@ -446,407 +470,6 @@ TEST_F(QXRenderTargetTest, RemovedViewportsAreDeleted) {
     Add(dying, 0)->m_pDepthBuffer = pBuffer;
   }
   EXPECT_EQ(pBuffer.use_count(), 1);
-}
-
-// --- Update ---
-
-TEST_F(QXRenderTargetTest, UpdateWalksInKeyOrder) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  for (int nZOrder : {5, -2, 0}) {
-    target.AddViewport(&camera, nZOrder, 0.0, 0.0, 1.0, 1.0);
-  }
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z-2 flag1",
-                                  "camera render z0 flag1", "camera render z5 flag1"}));
-  EXPECT_EQ(target.m_nFrameCount, 1u);
-}
-
-TEST_F(QXRenderTargetTest, UpdatePassesAPendingNotificationOnAfterTheViewport) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
-  target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1",
-                                  "target camera state 1", "camera render z1 flag1"}));
-  EXPECT_EQ(camera.m_bTargetNotifyPending, 0);
-}
-
-TEST_F(QXRenderTargetTest, UpdateNotifiesAboutTheCameraThatDrewEvenIfItLeft) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bLeave = true;
-  target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(
-      m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1", "target camera state 1"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateInOrderedModeMakesEachCameraCurrent) {
-  QXTestTarget target(m_Log);
-  target.m_nWidth = 20;
-  target.m_nHeight = 10;
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
-  target.AddViewport(&camera, 1, 0.0, 0.0, 0.5, 1.0);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera view 20x10", "camera projection",
-                                  "target apply z0 0,0", "camera render z0 flag1", "camera view 10x10",
-                                  "camera projection", "target apply z1 0,0", "camera render z1 flag1"}));
-  EXPECT_EQ(camera.GetViewport(), target.GetViewport(1));
-}
-
-TEST_F(QXRenderTargetTest, UpdateOfAViewportWithoutACameraDrawsNothingInAnyMode) {
-  QXTestTarget target(m_Log);
-  Add(target, 0);
-  for (int nMode : {0, 1, 4, 5}) {
-    target.SetMultiViewportMode(static_cast<MultiViewportMode>(nMode));
-    m_Log.m_arrLines.clear();
-    target.Update();
-    EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin"})) << nMode;
-  }
-  EXPECT_EQ(target.m_nFrameCount, 4u);
-}
-
-TEST_F(QXRenderTargetTest, UpdateSkipsNullEntries) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  target.m_Viewports[0] = nullptr;
-  target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z1 flag1"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateStartsWhereBeginViewportUpdateLeavesThePosition) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  for (int nZOrder : {0, 1, 2}) {
-    target.AddViewport(&camera, nZOrder, 0.0, 0.0, 1.0, 1.0);
-  }
-  target.m_nSkip = 2;
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z2 flag1"}));
-  target.m_nSkip = 9;
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateGoesOnBehindAViewportThatTheSceneTakesAway) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  for (int const nZOrder : {0, 1, 2, 5}) {
-    target.AddViewport(&camera, nZOrder, 0.0, 0.0, 1.0, 1.0);
-  }
-  camera.m_pfnDuringRender = [&target](QXViewport& viewport) {
-    if (viewport.GetZOrder() == 1) {
-      target.RemoveViewport(1);
-      target.RemoveViewport(2);
-    }
-  };
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z0 flag1",
-                                  "camera render z1 flag1", "camera render z5 flag1"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateDrawsViewportsThatTheSceneAddsBehind) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  target.AddViewport(&camera, 3, 0.0, 0.0, 1.0, 1.0);
-  camera.m_pfnDuringRender = [&target, &camera](QXViewport& viewport) {
-    if (viewport.GetZOrder() == 3) {
-      target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
-      target.AddViewport(&camera, 7, 0.0, 0.0, 1.0, 1.0);
-    }
-  };
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(
-      m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z3 flag1", "camera view 1x1",
-                            "camera projection", "camera view 1x1", "camera projection", "camera render z7 flag1"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateSeesAViewportPutIntoAnOldPlace) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  QXViewport*& pPlace = target.m_Viewports[0];
-  pPlace = nullptr;
-  target.Update();
-  pPlace = new QXViewport(&camera, &target, 0.0, 0.0, 1.0, 1.0, 8);
-  m_Log.m_arrLines.clear();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z8 flag1"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateOfACopyWalksTheCopysViewports) {
-  QXTestTarget target(m_Log);
-  QXTestCamera camera(m_Log);
-  camera.m_bTargetNotifyPending = 0;
-  target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
-  target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
-  target.Update();
-  QXTestTarget copy(target);
-  QXTestTarget assigned(m_Log);
-  assigned.Update();
-  assigned.QXRenderTarget::operator=(target);
-  target.RemoveAllViewports();
-  copy.m_Viewports.RemoveAll();
-  assigned.m_Viewports.RemoveAll();
-  copy.AddViewport(&camera, 4, 0.0, 0.0, 1.0, 1.0);
-  assigned.AddViewport(&camera, 5, 0.0, 0.0, 1.0, 1.0);
-  m_Log.m_arrLines.clear();
-  copy.Update();
-  assigned.Update();
-  target.Update();
-  EXPECT_EQ(m_Log.m_arrLines, (std::vector<std::string>{"target begin", "camera render z4 flag1", "target begin",
-                                  "camera render z5 flag1", "target begin"}));
-}
-
-TEST_F(QXRenderTargetTest, UpdateInOrderedModeRenumbersSparseKeys) {
-  QXTestTarget target(m_Log);
-  QXViewport* const arrViewports[] = {Add(target, 0), Add(target, 5), Add(target, 9)};
-  target.SetMultiViewportMode(MVM_ORDERED);
-  target.Update();
-  EXPECT_EQ(Viewports(target),
-      (std::map<int, QXViewport*>{{0, arrViewports[0]}, {1, arrViewports[1]}, {2, arrViewports[2]}}));
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(arrViewports[i]->GetZOrder(), i);
-  }
-  EXPECT_EQ(arrViewports[1]->GetOriZOrder(), 5);
-  EXPECT_EQ(arrViewports[2]->GetOriZOrder(), 9);
-}
-
-TEST_F(QXRenderTargetTest, UpdateInOrderedModeSetsZOrderEvenUnderDenseKeys) {
-  QXTestTarget target(m_Log);
-  Add(target, 0)->SetZOrder(40);
-  Add(target, 1)->SetZOrder(41);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  target.Update();
-  EXPECT_EQ(target.GetViewport(0)->GetZOrder(), 0);
-  EXPECT_EQ(target.GetViewport(1)->GetZOrder(), 1);
-}
-
-TEST_F(QXRenderTargetTest, UpdateInOrderedModeWithoutViewportsStillCountsTheFrame) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  target.Update();
-  EXPECT_EQ(target.GetNumViewports(), 0);
-  EXPECT_EQ(target.m_nFrameCount, 1u);
-}
-
-// --- Ordering ---
-
-TEST_F(QXRenderTargetTest, MoveViewPortToLastDoesNothingInOtherModes) {
-  QXTestTarget target(m_Log);
-  QXViewport* const pFirst = Add(target, 0);
-  QXViewport* const pSecond = Add(target, 7);
-  for (int nMode : {0, 1, 2, 3, 5, -4}) {
-    target.SetMultiViewportMode(static_cast<MultiViewportMode>(nMode));
-    target.MoveViewPortToLast(0);
-    target.MoveViewPortToLast(-1);
-    EXPECT_EQ(Viewports(target), (std::map<int, QXViewport*>{{0, pFirst}, {7, pSecond}})) << nMode;
-    EXPECT_EQ(pSecond->GetZOrder(), 7);
-  }
-}
-
-TEST_F(QXRenderTargetTest, MoveViewPortToLastOfTheLastIndexDoesNothing) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  QXViewport* const pFirst = Add(target, 3);
-  QXViewport* const pSecond = Add(target, 8);
-  target.MoveViewPortToLast(1);  // equals the count minus 1, although no key is 1
-  EXPECT_EQ(Viewports(target), (std::map<int, QXViewport*>{{3, pFirst}, {8, pSecond}}));
-}
-
-TEST_F(QXRenderTargetTest, MoveViewPortToLastMovesTheFirstThreeIndicesAlone) {
-  for (int nIndex = 0; nIndex < 5; ++nIndex) {
-    QXTestTarget target(m_Log);
-    target.SetMultiViewportMode(MVM_ORDERED);
-    std::vector<QXViewport*> arrExpected;
-    for (int i = 0; i < 6; ++i) {
-      arrExpected.push_back(Add(target, i));
-    }
-    if (nIndex <= 2) {
-      QXViewport* const pMoved = arrExpected[static_cast<std::size_t>(nIndex)];
-      arrExpected.erase(arrExpected.begin() + nIndex);
-      arrExpected.push_back(pMoved);
-    }
-    target.MoveViewPortToLast(nIndex);
-    for (int i = 0; i < 6; ++i) {
-      EXPECT_EQ(target.GetViewport(static_cast<unsigned short>(i)), arrExpected[static_cast<std::size_t>(i)])
-          << nIndex << " " << i;
-      EXPECT_EQ(arrExpected[static_cast<std::size_t>(i)]->GetZOrder(), i);
-    }
-  }
-}
-
-TEST_F(QXRenderTargetTest, MoveViewPortToLastOfAnAbsentKeyOnlyRenumbers) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  QXViewport* const pFirst = Add(target, 1);
-  QXViewport* const pSecond = Add(target, 2);
-  QXViewport* const pThird = Add(target, 4);
-  target.MoveViewPortToLast(0);
-  EXPECT_EQ(Viewports(target), (std::map<int, QXViewport*>{{0, pFirst}, {1, pSecond}, {2, pThird}}));
-}
-
-TEST_F(QXRenderTargetTest, MoveViewPortToLastAmongSparseKeysLosesNoViewport) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  QXViewport* const pMoved = Add(target, 0);
-  QXViewport* const pSecond = Add(target, 3);  // where the moved one would go: 2 remain, and 2 + 1 is 3
-  QXViewport* const pThird = Add(target, 5);
-  target.MoveViewPortToLast(0);
-  // The next free key above 3 is 4, which still stands before 5.
-  EXPECT_EQ(Viewports(target), (std::map<int, QXViewport*>{{0, pSecond}, {1, pMoved}, {2, pThird}}));
-}
-
-TEST_F(QXRenderTargetTest, MoveViewPortToLastGoesToCountPlusOneAndNotAboveAllKeys) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  QXViewport* const pMoved = Add(target, 0);
-  QXViewport* const pSecond = Add(target, 2);
-  QXViewport* const pThird = Add(target, 9);
-  target.MoveViewPortToLast(0);
-  EXPECT_EQ(Viewports(target), (std::map<int, QXViewport*>{{0, pSecond}, {1, pMoved}, {2, pThird}}));
-}
-
-TEST_F(QXRenderTargetTest, OrderedModeDropsNullEntries) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  QXViewport* const pFirst = Add(target, 0);
-  target.m_Viewports[1] = nullptr;
-  QXViewport* const pSecond = Add(target, 2);
-  target.MoveViewPortToLast(-1);
-  EXPECT_EQ(Viewports(target), (std::map<int, QXViewport*>{{0, pFirst}, {1, pSecond}}));
-}
-
-struct HalfHeightCase {
-  char const* m_szName;
-  std::vector<double> m_arrHeights;  // under keys 0, 1, 2..
-  std::vector<int> m_arrOrder;       // original key that stands at 0, 1, 2.. afterwards
-};
-
-TEST_F(QXRenderTargetTest, HalfHeightViewportSwapsTheFirstTwo) {
-  HalfHeightCase const arrCases[] = {
-      {"none", {1.0, 1.0, 1.0}, {0, 1, 2}},
-      {"the first stays first", {0.5, 1.0, 1.0}, {0, 1, 2}},
-      {"the second goes behind the first", {1.0, 0.5, 1.0}, {1, 0, 2}},
-      {"the third does not count", {1.0, 1.0, 0.5}, {0, 1, 2}},
-      {"the fourth swaps the first two all the same", {1.0, 1.0, 1.0, 0.5}, {1, 0, 2, 3}},
-      {"the last one counts: first and second swap", {0.5, 0.5}, {1, 0}},
-      {"the third does not hide the second", {1.0, 0.5, 0.5}, {1, 0, 2}},
-      {"first and third do nothing", {0.5, 1.0, 0.5}, {0, 1, 2}},
-      {"nearly half is not half", {1.0, 0.5000000000000001}, {0, 1}},
-      {"no height reads as full height", {1.0, 0.0}, {0, 1}},
-      {"alone", {0.5}, {0}},
-  };
-  for (HalfHeightCase const& entry : arrCases) {
-    QXTestTarget target(m_Log);
-    target.SetMultiViewportMode(MVM_ORDERED);
-    std::vector<QXViewport*> arrViewports;
-    for (std::size_t i = 0; i < entry.m_arrHeights.size(); ++i) {
-      arrViewports.push_back(Add(target, static_cast<int>(i), entry.m_arrHeights[i]));
-    }
-    target.MoveViewPortToLast(-1);
-    for (std::size_t i = 0; i < arrViewports.size(); ++i) {
-      QXViewport* const pExpected = arrViewports[static_cast<std::size_t>(entry.m_arrOrder[i])];
-      EXPECT_EQ(target.GetViewport(static_cast<unsigned short>(i)), pExpected) << entry.m_szName << " at " << i;
-      EXPECT_EQ(pExpected->GetZOrder(), static_cast<int>(i)) << entry.m_szName << " at " << i;
-    }
-  }
-}
-
-TEST_F(QXRenderTargetTest, TwoHalfHeightViewportsChangePlacesEveryFrame) {
-  QXTestTarget target(m_Log);
-  target.SetMultiViewportMode(MVM_ORDERED);
-  QXViewport* const pFirst = Add(target, 0, 0.5);
-  Add(target, 1, 0.5);
-  target.Update();
-  EXPECT_EQ(target.GetViewport(1), pFirst);
-  target.Update();
-  EXPECT_EQ(target.GetViewport(0), pFirst);
-}
-
-/// The ordering as it is told, with a fresh map each time.
-void MoveToLastReference(std::map<int, QXViewport*>& mapViewports, std::map<QXViewport*, int>& mapZOrder, int nIndex) {
-  if (nIndex == static_cast<int>(mapViewports.size()) - 1) {
-    return;
-  }
-  if (nIndex >= 0 && nIndex <= 2 && mapViewports.count(nIndex) == 1) {
-    QXViewport* const pMoved = mapViewports[nIndex];
-    mapViewports.erase(nIndex);
-    int nTop = static_cast<int>(mapViewports.size()) + 1;
-    while (mapViewports.count(nTop) == 1) {
-      ++nTop;
-    }
-    mapViewports[nTop] = pMoved;
-  }
-  std::map<int, QXViewport*> mapFresh;
-  int i = 0;
-  int nRemembered = 0;
-  for (auto const& [nKey, pViewport] : mapViewports) {
-    if (pViewport->GetHeight() == 0.5 && i != 2) {
-      nRemembered = i;
-    }
-    mapZOrder[pViewport] = i;
-    mapFresh[i++] = pViewport;
-  }
-  mapViewports = mapFresh;
-  if (nRemembered != 0) {
-    mapZOrder[mapViewports[0]] = 1;
-    mapZOrder[mapViewports[1]] = 0;
-    std::swap(mapViewports[0], mapViewports[1]);
-  }
-}
-
-TEST_F(QXRenderTargetTest, OrderingAgreesWithTheReferenceOnRandomSequences) {
-  constexpr unsigned int nSeed = 20261121;
-  SCOPED_TRACE(nSeed);
-  std::mt19937 random(nSeed);
-  for (int nRun = 0; nRun < 200; ++nRun) {
-    QXTestTarget target(m_Log);
-    target.SetMultiViewportMode(MVM_ORDERED);
-    std::map<int, QXViewport*> mapExpected;
-    std::map<QXViewport*, int> mapZOrder;
-    for (int nStep = 0; nStep < 40; ++nStep) {
-      int const nKey = static_cast<int>(random() % 9) - 2;
-      switch (random() % 4) {
-      case 0: {
-        QXViewport* const pViewport = Add(target, nKey, random() % 3 == 0 ? 0.5 : 1.0);
-        if (mapExpected.emplace(nKey, pViewport).second) {
-          mapZOrder[pViewport] = nKey;
-        }
-        break;
-      }
-      case 1:
-        target.RemoveViewport(nKey);
-        mapExpected.erase(nKey);
-        break;
-      default: target.MoveViewPortToLast(nKey); MoveToLastReference(mapExpected, mapZOrder, nKey);
-      }
-      ASSERT_EQ(Viewports(target), mapExpected) << "run " << nRun << " step " << nStep;
-      for (auto const& [nPlace, pViewport] : mapExpected) {
-        ASSERT_EQ(pViewport->GetZOrder(), mapZOrder[pViewport]) << "run " << nRun << " step " << nStep;
-      }
-    }
-  }
 }
 
 // --- Statistics ---

@@ -1,5 +1,9 @@
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
+#include <functional>
 #include <limits>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -35,7 +39,10 @@ void ExpectSharedDefaults(QXViewport const& viewport) {
 }
 
 TEST(QXViewport, DefaultConstructionLeavesAnUnfinishedWhiteViewport) {
-  QXViewport const viewport;
+  alignas(QXViewport) static unsigned char arrMemory[sizeof(QXViewport)];
+  std::memset(arrMemory, 0xCD, sizeof arrMemory);  // whatever stood in the memory
+  auto* const pViewport = new (arrMemory) QXViewport;
+  QXViewport const& viewport = *pViewport;
   ExpectSharedDefaults(viewport);
   ExpectColor(viewport.m_BackgroundColor, 1.0, 1.0, 1.0, 1.0);
   EXPECT_EQ(viewport.GetCamera(), nullptr);
@@ -50,6 +57,18 @@ TEST(QXViewport, DefaultConstructionLeavesAnUnfinishedWhiteViewport) {
   EXPECT_EQ(viewport.m_nActHeight, 0);
   EXPECT_EQ(viewport.m_nZOrder, 0);
   EXPECT_EQ(viewport.m_nOriZOrder, 0);
+  pViewport->~QXViewport();
+}
+
+TEST(QXViewport, MembersStandInTheOrderThatPluginsWereCompiledAgainst) {
+  QXViewport const viewport;
+  std::vector<void const*> const arrMembers = {&viewport.m_pCamera, &viewport.m_pTarget, &viewport.m_dRelLeft,
+      &viewport.m_dRelBottom, &viewport.m_dRelWidth, &viewport.m_dRelHeight, &viewport.m_nActLeft,
+      &viewport.m_nActBottom, &viewport.m_nActWidth, &viewport.m_nActHeight, &viewport.m_nZOrder, &viewport.m_nMinZ,
+      &viewport.m_nMaxZ, &viewport.m_BackgroundColor, &viewport.m_bClearEveryFrame, &viewport.m_nClearBuffers,
+      &viewport.m_bFlagA, &viewport.m_bRenderSceneFlag, &viewport.m_bFlagB, &viewport.m_bFlagC, &viewport.m_strName,
+      &viewport.m_pDepthBuffer, &viewport.m_bBufferCacheValid, &viewport.m_nOriZOrder};
+  EXPECT_TRUE(std::is_sorted(arrMembers.begin(), arrMembers.end(), std::less<void const*>()));
 }
 
 TEST(QXViewport, FullConstructionStoresItsArgumentsOverABlackBackground) {
