@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 #include <random>
 #include <utility>
 #include <vector>
@@ -243,6 +244,26 @@ TEST(QdcDict, ChangeCountGrowsWhenEntriesComeOrGo) {
   EXPECT_TRUE(HasGrown());
   EXPECT_EQ(dict.GetCount(), 0u);
   EXPECT_EQ(taken.GetCount(), 1u);
+}
+
+/// A value whose copying fails from the second on.
+struct QXFailingCopy {
+  QXFailingCopy() = default;
+  QXFailingCopy(QXFailingCopy const&) {
+    if (++ms_nCopies > 1) throw std::bad_alloc();
+  }
+  QXFailingCopy& operator=(QXFailingCopy const&) = default;
+  static inline int ms_nCopies = 0;
+};
+
+TEST(QdcDict, ChangeCountGrowsEvenIfAnAssignmentFailsHalfway) {
+  QdcDict<int, QXFailingCopy> dict;
+  QdcDict<int, QXFailingCopy> other;
+  for (int const nKey : {1, 2, 3}) other[nKey];
+  std::uint64_t const nBefore = dict.GetChangeCount();
+  QXFailingCopy::ms_nCopies = 0;
+  EXPECT_THROW(dict = other, std::bad_alloc);
+  EXPECT_GT(dict.GetChangeCount(), nBefore) << "entries that were listed may be gone";
 }
 
 }  // namespace

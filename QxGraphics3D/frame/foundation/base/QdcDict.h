@@ -26,8 +26,8 @@ public:
   QdcDict(QdcDict const& other) : m_mapItems(other.m_mapItems) {}
   QdcDict(QdcDict&& other) noexcept : m_mapItems(std::move(other.m_mapItems)) { other.ForgetAll(); }
   QdcDict& operator=(QdcDict const& other) {
+    ++m_nChangeCount;  // before: entries are gone even if copying fails halfway
     m_mapItems = other.m_mapItems;
-    ++m_nChangeCount;
     return *this;
   }
   QdcDict& operator=(QdcDict&& other) noexcept {
