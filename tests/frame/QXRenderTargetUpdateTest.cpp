@@ -94,6 +94,23 @@ TEST_F(QXRenderTargetUpdate, UpdateInOrderedModeMakesEachCameraCurrent) {
   EXPECT_EQ(camera.GetViewport(), target.GetViewport(1));
 }
 
+TEST_F(QXRenderTargetUpdate, UpdateInOtherModesLeavesTheCameraWithItsViewport) {
+  QXTestTarget target(m_Log);
+  QXTestCamera camera(m_Log);
+  camera.m_bTargetNotifyPending = 0;
+  target.AddViewport(&camera, 0, 0.0, 0.0, 1.0, 1.0);
+  QXViewport* const pLast = target.AddViewport(&camera, 1, 0.0, 0.0, 1.0, 1.0);
+  for (int const nMode : {0, 1, 2, 3, 5, -4}) {
+    target.SetMultiViewportMode(static_cast<MultiViewportMode>(nMode));
+    m_Log.m_arrLines.clear();
+    target.Update();
+    EXPECT_EQ(m_Log.m_arrLines,
+        (std::vector<std::string>{"target begin", "camera render z0 flag1", "camera render z1 flag1"}))
+        << nMode;
+    EXPECT_EQ(camera.GetViewport(), pLast) << nMode;
+  }
+}
+
 TEST_F(QXRenderTargetUpdate, UpdateOfAViewportWithoutACameraDrawsNothingInAnyMode) {
   QXTestTarget target(m_Log);
   Add(target, 0);
