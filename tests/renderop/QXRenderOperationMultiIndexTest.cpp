@@ -206,16 +206,21 @@ TEST(QXRenderOperationMultiIndex, RemoveAllDeletesNoMorePairsThanItsSize) {
 }
 
 TEST(QXRenderOperationMultiIndex, RemoveAllStaysInsideItsArraysWhateverItsSizeSays) {
-  for (int const size : {-1, 7}) {
-    QXVertexIndexPackage index;
-    index.m_bPackageOwned = 0;
-    QXRenderOperationMultiIndex operation;
-    operation.SetAt(&index, nullptr);
-    operation.m_nSize = size;
-    operation.RemoveAll();
-    EXPECT_EQ(operation.GetSize(), 0) << size;
-    EXPECT_EQ(operation.GetIndexPackageArray().GetSize(), 0u) << size;
-  }
+  QXRenderOperationMultiIndex operation;
+  operation.SetAt(new QXVertexIndexPackage, nullptr);
+  operation.m_nSize = 7;
+  operation.RemoveAll();
+  EXPECT_EQ(operation.GetSize(), 0);
+  EXPECT_EQ(operation.GetIndexPackageArray().GetSize(), 0u);
+
+  auto* const pIndex = new QXVertexIndexPackage;
+  operation.SetAt(pIndex, nullptr);
+  operation.m_nSize = -1;
+  operation.RemoveAll();
+  EXPECT_EQ(operation.GetSize(), 0);
+  EXPECT_EQ(operation.GetIndexPackageArray().GetSize(), 0u);
+  EXPECT_EQ(pIndex->m_bPackageOwned, 1);
+  delete pIndex;
 }
 
 TEST(QXRenderOperationMultiIndex, AssignmentToItselfChangesNothing) {

@@ -63,7 +63,7 @@ TEST(QXTextureUnitState, KeepsOneEffectOfAType) {
 TEST(QXTextureUnitState, CopiesItsEffectsDeeply) {
   QXTextureUnitState source;
   source.SetTextureName(L"a");
-  source.SetTextureFiltering(1, TEXTURE_FILTER_ANISOTROPIC);
+  for (int nType = 0; nType < 3; ++nType) source.SetTextureFiltering(nType, 10 + nType);
   source.m_matUnit[0][0] = 2.0;
   source.SetEffect({TEXTURE_EFFECT_PROJECTIVE, 5});
   QXTextureUnitState const constructed(source);
@@ -74,7 +74,7 @@ TEST(QXTextureUnitState, CopiesItsEffectsDeeply) {
   ASSERT_EQ(source.GetEffects().Lookup(TEXTURE_EFFECT_PROJECTIVE, pOriginal), 1);
   for (QXTextureUnitState const* pCopy : {&constructed, static_cast<QXTextureUnitState const*>(&assigned)}) {
     EXPECT_TRUE(pCopy->GetTextureName() == L"a");
-    EXPECT_EQ(pCopy->GetTextureFiltering(1), TEXTURE_FILTER_ANISOTROPIC);
+    for (int nType = 0; nType < 3; ++nType) EXPECT_EQ(pCopy->GetTextureFiltering(nType), 10 + nType);
     EXPECT_EQ(pCopy->m_matUnit[0][0], 2.0);
     EXPECT_EQ(pCopy->GetEffects().GetCount(), 1U);
     QXTextureEffect* pEffect = nullptr;
