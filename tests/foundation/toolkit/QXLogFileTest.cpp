@@ -103,22 +103,31 @@ TEST(QXLogFile, TerminalAccessFromTheBackgroundStopsTheProcessSilently) {
   }
 }
 
+TEST_F(QXLogFileCrash, HandlerIsInstalledForSignalsIgnoredAtTheStartToo) {
+  QXChildSetup setup;
+  setup.m_arrIgnored = {2, 4, 6, 8, 11, 15, 21, 22};
+  QXChildResult const result = RunSignalChild("list", 0, setup);
+  ASSERT_TRUE(WIFEXITED(result.m_nStatus));
+  EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+}
+
 TEST(QXLogFile, SignalsIgnoredAtTheStartStayIgnored) {
-  for (int const signal : {2, 15, 21, 22}) {
-    QXChildSetup setup;
-    setup.m_arrIgnored = {signal};
-    QXChildResult const result = RunSignalChild("raise", signal, setup);
-    ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << signal << " " << result.m_nStatus;
-    EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+  for (char const* szMode : {"raise", "twice", "dump"}) {
+    for (int const signal : {2, 15, 21, 22}) {
+      QXChildSetup setup;
+      setup.m_arrIgnored = {signal};
+      QXChildResult const result = RunSignalChild(szMode, signal, setup);
+      ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << szMode << " " << signal << " " << result.m_nStatus;
+      EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+      EXPECT_EQ(result.m_strErrors, "");
+    }
   }
 }
 
-TEST(QXLogFile, HandlerIsInstalledForInterruptAndTerminationEvenIfTheyWereIgnored) {
+TEST(QXLogFile, IgnoringOneSignalLeavesTheOthersAsTheyAre) {
   QXChildSetup setup;
-  setup.m_arrIgnored = {2, 15};
-  QXChildResult const result = RunSignalChild("handled", 0, setup);
-  ASSERT_TRUE(WIFEXITED(result.m_nStatus)) << result.m_nStatus;
-  EXPECT_EQ(WEXITSTATUS(result.m_nStatus), 0);
+  setup.m_arrIgnored = {15};
+  EXPECT_TRUE(EndedBy(RunSignalChild("raise", 2, setup), 2));
 }
 
 TEST(QXLogFile, HandlerThatAHostInstallsInMainIsKept) {
@@ -149,6 +158,11 @@ TEST(QXLogFile, UnloadingTheLibraryLeavesNoHandlerBehind) {
   QXChildResult const result = RunChild({QX_UNLOAD_CHILD, QX_LIBRARY_FILE});
   EXPECT_TRUE(EndedBy(result, SIGINT)) << result.m_nStatus;
   EXPECT_EQ(result.m_strErrors, "");
+  QXChildSetup setup;
+  setup.m_arrIgnored = {SIGINT};
+  QXChildResult const ignoring = RunChild({QX_UNLOAD_CHILD, QX_LIBRARY_FILE}, setup);
+  ASSERT_TRUE(WIFEXITED(ignoring.m_nStatus)) << ignoring.m_nStatus;
+  EXPECT_EQ(WEXITSTATUS(ignoring.m_nStatus), 0);
 }
 
 }  // namespace

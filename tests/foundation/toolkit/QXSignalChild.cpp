@@ -1,5 +1,6 @@
 // Does to itself what the command line says, with the library loaded.
 //   raise N     sends itself signal N and exits with 0 if that did nothing
+//   twice N     the same two times
 //   host N      the same after installing a handler of its own, which exits with 42
 //   dump N      calls the handler as a function
 //   fault       writes to an address that is not there
@@ -7,8 +8,7 @@
 //   illegal     executes an illegal instruction
 //   abort       calls abort
 //   overflow    fills its stack, with another one at hand for handlers
-//   handled     exits with the count of 2 and 15 that do not have the library's handler
-//   list        exits with the count of all signals that do not have the library's handler, restarting system calls
+//   list        exits with the count of signals that do not have the library's handler, restarting system calls
 #include <QxGraphics3D/frame/foundation/toolkit/QXLogFile.h>
 
 #include <signal.h>
@@ -24,9 +24,9 @@ void HostHandler(int) {
   ::_exit(42);
 }
 
-int CountOthers(std::initializer_list<int> arrSignals) {
+int CountOthers() {
   int others = 0;
-  for (int const signal : arrSignals) {
+  for (int const signal : {2, 4, 6, 8, 11, 15, 21, 22}) {
     struct sigaction action {};
     ::sigaction(signal, nullptr, &action);
     // Without a restart, reading from the terminal would fail in a process that is stopped for it and continued.
@@ -72,10 +72,10 @@ int main(int nArgumentCount, char** arrArguments) {
   if (nArgumentCount < 2) return 99;
   auto const is = [arrArguments](char const* szName) { return std::strcmp(arrArguments[1], szName) == 0; };
   int const number = nArgumentCount > 2 ? std::atoi(arrArguments[2]) : 0;
-  if (is("list")) return CountOthers({2, 4, 6, 8, 11, 15, 21, 22});
-  if (is("handled")) return CountOthers({2, 15});
+  if (is("list")) return CountOthers();
   if (is("host")) ::signal(number, &HostHandler);
-  if (is("host") || is("raise")) ::raise(number);
+  if (is("host") || is("raise") || is("twice")) ::raise(number);
+  if (is("twice")) ::raise(number);
   if (is("dump")) QXC::QXLogFile::Dump(number);
   if (is("fault")) Fault();
   if (is("divide")) return Divide();

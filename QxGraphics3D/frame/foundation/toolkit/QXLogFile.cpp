@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 
 namespace QXC {
 
@@ -54,14 +56,20 @@ void (*GetHandler(int nSignal))(int) {
   return action.sa_handler;
 }
 
-// Signals that whoever started the process had ignored (a background job, nohup). The handler is installed for them all
-// the same and lets them pass, since the default action would end a process that is meant to go on.
-std::array<volatile std::sig_atomic_t, NSIG> arrIgnoredAtLoad{};
+// Signals, one bit each, that were ignored when the library came. Who started the process wants it to live through them
+// (a background job, nohup): answering with the default action would end or stop it. A crash cannot be ignored in that
+// sense. Lock-free, so that the handler may read it.
+constinit std::atomic<std::uint32_t> ms_nIgnored{0};
+static_assert(std::atomic<std::uint32_t>::is_always_lock_free);
 
-// A terminal that finds these handled and not ignored sends them again for every restarted read or write, without end:
-// where they were ignored they have to stay so.
-bool IsTerminalAccess(int nSignal) {
-  return nSignal == SIGTTIN || nSignal == SIGTTOU;
+std::uint32_t BitOf(int nSignal) {
+  return nSignal >= 0 && nSignal < 32 ? std::uint32_t{1} << nSignal : 0;
+}
+
+// What the signal would do without the library. The handler puts this back before it returns: a terminal that went on
+// finding 21 or 22 handled would send it again for every restarted read or write, without end.
+void (*FormerAction(int nSignal))(int) {
+  return (ms_nIgnored.load() & BitOf(nSignal)) != 0 ? SIG_IGN : SIG_DFL;
 }
 
 // Three objects of one kind may run this at load with the same effect as one: the handlers are the same.
@@ -72,9 +80,7 @@ public:
     void* frame = nullptr;
     ::backtrace(&frame, 1);
     for (int const signal : arrHandledSignals) {
-      bool const ignored = !IsCrash(signal) && GetHandler(signal) == SIG_IGN;
-      if (ignored && IsTerminalAccess(signal)) continue;
-      arrIgnoredAtLoad[static_cast<std::size_t>(signal)] = ignored ? 1 : 0;
+      if (!IsCrash(signal) && GetHandler(signal) == SIG_IGN) ms_nIgnored.fetch_or(BitOf(signal));
       SetAction(signal, &QXLogFile::Dump);
     }
   }
@@ -83,8 +89,7 @@ public:
   // The library may be unloaded by a host that opened it at run time: a handler left behind would point nowhere.
   ~CrashHandlerInstaller() {
     for (int const signal : arrHandledSignals) {
-      if (GetHandler(signal) != &QXLogFile::Dump) continue;
-      SetAction(signal, arrIgnoredAtLoad[static_cast<std::size_t>(signal)] ? SIG_IGN : SIG_DFL);
+      if (GetHandler(signal) == &QXLogFile::Dump) SetAction(signal, FormerAction(signal));
     }
   }
 };
@@ -94,10 +99,9 @@ CrashHandlerInstaller const crashHandlerInstaller;
 }  // namespace
 
 void QXLogFile::Dump(int nSignal) {
-  if (nSignal > 0 && nSignal < NSIG && arrIgnoredAtLoad[static_cast<std::size_t>(nSignal)]) return;
   int const savedErrno = errno;
-  // First the default action: a fault while the stack is written then ends the process instead of coming back here.
-  SetAction(nSignal, SIG_DFL);
+  // First the former action: a fault while the stack is written then ends the process instead of coming back here.
+  SetAction(nSignal, FormerAction(nSignal));
   if (IsCrash(nSignal)) {
     WriteHeadline(nSignal);
     WriteStack();
