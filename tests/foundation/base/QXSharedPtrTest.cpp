@@ -142,11 +142,23 @@ TEST_F(QXSharedPtrTest, HolderIsNullWhileItsObjectDies) {
   EXPECT_EQ(result, 1);
 }
 
+TEST_F(QXSharedPtrTest, DestroyFreesWhatIsHeldAloneAndOnlyLetsGoOfWhatIsShared) {
+  ItemPtr first(new Item(1));
+  ItemPtr second(first);
+  first.Destroy();
+  EXPECT_EQ(first.IsNull(), 1);
+  EXPECT_EQ(second.UseCount(), 1u);
+  EXPECT_EQ(second->m_nNumber, 1);
+  second.Destroy();
+  EXPECT_EQ(second.IsNull(), 1);
+  EXPECT_EQ(nLiving, 0);
+  second.Destroy();
+}
+
 class CountingPtr : public ItemPtr {
 public:
   int m_nDestroyed = 0;
 
-protected:
   void Destroy() override {
     ++m_nDestroyed;
     ItemPtr::Destroy();

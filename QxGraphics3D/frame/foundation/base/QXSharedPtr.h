@@ -27,6 +27,23 @@ public:
   // Slot order is the contract with plug-ins: never reorder, never insert; append only with a major version.
   virtual ~QXSharedPtr() { Release(); }
 
+  /// Frees the object and its count when the last holder lets go, with this pointer already null. Called on a pointer
+  /// that shares its object it only lets go, as SetNull does, since the other holders still use the object. From the
+  /// destructor it is this class's own form that runs, as in every destructor. Kept out of line: where several copies
+  /// die in one function, g++ 12 would warn of a use after the free that the count rules out.
+  [[gnu::noinline]] virtual void Destroy() {
+    T* const pRep = m_pRep;
+    unsigned int* const pUseCount = m_pUseCount;
+    m_pRep = nullptr;
+    m_pUseCount = nullptr;
+    if (pUseCount && *pUseCount > 1) {
+      --*pUseCount;
+      return;
+    }
+    delete pUseCount;
+    delete pRep;
+  }
+
   QXSharedPtr& operator=(QXSharedPtr const& other) {
     QXSharedPtr copy(other);  // counts first: other may live inside the object that is released
     Swap(copy);
@@ -67,19 +84,6 @@ public:
   /// Pointers that hold the object, this one included; 0 if nothing is held.
   unsigned int UseCount() const { return m_pUseCount ? *m_pUseCount : 0; }
 
-protected:
-  /// Frees the object and its count when the last holder lets go, with this pointer already null. From the destructor
-  /// it is this class's own form that runs, as in every destructor. Kept out of line: where several copies die in one
-  /// function, g++ 12 would warn of a use after the free that the count rules out.
-  [[gnu::noinline]] virtual void Destroy() {
-    T* const pRep = m_pRep;
-    unsigned int* const pUseCount = m_pUseCount;
-    m_pRep = nullptr;
-    m_pUseCount = nullptr;
-    delete pUseCount;
-    delete pRep;
-  }
-
 private:
   void Swap(QXSharedPtr& other) noexcept {
     T* const pRep = m_pRep;
@@ -90,11 +94,12 @@ private:
     other.m_pUseCount = pUseCount;
   }
   void Release() {
-    if (m_pUseCount && --*m_pUseCount == 0) {
-      Destroy();
-    } else {
+    if (m_pUseCount && *m_pUseCount > 1) {
+      --*m_pUseCount;
       m_pRep = nullptr;
       m_pUseCount = nullptr;
+    } else if (m_pUseCount) {
+      Destroy();
     }
   }
 
