@@ -19,7 +19,7 @@ enum GPUVendor : int {
 /// A capability describes itself: the top four bits name the capability word (0 to 3), the low 28 bits are the mask
 /// inside that word. Categories 0 and 1 hold for every graphics system, 2 and 3 belong to one of them. Only bit 19
 /// of category 0 is read by the library; plug-ins may define further values.
-enum Capabilities : int {
+enum Capabilities : unsigned int {
   CAP_AUTOMIPMAP = 0x00000001,
   CAP_BLENDING = 0x00000002,
   CAP_ANISOTROPY = 0x00000004,

@@ -13,8 +13,9 @@ unsigned int ShiftOf(int nLayerIDUnit) {
   return (32u - static_cast<unsigned int>(nLayerIDUnit)) & 31u;
 }
 
-// 2^s - 1 in double precision and with s not reduced: at 32 layer bits and more no bit is left for the object. At least
-// one bit is always the layer's, so that 32 bits hold the mask.
+// 2^s - 1 in double precision and with s not reduced: at 32 layer bits and more no bit is left for the object, until at
+// 86 the power is too small to count beside the 1 and the mask becomes -1, every bit. At least one bit is always the
+// layer's, so that 32 bits hold the mask.
 std::uint32_t ObjectMask(int nLayerIDUnit) {
   return static_cast<std::uint32_t>(static_cast<std::int64_t>(std::ldexp(1.0, 32 - nLayerIDUnit) - 1.0));
 }
@@ -70,7 +71,9 @@ QdcUnicodeString const& QXSceneOperation::GetParentNodeName() const {
 }
 
 QdcUnicodeString QXSceneOperation::SetParentNodeName(QdcUnicodeString const& strName) {
-  return std::exchange(m_strParentNodeName, strName);
+  QdcUnicodeString strFormer(strName);  // first: strName may be what GetParentNodeName gave
+  std::swap(strFormer, m_strParentNodeName);
+  return strFormer;
 }
 
 int QXSceneOperation::GetLayerIDUnit() const {

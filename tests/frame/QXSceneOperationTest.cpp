@@ -39,6 +39,14 @@ TEST(QXSceneOperation, SettersGiveTheFormerValue) {
   EXPECT_TRUE(operation.GetParentNodeName() == L"roads");
 }
 
+TEST(QXSceneOperation, ParentNodeNameMayBeSetToItself) {
+  QXSceneOperation operation;
+  operation.SetParentNodeName(L"a name that is too long to be stored inside the object");
+  QdcUnicodeString const strFormer = operation.SetParentNodeName(operation.GetParentNodeName());
+  EXPECT_TRUE(strFormer == L"a name that is too long to be stored inside the object");
+  EXPECT_TRUE(operation.GetParentNodeName() == strFormer);
+}
+
 TEST(QXSceneOperation, SetDefaultLeavesMaximumPriorityLayerBitsAndCounter) {
   QXSceneOperation operation;
   operation.SetRenderGroupID(1);
@@ -132,6 +140,16 @@ TEST(QXSceneOperation, PixelGivesTheTopBitsInAlphaThenRedGreenBlue) {
   operation.GetID(arrPixel, nLayer, nID);
   EXPECT_EQ(nLayer, 0xFE);
   EXPECT_EQ(nID, 0x112233);
+}
+
+TEST(QXSceneOperation, LayerBitsBeyondThePrecisionOfADoubleMaskNothing) {
+  QXSceneOperation operation;
+  operation.SetLayerIDUnit(85);
+  EXPECT_EQ(operation.GetID(0, 99), 0u);
+  for (int const nBits : {86, 1000, 2147483647}) {
+    operation.SetLayerIDUnit(nBits);
+    EXPECT_EQ(operation.GetID(0, 99), 99u) << nBits;
+  }
 }
 
 /// The two formulas literally, with the power computed each time.
