@@ -21,9 +21,10 @@ struct SearchFolders {
   QXMutex m_Mutex{1};
   std::vector<QdcUnicodeString> m_arrFolders;
 
+  // Kept until the process ends: static destructors of a host may still ask.
   static SearchFolders& Get() {
-    static SearchFolders folders;
-    return folders;
+    static SearchFolders* const pFolders = new SearchFolders;
+    return *pFolders;
   }
   void Remove(QdcUnicodeString const& strFolder) { std::erase(m_arrFolders, strFolder); }
   std::vector<QdcUnicodeString> GetAll() {
@@ -89,9 +90,9 @@ void QXPluginConfigs::ReadFolder(QdcUnicodeString const& strFolder, unsigned cha
   if (error) {
     // A library installed without plug-ins has no folder beside it; a folder that a host names must be there.
     if (bRequired == 0 && error == std::errc::no_such_file_or_directory) return;
-    QdcUnicodeString strProblem;
-    strProblem.Format(L"%s: the plug-in folder cannot be read: %S", strFolder.Cstr(), error.message().c_str());
-    m_arrProblems.Add(detail::OneLine(strProblem));
+    // Not through Format: the system words its reason in the host's encoding, which need not be UTF-8.
+    QdcUnicodeString const strReason = QdcUnicodeString::FromUTF8(error.message().c_str());
+    m_arrProblems.Add(detail::OneLine(strFolder + L": the plug-in folder cannot be read: " + strReason));
     return;
   }
   for (QdcUnicodeString const& strName : arrNames) ReadFile(strFolder, strName);

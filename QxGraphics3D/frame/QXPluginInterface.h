@@ -20,7 +20,7 @@
 namespace QXC {
 
 /// Raised at every change of slots or layouts that a plug-in can see. A module of another number is refused before
-/// anything in it but QXPluginInterfaceVersion has run.
+/// anything in it but its static initialisation and QXPluginInterfaceVersion has run.
 inline constexpr unsigned int QX_PLUGIN_INTERFACE_VERSION = 1;
 
 /// Kind of a renderer: QXPluginCreate gives a QXGraphics3D.

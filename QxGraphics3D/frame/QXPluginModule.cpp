@@ -62,6 +62,9 @@ QdcUnicodeString NotConfigured(
   if (strNames.IsEmpty()) {
     strText.Format(L"%s '%s': no plug-in of this kind is configured; put its .ini file into %s", strKind.Cstr(),
         strName.Cstr(), QXPluginConfigs::GetDefaultFolder().Cstr());
+  } else if (strName.IsEmpty()) {
+    strText.Format(L"%s: every plug-in of this kind is disabled; set 'enabled = true' in the .ini file of one of: %s",
+        strKind.Cstr(), strNames.Cstr());
   } else {
     strText.Format(L"%s '%s': no plug-in of this name is configured; choose one of: %s", strKind.Cstr(), strName.Cstr(),
         strNames.Cstr());
@@ -115,7 +118,9 @@ ModuleHandle OpenModule(QdcUnicodeString const& strPath, QdcUnicodeString& strFa
     strFault = QdcUnicodeString(szFault) + L"; install the plug-in or correct 'module' in its .ini file";
     return nullptr;
   }
-  ModuleHandle hModule(::dlopen(strPath.ToMBString().Cstr(), RTLD_NOW | RTLD_LOCAL));
+  // A bare name would be looked for among the system's libraries.
+  QdcUnicodeString const strFile = strPath.Find(L'/', 0) < 0 ? QdcUnicodeString(L"./") + strPath : strPath;
+  ModuleHandle hModule(::dlopen(strFile.ToMBString().Cstr(), RTLD_NOW | RTLD_LOCAL));
   if (!hModule) {
     strFault = QdcUnicodeString(L"cannot be loaded: ") + QdcUnicodeString::FromUTF8(::dlerror()) +
                L"; install what it needs or a plug-in of the same release";

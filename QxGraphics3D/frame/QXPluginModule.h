@@ -21,7 +21,9 @@ class QXPluginConfigs;
 ///     pModule->Destroy(pGraphics3D);
 ///     delete pModule;
 ///
-/// Nothing is thrown: every failure gives null and one line in strError that says what, where and what to do.
+/// Nothing is thrown: every failure gives null and one line in strError that says what, where and what to do. What no
+/// library can turn into a failure is an exception out of a module's static initialisation: the system's loader ends the
+/// process then.
 /// Threads: load from one thread at a time; Create and Destroy as the kind's class asks.
 class QXGRAPHICS3D_API QXPluginModule {
 public:
@@ -30,7 +32,8 @@ public:
   /// takes the kind's default plug-in. The result is the caller's; null with the reason in strError on failure.
   static QXPluginModule* Load(QXPluginConfigs const& configs, QdcUnicodeString const& strKind,
       QdcUnicodeString const& strName, QdcUnicodeString& strError);
-  /// The same for a module file, without configuration; strName only stands in messages.
+  /// The same for a module file, without configuration; strName only stands in messages. A bare file name means the
+  /// current folder, never the system's libraries.
   static QXPluginModule* LoadFile(QdcUnicodeString const& strPath, QdcUnicodeString const& strKind,
       QdcUnicodeString const& strName, QdcUnicodeString& strError);
   QXPluginModule(QXPluginModule const&) = delete;

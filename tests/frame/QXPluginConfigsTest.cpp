@@ -23,6 +23,14 @@ std::string Text(QdcUnicodeString const& strText) {
   return strText.ToMBString().Cstr();
 }
 
+/// Made before anything of the library and so gone after it: a host's own static objects come as late.
+struct LateUser {
+  ~LateUser() {
+    QXPluginConfigs::AddSearchFolder(L"/nowhere/late");
+    QXPluginConfigs::RemoveSearchFolder(L"/nowhere/late");
+  }
+} const lateUser;
+
 class QXPluginConfigsTest : public testing::Test {
 protected:
   QXPluginConfigsTest() { QXPluginConfigs::AddSearchFolder(m_Folder.GetName()); }
@@ -252,9 +260,16 @@ TEST_F(QXPluginConfigsTest, MissingFolderOfAHostIsTold) {
 }
 
 TEST_F(QXPluginConfigsTest, ProblemsStayOneLine) {
-  m_Folder.Write("two\nlines.ini", "nonsense");
-  EXPECT_EQ(Problems(QXPluginConfigs()),
-      std::vector<std::string>{"two lines.ini:1: expected [section], key = value or a comment"});
+  std::string const strReason = ":1: expected [section], key = value or a comment";
+  // Line feed, delete, next line (a control character of the second range), line and paragraph separator.
+  for (char const* szEnd : {"\n", "\x7F", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+    std::string const strName = std::string("two") + szEnd + "lines.ini";
+    m_Folder.Write(strName, "nonsense");
+    EXPECT_EQ(Problems(QXPluginConfigs()), std::vector<std::string>{"two lines.ini" + strReason});
+    std::filesystem::remove(m_Folder.m_Path / strName);
+  }
+  m_Folder.Write("stra\xC3\x9F\xC2\xA0.ini", "nonsense");
+  EXPECT_EQ(Problems(QXPluginConfigs()), std::vector<std::string>{"stra\xC3\x9F\xC2\xA0.ini" + strReason});
 }
 
 TEST_F(QXPluginConfigsTest, FileCutAtAnyByteIsWholeOrLeftOut) {
@@ -273,6 +288,21 @@ TEST_F(QXPluginConfigsTest, FileCutAtAnyByteIsWholeOrLeftOut) {
     ASSERT_EQ(Path("a.so").rfind(Found(configs, L"alpha").substr(Found(configs, L"alpha").find('/')), 0), 0u)
         << nLength;
   }
+}
+
+TEST_F(QXPluginConfigsTest, FileOfThousandsOfKindsIsReadInOrder) {
+  // A time that grew with the square of the sections would show as a minute here.
+  constexpr int nKinds = 60000;
+  std::string strBytes;
+  for (int nKind = 0; nKind < nKinds; ++nKind) {
+    strBytes += "[k" + std::to_string(nKind) + "]\nname=n" + std::to_string(nKind) + "\nmodule=m\n";
+  }
+  m_Folder.Write("a.ini", strBytes);
+  QXPluginConfigs const configs;
+  EXPECT_TRUE(Problems(configs).empty());
+  EXPECT_GE(configs.m_dictPlugins.GetCount(), static_cast<std::uint64_t>(nKinds));
+  EXPECT_EQ(Text(configs.GetDefaultName(L"k0")), "n0");
+  EXPECT_EQ(Text(configs.GetDefaultName(L"k59999")), "n59999");
 }
 
 TEST_F(QXPluginConfigsTest, RandomBytesNeverHarmTheOthers) {

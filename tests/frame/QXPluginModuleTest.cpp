@@ -78,6 +78,18 @@ TEST(QXPluginModule, SymbolsStayLocalAndTheModuleStaysLoaded) {
   EXPECT_TRUE(IsLoaded(ModulePath("good")));
 }
 
+TEST(QXPluginModule, BareFileNameMeansTheCurrentFolder) {
+  std::filesystem::path const before = std::filesystem::current_path();
+  std::filesystem::current_path(std::filesystem::path(ModulePath("good")).parent_path());
+  std::string strError;
+  std::unique_ptr<QXPluginModule> const pModule = LoadFile("good.so", strError);
+  EXPECT_EQ(LoadFile("libm.so.6", strError), nullptr);
+  std::filesystem::current_path(before);
+  EXPECT_NE(pModule, nullptr);
+  EXPECT_EQ(strError,
+      "test 'tester': libm.so.6 does not exist; install the plug-in or correct 'module' in its .ini file");
+}
+
 TEST(QXPluginModule, KindThatTheModuleDoesNotKnowIsAReasonAtCreation) {
   std::string strError;
   std::unique_ptr<QXPluginModule> const pModule = LoadFile(ModulePath("good"), strError, L"renderer");
@@ -260,6 +272,15 @@ TEST_F(QXConfiguredModule, UnknownNameIsToldWithTheKnownOnes) {
   std::string strError;
   EXPECT_EQ(Load(L"fancy", strError), nullptr);
   EXPECT_EQ(strError, "test 'fancy': no plug-in of this name is configured; choose one of: throwing, good");
+}
+
+TEST_F(QXConfiguredModule, EmptyNameWithoutAnEnabledPluginTellsWhichOnesThereAre) {
+  Configure("good", "number = 2\nenabled = false\n");
+  Configure("throwing", "number = 1\nenabled = false\n");
+  std::string strError;
+  EXPECT_EQ(Load(L"", strError), nullptr);
+  EXPECT_EQ(strError,
+      "test: every plug-in of this kind is disabled; set 'enabled = true' in the .ini file of one of: throwing, good");
 }
 
 TEST_F(QXConfiguredModule, UnknownKindIsToldWithTheFolder) {

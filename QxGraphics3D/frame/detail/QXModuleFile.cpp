@@ -1,6 +1,7 @@
 #include <QxGraphics3D/frame/detail/QXModuleFile.h>
 
-#include <fcntl.h>
+#include <QxGraphics3D/frame/foundation/toolkit/detail/QXFileHandle.h>
+
 #include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,21 +13,6 @@
 namespace QXC::detail {
 
 namespace {
-
-class FileHandle {
-public:
-  // Not blocking: opening a named pipe would wait for its other end before it can be refused.
-  explicit FileHandle(char const* szPath) : m_nHandle(::open(szPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  FileHandle(FileHandle const&) = delete;
-  FileHandle& operator=(FileHandle const&) = delete;
-  ~FileHandle() {
-    if (m_nHandle >= 0) ::close(m_nHandle);
-  }
-  int Get() const { return m_nHandle; }
-
-private:
-  int m_nHandle;
-};
 
 template <class Record>
 bool ReadAt(int nHandle, std::uint64_t nOffset, Record& record) {
@@ -52,7 +38,7 @@ wchar_t const* FaultOfSegments(int nHandle, std::uint64_t nFileSize) {
 }  // namespace
 
 wchar_t const* FaultOfModuleFile(QdcUnicodeString const& strPath) {
-  FileHandle const file(strPath.ToMBString().Cstr());
+  QXFileHandle const file(strPath.ToMBString().Cstr());
   if (file.Get() < 0) return errno == ENOENT ? L"does not exist" : L"cannot be opened";
   struct stat status {};
   if (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return L"is not a regular file";

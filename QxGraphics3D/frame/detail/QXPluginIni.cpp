@@ -1,8 +1,9 @@
 #include <QxGraphics3D/frame/detail/QXPluginIni.h>
 
-#include <algorithm>
-#include <cwchar>
+#include <cstddef>
 #include <limits>
+#include <map>
+#include <utility>
 
 namespace QXC::detail {
 
@@ -45,18 +46,21 @@ wchar_t const* FaultOfLine(QXIniEntry const& line, QXPluginEntry& entry) {
   return nullptr;
 }
 
-QXPluginEntry& EntryOfSection(std::vector<QXPluginEntry>& arrEntries, QXIniEntry const& line) {
-  auto const found = std::find_if(arrEntries.begin(), arrEntries.end(),
-      [&line](QXPluginEntry const& entry) { return entry.m_strKind == line.m_strSection; });
-  if (found != arrEntries.end()) return *found;
-  QXPluginEntry entry;
-  entry.m_strKind = line.m_strSection;
-  entry.m_nLine = line.m_nLine;
-  entry.m_Config.m_nNumber = 1;
-  entry.m_Config.m_bEnabled = 1;
-  arrEntries.push_back(entry);
-  return arrEntries.back();
-}
+/// The entries in the order of their sections, found by kind: a file of nothing but sections is read in the same time a
+/// line as any other.
+class SectionList {
+public:
+  QXPluginEntry& EntryOf(QXIniEntry const& line) {
+    auto const [place, bNew] = m_mapPlaces.try_emplace(line.m_strSection, m_arrEntries.size());
+    if (bNew) m_arrEntries.push_back({line.m_strSection, {1, QdcUnicodeString(), 1}, QdcUnicodeString(), line.m_nLine});
+    return m_arrEntries[place->second];
+  }
+  std::vector<QXPluginEntry>& GetAll() { return m_arrEntries; }
+
+private:
+  std::vector<QXPluginEntry> m_arrEntries;
+  std::map<QdcUnicodeString, std::size_t> m_mapPlaces;
+};
 
 std::vector<QXPluginEntry> Refuse(
     QdcUnicodeString const& strFile, int nLine, wchar_t const* szReason, QdcUnicodeString& strProblem) {
@@ -68,13 +72,13 @@ std::vector<QXPluginEntry> Refuse(
 
 std::vector<QXPluginEntry> ReadPluginEntries(
     std::vector<QXIniEntry> const& arrLines, QdcUnicodeString const& strFile, QdcUnicodeString& strProblem) {
-  std::vector<QXPluginEntry> arrEntries;
+  SectionList sections;
   for (QXIniEntry const& line : arrLines) {
-    QXPluginEntry& entry = EntryOfSection(arrEntries, line);
-    if (wchar_t const* const szFault = FaultOfLine(line, entry)) {
+    if (wchar_t const* const szFault = FaultOfLine(line, sections.EntryOf(line))) {
       return Refuse(strFile, line.m_nLine, szFault, strProblem);
     }
   }
+  std::vector<QXPluginEntry>& arrEntries = sections.GetAll();
   for (QXPluginEntry const& entry : arrEntries) {
     if (entry.m_Config.m_strName.IsEmpty())
       return Refuse(strFile, entry.m_nLine, L"the section lacks name", strProblem);
@@ -84,7 +88,7 @@ std::vector<QXPluginEntry> ReadPluginEntries(
     return Refuse(strFile, 1, L"no plug-in; expected a section [kind] with name and module", strProblem);
   }
   strProblem = L"";
-  return arrEntries;
+  return std::move(arrEntries);
 }
 
 }  // namespace QXC::detail

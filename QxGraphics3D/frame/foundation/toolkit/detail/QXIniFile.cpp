@@ -1,8 +1,8 @@
 #include <QxGraphics3D/frame/foundation/toolkit/detail/QXIniFile.h>
 
 #include <QxGraphics3D/frame/foundation/base/detail/QXUtf8.h>
+#include <QxGraphics3D/frame/foundation/toolkit/detail/QXFileHandle.h>
 
-#include <fcntl.h>
 #include <ini.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,24 +16,9 @@ namespace QXC::detail {
 
 namespace {
 
-class FileHandle {
-public:
-  // Not blocking: opening a named pipe would wait for its other end before it can be refused.
-  explicit FileHandle(char const* szPath) : m_nHandle(::open(szPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  FileHandle(FileHandle const&) = delete;
-  FileHandle& operator=(FileHandle const&) = delete;
-  ~FileHandle() {
-    if (m_nHandle >= 0) ::close(m_nHandle);
-  }
-  int Get() const { return m_nHandle; }
-
-private:
-  int m_nHandle;
-};
-
 // Null, or why the file could not be read.
 wchar_t const* ReadWhole(char const* szPath, std::string& bytes) {
-  FileHandle const file(szPath);
+  QXFileHandle const file(szPath);
   if (file.Get() < 0) return L"cannot be opened";
   struct stat status {};
   if (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return L"is not a regular file";
