@@ -251,6 +251,12 @@ TEST_F(QXPluginConfigsTest, FilesThatCannotBeReadAreTold) {
   EXPECT_EQ(Found(configs, L"hidden"), "");
 }
 
+TEST_F(QXPluginConfigsTest, FolderAddedTwiceIsReadOnce) {
+  m_Folder.Write("a.ini", "nonsense");
+  QXPluginConfigs::AddSearchFolder(m_Folder.GetName() + L"/");
+  EXPECT_EQ(Problems(QXPluginConfigs()).size(), 1u);
+}
+
 TEST_F(QXPluginConfigsTest, MissingFolderOfAHostIsTold) {
   QXPluginConfigs::AddSearchFolder(m_Folder.GetName() + L"/missing");
   QXPluginConfigs const configs;

@@ -56,6 +56,15 @@ TEST(QdcArray, AddWithAGrowStepReservesExactlyTheStep) {
   EXPECT_EQ(array.GetCapacity(), 32u);
 }
 
+TEST(QdcArray, GrowStepOfOneMakesRoomForOneAtATime) {
+  QdcArray<int> array;
+  array.SetGrowSize(1);
+  for (int i = 0; i < 8; ++i) {
+    array.Add(i);
+    ASSERT_EQ(array.GetCapacity(), array.GetSize());
+  }
+}
+
 TEST(QdcArray, AddWithoutAGrowStepGrowsAsAVectorDoes) {
   QdcArray<int> array;
   std::vector<int> reference;
