@@ -86,8 +86,8 @@ TEST(QXPluginModule, BareFileNameMeansTheCurrentFolder) {
   EXPECT_EQ(LoadFile("libm.so.6", strError), nullptr);
   std::filesystem::current_path(before);
   EXPECT_NE(pModule, nullptr);
-  EXPECT_EQ(strError,
-      "test 'tester': libm.so.6 does not exist; install the plug-in or correct 'module' in its .ini file");
+  EXPECT_EQ(
+      strError, "test 'tester': libm.so.6 does not exist; install the plug-in or correct 'module' in its .ini file");
 }
 
 TEST(QXPluginModule, KindThatTheModuleDoesNotKnowIsAReasonAtCreation) {
