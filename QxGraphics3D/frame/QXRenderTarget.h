@@ -99,7 +99,7 @@ public:
   /// One frame of the target: renumbers the viewports where the mode asks for it, lets the plug-in prepare
   /// (BeginViewportUpdate), updates each viewport in key order from the position that this left, passes on pending
   /// camera notifications and closes the frame in the statistics. The renderer's update loop calls it.
-  /// Cost: linear in the viewports; allocates only while keys have gaps in the mode MVM_ORDERED.
+  /// Cost: linear in the viewports; allocates at most in the first frame after viewports came or went.
   virtual void Update();
   /// Shows the finished frame of a window; the host calls it after UpdateAllRenderTargets. A target without a front
   /// buffer has nothing to do. @param bWaitForVerticalBlank  1: return only when the display has taken the frame
@@ -154,7 +154,8 @@ public:
   /// 1: the window whose end is the end of the program; 0 here.
   virtual unsigned char IsPrimary() const;
   /// Update calls it after the renumbering and before the first viewport, with the start of the viewports. The plug-in
-  /// makes the target current here, and may move the position to skip viewports: the walk goes on from where it is left.
+  /// makes the target current here, and may move the position to skip viewports: the walk goes on from where it is
+  /// left.
   virtual void BeginViewportUpdate(ViewportPosition& position) = 0;
   /// Size of the display that the window stands on, pixels; 0 here.
   virtual unsigned int GetDisplayWidth() const;
@@ -178,8 +179,8 @@ public:
   virtual QXVector3d GetShadowSplitPoints() const;
   /// Background of all viewports; empty here.
   virtual void SetBackgroundColor(QXColorValue3D const& color);
-  /// Reads the finished picture back: GetWidth() * GetHeight() pixels of 4 bytes blue, green, red, alpha, top row first,
-  /// no padding. Hosts call it after the frame. The memory stays the caller's.
+  /// Reads the finished picture back: GetWidth() * GetHeight() pixels of 4 bytes blue, green, red, alpha, top row
+  /// first, no padding. Hosts call it after the frame. The memory stays the caller's.
   /// @return  0, with the memory untouched, if nByteCount is too small or the device fails
   virtual unsigned char CopyToMemory(unsigned char* pPixels, unsigned int nByteCount) = 0;
   /// The mirror of CopyToMemory: replaces the picture. Empty here. The memory is read before the call returns.
@@ -261,9 +262,9 @@ public:
   void SetVertexSelectionRenderTarget(QXRenderTarget* pTarget);
   void SetRenderToTextureWithManual(unsigned char bEnable) { m_bRenderToTextureWithManual = bEnable; }
 
-  /// In the mode MVM_ORDERED makes the viewports' keys dense from 0, and moves the viewport at nIndex (0, 1 or 2) to the
-  /// top. If a viewport of exactly half the target's height then stands anywhere but first or third, the first two change
-  /// places, so that an inset is drawn behind the main view. Nothing in other modes, or if nIndex is the last already.
+  /// In the mode MVM_ORDERED makes the viewports' keys dense from 0, and moves the viewport at nIndex (0, 1 or 2) to
+  /// the top. If a viewport of exactly half the target's height then stands anywhere but first or third, the first two
+  /// change places, so that an inset is drawn behind the main view. Nothing in other modes, or if nIndex is the last.
   /// @param nIndex  key of the viewport to move; any other value, as Update's -1, only renumbers
   void MoveViewPortToLast(int nIndex);
   /// Closes one frame in the statistics; rates are computed once a period of more than 1000 ms has passed.

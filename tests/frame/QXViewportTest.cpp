@@ -226,6 +226,20 @@ TEST(QXViewport, UpdateDimensionsStopsAtTheEndsOfInt) {
   EXPECT_EQ(viewport.m_nActHeight, std::numeric_limits<int>::max());
 }
 
+TEST(QXViewport, UpdateDimensionsTakesWhatIsNotANumberForZero) {
+  QXTestLog log;
+  QXTestTarget target(log);
+  target.m_nWidth = 640;
+  target.m_nHeight = 480;
+  double const dNone = std::numeric_limits<double>::quiet_NaN();
+  QXViewport viewport(nullptr, &target, dNone, 0.5, dNone, 0.5, 0);
+  EXPECT_EQ(viewport.m_nActLeft, 0);
+  EXPECT_EQ(viewport.m_nActBottom, 240);
+  EXPECT_EQ(viewport.m_nActWidth, 0);
+  EXPECT_EQ(viewport.m_nActHeight, 240);
+  EXPECT_NE(viewport.GetDepthBuffer(), nullptr);
+}
+
 TEST(QXViewport, UpdateDimensionsWithoutATargetChangesNothing) {
   QXViewport viewport(1, 2, 3, 4);
   unsigned char* const pBuffer = viewport.GetDepthBuffer();
