@@ -18,11 +18,15 @@ double DeriveField(double dField, double dAspect) {
   return 2.0 * std::atan(std::tan(dField / 2.0) / dAspect);
 }
 
-/// The planes of one test with a tolerance.
-struct TolerancePlanes {
-  TolerancePlanes(QXFrustum const& frustum, double dTolerance) { frustum.ComputerPlane(m_Planes, dTolerance); }
-  QXPlane m_Planes[6];
-};
+/// A test with a tolerance. Never inlined: the room for its planes would otherwise be made at every call, and the usual
+/// ones, without a tolerance, are to be a mere jump to the test.
+template <typename Object>
+[[gnu::noinline]] unsigned char TestWithTolerance(QXFrustum const& frustum, double dTolerance, Object const& object,
+    unsigned char (*pfnTest)(QXPlane const*, Object const&)) {
+  QXPlane planes[6];
+  frustum.ComputerPlane(planes, dTolerance);
+  return pfnTest(planes, object);
+}
 
 unsigned char IsSphereVisible(QXPlane const* pPlanes, QXBoundingSphere const& sphere) {
   if (!sphere.valid()) return 0;
@@ -195,17 +199,17 @@ unsigned char QXFrustum::ContainsPoint(QXVector3d const& point) const {
 
 unsigned char QXFrustum::IsVisible(QXBoundingBox const& box, double dTolerance) const {
   if (qdcequal(dTolerance, 0.0)) return detail::g_pfnBoxTest(m_Planes, box);
-  return detail::g_pfnBoxTest(TolerancePlanes(*this, dTolerance).m_Planes, box);
+  return TestWithTolerance(*this, dTolerance, box, detail::g_pfnBoxTest);
 }
 
 unsigned char QXFrustum::IsVisible(QXBoundingSphere const& sphere, double dTolerance) const {
   if (qdcequal(dTolerance, 0.0)) return IsSphereVisible(m_Planes, sphere);
-  return IsSphereVisible(TolerancePlanes(*this, dTolerance).m_Planes, sphere);
+  return TestWithTolerance(*this, dTolerance, sphere, &IsSphereVisible);
 }
 
 unsigned char QXFrustum::IsVisible(QXOrientedBoundingBox& box, double dTolerance) const {
   if (qdcequal(dTolerance, 0.0)) return IsOrientedBoxVisible(m_Planes, box);
-  return IsOrientedBoxVisible(TolerancePlanes(*this, dTolerance).m_Planes, box);
+  return TestWithTolerance(*this, dTolerance, box, &IsOrientedBoxVisible);
 }
 
 }  // namespace QXC
