@@ -459,6 +459,21 @@ TEST(QXFrustum, RejectsAnOrientedBoxBehindOnePlane) {
   EXPECT_EQ(frustum.IsVisible(inside, 0.0), 1);
 }
 
+TEST(QXFrustum, RejectsAnOrientedBoxBehindAnyOfItsPlanes) {
+  ProbeFrustum const frustum = MakeCube();
+  for (double const dSign : {-1.0, 1.0}) {
+    QXVector3d const offsets[3] = {{dSign * 3, 0, 0}, {0, dSign * 3, 0}, {0, 0, dSign * 3}};
+    for (QXVector3d const& offset : offsets) {
+      QXMatrix4d shift;
+      shift.SetTrans(offset);
+      QXOrientedBoundingBox away(QXBoundingBox({-1, -1, -1}, {1, 1, 1}), shift);
+      EXPECT_EQ(frustum.IsVisible(away, 0.0), 0);
+      QXOrientedBoundingBox touching(QXBoundingBox({-2, -2, -2}, {2, 2, 2}), shift);
+      EXPECT_EQ(frustum.IsVisible(touching, 0.0), 1);
+    }
+  }
+}
+
 TEST(QXFrustum, AsksForTolerancePlanesOnlyWithATolerance) {
   ProbeFrustum const frustum = MakeCube();
   QXBoundingBox const box({-1, -1, -1}, {1, 1, 1});
@@ -466,6 +481,8 @@ TEST(QXFrustum, AsksForTolerancePlanesOnlyWithATolerance) {
   frustum.IsVisible(box, 0.0);
   frustum.IsVisible(box, 1e-12);  // 0 by tolerance
   frustum.IsVisible(MakeSphere({0, 0, 0}, 1.0), 0.0);
+  frustum.IsVisible(MakeSphere({0, 0, 0}, 1.0), 1e-12);
+  frustum.IsVisible(oriented, 0.0);
   frustum.IsVisible(oriented, -1e-12);
   EXPECT_EQ(frustum.m_nPlaneCalls, 0);
   frustum.IsVisible(box, 0.25);
