@@ -356,6 +356,9 @@ TEST(QXCamera, TurnsByPiAboutItsUpAxisToTheExactReverse) {
   ExpectNear(camera.GetUp(), up);
   ExpectNear(camera.GetRight(), -right);
   ExpectNear(camera.GetDirection(), -direction);
+  camera.SetDirection(7 * direction.x, 7 * direction.y, 7 * direction.z);  // of any length
+  ExpectNear(camera.GetUp(), up);
+  ExpectNear(camera.GetDirection(), direction);
 }
 
 TEST(QXCamera, TreatsNearlyOppositeDirectionsAsTheReverse) {
@@ -379,6 +382,7 @@ TEST(QXCamera, BringsTheViewUpToDateBeforeItTurns) {
 
 TEST(QXCamera, LooksAtAPoint) {
   QXCamera camera;
+  camera.SetRelativeOrigin({100, 0, 0});  // plays no part
   camera.SetPosition(1, 1, 1);
   camera.LookAt(QXVector3d(4, 1, 5));
   ExpectNear(camera.GetDirection(), {0.6, 0, 0.8});
@@ -506,6 +510,8 @@ TEST(QXCamera, LooksFromItsPositionToTheOriginOfAGlobe) {
     QXVector3d const up = (position + QXVector3d::UNIT_Z).MultiplyMatrix(view);
     EXPECT_NEAR(up.x, 0.0, 1e-12);
     EXPECT_GT(up.y, 0.0);
+    EXPECT_NEAR(up.y, 5.0 / 13.0, 1e-12);
+    ExpectNear({view[0][0], view[1][0], view[2][0]}, {-0.8, 0.6, 0});  // of length 1, though z is not across
     EXPECT_EQ(view[3][3], 1.0);
     EXPECT_EQ(view[0][3], 0.0);
     EXPECT_EQ(camera.GetOrientation(), QXQuaternion4d::IDENTITY);
