@@ -414,6 +414,7 @@ TEST(QXCamera, HasEmptyRenderAndUpdateOperations) {
 
 TEST(QXCamera, MeasuresDistancesFromTheEye) {
   QXCamera camera;
+  camera.SetRelativeOrigin({100, 0, 0});  // plays no part
   camera.SetPosition(1, 2, 3);
   EXPECT_NEAR(camera.GetDistFromEye({3, 5, 9}), 7.0, 1e-12);
   EXPECT_EQ(camera.IsViewOutOfDate(), 0);  // the view was brought up to date
