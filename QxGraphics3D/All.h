@@ -22,6 +22,7 @@
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QX3DEnums.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXAnimationKey.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingSphere.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>

@@ -5,11 +5,11 @@
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXAnimationKey.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 
 namespace QXC {
 
-class QXAnimationKey;
 
 /// A skeleton with one sequence of key frames a bone. Made by QXRenderOperationManager::CreateSkeletonAnimation,
 /// deleted by the host after the drawables that use it. Time is moved by Advance only.

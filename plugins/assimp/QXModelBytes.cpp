@@ -3,29 +3,14 @@
 #include <cerrno>
 #include <cstring>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <QxGraphics3D/frame/foundation/toolkit/detail/QXFileHandle.h>
 
 namespace QXAssimp {
 
 namespace {
-
-class FileHandle {
-public:
-  explicit FileHandle(char const* szPath)
-      // Not blocking: opening a pipe for reading would otherwise wait for a writer before fstat can refuse it.
-      : m_nHandle(open(szPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  FileHandle(FileHandle const&) = delete;
-  FileHandle& operator=(FileHandle const&) = delete;
-  ~FileHandle() {
-    if (m_nHandle >= 0) close(m_nHandle);
-  }
-  int Get() const { return m_nHandle; }
-
-private:
-  int m_nHandle;
-};
 
 std::string DescribeOpenFailure(int nError) {
   switch (nError) {
@@ -54,7 +39,7 @@ bool CheckKindAndSize(struct stat const& status, std::string& strError) {
 }  // namespace
 
 bool ReadModelBytes(std::string const& strPath, std::vector<unsigned char>& vecBytes, std::string& strError) {
-  FileHandle const file(strPath.c_str());
+  QXC::detail::QXFileHandle const file(strPath.c_str());
   if (file.Get() < 0) {
     strError = DescribeOpenFailure(errno);
     return false;

@@ -1,0 +1,63 @@
+#include <QxGraphics3D/frame/foundation/base3d/QXAnimationKey.h>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <type_traits>
+
+namespace QXC {
+
+// Complete here alone: the test needs an object to pass on, never what is in it.
+class QXStream {};
+
+namespace {
+
+class TimedKey : public QXAnimationKey {
+public:
+  explicit TimedKey(int& nLog) : m_nLog(nLog) {}
+  ~TimedKey() override { m_nLog += 100; }
+  unsigned char Load(QXStream&) override {
+    m_nLog += 1;
+    return 0;
+  }
+  void Save(QXStream&) override { m_nLog += 10; }
+
+private:
+  int& m_nLog;
+};
+
+TEST(QXAnimationKey, IsACopyableValueWithVirtualDestructor) {
+  static_assert(std::has_virtual_destructor_v<QXAnimationKey>);
+  static_assert(std::is_copy_constructible_v<QXAnimationKey> && std::is_copy_assignable_v<QXAnimationKey>);
+  QXStream stream;
+  QXAnimationKey key;
+  QXAnimationKey copy(key);
+  copy = key;
+  copy.Save(stream);
+  EXPECT_EQ(copy.Load(stream), 1);
+}
+
+TEST(QXAnimationKey, KindsOverrideEveryOperation) {
+  int log = 0;
+  QXStream stream;
+  QXAnimationKey* pKey = new TimedKey(log);
+  EXPECT_EQ(pKey->Load(stream), 0);
+  pKey->Save(stream);
+  delete pKey;
+  EXPECT_EQ(log, 111);
+}
+
+TEST(QXAnimationKey, ArraysOfKeysAndOfPointersStand) {
+  QdcArray<QXAnimationKey> arrKeys;
+  EXPECT_EQ(arrKeys.Add(QXAnimationKey()), 0U);
+  EXPECT_EQ(arrKeys.GetSize(), 1U);
+  EXPECT_THROW(arrKeys[1], std::out_of_range);
+
+  QXAnimationKey key;
+  QdcArray<QXAnimationKey*> arrPointers;
+  EXPECT_EQ(arrPointers.Add(&key), 0U);
+  EXPECT_EQ(arrPointers.GetAt(0), &key);
+}
+
+}  // namespace
+}  // namespace QXC
