@@ -121,8 +121,8 @@ public:
   /// target pointer is not touched: after deleting the active target, attach another. Linear in the targets.
   virtual void DeleteRenderTarget(QXRenderTarget* pTarget);
 
-  /// Makes a camera that renders the named scene. It belongs to the renderer until DestroyCamera or the end of
-  /// its scene. Null if the scene is unknown or the name taken.
+  /// Makes a camera that renders the named scene (empty: that of the target that it draws into). It belongs to the
+  /// renderer until DestroyCamera or the end of its scene. Null if the scene is unknown or the name taken.
   virtual QXCamera* CreateCamera(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) = 0;
   /// Deletes a camera of this renderer after NotifyCameraRemoved has told the targets. Null is ignored.
   virtual void DestroyCamera(QXCamera* pCamera) = 0;
@@ -160,7 +160,8 @@ public:
   /// Shows what was drawn on every attached target that has a window. Called by the host after
   /// UpdateAllRenderTargets; bWaitForVerticalBlank as in QXRenderTarget::SwapBuffers.
   virtual void SwapAllRenderTargetBuffers(unsigned char bWaitForVerticalBlank) = 0;
-  /// Updates the targets of m_PrioritisedRenderTargets, lowest number first, in place of the name order.
+  /// Updates those targets of m_PrioritisedRenderTargets that are active and auto-updated, lowest number first, each
+  /// the active target from then on.
   virtual void UpdatePrioritisedRenderTargets() = 0;
 
   /// Registers the target under its GetName and makes it the active one; the renderer owns it from here on. An
@@ -454,9 +455,9 @@ public:
   /// Draws the scene of a texture target with a parallel view of the half extents given. Base: nothing.
   virtual void RenderToTexture(double dHalfWidth, double dHalfHeight, QXRenderTarget* pTarget);
 
-  /// Redraws the patch rcPatch (fractions of the target, 0..1) of a texture target with a parallel view from
-  /// above, centred at (dHalfWidth, dHalfHeight) and dWidth x dHeight units wide. The rest of the target stays.
-  /// Called by the render texture manager for every big texture that is marked.
+  /// Redraws the patch rcPatch (fractions of the target, 0..1, from its lower left corner) of a texture target with a
+  /// parallel view from above, centred at (dHalfWidth, dHalfHeight) and dWidth x dHeight units wide. The rest of the
+  /// target stays. Called by the render texture manager for every big texture that is marked.
   virtual void RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,
       QXRenderTarget* pTarget, QdcRect2D const& rcPatch) = 0;
   /// Opens a selection pass of a target: until EndSelection objects are drawn as their selection identifiers
@@ -586,8 +587,9 @@ public:
   virtual unsigned char AddResourceFolder(QdcUnicodeString const& strPath) = 0;
   /// Takes back AddResourceFolder.
   virtual void RemoveResourceFolder(QdcUnicodeString const& strPath) = 0;
-  /// Reads a pixel rectangle of a target: width x height x 4 bytes, rows top down, blue, green, red, alpha. 0 if
-  /// the rectangle leaves the target, nByteCount is too small or the device fails.
+  /// Reads a pixel rectangle of a target, whose top is its lower edge since window coordinates count from the bottom:
+  /// width x height x 4 bytes, rows top down, blue, green, red, alpha. 0 if the rectangle leaves the target,
+  /// nByteCount is too small or the device fails.
   virtual unsigned char ReadPixels(
       QXRenderTarget* pTarget, QdcRect const& rcPixels, unsigned char* pPixels, unsigned int nByteCount) = 0;
   /// Window depth (0 near, 1 far or nothing drawn) at a pixel of a target. 1 outside of it.

@@ -100,8 +100,8 @@ public:
 
   /// Geometry of one vertex block with several index ranges in place of what the drawable held. The caller
   /// destroys the operation straight after, so everything needed is copied before this returns. Called by
-  /// QXRenderObjectInstance and by hosts; the matrix and the colour of the operation, where set, become the
-  /// drawable's.
+  /// QXRenderObjectInstance and by hosts; a matrix of the operation and a colour other than its white become
+  /// the drawable's.
   virtual void SetRenderOperationMultiIndex(QXRenderOperationMultiIndex* pOperation) = 0;
 
   /// Geometry of several self-contained operations in place of what the drawable held, one index range each.

@@ -1,6 +1,8 @@
 #include <QxGraphics3D/testing/QXNullCamera.h>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
@@ -24,6 +26,9 @@ QXBoundingBox Exaggerate(QXBoundingBox const& box, double dFactor) {
   QXVector3d maximum = box.GetMax();
   minimum.z *= dFactor;
   maximum.z *= dFactor;
+  if (minimum.z > maximum.z) {
+    std::swap(minimum.z, maximum.z);
+  }
   return QXBoundingBox(minimum, maximum);
 }
 
@@ -44,6 +49,9 @@ QXNullCamera::~QXNullCamera() {
 void QXNullCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene) {
   Record("RenderScene", pViewport, bRenderScene);
   m_nDrawn = 0;
+  if (pViewport == nullptr) {
+    return;
+  }
   m_Graphics.SetViewport(pViewport);
   m_Graphics.BeginFrame();
   m_Graphics.SetViewMatrix(GetViewMatrix());
@@ -105,6 +113,11 @@ void QXNullCamera::ComputeProjection(QXViewport const& viewport) {
     double const dFovY =
         m_eFOVMode == FOV_MODE_SECOND ? 2.0 * std::atan(std::tan(m_dFovSecond / 2.0) / m_dAspect) : m_dFov;
     m_Graphics.MakeProjectionMatrix(dFovY, m_dAspect, dNear, dFar, m_matOwnProjection);
+  }
+  // What is no number equals nothing, itself included, and would pass for a matrix of the host's for ever.
+  double const* const pFirst = &m_matOwnProjection[0][0];
+  if (std::any_of(pFirst, pFirst + 16, [](double dEntry) { return !std::isfinite(dEntry); })) {
+    m_matOwnProjection = QXMatrix4d::ZERO;
   }
   m_matProjection = m_matOwnProjection;
 }

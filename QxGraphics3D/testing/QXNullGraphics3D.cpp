@@ -35,6 +35,10 @@ QXNullGraphics3D::QXNullGraphics3D(std::shared_ptr<QXCallLog> pLog)
 }
 
 QXNullGraphics3D::~QXNullGraphics3D() {
+  // Targets that the host has not deleted live on; no camera may be reached through them.
+  for (QXNullRenderTarget* const pTarget : m_arrTargets) {
+    pTarget->LeaveRenderer();
+  }
   // Scenes know their drawables and cameras their renderer, so both go while everything else still stands. The base
   // destructor clears what it still finds set, and these members are gone by then.
   m_mapCameras.clear();
@@ -142,7 +146,8 @@ unsigned char QXNullGraphics3D::SetSkyBox(
 
 QXCamera* QXNullGraphics3D::CreateCamera(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) {
   Record("CreateCamera", strName, strSceneName);
-  if (!HasScene(strSceneName)) {
+  // A camera without a scene of its own draws that of its target, but there is none before Initialize.
+  if (strSceneName.IsEmpty() ? !m_bInitialized : !HasScene(strSceneName)) {
     Fail(Join(L"there is no scene '", strSceneName, L"'"));
     return nullptr;
   }
@@ -165,6 +170,12 @@ void QXNullGraphics3D::DestroyCamera(QXCamera* pCamera) {
 
 void QXNullGraphics3D::DeleteCamera(std::map<QdcUnicodeString, std::unique_ptr<QXNullCamera>>::iterator camera) {
   NotifyCameraRemoved(camera->second.get());
+  // Targets that are not attached hold viewports too.
+  for (QXNullRenderTarget* const pTarget : m_arrTargets) {
+    if (GetRenderTarget(pTarget->GetName()) != pTarget) {
+      pTarget->NotifyCameraRemoved(camera->second.get());
+    }
+  }
   if (GetCamera4QX() == camera->second.get()) {
     SetCamera4QX(nullptr);
   }
@@ -174,6 +185,15 @@ void QXNullGraphics3D::DeleteCamera(std::map<QdcUnicodeString, std::unique_ptr<Q
 QXCamera* QXNullGraphics3D::GetCamera(QdcUnicodeString const& strName) const {
   auto const camera = m_mapCameras.find(strName);
   return camera == m_mapCameras.end() ? nullptr : camera->second.get();
+}
+
+void QXNullGraphics3D::SetRelativeOrigin(QXVector3d const& vecOrigin) {
+  QXNullDevice::SetRelativeOrigin(vecOrigin);
+  for (auto const& [strName, pCamera] : m_mapCameras) {
+    QXVector3d const vecPosition = pCamera->GetPosition();
+    pCamera->SetRelativeOrigin(vecOrigin);
+    pCamera->SetPosition(vecPosition);
+  }
 }
 
 // --- Targets ---
@@ -203,6 +223,8 @@ QXRenderTarget* QXNullGraphics3D::MakeTarget(QdcUnicodeString const& strName, un
   auto pTarget = std::make_unique<QXNullRenderTarget>(strName, nWidth, nHeight, bTexture, m_pLog);
   pTarget->m_strSceneName = strSceneName;
   pTarget->SetGraphics3D(this);
+  pTarget->m_pRenderer = this;
+  m_arrTargets.push_back(pTarget.get());
   return pTarget.release();
 }
 
@@ -251,6 +273,10 @@ QXRenderTarget* QXNullGraphics3D::CreateMultiRenderTarget(
     QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, unsigned int nCount) {
   Record("CreateMultiRenderTarget", strName, nWidth, nHeight, nCount);
   return MakeTarget(strName, nWidth, nHeight, 1, QdcUnicodeString());
+}
+
+void QXNullGraphics3D::Forget(QXNullRenderTarget* pTarget) {
+  std::erase(m_arrTargets, pTarget);
 }
 
 void QXNullGraphics3D::AttachRenderTarget(QXRenderTarget* pTarget) {
@@ -315,9 +341,10 @@ unsigned char QXNullGraphics3D::ReadPixels(
   if (!pTarget->CopyToMemory(arrPicture.data(), static_cast<unsigned int>(arrPicture.size()))) {
     return Fail(L"the target cannot be read back");
   }
-  for (int nY = rcPixels.top; nY < rcPixels.bottom; ++nY) {
-    std::size_t const nFirst =
-        static_cast<std::size_t>(nY) * nTargetRow + std::size_t{4} * static_cast<std::size_t>(rcPixels.left);
+  // The rectangle counts from the bottom, the picture's rows from the top.
+  for (int nY = rcPixels.bottom - 1; nY >= rcPixels.top; --nY) {
+    std::size_t const nRowFromTop = pTarget->GetHeight() - 1 - static_cast<std::size_t>(nY);
+    std::size_t const nFirst = nRowFromTop * nTargetRow + std::size_t{4} * static_cast<std::size_t>(rcPixels.left);
     std::copy_n(arrPicture.data() + nFirst, nRow, pPixels);
     pPixels += nRow;
   }
@@ -331,13 +358,15 @@ void QXNullGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeigh
   if (pNullTarget == nullptr) {
     return;
   }
-  // Top is the first row of the texture here, and clearing counts from the last one.
-  int const nLeft = ToInt(rcPatch.left * pTarget->GetWidth());
-  int const nRight = ToInt(rcPatch.right * pTarget->GetWidth());
-  int const nTop = ToInt(rcPatch.top * pTarget->GetHeight());
-  int const nBottom = ToInt(rcPatch.bottom * pTarget->GetHeight());
-  pNullTarget->Clear(
-      nLeft, static_cast<int>(pTarget->GetHeight()) - nBottom, nRight - nLeft, nBottom - nTop, QXColorValue3D());
+  // Saturated ends: their differences may leave the range of int, and Clear takes what lies outside the target.
+  auto const Pixel = [](double dFraction, unsigned int nSize) {
+    return ToInt(std::clamp(dFraction, 0.0, 1.0) * nSize);
+  };
+  int const nLeft = Pixel(rcPatch.left, pTarget->GetWidth());
+  int const nRight = Pixel(rcPatch.right, pTarget->GetWidth());
+  int const nLow = Pixel(std::min(rcPatch.top, rcPatch.bottom), pTarget->GetHeight());
+  int const nHigh = Pixel(std::max(rcPatch.top, rcPatch.bottom), pTarget->GetHeight());
+  pNullTarget->Clear(nLeft, nLow, nRight - nLeft, nHigh - nLow, QXColorValue3D());
 }
 
 // --- The frame ---

@@ -14,6 +14,7 @@ namespace QXC {
 
 class QXNullCamera;
 class QXNullRenderOperationOverlay;
+class QXNullRenderTarget;
 class QXNullScene;
 class QXNullUniformBuffer;
 
@@ -48,6 +49,8 @@ public:
   void DestroyLight(QdcUnicodeString const& strName) override;
   unsigned char SetSkyBox(
       QdcUnicodeString const& strSceneName, QdcUnicodeString const& strMaterial, double dDistance) override;
+  /// Makes all cameras' positions relative to the origin, of those to come too.
+  void SetRelativeOrigin(QXVector3d const& vecOrigin) override;
   /// Null if there is none.
   QXNullScene* FindScene(QdcUnicodeString const& strName) const;
 
@@ -76,6 +79,8 @@ public:
   void AttachSelectionRenderTarget(QXRenderTarget* pTarget) override;
   void AttachVertexSelectionRenderTarget(QXRenderTarget* pTarget) override;
   void AttachMultiRenderTarget(QXRenderTarget* pTarget) override;
+  /// Called by the targets themselves.
+  void Forget(QXNullRenderTarget* pTarget);
   QXTexture* GetRenderTargetTexture(QXRenderTarget* pTarget) const override;
   unsigned char ReadPixels(
       QXRenderTarget* pTarget, QdcRect const& rcPixels, unsigned char* pPixels, unsigned int nByteCount) override;
@@ -157,6 +162,8 @@ private:
   int m_nNodesMade = 0;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullScene>> m_mapScenes;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullCamera>> m_mapCameras;
+  /// Not owned; in the order in which they were made.
+  std::vector<QXNullRenderTarget*> m_arrTargets;
   /// Scene by light.
   std::map<QdcUnicodeString, QdcUnicodeString> m_mapLights;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullRenderOperationOverlay>> m_mapOverlays;

@@ -165,7 +165,10 @@ void QXNullRenderOperation3D::SetRenderOperationMultiIndex(QXRenderOperationMult
   } else {
     m_Geometry.Set(*pOperation);
     TakePackageTextures(*pOperation);
-    m_Color = pOperation->m_Color;
+    // White is what an operation has that was given no colour.
+    if (!(pOperation->m_Color == QXColorValue3D::White)) {
+      m_Color = pOperation->m_Color;
+    }
     if (pOperation->GetMatrix() != nullptr) {
       m_matModel = *pOperation->GetMatrix();
     }

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/view/QXCamera.h>
 
 namespace QXC {
@@ -36,6 +37,15 @@ QXNullRenderTarget::QXNullRenderTarget(QdcUnicodeString const& strName, unsigned
 
 QXNullRenderTarget::~QXNullRenderTarget() {
   Record("destroyed");
+  if (m_pRenderer != nullptr) {
+    m_pRenderer->Forget(this);
+  }
+}
+
+void QXNullRenderTarget::LeaveRenderer() {
+  ForEachViewport(*this, [](QXViewport& viewport) { viewport.SetCamera(nullptr); });
+  m_pRenderer = nullptr;
+  m_pGraphics3D = nullptr;
 }
 
 // --- The frame ---
@@ -144,9 +154,9 @@ unsigned char QXNullRenderTarget::CopyToMemory(unsigned char* pPixels, unsigned 
 
 void QXNullRenderTarget::CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) {
   Record("CopyFromMemory", nByteCount);
-  if (pPixels != nullptr && nByteCount == std::size_t{4} * m_nWidth * m_nHeight) {
+  if (pPixels != nullptr && nByteCount >= std::size_t{4} * m_nWidth * m_nHeight) {
     m_arrCleared.clear();
-    m_arrPixels.assign(pPixels, pPixels + nByteCount);
+    m_arrPixels.assign(pPixels, pPixels + std::size_t{4} * m_nWidth * m_nHeight);
   }
 }
 

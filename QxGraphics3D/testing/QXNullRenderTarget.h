@@ -9,6 +9,8 @@
 
 namespace QXC {
 
+class QXNullGraphics3D;
+
 /// A window or texture that nothing is drawn into. It shows what was cleared: reading it back gives each viewport's
 /// background colour where the camera cleared it, and what CopyFromMemory wrote where not. Depth is that of an empty
 /// scene, 1 everywhere. Frames, draw operations and triangles are counted.
@@ -37,7 +39,7 @@ public:
 
   /// Resizes, updates the viewports' dimensions and forgets the picture. A size of 0 is refused.
   void ReSize(unsigned int nWidth, unsigned int nHeight) override;
-  /// Nothing unless nByteCount is that of the whole picture.
+  /// Nothing if nByteCount is less than that of the whole picture.
   void CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) override;
   /// Of all viewports that stand now.
   void SetBackgroundColor(QXColorValue3D const& color) override;
@@ -75,6 +77,9 @@ public:
   /// A colour channel as it stands in a picture: 0 to 255, rounded; below 0 and no number at all give 0.
   static unsigned char ToByte(double dChannel);
 
+  /// The renderer goes first: viewports lose their cameras, which are the renderer's.
+  void LeaveRenderer();
+
   /// Frames since the target was made.
   unsigned int GetUpdateCount() const { return m_nUpdates; }
   /// Draw operations of the last frame.
@@ -82,6 +87,8 @@ public:
   unsigned int GetSwapCount() const { return m_nSwaps; }
 
 private:
+  friend class QXNullGraphics3D;
+
   struct ClearedRect {
     int m_nLeft;
     int m_nBottom;
@@ -93,6 +100,8 @@ private:
   /// Brings m_arrPixels up to date.
   void Flatten();
 
+  /// Null for a target that no renderer made, or whose renderer has gone.
+  QXNullGraphics3D* m_pRenderer = nullptr;
   unsigned char m_bTexture;
   unsigned char m_bRenderDepth = 0;
   QXVector3d m_vecSun;

@@ -713,7 +713,7 @@ TEST_F(QXNullGraphics3DTest, APatchIsClearedInItsPlace) {
   m_Graphics.RenderPatchToTexture(1.0, 1.0, 2.0, 2.0, pTexture, QdcRect2D(0.5, 0.0, 1.0, 0.25));
   pTexture->CopyToMemory(arrPixels.data(), 64);
   std::vector<unsigned char> arrExpected(64, 255);
-  std::fill(arrExpected.begin() + 8, arrExpected.begin() + 16, static_cast<unsigned char>(0));
+  std::fill(arrExpected.begin() + 56, arrExpected.begin() + 64, static_cast<unsigned char>(0));
   EXPECT_EQ(arrPixels, arrExpected);
 }
 
