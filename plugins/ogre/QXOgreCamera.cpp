@@ -6,6 +6,7 @@
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
+#include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreRenderTarget.h>
 #include <plugins/ogre/QXOgreScene.h>
@@ -103,6 +104,8 @@ void QXOgreCamera::ComputeProjection(QXViewport const& viewport) {
         m_eFOVMode == FOV_MODE_SECOND ? 2.0 * std::atan(std::tan(m_dFovSecond / 2.0) / m_dAspect) : m_dFov;
     m_Graphics3D.MakeProjectionMatrix(dFovY, m_dAspect, dNear, dFar, m_matOwnProjection);
   }
+  // What is no number equals nothing, itself included, and would pass for a matrix of the host's for ever.
+  if (!IsFinite(ToOgre(m_matOwnProjection))) m_matOwnProjection = QXMatrix4d::ZERO;
   m_matProjection = m_matOwnProjection;
 }
 

@@ -1,5 +1,6 @@
 #include <plugins/ogre/QXOgreConvert.h>
 
+#include <cmath>
 #include <cstddef>
 
 namespace QXC {
@@ -18,6 +19,17 @@ Ogre::Vector3 ToOgre(QXVector3d const& vec) {
 Ogre::ColourValue ToOgre(QXColorValue3D const& color) {
   return Ogre::ColourValue(static_cast<float>(color.r), static_cast<float>(color.g), static_cast<float>(color.b),
       static_cast<float>(color.a));
+}
+
+bool IsFinite(Ogre::Matrix4 const& mat) {
+  for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t j = 0; j < 4; ++j)
+      if (!std::isfinite(mat[i][j])) return false;
+  return true;
+}
+
+bool IsFinite(Ogre::Vector3 const& vec) {
+  return std::isfinite(vec.x) && std::isfinite(vec.y) && std::isfinite(vec.z);
 }
 
 std::string ToUtf8(QdcUnicodeString const& strText) {

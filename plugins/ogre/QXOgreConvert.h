@@ -22,6 +22,10 @@ Ogre::Matrix4 ToOgre(QXMatrix4d const& mat);
 Ogre::Vector3 ToOgre(QXVector3d const& vec);
 Ogre::ColourValue ToOgre(QXColorValue3D const& color);
 
+/// Whether every entry is a number that float holds.
+bool IsFinite(Ogre::Matrix4 const& mat);
+bool IsFinite(Ogre::Vector3 const& vec);
+
 std::string ToUtf8(QdcUnicodeString const& strText);
 QdcUnicodeString FromUtf8(std::string const& strText);
 

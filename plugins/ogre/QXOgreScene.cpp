@@ -12,6 +12,23 @@
 
 namespace QXC {
 
+namespace {
+
+/// Whether OGRE can look through a projection. It derives a window from it and asserts that this is one, which would
+/// end the host's process where the matrix has no inverse or is made of what is no number.
+bool IsUsable(Ogre::Matrix4 const& matProjection) {
+  if (!IsFinite(matProjection)) return false;
+  Ogre::Matrix4 const matInverse = matProjection.inverse();
+  return IsFinite(matInverse) && IsFinite(matInverse * Ogre::Vector3(-0.5F, 0.5F, 0.0F)) &&
+         IsFinite(matInverse * Ogre::Vector3(0.5F, -0.5F, 0.0F));
+}
+
+bool IsFiniteBox(QXBoundingBox const& box) {
+  return IsFinite(ToOgre(box.GetMin())) && IsFinite(ToOgre(box.GetMax()));
+}
+
+}  // namespace
+
 Ogre::String const QXOgreScene::TYPE_NAME = "QXOgreScene";
 
 QXOgreScene::QXOgreScene(Ogre::String const& strName)
@@ -35,16 +52,19 @@ void QXOgreScene::Remove(QXOgreDrawable* pDrawable) {
 QXBoundingBox QXOgreScene::GetBounds() const {
   QXBoundingBox box;
   for (QXOgreDrawable const* const pDrawable : m_arrDrawables)
-    if (pDrawable->IsVisible()) box.Merge(pDrawable->GetWorldBounds());
+    if (pDrawable->IsVisible() && IsFiniteBox(pDrawable->GetWorldBounds())) box.Merge(pDrawable->GetWorldBounds());
   return box;
 }
 
 QXOgreCounts QXOgreScene::Draw(Ogre::Viewport& viewport, QXOgreView const& view, unsigned char bDrawables) {
   m_Counts = {};
-  m_pView = bDrawables ? &view : nullptr;
+  Ogre::Matrix4 const matView = ToOgre(view.m_matView);
+  Ogre::Matrix4 const matProjection = ToOgre(view.m_matProjection);
+  bool const bUsable = IsFinite(matView) && IsUsable(matProjection);
+  m_pView = bDrawables && bUsable ? &view : nullptr;
   // For what OGRE brings into the queue itself; the drawables multiply their matrices in double.
-  m_pCamera->setCustomViewMatrix(true, Ogre::Affine3(ToOgre(view.m_matView)));
-  m_pCamera->setCustomProjectionMatrix(true, ToOgre(view.m_matProjection));
+  m_pCamera->setCustomViewMatrix(true, Ogre::Affine3(bUsable ? matView : Ogre::Matrix4::IDENTITY));
+  m_pCamera->setCustomProjectionMatrix(true, bUsable ? matProjection : Ogre::Matrix4::IDENTITY);
   m_pCamera->setPolygonMode(view.m_ePolygonMode);
   viewport.setCamera(m_pCamera);
   viewport.update();

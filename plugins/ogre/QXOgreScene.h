@@ -25,10 +25,12 @@ public:
   void Add(QXOgreDrawable* pDrawable);
   /// The drawables keep no order among themselves. Cost: linear.
   void Remove(QXOgreDrawable* pDrawable);
-  /// Around everything visible, in world coordinates; null if there is nothing. Cost: linear in the drawables.
+  /// Around everything visible, in world coordinates; null if there is nothing. A drawable whose bounds are no numbers
+  /// is left out: it would take all others out of sight. Cost: linear in the drawables.
   QXBoundingBox GetBounds() const;
 
   /// Clears the viewport as it says and draws into it what the view sees.
+  /// Without an inverse of the projection, or with entries that are no numbers, nothing can be seen: it clears only.
   /// @param bDrawables  0: clear only
   QXOgreCounts Draw(Ogre::Viewport& viewport, QXOgreView const& view, unsigned char bDrawables);
 
