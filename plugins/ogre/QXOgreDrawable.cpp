@@ -77,6 +77,8 @@ void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source) {
         m_Geometry.GetVertexData(), range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_matToEye));
   }
   if (source.GetMatrix()) m_matModel = *source.GetMatrix();
+  // White is what an operation has that was given no colour.
+  if (!(source.m_Color == QXColorValue3D::White)) m_Look.m_Color = source.m_Color;
   UpdateMaterials();
   UpdateWorldBounds();
 }
@@ -150,6 +152,7 @@ void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXO
   for (int i = 0; i < 4; ++i) matModel[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
   m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matModel * Translation(-view.m_vecOrigin) * view.m_matView);
+  if (!IsFinite(m_matToEye)) return;
   // OGRE counts priorities in 16 bits without sign.
   auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + 0x8000);
   unsigned int nRanges = 0;

@@ -56,7 +56,7 @@ public:
   /// Called by the device at its end: everything on the GPU goes.
   void LeaveDevice();
 
-  /// Replaces the geometry by a copy of the source's, and the model matrix if the source has one.
+  /// Replaces the geometry by a copy of the source's, and model matrix and colour where the source has such.
   void SetGeometry(QXRenderOperationMultiIndex const& source);
   void ClearGeometry();
   QXOgreGeometry const& GetGeometry() const { return m_Geometry; }

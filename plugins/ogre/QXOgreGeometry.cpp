@@ -188,16 +188,14 @@ void QXOgreGeometry::UploadTexCoords(QXRenderOperationMultiIndex const& source) 
 void QXOgreGeometry::UploadRanges(QXRenderOperationMultiIndex const& source) {
   auto const addPackage = [&](QXVertexIndexPackage const* pPackage) {
     if (!pPackage) return;
-    QXColorValue3D const& range = pPackage->m_Color;
-    QXColorValue3D const color(
-        range.r * source.m_Color.r, range.g * source.m_Color.g, range.b * source.m_Color.b, range.a * source.m_Color.a);
     AddRange(pPackage->m_pIndices, pPackage->m_nIndexType, pPackage->m_nStart, pPackage->m_nIndexNum,
-        pPackage->m_eOperationType, color);
+        pPackage->m_eOperationType, pPackage->m_Color);
   };
   addPackage(source.m_pVertexIndexPackage);
   if (source.m_pIndexBlock) {
     QXIndexBlock const& block = *source.m_pIndexBlock;
-    AddRange(block.m_pBuffer, block.m_nIndexType, 0, block.m_nIndexNum, QX_OPERATION_TRIANGLE_LIST, source.m_Color);
+    AddRange(
+        block.m_pBuffer, block.m_nIndexType, 0, block.m_nIndexNum, QX_OPERATION_TRIANGLE_LIST, QXColorValue3D::White);
   }
   auto const& arrPackages = source.GetIndexPackageArray();
   for (unsigned int i = 0; i < arrPackages.GetSize(); ++i) addPackage(arrPackages[i]);

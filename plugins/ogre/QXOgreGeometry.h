@@ -23,7 +23,7 @@ struct QXVertexIndexPackage;
 struct QXOgreRange {
   std::unique_ptr<Ogre::IndexData> m_pIndexData;  ///< Null: draws nothing
   int m_eOperationType;                           ///< QXOperationType
-  QXColorValue3D m_Color;                         ///< Of the range times that of the operation
+  QXColorValue3D m_Color;                         ///< Of the range; that of the operation is the drawable's
   unsigned int m_nTriangleCount;
 };
 

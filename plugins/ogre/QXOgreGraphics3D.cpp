@@ -80,6 +80,11 @@ unsigned char QXOgreGraphics3D::IsTargetSize(unsigned int nWidth, unsigned int n
   return 0;
 }
 
+unsigned char QXOgreGraphics3D::Refuse(char const* szWhat) {
+  SetErrorText(std::string("the renderer on OGRE has no ") + szWhat);
+  return 0;
+}
+
 void QXOgreGraphics3D::Fail(std::exception const& exception) {
   auto const* const pOgre = dynamic_cast<Ogre::Exception const*>(&exception);
   SetErrorText(pOgre ? pOgre->getDescription() : exception.what());
@@ -208,8 +213,12 @@ void QXOgreGraphics3D::SwapAllRenderTargetBuffers(unsigned char bWaitForVertical
 
 void QXOgreGraphics3D::UpdatePrioritisedRenderTargets() {
   auto const& targets = m_PrioritisedRenderTargets;
-  for (auto position = targets.GetStartPosition(); !targets.IsEOF(position); ++position)
-    if (position->second) position->second->Update();
+  for (auto position = targets.GetStartPosition(); !targets.IsEOF(position); ++position) {
+    QXRenderTarget* const pTarget = position->second;
+    if (!pTarget || !pTarget->IsActive() || !pTarget->IsAutoUpdated()) continue;
+    m_pActiveRenderTarget = pTarget;
+    pTarget->Update();
+  }
 }
 
 void QXOgreGraphics3D::SetRelativeOrigin(QXVector3d const& vecOrigin) {
@@ -231,7 +240,9 @@ void QXOgreGraphics3D::GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) co
 }
 
 unsigned char QXOgreGraphics3D::SelectRenderSystem(QdcUnicodeString const& strName) {
-  return strName == RENDER_SYSTEM;
+  if (strName == RENDER_SYSTEM) return 1;
+  SetErrorText("there is no render system '" + ToUtf8(strName) + "', only '" + ToUtf8(RENDER_SYSTEM) + "'");
+  return 0;
 }
 
 QdcUnicodeString QXOgreGraphics3D::GetRenderSystemName() const {

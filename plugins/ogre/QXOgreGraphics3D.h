@@ -102,6 +102,9 @@ public:
   QXRenderTarget* CreateRenderTexture(QdcUnicodeString const& strName, QX3DPixelFormat eFormat, unsigned int nWidth,
       unsigned int nHeight, int nMipmaps, unsigned int nColourDepth, QdcUnicodeString const& strSceneName) override;
 
+protected:
+  unsigned char Refuse(char const* szWhat) override;
+
 private:
   /// Whether a target may be made; sets the error text if not.
   unsigned char CanMakeTarget(QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight);

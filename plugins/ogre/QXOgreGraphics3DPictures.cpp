@@ -82,15 +82,19 @@ void QXOgreGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeigh
 
 unsigned char QXOgreGraphics3D::ReadPixels(
     QXRenderTarget* pTarget, QdcRect const& rcPixels, unsigned char* pPixels, unsigned int nByteCount) {
-  if (!pTarget || !pPixels) return 0;
+  auto const refuse = [this](char const* szReason) {
+    SetErrorText(szReason);
+    return static_cast<unsigned char>(0);
+  };
+  if (!pTarget || !pPixels) return refuse("pixels to read need a target and memory");
   auto const nWidth = static_cast<int>(pTarget->GetWidth());
   auto const nHeight = static_cast<int>(pTarget->GetHeight());
   bool const bInside = rcPixels.left >= 0 && rcPixels.top >= 0 && rcPixels.right <= nWidth &&
-                       rcPixels.bottom <= nHeight && rcPixels.left < rcPixels.right && rcPixels.top < rcPixels.bottom;
-  if (!bInside) return 0;
+                       rcPixels.bottom <= nHeight && rcPixels.left <= rcPixels.right && rcPixels.top <= rcPixels.bottom;
+  if (!bInside) return refuse("the rectangle to read leaves the target");
   std::size_t const nRow = static_cast<std::size_t>(rcPixels.right - rcPixels.left) * 4;
   std::size_t const nRows = static_cast<std::size_t>(rcPixels.bottom - rcPixels.top);
-  if (nByteCount < nRow * nRows) return 0;
+  if (nByteCount < nRow * nRows) return refuse("the memory for the pixels to read is too small");
   std::vector<unsigned char> arrPicture(static_cast<std::size_t>(nWidth) * static_cast<std::size_t>(nHeight) * 4);
   if (!pTarget->CopyToMemory(arrPicture.data(), static_cast<unsigned int>(arrPicture.size()))) return 0;
   // The rectangle counts from the bottom, the picture's rows from the top.

@@ -15,9 +15,7 @@
 namespace QXC {
 
 QXOgreRenderOperation3D::QXOgreRenderOperation3D(QXOgreRenderOperationManager& manager, QXOgreDevice* pDevice)
-    : m_pManager(&manager), m_Drawable(pDevice), m_nSelectionID(0) {
-  manager.Add(this);
-}
+    : m_pManager(&manager), m_Drawable(pDevice), m_nSelectionID(0), m_nNumber(manager.Add(this)) {}
 
 QXOgreRenderOperation3D::~QXOgreRenderOperation3D() {
   if (m_pManager) m_pManager->Remove(this);
@@ -151,7 +149,7 @@ void QXOgreRenderOperation3D::SetIndexRangeVisible(unsigned int nRange, unsigned
 }
 
 void QXOgreRenderOperation3D::SetIndexRangeColor(unsigned int nRange, QXColorValue3D const& color) {
-  m_Drawable.SetRangeColor(nRange, color);
+  Try([&] { m_Drawable.SetRangeColor(nRange, color); });
 }
 
 unsigned int QXOgreRenderOperation3D::GetDeviceMemory() const {

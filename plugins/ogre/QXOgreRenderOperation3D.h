@@ -25,6 +25,8 @@ public:
   void SetMarkColor(QXColorValue3D const& color);
   /// The renderer goes first.
   void LeaveManager() { m_pManager = nullptr; }
+  /// Rises from each drawable of the manager to the next.
+  unsigned long long GetNumber() const { return m_nNumber; }
 
   QdcUnicodeString const& GetName() const override { return m_strName; }
   void SetName(QdcUnicodeString const& strName) override { m_strName = strName; }
@@ -96,6 +98,7 @@ private:
   QXOgreDrawable m_Drawable;
   QdcUnicodeString m_strName;
   unsigned int m_nSelectionID;
+  unsigned long long m_nNumber;
 };
 
 }  // namespace QXC

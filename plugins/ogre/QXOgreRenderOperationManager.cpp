@@ -6,17 +6,25 @@
 namespace QXC {
 
 QXOgreRenderOperationManager::QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D)
-    : m_Graphics3D(graphics3D), m_SelectionColor(QXOgreLook().m_SelectionColor) {}
+    : m_Graphics3D(graphics3D), m_SelectionColor(QXOgreLook().m_SelectionColor), m_nMade(0) {}
 
 QXOgreRenderOperationManager::~QXOgreRenderOperationManager() {
   for (QXOgreRenderOperation3D* const pOperation : m_setOperations) pOperation->LeaveManager();
 }
 
+unsigned long long QXOgreRenderOperationManager::Add(QXOgreRenderOperation3D* pOperation) {
+  m_setOperations.insert(pOperation);
+  return m_nMade++;
+}
+
 QXOgreRenderOperation3D* QXOgreRenderOperationManager::Find(unsigned int nSelectionID) const {
   if (nSelectionID == 0) return nullptr;
-  for (QXOgreRenderOperation3D* const pOperation : m_setOperations)
-    if (pOperation->GetSelectionID() == nSelectionID) return pOperation;
-  return nullptr;
+  QXOgreRenderOperation3D* pFirst = nullptr;
+  for (QXOgreRenderOperation3D* const pOperation : m_setOperations) {
+    bool const bEarlier = !pFirst || pOperation->GetNumber() < pFirst->GetNumber();
+    if (pOperation->GetSelectionID() == nSelectionID && bEarlier) pFirst = pOperation;
+  }
+  return pFirst;
 }
 
 void QXOgreRenderOperationManager::SetSelectionColor(QXColorValue3D const& color) {

@@ -21,11 +21,12 @@ public:
   QXOgreRenderOperationManager(QXOgreRenderOperationManager const&) = delete;
   QXOgreRenderOperationManager& operator=(QXOgreRenderOperationManager const&) = delete;
 
-  /// Called by the drawables themselves.
-  void Add(QXOgreRenderOperation3D* pOperation) { m_setOperations.insert(pOperation); }
+  /// Called by the drawables themselves. Add gives the drawable's number.
+  unsigned long long Add(QXOgreRenderOperation3D* pOperation);
   void Remove(QXOgreRenderOperation3D* pOperation) { m_setOperations.erase(pOperation); }
   std::unordered_set<QXOgreRenderOperation3D*> const& GetOperations() const { return m_setOperations; }
-  /// The drawable with a selection identifier, null if there is none. Cost: linear.
+  /// The drawable with a selection identifier, the one made first where several have it; null if there is none.
+  /// Cost: linear.
   QXOgreRenderOperation3D* Find(unsigned int nSelectionID) const;
 
   QXOgreGraphics3D& GetGraphics3D() const { return m_Graphics3D; }
@@ -56,6 +57,7 @@ private:
   QXOgreGraphics3D& m_Graphics3D;
   std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
   QXColorValue3D m_SelectionColor;
+  unsigned long long m_nMade;
 };
 
 }  // namespace QXC

@@ -8,7 +8,8 @@
 namespace QXC {
 
 /// The pure operations of the renderer that this plug-in has no work for yet, in one place, so that nobody takes them
-/// for done: they answer 0 or null, or do nothing. The table in the plug-in's README lists the same.
+/// for done: they answer 0 or null, and the error text says so, or do nothing. The table in the plug-in's README lists
+/// the same.
 class QXOgreUnsupported : public QXGraphics3D {
 public:
   // Drawing at once: the plug-in draws the drawables of scenes, and nothing beside them. OGRE opens and closes the
@@ -19,7 +20,7 @@ public:
   void Render(QXRenderOperation const&) override {}
   void RenderSimpleLine(double const*, int, unsigned char, float const*) override {}
   void RenderSimplePolygon(double const*, int, float const*) override {}
-  unsigned int BeginList() override { return 0; }
+  unsigned int BeginList() override { return Refuse("lists of drawing at once"); }
   void EndList() override {}
   void BeginScreenProjection() override {}
   void EndScreenProjection() override {}
@@ -61,23 +62,31 @@ public:
   void SetTextureMipmapBias(unsigned int, double) override {}
   void SetTextureBlendMode(unsigned int, int, int) override {}
   QXTexture* GetRenderTargetTexture(QXRenderTarget*) const override { return nullptr; }
-  unsigned char BindGpuProgram(QdcUnicodeString const&, QdcUnicodeString const&) override { return 0; }
+  unsigned char BindGpuProgram(QdcUnicodeString const&, QdcUnicodeString const&) override {
+    return Refuse("programs of the host");
+  }
   void UnbindGpuProgram() override {}
-  unsigned char SetGpuProgramParameter(QdcUnicodeString const&, float const*, unsigned int) override { return 0; }
-  unsigned char AddResourceFolder(QdcUnicodeString const&) override { return 0; }
+  unsigned char SetGpuProgramParameter(QdcUnicodeString const&, float const*, unsigned int) override {
+    return Refuse("programs of the host");
+  }
+  unsigned char AddResourceFolder(QdcUnicodeString const&) override { return Refuse("resource folders"); }
   void RemoveResourceFolder(QdcUnicodeString const&) override {}
 
   // Lights beside the sun, fog, sky.
-  unsigned char CreateLight(QdcUnicodeString const&, QdcUnicodeString const&) override { return 0; }
+  unsigned char CreateLight(QdcUnicodeString const&, QdcUnicodeString const&) override {
+    return Refuse("lights beside the sun");
+  }
   void DestroyLight(QdcUnicodeString const&) override {}
   void SetLightEnable(QdcUnicodeString const&, unsigned char) override {}
   void SetLightColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
   void SetFog(int, QXColorValue3D const&, double, double, double) override {}
-  unsigned char SetSkyBox(QdcUnicodeString const&, QdcUnicodeString const&, double) override { return 0; }
+  unsigned char SetSkyBox(QdcUnicodeString const&, QdcUnicodeString const&, double) override {
+    return Refuse("sky boxes");
+  }
   void SetSkyColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
 
   // Selection passes and picking.
-  unsigned char BeginSelection(QXRenderTarget*, int, int, int, int) override { return 0; }
+  unsigned char BeginSelection(QXRenderTarget*, int, int, int, int) override { return Refuse("selection passes"); }
   void EndSelection() override {}
   unsigned int ReadSelectionID(int, int) const override { return 0; }
   void ReadSelectionIDs(QdcRect const&, QdcArray<unsigned int>&) const override {}
@@ -92,10 +101,12 @@ public:
   double ReadDepth(QXRenderTarget*, int, int) const override { return 1.0; }
   QXRenderTarget* CreateSelectionRenderTarget(
       QdcUnicodeString const&, unsigned int, unsigned int, QdcUnicodeString const&) override {
+    Refuse("selection targets");
     return nullptr;
   }
   QXRenderTarget* CreateVertexSelectionRenderTarget(
       QdcUnicodeString const&, unsigned int, unsigned int, QdcUnicodeString const&) override {
+    Refuse("selection targets");
     return nullptr;
   }
 
@@ -104,7 +115,7 @@ public:
   void SetSceneNodeOrientation(QdcUnicodeString const&, QdcUnicodeString const&, QXQuaternion4d const&) override {}
   void SetSceneNodeScale(QdcUnicodeString const&, QdcUnicodeString const&, QXVector3d const&) override {}
   unsigned char AttachToSceneNode(QdcUnicodeString const&, QdcUnicodeString const&, QXRenderOperation3D*) override {
-    return 0;
+    return Refuse("scene nodes");
   }
   void DetachFromSceneNode(QdcUnicodeString const&, QXRenderOperation3D*) override {}
   void GetSceneNodeBoundingBox(QdcUnicodeString const&, QdcUnicodeString const&, QXBoundingBox& box) const override {
@@ -123,24 +134,31 @@ public:
     nHeight = 0;
     return 0;
   }
-  unsigned char InitializeVR() override { return 0; }
+  unsigned char InitializeVR() override { return Refuse("head-mounted displays"); }
   void UpdateHMDPose() override {}
   unsigned char GetHMDPose(int, QXMatrix4d&, QXMatrix4d&) const override { return 0; }
   void SubmitHMDFrame(QXRenderTarget*, QXRenderTarget*) override {}
   void SetCamera4QX(QXCamera*) override {}
 
   // Effects on the finished picture, several textures at once.
-  unsigned char AddCompositor(QXRenderTarget*, QdcUnicodeString const&) override { return 0; }
+  unsigned char AddCompositor(QXRenderTarget*, QdcUnicodeString const&) override { return Refuse("effects"); }
   void RemoveCompositor(QXRenderTarget*, QdcUnicodeString const&) override {}
-  unsigned char SetCompositorParameter(QdcUnicodeString const&, QdcUnicodeString const&, double) override { return 0; }
+  unsigned char SetCompositorParameter(QdcUnicodeString const&, QdcUnicodeString const&, double) override {
+    return Refuse("effects");
+  }
   void SetHDREnable(unsigned char) override {}
   void SetExposure(double) override {}
   void SetAmbientOcclusion(unsigned char, double) override {}
   void SetDepthOfField(unsigned char, double, double) override {}
   void SetColorCorrection(double, double, double) override {}
   QXRenderTarget* CreateMultiRenderTarget(QdcUnicodeString const&, unsigned int, unsigned int, unsigned int) override {
+    Refuse("targets of several textures");
     return nullptr;
   }
+
+protected:
+  /// Takes the lack of what the host asked for as the error text, and gives 0.
+  virtual unsigned char Refuse(char const* szWhat) = 0;
 };
 
 }  // namespace QXC

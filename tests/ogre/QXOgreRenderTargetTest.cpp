@@ -407,7 +407,8 @@ TEST_F(QXOgreRenderTarget, APixelRectangleCountsFromTheBottomAndIsReadTopDown) {
   EXPECT_EQ(arrBytes[16 + 2], 255);
   EXPECT_EQ(m_pGraphics3D->ReadPixels(m_pTarget, QdcRect(31, 30, 33, 33), arrBytes.data(), 23), 0);
   EXPECT_EQ(m_pGraphics3D->ReadPixels(m_pTarget, QdcRect(62, 0, 65, 2), arrBytes.data(), 24), 0);
-  EXPECT_EQ(m_pGraphics3D->ReadPixels(m_pTarget, QdcRect(3, 3, 3, 4), arrBytes.data(), 24), 0);
+  EXPECT_EQ(m_pGraphics3D->ReadPixels(m_pTarget, QdcRect(3, 3, 2, 4), arrBytes.data(), 24), 0);
+  EXPECT_EQ(m_pGraphics3D->ReadPixels(m_pTarget, QdcRect(3, 3, 3, 4), arrBytes.data(), 0), 1) << "no pixels, all read";
   EXPECT_EQ(m_pGraphics3D->ReadPixels(nullptr, QdcRect(0, 0, 1, 1), arrBytes.data(), 24), 0);
 }
 
