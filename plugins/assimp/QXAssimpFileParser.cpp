@@ -33,6 +33,8 @@ std::string MakeLine(std::string const& strText) {
   // It names a file that nobody knows: the model goes to the importers under a name of ours.
   if (strText.find("No suitable reader") != std::string::npos)
     return "the file is broken, or of another kind than its extension says";
+  if (strText.find("no faces") != std::string::npos || strText.find("mNumMeshes is 0") != std::string::npos)
+    return "the model holds no triangles; points and lines alone are not drawn";
   std::string strLine;
   for (char c : strText) {
     if (strLine.size() == 200) break;
@@ -52,6 +54,11 @@ aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName
   return importer.ReadFile(strFileName, aiProcess_ValidateDataStructure | aiProcess_Triangulate |
                                             aiProcess_SortByPType | aiProcess_JoinIdenticalVertices |
                                             aiProcess_FlipUVs);
+}
+
+/// What broken bytes leave a person to do; a reason that says so itself stays as it is.
+std::string AddAdvice(std::string const& strReason) {
+  return strReason.find(';') != std::string::npos ? strReason : strReason + "; export it again or get another copy";
 }
 
 /// Folder of a path; the current one for a bare name.
@@ -87,7 +94,7 @@ std::string ImportModel(int nType, std::string const& strFolder, std::vector<uns
   } catch (abi::__forced_unwind&) {
     throw;  // a thread that is being cancelled; swallowing it ends the process
   } catch (std::bad_alloc const&) {
-    return "there is not enough memory for this model";
+    return "there is not enough memory for this model; split it or end other programs";
   } catch (std::exception const& exception) {
     return MakeLine(exception.what());
   } catch (...) {
@@ -114,7 +121,7 @@ unsigned char QXAssimpFileParser::Open(QXC::QXImportParams* pParams) {
       else if (ReadModelBytes(strPath, vecBytes, strError))
         strError = OpenBytes(nType, FolderOf(strPath), std::move(vecBytes));
     } catch (std::bad_alloc const&) {
-      strError = "there is not enough memory for this model";
+      strError = "there is not enough memory for this model; split it or end other programs";
     }
   }
   if (!strError.empty()) {
@@ -131,7 +138,7 @@ std::string QXAssimpFileParser::OpenBytes(
     int nType, std::string const& strFolder, std::vector<unsigned char>&& vecBytes) {
   SetModelDataInfo(nullptr);
   std::string strError;
-  if (!CheckFormat(nType, vecBytes, strError)) return strError;
+  if (!CheckFormat(nType, vecBytes, strError)) return AddAdvice(strError);
   double dOffset[3];
   SubtractOffset(nType, vecBytes, dOffset);
   std::vector<unsigned char> vecModel;
@@ -141,9 +148,9 @@ std::string QXAssimpFileParser::OpenBytes(
         return ImportModel(nType, strFolder, vecBytes, dOffset, vecResult);
       },
       vecModel);
-  if (!strError.empty()) return strError;
+  if (!strError.empty()) return AddAdvice(strError);
   std::unique_ptr<QXC::ModelDataInfo> pModel = ReadModel(vecModel);
-  if (pModel == nullptr) return "the importer cannot cope with this file; it is broken";
+  if (pModel == nullptr) return AddAdvice("the importer cannot cope with this file, it is broken");
   SetModelDataInfo(pModel.release());
   return std::string();
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -47,6 +48,8 @@ void PrepareChild(std::size_t nInput) {
     dup2(nNull, STDERR_FILENO);
   }
   Limit(RLIMIT_CORE, 0);
+  // Nobody waits for the result once the host is gone.
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
   // A second for each half megabyte is a hundred times what a whole file takes.
   Limit(RLIMIT_CPU, 30 + nInput / (512 * 1024));
   rlim_t const nInUse = MemoryIsLimited ? AddressSpaceInUse() : 0;
@@ -93,8 +96,8 @@ std::vector<unsigned char> ReceiveAll(int nPipe) {
 
 std::string DescribeEnd(int nStatus) {
   if (WIFSIGNALED(nStatus) && (WTERMSIG(nStatus) == SIGXCPU || WTERMSIG(nStatus) == SIGKILL))
-    return "the importer does not come to an end with this file; it is broken";
-  return "the importer cannot cope with this file; it is broken";
+    return "the importer does not come to an end with this file, it is broken";
+  return "the importer cannot cope with this file, it is broken";
 }
 
 /// Receives and waits, whatever happens in between.

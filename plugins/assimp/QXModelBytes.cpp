@@ -15,9 +15,9 @@ namespace {
 std::string DescribeOpenFailure(int nError) {
   switch (nError) {
   case ENOENT:
-  case ENOTDIR: return "no such file";
+  case ENOTDIR: return "no such file; correct the name";
   case EACCES: return "the file may not be read; change its permissions";
-  default: return std::string("the file cannot be opened: ") + std::strerror(nError);
+  default: return std::string("the file cannot be opened: ") + std::strerror(nError) + "; give another name";
   }
 }
 
@@ -25,11 +25,11 @@ bool CheckKindAndSize(struct stat const& status, std::string& strError) {
   if (S_ISDIR(status.st_mode)) {
     strError = "this is a directory; give the model file inside it";
   } else if (!S_ISREG(status.st_mode)) {
-    strError = "this is no regular file";
+    strError = "this is no regular file; give a model file";
   } else if (status.st_size == 0) {
-    strError = "the file is empty";
+    strError = "the file is empty; get or export it again";
   } else if (status.st_size < 0 || static_cast<std::size_t>(status.st_size) > MaxFileSize) {
-    strError = "the file is larger than 1 GiB, the most that is read";
+    strError = "the file is larger than 1 GiB, the most that is read; split the model";
   } else {
     return true;
   }
@@ -56,8 +56,8 @@ bool ReadModelBytes(std::string const& strPath, std::vector<unsigned char>& vecB
     ssize_t const nRead = read(file.Get(), vecBytes.data() + nDone, vecBytes.size() - nDone);
     if (nRead < 0 && errno == EINTR) continue;
     if (nRead <= 0) {
-      strError = nRead < 0 ? std::string("the file cannot be read: ") + std::strerror(errno)
-                           : std::string("the file became shorter while it was read");
+      strError = nRead < 0 ? std::string("the file cannot be read: ") + std::strerror(errno) + "; get another copy"
+                           : std::string("the file became shorter while it was read; try again when it is complete");
       return false;
     }
     nDone += static_cast<std::size_t>(nRead);

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <poll.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace QXAssimp {
@@ -102,6 +104,33 @@ TEST(QXImportProcess, FilesAreClosedAgain) {
   int const nAfter = dup(0);
   close(nAfter);
   EXPECT_EQ(nBefore, nAfter);
+}
+
+TEST(QXImportProcess, ImporterEndsWithItsHost) {
+  int nPipe[2];
+  ASSERT_EQ(pipe(nPipe), 0);
+  pid_t const nHost = fork();
+  if (nHost == 0) {
+    Bytes vecResult;
+    RunInProcess(
+        0,
+        [&nPipe](Bytes&) {
+          if (write(nPipe[1], "x", 1) == 1) sleep(30);
+          return std::string();
+        },
+        vecResult);
+    _exit(0);
+  }
+  close(nPipe[1]);
+  char cStarted = 0;
+  ASSERT_EQ(read(nPipe[0], &cStarted, 1), 1);
+  kill(nHost, SIGKILL);
+  waitpid(nHost, nullptr, 0);
+  // The last writer's end is the end of the file.
+  pollfd poll = {nPipe[0], POLLIN, 0};
+  EXPECT_EQ(::poll(&poll, 1, 10000), 1);
+  EXPECT_EQ(read(nPipe[0], &cStarted, 1), 0);
+  close(nPipe[0]);
 }
 
 }  // namespace

@@ -28,24 +28,24 @@ TEST(QXModelBytes, WholeFileIsRead) {
 
 TEST(QXModelBytes, MissingEmptyAndDirectoryAreToldApart) {
   QXTestFolder const folder;
-  EXPECT_EQ(ReasonFor(folder.Path("nothing")), "no such file");
-  EXPECT_EQ(ReasonFor(folder.Write("file", "x") + "/below"), "no such file");
+  EXPECT_EQ(ReasonFor(folder.Path("nothing")), "no such file; correct the name");
+  EXPECT_EQ(ReasonFor(folder.Write("file", "x") + "/below"), "no such file; correct the name");
   EXPECT_EQ(ReasonFor(folder.Path()), "this is a directory; give the model file inside it");
-  EXPECT_EQ(ReasonFor(folder.Write("empty", "")), "the file is empty");
+  EXPECT_EQ(ReasonFor(folder.Write("empty", "")), "the file is empty; get or export it again");
 }
 
 TEST(QXModelBytes, PipeAndDeviceAreRefusedWithoutWaiting) {
   QXTestFolder const folder;
   ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-  EXPECT_EQ(ReasonFor(folder.Path("pipe")), "this is no regular file");
-  EXPECT_EQ(ReasonFor("/dev/zero"), "this is no regular file");
+  EXPECT_EQ(ReasonFor(folder.Path("pipe")), "this is no regular file; give a model file");
+  EXPECT_EQ(ReasonFor("/dev/zero"), "this is no regular file; give a model file");
 }
 
 TEST(QXModelBytes, FileBeyondTheLimitIsRefusedBeforeItIsRead) {
   QXTestFolder const folder;
   std::string const strPath = folder.Write("big", "x");
   ASSERT_EQ(truncate(strPath.c_str(), (off_t{1} << 30) + 1), 0);  // takes no room on the disk
-  EXPECT_EQ(ReasonFor(strPath), "the file is larger than 1 GiB, the most that is read");
+  EXPECT_EQ(ReasonFor(strPath), "the file is larger than 1 GiB, the most that is read; split the model");
 }
 
 TEST(QXModelBytes, UnreadableFileIsRefused) {
