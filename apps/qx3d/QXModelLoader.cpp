@@ -34,7 +34,7 @@ std::string ListReadable() {
 std::string DescribeUnknown(std::string const& strPath) {
   std::error_code error;
   std::filesystem::file_status const status = std::filesystem::status(strPath, error);
-  if (!std::filesystem::exists(status)) return "no such file";
+  if (!std::filesystem::exists(status)) return "no such file; correct the name";
   if (std::filesystem::is_directory(status)) return "this is a directory; give the model file inside it";
   return "unknown kind of model; readable are" + ListReadable();
 }
@@ -51,6 +51,14 @@ QXC::QXMatrix4d MakeTurnToZUp() {
   mat[2][1] = -1.0;
   mat[2][2] = 0.0;
   return mat;
+}
+
+/// Depths and lengths are computed from the squares of coordinates, and by devices in floats.
+bool IsShowable(QXC::QXBoundingBox const& box) {
+  constexpr double Max = 1e15;
+  for (int i = 0; i < 3; ++i)
+    if (!(box.m_dMin[i] >= -Max && box.m_dMax[i] <= Max)) return false;
+  return true;
 }
 
 }  // namespace
@@ -70,6 +78,11 @@ bool IsYUp(QXC::ModelDataInfo const& model, int nType, UpAxis eUp) {
 
 std::unique_ptr<QXC::ModelDataInfo> LoadModel(std::string const& strPath, UpAxis eUp, std::string& strError) {
   QdcUnicodeString const strWidePath = QdcUnicodeString::FromUTF8(strPath.c_str());
+  if (Narrow(strWidePath) != strPath) {
+    // It would come back as another name, and be reported missing.
+    strError = "the name is no UTF-8 text; rename the file";
+    return nullptr;
+  }
   int const nType = QXC::QXFileParseToolkit::GetFileTypeByExtName(strWidePath);
   if (QXC::QXFileType::IsModelType(nType) == 0) {
     strError = DescribeUnknown(strPath);
@@ -90,7 +103,10 @@ std::unique_ptr<QXC::ModelDataInfo> LoadModel(std::string const& strPath, UpAxis
   // A model type gives a parser of models.
   std::unique_ptr<QXC::ModelDataInfo> pModel(static_cast<QXC::QXFileParseModel*>(pParser.get())->GetModelDataInfo());
   if (pModel == nullptr) {
-    strError = "the reader gave no model";
+    strError = "the reader gave no model; install a plug-in of the same release";
+  } else if (!IsShowable(pModel->GetBoundingBox())) {
+    strError = "its coordinates go beyond 1e15, more than can be shown; export it in a larger unit";
+    return nullptr;
   } else if (IsYUp(*pModel, nType, eUp)) {
     pModel->Transform(MakeTurnToZUp());
     pModel->SetUpAxis(QXC::QX_UP_Z);

@@ -1,5 +1,7 @@
 #include <apps/qx3d/QXProgress.h>
 
+#include <apps/qx3d/QXMessage.h>
+
 #include <cstdio>
 
 #include <unistd.h>
@@ -10,7 +12,7 @@ QXProgress::QXProgress() : m_bTerminal(isatty(STDERR_FILENO) != 0) {}
 
 void QXProgress::Show(std::string const& strStep) {
   if (!m_bTerminal) return;
-  std::fprintf(stderr, "\r\033[Kqx3d: %s ...", strStep.c_str());
+  std::fprintf(stderr, "\r\033[Kqx3d: %s ...", MakeOneLine(strStep).c_str());
   m_bShown = true;
 }
 

@@ -120,15 +120,22 @@ std::string QXRendererSession::AddPart(QXScenePart& part) {
   return std::string();
 }
 
+std::string QXRendererSession::AddGround(QXScene const& scene) {
+  m_dGroundReach = GetGroundRadius(scene);
+  QXScenePart ground = BuildGround(scene);
+  m_SceneFigures.m_nGroundVertices = ground.m_pOperation->m_pVertexBlock->m_nVertexCount;
+  std::string const strReason = AddPart(ground);
+  if (strReason.empty()) m_SceneFigures.m_nGroundTriangles = m_vecDrawables.back()->GetTriangleCount();
+  return strReason;
+}
+
 std::string QXRendererSession::Show(QXScene& scene, bool bGround) {
   m_Bounds = scene.m_Bounds;
   m_pGraphics3D->SetRelativeOrigin(scene.m_vecOrigin);
-  if (bGround) {
-    m_dGroundReach = GetGroundRadius(scene);
-    QXScenePart ground = BuildGround(scene);
-    std::string const strReason = AddPart(ground);
-    if (!strReason.empty()) return strReason;
-  }
+  m_SceneFigures.m_nModelTriangles = scene.m_nTriangles;
+  m_SceneFigures.m_nModelVertices = scene.m_nVertices;
+  std::string const strGround = bGround ? AddGround(scene) : std::string();
+  if (!strGround.empty()) return strGround;
   for (QXScenePart& part : scene.m_vecParts) {
     std::string const strReason = AddPart(part);
     if (!strReason.empty()) return strReason;

@@ -31,6 +31,15 @@ struct QXFrameFigures {
   unsigned int m_nDrawOperations = 0;
 };
 
+/// What was handed to the renderer, each viewport may draw.
+struct QXSceneFigures {
+  unsigned int m_nModelTriangles = 0;
+  unsigned int m_nModelVertices = 0;
+  /// Of the ground plane, which no model file holds.
+  unsigned int m_nGroundTriangles = 0;
+  unsigned int m_nGroundVertices = 0;
+};
+
 /// Drives a renderer through the library's abstract classes alone. Each step answers with an empty string or the reason
 /// of its failure, one line. The order is Start, one of the Open operations, Show, AddView, then frames.
 class QXRendererSession {
@@ -73,6 +82,7 @@ public:
   QXC::QXRenderTarget const* GetTarget() const { return m_pTarget; }
   /// Of the last frame.
   QXFrameFigures const& GetFigures() const { return m_Figures; }
+  QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
   std::string GetRendererName() const;
 
   /// Vertical field of view of every camera, radians.
@@ -88,6 +98,7 @@ private:
   std::string PrepareScene();
   std::string AttachTarget(QXC::QXRenderTarget* pTarget);
   std::string AddPart(QXScenePart& part);
+  std::string AddGround(QXScene const& scene);
 
   std::unique_ptr<QXC::QXPluginModule> m_pModule;
   QXC::QXGraphics3D* m_pGraphics3D = nullptr;
@@ -97,6 +108,7 @@ private:
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
   QXFrameFigures m_Figures;
+  QXSceneFigures m_SceneFigures;
   std::wstring m_strScene;
 };
 

@@ -8,13 +8,26 @@
 
 namespace QXApp {
 
+namespace {
+
+/// The number drawn alone puzzles whoever knows the file: the ground is no part of it, and each viewport draws again.
+void PrintDrawn(char const* szWhat, unsigned int nDrawn, unsigned int nModel, unsigned int nGround) {
+  std::printf("%-18s %u drawn; the model has %u", szWhat, nDrawn, nModel);
+  if (nGround > 0) std::printf(", the ground %u", nGround);
+  std::printf("\n");
+}
+
+}  // namespace
+
 void PrintStats(QXRendererSession const& session) {
   QXC::QXRenderTarget const& target = *session.GetTarget();
   QXC::QXRenderTarget::FrameStats const& stats = target.GetStatistics();
   QXFrameFigures const& figures = session.GetFigures();
+  QXSceneFigures const& scene = session.GetSceneFigures();
   std::printf("renderer           %s\n", session.GetRendererName().c_str());
-  std::printf("size               %u x %u, %u viewports\n", target.GetWidth(), target.GetHeight(),
-      static_cast<unsigned int>(target.GetNumViewports()));
+  unsigned int const nViewports = static_cast<unsigned int>(target.GetNumViewports());
+  std::printf("size               %u x %u, %u %s\n", target.GetWidth(), target.GetHeight(), nViewports,
+      nViewports == 1 ? "viewport" : "viewports");
   // Rates are computed once a measuring period of a second is over.
   if (stats.lastFPS > 0.0) {
     std::printf("frames a second    last %.1f, average %.1f, best %.1f, worst %.1f\n", stats.lastFPS, stats.avgFPS,
@@ -24,8 +37,8 @@ void PrintStats(QXRendererSession const& session) {
   }
   std::printf("frame time         best %llu ms, worst %llu ms\n", static_cast<unsigned long long>(stats.bestFrameTime),
       static_cast<unsigned long long>(stats.worstFrameTime));
-  std::printf("triangles          %u\n", figures.m_nTriangles);
-  std::printf("vertices           %u\n", figures.m_nVertices);
+  PrintDrawn("triangles", figures.m_nTriangles, scene.m_nModelTriangles, scene.m_nGroundTriangles);
+  PrintDrawn("vertices", figures.m_nVertices, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
 }
 

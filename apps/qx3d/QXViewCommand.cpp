@@ -1,5 +1,6 @@
 #include <apps/qx3d/QXViewCommand.h>
 
+#include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXModelLoader.h>
 #include <apps/qx3d/QXPngWriter.h>
 #include <apps/qx3d/QXProgress.h>
@@ -13,7 +14,8 @@
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 
 #include <cmath>
-#include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <vector>
 
 namespace QXApp {
@@ -27,9 +29,8 @@ public:
 
   std::string Run() {
     // First of all: the model reader is a plug-in as well.
-    for (std::string const& strFolder : m_Options.m_vecPluginFolders)
-      QXC::QXPluginConfigs::AddSearchFolder(QXC::QdcUnicodeString::FromUTF8(strFolder.c_str()));
-    std::string strError = CheckOutput();
+    std::string strError = AddPluginFolders();
+    if (strError.empty()) strError = CheckOutput();
     if (strError.empty()) strError = Load();
     if (strError.empty()) strError = OpenRenderer();
     if (strError.empty()) strError = AddViews();
@@ -40,6 +41,16 @@ public:
 
 private:
   bool IsPicture() const { return !m_Options.m_strOut.empty(); }
+
+  std::string AddPluginFolders() const {
+    for (std::string const& strFolder : m_Options.m_vecPluginFolders) {
+      std::error_code error;
+      if (!std::filesystem::is_directory(strFolder, error))
+        return "--plugins " + strFolder + ": there is no such folder; create it or give another name";
+      QXC::QXPluginConfigs::AddSearchFolder(QXC::QdcUnicodeString::FromUTF8(strFolder.c_str()));
+    }
+    return std::string();
+  }
 
   /// Before any work: whoever waited for a large model should not learn only then that the name was wrong.
   std::string CheckOutput() const {
@@ -62,7 +73,7 @@ private:
     m_Progress.Show("starting the renderer");
     std::string strError;
     if (!IsPicture())
-      strError = m_Window.Open("qx3d - " + m_Options.m_strModel, m_Options.m_nWidth, m_Options.m_nHeight);
+      strError = m_Window.Open("qx3d - " + MakeOneLine(m_Options.m_strModel), m_Options.m_nWidth, m_Options.m_nHeight);
     if (strError.empty()) strError = m_Session.Start(m_Options.m_strRenderer);
     if (strError.empty()) {
       strError = IsPicture()
@@ -197,7 +208,7 @@ int RunView(QXViewOptions const& options) {
   ViewRun run(options);
   std::string const strError = run.Run();
   if (strError.empty()) return 0;
-  std::fprintf(stderr, "qx3d: %s\n", strError.c_str());
+  PrintFailure(strError);
   return 1;
 }
 

@@ -1,12 +1,13 @@
 #include <apps/qx3d/QXViewOptions.h>
 
+#include <apps/qx3d/QXMessage.h>
+
 #include <QxGraphics3D/Version.h>
 
 #include <CLI/CLI.hpp>
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <string_view>
 
 namespace QXApp {
@@ -15,6 +16,9 @@ namespace {
 
 /// Longest side of a picture: what graphics devices give, with a picture of 1 GiB at most.
 constexpr long MaxSide = 16384;
+
+/// Farthest coordinate of an eye: a tenth of a light-year in metres, and its square is still a float.
+constexpr double MaxCoordinate = 1e15;
 
 /// Reads "WxH". Numbers of any size are well-formed here; whether there is such a picture is another question.
 bool ReadSize(std::string_view strText, long (&nSides)[2]) {
@@ -40,7 +44,7 @@ bool ReadPoint(std::string_view strText, double (&dPoint)[3]) {
   for (int i = 0; i < 3; ++i) {
     if (i > 0 && (p == pEnd || *p++ != ',')) return false;
     auto const result = std::from_chars(p, pEnd, dPoint[i]);
-    if (result.ec != std::errc() || !std::isfinite(dPoint[i])) return false;
+    if (result.ec != std::errc() || !(std::abs(dPoint[i]) <= MaxCoordinate)) return false;
     p = result.ptr;
   }
   return p == pEnd;
@@ -53,7 +57,14 @@ std::string CheckSizeSyntax(std::string& strText) {
 
 std::string CheckPointSyntax(std::string& strText) {
   double dPoint[3];
-  return ReadPoint(strText, dPoint) ? std::string() : "'" + strText + "' is no position; write it as 10,20,30.5";
+  return ReadPoint(strText, dPoint)
+             ? std::string()
+             : "'" + strText + "' is no position; write it as 10,20,30.5, with no number beyond 1e15";
+}
+
+/// An empty text is more often a variable that was not set than a wish.
+std::string CheckNotEmpty(std::string& strText) {
+  return strText.empty() ? "the text is empty; name one" : std::string();
 }
 
 constexpr char const* ViewFooter =
@@ -74,16 +85,21 @@ struct RawOptions {
 };
 
 void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
-  view.add_option("model", options.m_strModel, "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx")->required();
+  view.add_option("model", options.m_strModel, "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx")
+      ->required()
+      ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--size", raw.m_strSize, "Width and height in pixels (1280x720)")
       ->type_name("WxH")
       ->check(CLI::Validator(CheckSizeSyntax, ""));
   view.add_option("--renderer", options.m_strRenderer, "Renderer plug-in by name, such as ogre or null")
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--plugins", options.m_vecPluginFolders, "Folder with further plug-in configurations")
       ->type_name("DIR")
+      ->check(CLI::Validator(CheckNotEmpty, ""))
       ->expected(1)
       ->take_all();
   view.add_option("--eye", raw.m_strEye, "Position of the eye (default: the model fills the picture)")
@@ -124,7 +140,7 @@ std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
 }
 
 QXCommandLine Leave(int nExitStatus, std::string const& strLine) {
-  if (!strLine.empty()) std::fprintf(stderr, "qx3d: %s\n", strLine.c_str());
+  if (!strLine.empty()) PrintFailure(strLine);
   QXCommandLine result;
   result.m_nExitStatus = nExitStatus;
   return result;
@@ -146,10 +162,7 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
     app.exit(success);  // prints help or version
     return Leave(0, std::string());
   } catch (CLI::ParseError const& error) {
-    std::string strLine = error.what();
-    for (char& c : strLine)
-      if (c == '\n') c = ' ';
-    return Leave(2, strLine + (pView->parsed() ? "; see 'qx3d view --help'" : "; see 'qx3d --help'"));
+    return Leave(2, std::string(error.what()) + (pView->parsed() ? "; see 'qx3d view --help'" : "; see 'qx3d --help'"));
   }
   std::string const strImpossible = TakeOver(raw, result.m_Options);
   if (!strImpossible.empty()) return Leave(1, strImpossible);

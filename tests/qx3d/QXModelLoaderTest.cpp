@@ -54,13 +54,34 @@ TEST(QXModelLoader, FailuresSayTheSimplestReason) {
   Folder const folder;
   std::string strError;
   EXPECT_EQ(LoadModel(folder.Path("none.obj"), UpAxis::Auto, strError), nullptr);
-  EXPECT_EQ(strError, "no such file");
+  EXPECT_EQ(strError, "no such file; correct the name");
   EXPECT_EQ(LoadModel(folder.Path("none"), UpAxis::Auto, strError), nullptr);
-  EXPECT_EQ(strError, "no such file");
+  EXPECT_EQ(strError, "no such file; correct the name");
   EXPECT_EQ(LoadModel(folder.Path(), UpAxis::Auto, strError), nullptr);
   EXPECT_NE(strError.find("directory"), std::string::npos);
   EXPECT_EQ(LoadModel(folder.Write("a.doc", "x"), UpAxis::Auto, strError), nullptr);
   EXPECT_EQ(strError, "unknown kind of model; readable are .3ds .gltf .glb .obj .ply .stl .dae .fbx");
+}
+
+TEST(QXModelLoader, NameThatIsNoTextIsToldApartFromAMissingFile) {
+  Folder const folder;
+  std::string strError;
+  EXPECT_EQ(LoadModel(folder.Write("\xFF\xFE.obj", "v 0 0 0\n"), UpAxis::Auto, strError), nullptr);
+  EXPECT_EQ(strError, "the name is no UTF-8 text; rename the file");
+}
+
+TEST(QXModelLoader, CoordinatesBeyondWhatDevicesComputeAreRefused) {
+  Folder const folder;
+  std::string strError;
+  auto const load = [&](std::string const& strFar) {
+    return LoadModel(
+        folder.Write("a.obj", "v 0 0 0\nv " + strFar + " 0 0\nv 0 1 0\nf 1 2 3\n"), UpAxis::Auto, strError);
+  };
+  EXPECT_NE(load("9e14"), nullptr) << strError;
+  EXPECT_EQ(load("1.1e15"), nullptr);
+  EXPECT_NE(strError.find("beyond 1e15"), std::string::npos);
+  EXPECT_EQ(load("-1e38"), nullptr);
+  EXPECT_NE(strError.find("beyond 1e15"), std::string::npos);
 }
 
 }  // namespace

@@ -61,6 +61,27 @@ TEST(QXPngWriter, LinkStaysALinkAndItsTargetIsReplaced) {
   EXPECT_EQ(ReadPicture(folder.Path("real.png")).m_nWidth, 2);
 }
 
+TEST(QXPngWriter, LinkToNothingYetStaysALink) {
+  Folder const folder;
+  std::filesystem::create_symlink("second.png", folder.Path("first.png"));
+  std::filesystem::create_symlink("real.png", folder.Path("second.png"));
+  EXPECT_EQ(QXPngWriter::Write(folder.Path("first.png"), 2, 2, Pixels), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("first.png")));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("second.png")));
+  EXPECT_EQ(ReadPicture(folder.Path("real.png")).m_nWidth, 2);
+}
+
+TEST(QXPngWriter, NamesThatNoFileCanHaveAreRefusedBeforeAnyWork) {
+  Folder const folder;
+  std::filesystem::create_symlink("loop.png", folder.Path("loop.png"));
+  std::filesystem::create_symlink("no/a.png", folder.Path("lost.png"));
+  EXPECT_NE(QXPngWriter::Check(folder.Path("loop.png")).find("give another name"), std::string::npos);
+  EXPECT_NE(QXPngWriter::Check(folder.Path("lost.png")).find("no folder"), std::string::npos);
+  EXPECT_NE(QXPngWriter::Check(folder.Path(std::string(300, 'n'))).find("give another name"), std::string::npos);
+  EXPECT_NE(QXPngWriter::Write(folder.Path("loop.png"), 2, 2, Pixels), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("loop.png")));
+}
+
 TEST(QXPngWriter, PlacesThatTakeNoPictureAreNamedBeforeAnyWork) {
   Folder const folder;
   EXPECT_EQ(QXPngWriter::Check(folder.Path("a.png")), "");
@@ -88,7 +109,6 @@ TEST(QXPngWriter, FolderWithoutPermissionIsNamed) {
 
 /// Writes under a limit on the size of files, which stands in for a full disk: the write fails in the middle.
 [[noreturn]] void WriteUnderLimit(std::string const& strPath) {
-  std::signal(SIGXFSZ, SIG_IGN);
   rlimit limit = {};
   limit.rlim_cur = limit.rlim_max = 4096;
   setrlimit(RLIMIT_FSIZE, &limit);
@@ -99,7 +119,8 @@ TEST(QXPngWriter, FolderWithoutPermissionIsNamed) {
     nState = nState * 1664525u + 1013904223u;
     nByte = static_cast<unsigned char>(nState >> 24);
   }
-  _exit(QXPngWriter::Write(strPath, 512, 512, vecNoise.data()).empty() ? 1 : 0);
+  std::string const strReason = QXPngWriter::Write(strPath, 512, 512, vecNoise.data());
+  _exit(strReason.find("make room") != std::string::npos ? 0 : 1);
 }
 
 TEST(QXPngWriter, FullDiskLeavesTheOldPictureAndNothingElse) {

@@ -85,10 +85,19 @@ TEST(QXProgram, StatsTellWhatWasDrawn) {
   ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --stats --no-ground --frames 3");
   EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
   EXPECT_NE(run.m_strOut.find("renderer           null\n"), std::string::npos) << run.m_strOut;
-  EXPECT_NE(run.m_strOut.find("size               1280 x 720, 1 viewports\n"), std::string::npos) << run.m_strOut;
-  EXPECT_NE(run.m_strOut.find("triangles          12\n"), std::string::npos) << run.m_strOut;
-  EXPECT_NE(run.m_strOut.find("vertices           24\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("size               1280 x 720, 1 viewport\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("triangles          12 drawn"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("vertices           24 drawn; the model has 24\n"), std::string::npos) << run.m_strOut;
   EXPECT_NE(run.m_strOut.find("draw operations    1\n"), std::string::npos) << run.m_strOut;
+}
+
+TEST(QXProgram, StatsTellTheGroundFromTheModel) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --stats");
+  EXPECT_NE(run.m_strOut.find("triangles          60 drawn; the model has 12, the ground 48\n"), std::string::npos)
+      << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("vertices           73 drawn; the model has 24, the ground 49\n"), std::string::npos)
+      << run.m_strOut;
 }
 
 TEST(QXProgram, EveryViewDrawsTheModel) {
@@ -96,15 +105,15 @@ TEST(QXProgram, EveryViewDrawsTheModel) {
   ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --stats --no-ground --views 5");
   EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
   EXPECT_NE(run.m_strOut.find("5 viewports"), std::string::npos) << run.m_strOut;
-  EXPECT_NE(run.m_strOut.find("triangles          60\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("triangles          60 drawn"), std::string::npos) << run.m_strOut;
 }
 
 TEST(QXProgram, EyeThatLooksAwaySeesNothing) {
   Folder const folder;
   std::string const strArguments = ViewArguments(folder, Block()) + " --stats --no-ground --eye 0,-50,2 ";
-  EXPECT_NE(RunProgram(folder, strArguments).m_strOut.find("triangles          12\n"), std::string::npos);
-  EXPECT_NE(
-      RunProgram(folder, strArguments + "--look 0,-100,2").m_strOut.find("triangles          0\n"), std::string::npos);
+  EXPECT_NE(RunProgram(folder, strArguments).m_strOut.find("triangles          12 drawn"), std::string::npos);
+  EXPECT_NE(RunProgram(folder, strArguments + "--look 0,-100,2").m_strOut.find("triangles          0 drawn"),
+      std::string::npos);
 }
 
 TEST(QXProgram, EveryFormatIsShown) {
@@ -122,7 +131,11 @@ TEST(QXProgram, BadModelsAreOneLineAndNoPicture) {
     vecParts.push_back(strModel);
     ExpectFailure(folder, ViewArguments(folder, strModel), 1, vecParts);
   };
-  expect(folder.Path("none.3ds"), {"no such file"});
+  // Of these a line says what to do as well.
+  expect(folder.Path("none.3ds"), {"no such file", "correct the name"});
+  expect(folder.Write("random.glb", "glTF?"), {"binary glTF", "export it again"});
+  expect(folder.Write("corners.obj", "v 0 0 0\nv 1 0 0\n"), {"no triangles"});
+  expect(folder.Write("huge.obj", "v 0 0 0\nv 1e38 0 0\nv 0 1e38 1e38\nf 1 2 3\n"), {"1e15"});
   expect(folder.Write("empty.3ds", ""), {"empty"});
   expect(folder.Path(), {"directory"});
   expect(folder.Write("text.doc", "x"), {"unknown kind", ".3ds", ".fbx"});
@@ -131,6 +144,18 @@ TEST(QXProgram, BadModelsAreOneLineAndNoPicture) {
   std::vector<unsigned char> vecBytes = QXAssimp::ReadTestFile(QXAssimp::ModelPath("block.3ds"));
   vecBytes.resize(vecBytes.size() / 2);
   expect(folder.Write("cut.3ds", vecBytes), {"cut off"});
+}
+
+TEST(QXProgram, NamesWithControlCharactersLeaveOneLine) {
+  Folder const folder;
+  ExpectFailure(folder, ViewArguments(folder, folder.Write("a\nb\x1B[31m.obj", "")), 1, {"a b [31m.obj"});
+  ExpectFailure(folder, ViewArguments(folder, folder.Path("c\nd.obj")), 1, {"c d.obj", "no such file"});
+}
+
+TEST(QXProgram, MissingPluginFolderIsNamed) {
+  Folder const folder;
+  ExpectFailure(folder, ViewArguments(folder, Block()) + " --plugins " + Quote(folder.Path("none")), 1,
+      {"--plugins", folder.Path("none")});
 }
 
 TEST(QXProgram, UnreadableModelIsNamed) {

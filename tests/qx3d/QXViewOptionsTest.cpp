@@ -115,6 +115,22 @@ TEST(QXViewOptions, WrongUsageLeavesWithTwo) {
   ExpectLeaves({"view", "a.obj", "--up", "x"}, 2, "--up");
 }
 
+TEST(QXViewOptions, EmptyTextsAreWrongUsage) {
+  ExpectLeaves({"view", ""}, 2, "empty");
+  for (char const* szOption : {"--out", "--renderer", "--plugins"})
+    ExpectLeaves({"view", "a.obj", szOption, ""}, 2, std::string(szOption) + ": the text is empty");
+}
+
+TEST(QXViewOptions, PositionsFartherThanCanBeShownAreWrongUsage) {
+  EXPECT_TRUE(Parse({"view", "a.obj", "--eye", "1e15,-1e15,0"}).m_CommandLine.m_bRun);
+  ExpectLeaves({"view", "a.obj", "--eye", "0,0,1.1e15"}, 2, "1e15");
+  ExpectLeaves({"view", "a.obj", "--look", "-1e300,0,0"}, 2, "1e15");
+}
+
+TEST(QXViewOptions, LineEndsOfAnArgumentLeaveOneLine) {
+  ExpectLeaves({"view", "a.obj", "--co\nlour"}, 2, "--co lour");
+}
+
 TEST(QXViewOptions, SizeThatCannotBeLeavesWithOne) {
   for (char const* szSize : {"0x720", "1280x0", "-5x720", "100000x100000", "16385x1", "99999999999999999999x5"})
     ExpectLeaves({"view", "a.obj", "--size", szSize}, 1, "1 to 16384 pixels");

@@ -1,0 +1,15 @@
+/// @file
+/// What the program tells a person.
+#pragma once
+
+#include <string>
+
+namespace QXApp {
+
+/// A text without control characters: names of files may hold line ends, and sequences that a terminal obeys.
+std::string MakeOneLine(std::string strText);
+
+/// Prints "qx3d: " and the text as one line on the standard error output.
+void PrintFailure(std::string const& strText);
+
+}  // namespace QXApp

@@ -1,0 +1,34 @@
+/// @file
+/// A file that appears under its name only once it is complete.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+namespace QXApp {
+
+/// A new file in the folder of its target. It dies with this object, or with a program that is interrupted, unless it
+/// was put into the target's place. One at a time.
+class QXNewFile {
+public:
+  explicit QXNewFile(std::string const& strTarget);
+  QXNewFile(QXNewFile const&) = delete;
+  QXNewFile& operator=(QXNewFile const&) = delete;
+  ~QXNewFile();
+
+  /// The open file, or null with errno set.
+  std::FILE* Get() const { return m_pFile; }
+
+  /// Closes, and puts the file into the target's place. False with errno set; a full disk shows here.
+  bool Commit();
+
+private:
+  void Create();
+
+  std::string m_strTarget;
+  std::string m_strPath;
+  std::FILE* m_pFile = nullptr;
+  bool m_bExists = false;
+};
+
+}  // namespace QXApp
