@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
@@ -26,9 +25,7 @@ QXBoundingBox Exaggerate(QXBoundingBox const& box, double dFactor) {
   QXVector3d maximum = box.GetMax();
   minimum.z *= dFactor;
   maximum.z *= dFactor;
-  if (minimum.z > maximum.z) {
-    std::swap(minimum.z, maximum.z);
-  }
+  // A negative factor turns the box inside out, which culling takes as it is.
   return QXBoundingBox(minimum, maximum);
 }
 
