@@ -18,21 +18,6 @@ bool IsHalf(double dValue) {
   return std::bit_cast<std::uint64_t>(dValue) == std::bit_cast<std::uint64_t>(0.5);
 }
 
-/// One step of the walk.
-void UpdateViewport(QXRenderTarget& target, QXViewport& viewport) {
-  // Taken now: rendering may give the viewport another camera, and the notification is about the one that drew.
-  QXCamera* const pCamera = viewport.GetCamera();
-  if (target.m_eMultiViewportMode == MVM_ORDERED && pCamera != nullptr) {
-    detail::NotifyViewport(*pCamera, &viewport);
-    target.ApplyCameraToTarget(pCamera, 0, 0);
-  }
-  detail::UpdateViewport(viewport);
-  if (pCamera != nullptr && pCamera->m_bTargetNotifyPending) {
-    target.NotifyCameraStateChange(1);
-    pCamera->m_bTargetNotifyPending = 0;
-  }
-}
-
 }  // namespace
 
 unsigned int QXRenderTarget::ms_nRefAdd = 0;
@@ -64,29 +49,38 @@ void QXRenderTarget::Update() {
   BeginViewportUpdate(position);
   ListViewports();
   std::uint64_t nChangeCount = m_List.m_nChangeCount;
-  std::size_t i = FindInList(position);
-  while (i < m_List.m_arrEntries.size()) {
-    int const nKey = m_List.m_arrEntries[i]->first;
-    QXViewport* const pViewport = m_List.m_arrEntries[i]->second;
-    ++i;
+  ViewportEntry const* const* pEntry = FindInList(position);
+  ViewportEntry const* const* pEnd = m_List.GetEnd();
+  while (pEntry != pEnd) {
+    int const nKey = (*pEntry)->first;
+    QXViewport* const pViewport = (*pEntry)->second;
+    ++pEntry;
     if (pViewport == nullptr) {
       continue;
     }
-    UpdateViewport(*this, *pViewport);
+    // Taken now: rendering may give the viewport another camera, and the notification is about the one that drew.
+    QXCamera* const pCamera = pViewport->m_pCamera;
+    if (pCamera != nullptr && m_eMultiViewportMode == MVM_ORDERED) {
+      detail::NotifyViewport(*pCamera, pViewport);
+      ApplyCameraToTarget(pCamera, 0, 0);
+    }
+    detail::UpdateViewport(*pViewport);
+    if (pCamera != nullptr && pCamera->m_bTargetNotifyPending) [[unlikely]] {
+      NotifyCameraStateChange(1);
+      pCamera->m_bTargetNotifyPending = 0;
+    }
     // A scene may take viewports away or add some, its own among them: the walk goes on behind its key.
-    if (m_Viewports.GetChangeCount() != nChangeCount) {
+    if (m_Viewports.GetChangeCount() != nChangeCount) [[unlikely]] {
       ListViewports();
       nChangeCount = m_List.m_nChangeCount;
-      i = FindInListBehind(nKey);
+      pEntry = FindInListBehind(nKey);
+      pEnd = m_List.GetEnd();
     }
   }
   UpdateStats();
 }
 
-void QXRenderTarget::ListViewports() {
-  if (m_List.m_nChangeCount == m_Viewports.GetChangeCount()) {
-    return;
-  }
+void QXRenderTarget::RebuildList() {
   m_List.m_nChangeCount = ViewportList::Stale;
   m_List.m_arrEntries.clear();
   m_List.m_bDense = 1;
@@ -100,18 +94,16 @@ void QXRenderTarget::ListViewports() {
   m_List.m_nChangeCount = m_Viewports.GetChangeCount();
 }
 
-std::size_t QXRenderTarget::FindInList(ViewportPosition const& position) const {
-  if (position == m_Viewports.GetStartPosition()) {
-    return 0;
+QXRenderTarget::ViewportEntry const* const* QXRenderTarget::FindInList(ViewportPosition const& position) const {
+  if (position == m_Viewports.GetStartPosition()) [[likely]] {
+    return m_List.GetBegin();
   }
-  return m_Viewports.IsEOF(position) ? m_List.m_arrEntries.size() : FindInListBehind(position->first) - 1;
+  return m_Viewports.IsEOF(position) ? m_List.GetEnd() : FindInListBehind(position->first) - 1;
 }
 
-std::size_t QXRenderTarget::FindInListBehind(int nKey) const {
-  auto const& arrEntries = m_List.m_arrEntries;
-  auto const behind = std::upper_bound(arrEntries.begin(), arrEntries.end(), nKey,
+QXRenderTarget::ViewportEntry const* const* QXRenderTarget::FindInListBehind(int nKey) const {
+  return std::upper_bound(m_List.GetBegin(), m_List.GetEnd(), nKey,
       [](int nSought, auto const* pEntry) { return nSought < pEntry->first; });
-  return static_cast<std::size_t>(behind - arrEntries.begin());
 }
 
 void QXRenderTarget::MoveViewPortToLast(int nIndex) {
@@ -123,29 +115,38 @@ void QXRenderTarget::MoveViewPortToLast(int nIndex) {
   if (nIndex >= 0 && nIndex <= 2) {
     MoveToTop(nIndex);
   }
-  ListViewports();
-  unsigned char bDense = m_List.m_bDense;
-  int nNext = 0;
-  int nHalfHeight = 0;
-  for (auto const* const pEntry : m_List.m_arrEntries) {
-    QXViewport* const pViewport = pEntry->second;
-    if (pViewport == nullptr) {
-      bDense = 0;
-      continue;
-    }
-    // Not the third: of three views the third is a full-width strip below two halves and never lies over another.
-    // The stored height serves: what GetHeight gives for 0 is not one half either.
-    nHalfHeight = IsHalf(pViewport->m_dRelHeight) && nNext != 2 ? nNext : nHalfHeight;
-    pViewport->SetZOrder(nNext);
-    ++nNext;
-  }
-  // Every frame comes here; only one after a change of the viewports pays for new nodes.
-  if (!bDense) {
+  int nHalfHeight = NumberViewports();
+  while (nHalfHeight < 0) {
     StoreDensely();
+    nHalfHeight = NumberViewports();
   }
   if (nHalfHeight != 0) {
     SwapFirstTwo();
   }
+}
+
+int QXRenderTarget::NumberViewports() {
+  ListViewports();
+  // Every frame comes here; only one after a change of the viewports pays for new nodes.
+  if (!m_List.m_bDense) [[unlikely]] {
+    return -1;
+  }
+  int nHalfHeight = 0;
+  int nNext = 0;
+  for (ViewportEntry const* const pEntry : m_List.m_arrEntries) {
+    QXViewport* const pViewport = pEntry->second;
+    if (pViewport == nullptr) [[unlikely]] {
+      return -1;
+    }
+    // Not the third: of three views the third is a full-width strip below two halves and never lies over another.
+    // The stored height serves: what GetHeight gives for 0 is not one half either.
+    if (IsHalf(pViewport->m_dRelHeight) && nNext != 2) [[unlikely]] {
+      nHalfHeight = nNext;
+    }
+    pViewport->SetZOrder(nNext);
+    ++nNext;
+  }
+  return nHalfHeight;
 }
 
 void QXRenderTarget::MoveToTop(int nKey) {
@@ -188,12 +189,20 @@ void QXRenderTarget::UpdateStats() {
   // The clock is 32 bits wide: the frame in which it wraps counts as an enormous one, here and in the period below.
   std::uint64_t const nFrameTime = nNow - m_nLastTime;
   m_nLastTime = nNow;
-  m_Stats.bestFrameTime = std::min(m_Stats.bestFrameTime, nFrameTime);
-  m_Stats.worstFrameTime = std::max(m_Stats.worstFrameTime, nFrameTime);
-  std::uint64_t const nPeriod = nNow - m_nLastSecond;
-  if (nPeriod <= 1000) {
-    return;
+  // Branches that are hardly ever taken, where min and max would store in every frame.
+  if (nFrameTime < m_Stats.bestFrameTime) {
+    m_Stats.bestFrameTime = nFrameTime;
   }
+  if (nFrameTime > m_Stats.worstFrameTime) {
+    m_Stats.worstFrameTime = nFrameTime;
+  }
+  std::uint64_t const nPeriod = nNow - m_nLastSecond;
+  if (nPeriod > 1000) {
+    EvaluatePeriod(nNow, nPeriod);
+  }
+}
+
+void QXRenderTarget::EvaluatePeriod(std::uint64_t nNow, std::uint64_t nPeriod) {
   m_Stats.lastFPS = static_cast<double>(m_nFrameCount) / static_cast<double>(nPeriod) * 1000.0;
   // Weight one half for the newest period, so that the figure follows a change within a few seconds.
   m_Stats.avgFPS = m_Stats.avgFPS == 0.0 ? m_Stats.lastFPS : (m_Stats.avgFPS + m_Stats.lastFPS) / 2.0;

@@ -316,6 +316,8 @@ public:
   static unsigned int ms_nRefAdd;
 
 private:
+  using ViewportEntry = std::pair<int const, QXViewport*>;
+
   /// The entries of m_Viewports in order. Belongs to one dictionary: a copied target starts without.
   struct ViewportList {
     static constexpr std::uint64_t Stale = ~std::uint64_t{0};
@@ -327,16 +329,28 @@ private:
       return *this;
     }
 
-    std::vector<std::pair<int const, QXViewport*> const*> m_arrEntries;
+    ViewportEntry const* const* GetBegin() const { return m_arrEntries.data(); }
+    ViewportEntry const* const* GetEnd() const { return m_arrEntries.data() + m_arrEntries.size(); }
+
+    std::vector<ViewportEntry const*> m_arrEntries;
     /// What QdcDict::GetChangeCount was when the entries were listed.
     std::uint64_t m_nChangeCount = Stale;
     /// Whether the keys are 0, 1, 2.. without a gap.
     unsigned char m_bDense = 0;
   };
 
-  void ListViewports();
-  std::size_t FindInList(ViewportPosition const& position) const;
-  std::size_t FindInListBehind(int nKey) const;
+  void ListViewports() {
+    if (m_List.m_nChangeCount != m_Viewports.GetChangeCount()) {
+      RebuildList();
+    }
+  }
+  void RebuildList();
+  ViewportEntry const* const* FindInList(ViewportPosition const& position) const;
+  ViewportEntry const* const* FindInListBehind(int nKey) const;
+  /// The half-height viewport that makes the first two change places, 0 for none; -1 if keys have gaps or a viewport
+  /// is null, so that StoreDensely must come first.
+  int NumberViewports();
+  void EvaluatePeriod(std::uint64_t nNow, std::uint64_t nPeriod);
   void MoveToTop(int nKey);
   void StoreDensely();
   void SwapFirstTwo();

@@ -22,7 +22,11 @@ public:
         pCamera->UpdateProMatrix();
         m_pTarget->ApplyCameraToTarget(pCamera, 0, 0);
       }
-      pCamera->RenderScene(pViewport, 1);
+      pCamera->RenderScene(pViewport, pViewport->m_bRenderSceneFlag);
+      if (pCamera->m_bTargetNotifyPending) {
+        m_pTarget->NotifyCameraStateChange(1);
+        pCamera->m_bTargetNotifyPending = 0;
+      }
     }
     m_nNow = QdcTime::GetMillisecond();
   }
