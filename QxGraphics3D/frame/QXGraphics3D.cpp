@@ -54,6 +54,11 @@ void UpdateAlwaysActive(QXGraphics3D& graphics, QXRenderTarget& target, QXRender
   if (pSaved) AttachCompanions(graphics, *pSaved);
 }
 
+void FetchAhead(QXRenderTarget const* pTarget) {
+  char const* const pBytes = reinterpret_cast<char const*>(pTarget);
+  for (std::size_t i = 0; i < sizeof(QXRenderTarget); i += 64) __builtin_prefetch(pBytes + i, 1);
+}
+
 }  // namespace
 
 QXGraphics3D::QXGraphics3D()
@@ -100,8 +105,13 @@ void QXGraphics3D::ShutDown() {
 }
 
 void QXGraphics3D::UpdateAllRenderTargets() {
-  for (auto position = m_RenderTargets.GetStartPosition(); !m_RenderTargets.IsEOF(position); ++position) {
+  for (auto position = m_RenderTargets.GetStartPosition(); !m_RenderTargets.IsEOF(position);) {
     QXRenderTarget* const pTarget = position->second;
+    // The next target comes into the cache while this one draws; drawing may attach and delete targets.
+    std::uint64_t const nChangeCount = m_RenderTargets.GetChangeCount();
+    auto next = position;
+    ++next;
+    if (!m_RenderTargets.IsEOF(next)) FetchAhead(next->second);
     if (pTarget->IsActive()) m_pActiveRenderTarget = pTarget;
     QXRenderTarget* const pSaved = m_pActiveRenderTarget;
     if (pTarget->IsCurTargetRefresh()) {
@@ -114,6 +124,11 @@ void QXGraphics3D::UpdateAllRenderTargets() {
       pTarget->Update();
     } else if (pTarget->IsAlwaysActive()) {
       UpdateAlwaysActive(*this, *pTarget, pSaved);
+    }
+    if (m_RenderTargets.GetChangeCount() == nChangeCount) {
+      position = next;
+    } else {
+      ++position;
     }
   }
 }
