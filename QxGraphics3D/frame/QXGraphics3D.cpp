@@ -1,6 +1,8 @@
 #include <QxGraphics3D/frame/QXGraphics3D.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 #include <QxGraphics3D/frame/QXRenderTarget.h>
@@ -54,9 +56,10 @@ void UpdateAlwaysActive(QXGraphics3D& graphics, QXRenderTarget& target, QXRender
   if (pSaved) AttachCompanions(graphics, *pSaved);
 }
 
+// With many targets nearly every line of the next one would be waited for: a frame reads members all over it.
 void FetchAhead(QXRenderTarget const* pTarget) {
   char const* const pBytes = reinterpret_cast<char const*>(pTarget);
-  for (std::size_t i = 0; i < sizeof(QXRenderTarget); i += 64) __builtin_prefetch(pBytes + i, 1);
+  for (std::size_t i = 0; i < sizeof(QXRenderTarget); i += 64) __builtin_prefetch(pBytes + i);
 }
 
 }  // namespace

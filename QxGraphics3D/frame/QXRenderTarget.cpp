@@ -143,7 +143,10 @@ int QXRenderTarget::NumberViewports() {
     if (IsHalf(pViewport->m_dRelHeight) && nNext != 2) [[unlikely]] {
       nHalfHeight = nNext;
     }
-    pViewport->SetZOrder(nNext);
+    // Not stored anew where it stands: with many targets, cache lines that are written have to be written back.
+    if (pViewport->GetZOrder() != nNext) [[unlikely]] {
+      pViewport->SetZOrder(nNext);
+    }
     ++nNext;
   }
   return nHalfHeight;

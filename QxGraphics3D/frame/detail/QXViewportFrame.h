@@ -8,9 +8,11 @@
 
 namespace QXC::detail {
 
-/// What QXCamera::NotifyViewport does.
+/// What QXCamera::NotifyViewport does, without dirtying the camera's cache line in every frame.
 inline void NotifyViewport(QXCamera& camera, QXViewport* pViewport) {
-  camera.m_pViewport = pViewport;
+  if (camera.m_pViewport != pViewport) {
+    camera.m_pViewport = pViewport;
+  }
   camera.UpdateViewMatrix(pViewport);
   camera.UpdateProMatrix();
 }
