@@ -78,8 +78,24 @@ TEST(QXBoundingBox, StaysNullWhenTwoNullBoxesMerge) {
   EXPECT_EQ(box.IsNULL(), 1);
 }
 
+TEST(QXBoundingBox, PointAtTheOriginIsNoNullBoxHoweverItsZerosAreSigned) {
+  for (unsigned int nSigns = 0; nSigns < 64; ++nSigns) {
+    auto const zero = [nSigns](unsigned int nBit) { return (nSigns >> nBit & 1U) != 0 ? -0.0 : 0.0; };
+    QXVector3d const minimum(zero(0), zero(1), zero(2));
+    QXVector3d const maximum(zero(3), zero(4), zero(5));
+    EXPECT_EQ(QXBoundingBox(minimum, maximum).IsNULL(), 0) << nSigns;
+    QXBoundingBox box;
+    box.SetExtents(minimum, maximum);
+    EXPECT_EQ(box.IsNULL(), 0) << nSigns;
+    box.Merge(QXBoundingBox(maximum, minimum));
+    EXPECT_EQ(box.IsNULL(), 0) << nSigns;
+    box.Merge(QXBoundingBox());
+    EXPECT_EQ(box.IsNULL(), 0) << nSigns;
+  }
+}
+
 TEST(QXBoundingBox, StaysSmallEnoughToStream) {
-  EXPECT_EQ(sizeof(QXBoundingBox), 56U);
+  EXPECT_EQ(sizeof(QXBoundingBox), 48U);
 }
 
 }  // namespace

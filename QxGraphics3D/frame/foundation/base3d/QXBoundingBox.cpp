@@ -26,8 +26,8 @@ std::array<QXVector3d, 8> QXBoundingBox::GetCorners() const {
 }
 
 void QXBoundingBox::Merge(QXBoundingBox const& other) {
-  if (other.m_bNull) return;
-  if (m_bNull) {
+  if (other.IsNULL()) return;
+  if (IsNULL()) {
     *this = other;
     return;
   }
