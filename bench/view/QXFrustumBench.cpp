@@ -119,10 +119,18 @@ Scene const& GetScene(Kind eKind) {
   return *pScene;
 }
 
+/// Asks for what stands as far behind an object as the tests under test ask for: without it, reading is slower than
+/// they are and no measure of them.
+template <class Object>
+void PrefetchBehind(Object const& object) {
+  __builtin_prefetch(reinterpret_cast<char const*>(&object) + 4096);
+}
+
 /// The least that any test has to do: take in the six numbers of each box.
 void ReadBoxes(Scene const& scene) {
   double sums[6] = {};
   for (QXBoundingBox const& box : scene.m_boxes) {
+    PrefetchBehind(box);
     for (int nAxis = 0; nAxis < 3; ++nAxis) {
       sums[nAxis] += box.m_dMin[nAxis];
       sums[3 + nAxis] += box.m_dMax[nAxis];
@@ -134,6 +142,7 @@ void ReadBoxes(Scene const& scene) {
 void ReadSpheres(Scene const& scene) {
   double sums[4] = {};
   for (QXBoundingSphere const& sphere : scene.m_spheres) {
+    PrefetchBehind(sphere);
     sums[0] += sphere.m_vecCenter.x;
     sums[1] += sphere.m_vecCenter.y;
     sums[2] += sphere.m_vecCenter.z;
