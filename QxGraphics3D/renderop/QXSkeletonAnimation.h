@@ -10,7 +10,6 @@
 
 namespace QXC {
 
-
 /// A skeleton with one sequence of key frames a bone. Made by QXRenderOperationManager::CreateSkeletonAnimation,
 /// deleted by the host after the drawables that use it. Time is moved by Advance only.
 /// Threads: the render thread, outside a frame.
