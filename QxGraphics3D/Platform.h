@@ -11,6 +11,7 @@ struct HDC__;
 using HWND = HWND__*;
 using HDC = HDC__*;
 using QXInt64 = __int64;
+using QXUInt64 = unsigned __int64;
 #else
 /// Opaque native window: the plug-in that created or was given it knows what stands behind it.
 using HWND = struct QXNativeWindow*;
@@ -18,6 +19,9 @@ using HWND = struct QXNativeWindow*;
 using HDC = struct QXNativeDisplay*;
 /// 64-bit handle of callbacks. `long` is another type of the same width, and function types must match.
 using QXInt64 = long long;
+/// Byte lengths of pixel blocks and files, which pass 32 bits before they are checked.
+using QXUInt64 = unsigned long long;
 #endif
 
 static_assert(sizeof(QXInt64) == 8);
+static_assert(sizeof(QXUInt64) == 8);
