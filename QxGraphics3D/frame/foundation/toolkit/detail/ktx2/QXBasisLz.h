@@ -51,7 +51,6 @@ private:
   QXHuffman m_EndpointDelta;
   QXHuffman m_Selector;
   QXHuffman m_SelectorRun;
-  unsigned int m_nHistorySize = 0;
 };
 
 }  // namespace QXC::detail

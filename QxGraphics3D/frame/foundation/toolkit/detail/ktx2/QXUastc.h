@@ -12,9 +12,10 @@ namespace QXC::detail {
 /// @return  false for a block whose mode or partition pattern does not exist. Its 16 pixels are then magenta (255, 0,
 ///          255, 255), the colour that the ASTC family gives to a block without meaning.
 /// Cost:  no allocation; about 100 ns.
-/// Source:  Khronos Data Format text, ASTC (of which UASTC is a subset), with the block layout of the UASTC text. Colours
-///          are interpolated as 16-bit values made by endpoint * 257, also where the file is sRGB, and the result is
-///          the upper byte.
+/// Source:  integer sequences' value scaling, partition patterns and interpolation: Khronos Data Format text, ASTC, of
+///          which UASTC is a subset. Order of the fields, mode codes and pattern lists: the tables published with the
+///          format's transcoders. Colours are interpolated as 16-bit values made by endpoint * 257, also where the
+///          file is sRGB, and the result is the upper byte.
 bool DecodeUastcBlock(unsigned char const pBlock[16], unsigned char pRgba[64]);
 
 /// Decodes a whole image: ceil(nWidth / 4) x ceil(nHeight / 4) blocks, row by row from the top.
