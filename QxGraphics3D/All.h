@@ -42,6 +42,8 @@
 
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXHash.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXImageOperator.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXImgToolkit.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXLogFile.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXMutex.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXRegistry.h>

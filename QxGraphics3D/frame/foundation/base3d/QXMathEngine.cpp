@@ -2,8 +2,10 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXQuaternion4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXResample.h>
 
 #include <bit>
+#include <cstdint>
 
 namespace QXC {
 
@@ -42,6 +44,21 @@ unsigned int QXMathEngine::NextP2(unsigned int nValue) {
 
 unsigned int QXMathEngine::NextLog2(unsigned int nValue) {
   return nValue <= 1 ? 0 : static_cast<unsigned int>(std::bit_width(nValue - 1));
+}
+
+unsigned char QXMathEngine::ScaleImageInternal(int nBytesPerPixel, int nWidth, int nHeight,
+    unsigned char const* pSource, int nNewWidth, int nNewHeight, unsigned char* pTarget, int nSourceLength) {
+  if (nBytesPerPixel < 1 || nBytesPerPixel > 4 || nWidth < 1 || nHeight < 1 || nNewWidth < 1 || nNewHeight < 1)
+    return 0;
+  if (nSourceLength != -1) {
+    if (nSourceLength < 0) return 0;
+    auto const nPixels = static_cast<std::uint64_t>(nWidth) * static_cast<std::uint64_t>(nHeight);
+    // Divided, not multiplied: two edges of 31 bits leave no room for the bytes of a pixel.
+    if (static_cast<std::uint64_t>(nSourceLength) / static_cast<std::uint64_t>(nBytesPerPixel) < nPixels) return 0;
+  }
+  return detail::ResampleImage(static_cast<unsigned int>(nBytesPerPixel),
+      {pSource, static_cast<std::uint32_t>(nWidth), static_cast<std::uint32_t>(nHeight)}, pTarget,
+      static_cast<std::uint32_t>(nNewWidth), static_cast<std::uint32_t>(nNewHeight));
 }
 
 }  // namespace QXC

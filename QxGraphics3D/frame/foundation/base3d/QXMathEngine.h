@@ -31,6 +31,17 @@ public:
   static unsigned int NextP2(unsigned int nValue);
   /// The exponent of the smallest power of two not below the argument: 0 for 0 and 1, 32 above 2^31.
   static unsigned int NextLog2(unsigned int nValue);
+
+  /// Brings an image to another size. A growing axis is interpolated between the two nearest pixels, a shrinking one
+  /// averages what each new pixel covers; each byte of a pixel is filtered by itself. The same size is a copy.
+  /// @param nBytesPerPixel  1 to 4
+  /// @param pSource         nWidth * nHeight pixels, rows without gaps
+  /// @param pTarget         nNewWidth * nNewHeight pixels of the caller's, outside the source
+  /// @param nSourceLength   bytes of the source, or -1 where the caller vouches for them
+  /// @return 1, or 0 with the target untouched for a null pointer, an edge below 1, another number of bytes a pixel, a
+  ///         source that is shorter than its pixels, or when memory is short
+  static unsigned char ScaleImageInternal(int nBytesPerPixel, int nWidth, int nHeight, unsigned char const* pSource,
+      int nNewWidth, int nNewHeight, unsigned char* pTarget, int nSourceLength);
 };
 
 }  // namespace QXC
