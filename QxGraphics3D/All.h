@@ -25,6 +25,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXAnimationKey.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingSphere.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix3d.h>
@@ -33,6 +34,9 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXOrientedBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXPlane.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXQuaternion4d.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXTextureInfo.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureUnitState.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector4d.h>

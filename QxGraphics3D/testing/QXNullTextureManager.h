@@ -17,6 +17,29 @@ public:
   QXNullTexture(std::shared_ptr<QXCallLog> pLog, QdcUnicodeString const& strName)
       : QXNullObject(std::move(pLog), "texture " + QXCallLog::Quote(strName)) {}
   ~QXNullTexture() override { Record("destroyed"); }
+
+  void RendererOperation1(int nMinFilter, int nMagFilter, int nMipFilter) override {
+    Record("RendererOperation1", nMinFilter, nMagFilter, nMipFilter);
+  }
+  void RendererOperation2() override {
+    Record("RendererOperation2");
+    m_nBindID = 0;
+  }
+  void LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) override {
+    Record("LoadTexture", bOnlyIfNeeded, bReleaseImage);
+    m_nBindID = 1;
+  }
+  void LoadSubTexture(
+      int nX,
+      int nY,
+      int nWidth,
+      int nHeight,
+      int nSourceWidth,
+      int nSourceHeight,
+      [[maybe_unused]] void const* pPixels,
+      unsigned int nFlag) override {
+    Record("LoadSubTexture", nX, nY, nWidth, nHeight, nSourceWidth, nSourceHeight, nFlag);
+  }
 };
 
 /// Textures by name, deleted by Release and with the manager.

@@ -8,8 +8,9 @@
 #include <QxGraphics3D/frame/QXPluginDefine.h>
 #include <QxGraphics3D/frame/QXPluginImageOperator.h>
 #include <QxGraphics3D/frame/QXUniformBuffer.h>
-#include <QxGraphics3D/texture/QXTexture.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
+
+#include "../QXBareTexture.h"
 
 namespace QXC {
 namespace {
@@ -109,7 +110,7 @@ TEST(QXUniformBuffer, OperationsStandBehindTheDestructorInTheirOrder) {
 }
 
 TEST(QXTexture, CountsItsUsersWithoutCheckingThem) {
-  QXTexture texture;
+  QXBareTexture texture;
   EXPECT_EQ(texture.GetRef(), 0);
   texture.AddRef();
   texture.AddRef();

@@ -8,7 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
-#include <QxGraphics3D/texture/QXTexture.h>
+
+#include "../QXBareTexture.h"
 
 namespace QXC {
 namespace {
@@ -610,7 +611,7 @@ TEST(QXRenderOperation, AssignmentKeepsFieldsThatNoCopyCarries) {
 }
 
 TEST(QXRenderOperation, AssignmentToItselfDoesNothingAtAll) {
-  QXTexture texture;
+  QXBareTexture texture;
   QXRenderOperation operation;
   FillArrays(operation);
   operation.m_pTextures[0] = &texture;
@@ -676,9 +677,9 @@ TEST(QXRenderOperation, UnitOfThreeDimensionsCopiesTwoThirds) {
 }
 
 TEST(QXRenderOperation, AssignmentTakesReferencesAndCopyConstructionDoesNot) {
-  QXTexture first;
-  QXTexture second;
-  QXTexture old;
+  QXBareTexture first;
+  QXBareTexture second;
+  QXBareTexture old;
   {
     QXRenderOperation source;
     source.m_pTextures[0] = &first;
@@ -794,7 +795,7 @@ TEST(QXRenderOperation, SetNullForgetsArraysAndKeepsCounts) {
   FillArrays(operation);
   int external = 0;
   operation.m_pExternalBuffer = &external;
-  QXTexture texture;
+  QXBareTexture texture;
   operation.m_pTextures[0] = &texture;
   QXMatrix4d matrix;
   operation.SetMatrix(matrix);
@@ -843,7 +844,7 @@ TEST(QXRenderOperation, ReleaseFreesArraysAndResetsThreeCounts) {
   FillArrays(operation);
   int external = 0;
   operation.m_pExternalBuffer = &external;
-  QXTexture texture;
+  QXBareTexture texture;
   for (QXTexture*& pTexture : operation.m_pTextures) pTexture = &texture;
   QXMatrix4d matrix;
   operation.SetMatrix(matrix);

@@ -5,7 +5,8 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/renderop/QXTexturePackage.h>
-#include <QxGraphics3D/texture/QXTexture.h>
+
+#include "../QXBareTexture.h"
 
 namespace QXC {
 namespace {
@@ -56,7 +57,7 @@ TEST(QXTexturePackage, FieldsStandInOrder) {
 }
 
 TEST(QXTexturePackage, CopiesCarryEveryFieldAndSharePointers) {
-  QXTexture textures[8];
+  QXBareTexture textures[8];
   int extra = 0;
   QXTexturePackage source;
   Fill(source, textures, extra);
@@ -68,7 +69,7 @@ TEST(QXTexturePackage, CopiesCarryEveryFieldAndSharePointers) {
 }
 
 TEST(QXTexturePackage, NeitherCopiesNorDestructionCountReferences) {
-  QXTexture textures[8];
+  QXBareTexture textures[8];
   int extra = 0;
   {
     QXTexturePackage source;
@@ -77,7 +78,7 @@ TEST(QXTexturePackage, NeitherCopiesNorDestructionCountReferences) {
     QXTexturePackage assigned;
     assigned = copy;
   }
-  for (QXTexture const& texture : textures) EXPECT_EQ(texture.GetRef(), 0);
+  for (QXBareTexture const& texture : textures) EXPECT_EQ(texture.GetRef(), 0);
 }
 
 }  // namespace

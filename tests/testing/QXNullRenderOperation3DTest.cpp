@@ -9,8 +9,8 @@
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
-#include <QxGraphics3D/texture/QXTexture.h>
 
+#include "../QXBareTexture.h"
 #include "QXTestGeometry.h"
 
 namespace QXC {
@@ -230,8 +230,8 @@ TEST_F(QXNullRenderOperation3DTest, TakesSelfContainedOperations) {
 }
 
 TEST_F(QXNullRenderOperation3DTest, ReferencesOnTexturesAreGivenBack) {
-  QXTexture package;
-  QXTexture unit;
+  QXBareTexture package;
+  QXBareTexture unit;
   {
     auto const pDrawable = Make();
     QXTexturePackage textures;  // lives longer than the operation that lists it

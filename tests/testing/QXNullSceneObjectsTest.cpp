@@ -11,7 +11,8 @@
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullRibbonTrail3D.h>
 #include <QxGraphics3D/testing/QXNullUniformBuffer.h>
-#include <QxGraphics3D/texture/QXTexture.h>
+
+#include "../QXBareTexture.h"
 
 namespace QXC {
 namespace {
@@ -25,7 +26,7 @@ protected:
 };
 
 TEST_F(QXNullSceneObjectsTest, BillboardKeepsPlaceAndTexture) {
-  QXTexture texture;
+  QXBareTexture texture;
   {
     std::unique_ptr<QXBillboard> const pBillboard(Manager().CreateBillboard(L"Scene3D"));
     EXPECT_EQ(pBillboard->IsVisible(), 1);
@@ -41,7 +42,7 @@ TEST_F(QXNullSceneObjectsTest, BillboardKeepsPlaceAndTexture) {
 }
 
 TEST_F(QXNullSceneObjectsTest, OverlayKeepsItsNameAndTexture) {
-  QXTexture texture;
+  QXBareTexture texture;
   {
     std::unique_ptr<QXRenderOperationOverlay> const pOverlay(Manager().CreateOverlay(L"logo"));
     EXPECT_TRUE(pOverlay->GetName() == L"logo");

@@ -54,4 +54,13 @@ enum QX3DPixelFormat : int {
   PF_R8G8B8A8 = 28,  ///< 4 bytes: images from files store blue, green, red, alpha under this value as well
 };
 
+/// How the bytes of an image are packed.
+enum QXTextureCompression : unsigned int {
+  TEXTURE_COMPRESSION_NONE = 0,
+  TEXTURE_COMPRESSION_BLOCK = 14,               ///< 4 by 4 pixels: 8 bytes for a 3-byte format, 16 for a 4-byte format
+  TEXTURE_COMPRESSION_RAW = 16,                 ///< the bytes of a whole file, which the renderer decodes
+  TEXTURE_COMPRESSION_BLOCK_ALPHA = 19,         ///< blocks that carry transparency
+  TEXTURE_COMPRESSION_BLOCK_ALPHA_SMOOTH = 20,  ///< blocks that carry transparency
+};
+
 }  // namespace QXC
