@@ -29,15 +29,8 @@ public:
     Record("LoadTexture", bOnlyIfNeeded, bReleaseImage);
     m_nBindID = 1;
   }
-  void LoadSubTexture(
-      int nX,
-      int nY,
-      int nWidth,
-      int nHeight,
-      int nSourceWidth,
-      int nSourceHeight,
-      [[maybe_unused]] void const* pPixels,
-      unsigned int nFlag) override {
+  void LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight,
+      [[maybe_unused]] void const* pPixels, unsigned int nFlag) override {
     Record("LoadSubTexture", nX, nY, nWidth, nHeight, nSourceWidth, nSourceHeight, nFlag);
   }
 };

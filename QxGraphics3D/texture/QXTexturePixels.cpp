@@ -1,8 +1,12 @@
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <new>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelBlock.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernels.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelSize.h>
 #include <QxGraphics3D/texture/QXTexture.h>
 
@@ -38,21 +42,13 @@ QXUInt64 GetImageBlockLength(QXImageData const& image) {
 }
 
 // Whole pixels of 4 bytes only, and none past the end of a block whose length is known.
-unsigned char HasAlphaBelow255(QXTextureData const& data) {
+unsigned char HasTransparentPixel(QXTextureData const& data) {
   if (data.m_pPixels == nullptr) {
     return 0;
   }
-  QXUInt64 nCount = QXUInt64{data.m_nWidth} * data.m_nHeight;
+  QXUInt64 const nCount = QXUInt64{data.m_nWidth} * data.m_nHeight;
   QXUInt64 const nKnown = data.GetBlockLength();
-  if (nKnown != 0 && nKnown / 4 < nCount) {
-    nCount = nKnown / 4;
-  }
-  for (QXUInt64 nPixel = 0; nPixel < nCount; ++nPixel) {
-    if (data.m_pPixels[nPixel * 4 + ALPHA] != 255) {
-      return 1;
-    }
-  }
-  return 0;
+  return detail::HasAlphaBelow255(data.m_pPixels, nKnown != 0 ? std::min(nCount, nKnown / 4) : nCount);
 }
 
 unsigned char HasTransparency(QXTextureData const& data, unsigned char nBitDepth) {
@@ -60,14 +56,12 @@ unsigned char HasTransparency(QXTextureData const& data, unsigned char nBitDepth
   case TEXTURE_COMPRESSION_BLOCK: return static_cast<unsigned char>(nBitDepth == 32);
   case TEXTURE_COMPRESSION_BLOCK_ALPHA:
   case TEXTURE_COMPRESSION_BLOCK_ALPHA_SMOOTH: return 1;
-  default: return HasAlphaBelow255(data);
+  default: return HasTransparentPixel(data);
   }
 }
 
-void SetBlock(QXTextureData& data, unsigned char* pPixels, QXUInt64 nLength) {
-  if (data.m_pPixels != pPixels) {
-    data.Release();
-  }
+void ReplaceBlock(QXTextureData& data, unsigned char* pPixels, QXUInt64 nLength) {
+  data.Release();
   data.m_pPixels = pPixels;
   data.SetBlockLength(nLength);
   if (data.m_nDataSize != 0) {
@@ -85,15 +79,16 @@ unsigned char WidenForEdges(QXTextureData& data) {
     return 1;
   }
   QXUInt64 const nCount = QXUInt64{data.m_nWidth} * data.m_nHeight;
-  auto* const pWide = new unsigned char[nCount * 4];
-  for (QXUInt64 nPixel = 0; nPixel < nCount; ++nPixel) {
-    unsigned char* const pTarget = pWide + nPixel * 4;
-    for (unsigned int nChannel = 0; nChannel < 3; ++nChannel) {
-      pTarget[nChannel] = data.m_pPixels[nPixel * nPixelSize + (nPixelSize == 3 ? nChannel : 0)];
-    }
-    pTarget[ALPHA] = 255;
+  auto* const pWide = detail::NewPixelBlock(nCount * 4);
+  if (pWide == nullptr) {
+    throw std::bad_alloc();
   }
-  SetBlock(data, pWide, nCount * 4);
+  if (nPixelSize == 1) {
+    detail::WidenGrayTo4(data.m_pPixels, pWide, nCount, 255);
+  } else {
+    detail::Widen3To4(data.m_pPixels, pWide, nCount, 255);
+  }
+  ReplaceBlock(data, pWide, nCount * 4);
   data.m_eFormat = PF_A8R8G8B8;
   return 1;
 }
@@ -161,19 +156,27 @@ void QXTexture::FlipTexture() {
   if (!Holds(m_TextureData, nPixelSize) || m_TextureData.m_nHeight < 2) {
     return;
   }
-  QXUInt64 const nRow = QXUInt64{m_TextureData.m_nWidth} * nPixelSize;
-  std::unique_ptr<unsigned char[]> const pScratch(new unsigned char[nRow]);
-  unsigned char* pUpper = m_TextureData.m_pPixels;
-  unsigned char* pLower = pUpper + nRow * (m_TextureData.m_nHeight - 1);
-  for (; pUpper < pLower; pUpper += nRow, pLower -= nRow) {
-    std::memcpy(pScratch.get(), pUpper, nRow);
-    std::memcpy(pUpper, pLower, nRow);
-    std::memcpy(pLower, pScratch.get(), nRow);
-  }
+  detail::FlipRows(m_TextureData.m_pPixels, std::size_t{m_TextureData.m_nWidth} * nPixelSize, m_TextureData.m_nHeight);
 }
 
-void QXTexture::ScaleImage(int, int) {
-  m_bLoadedImage = 0;
+void QXTexture::ScaleImage(int nNewWidth, int nNewHeight) {
+  unsigned int const nPixelSize = detail::RowPixelSize(m_TextureData.m_eFormat);
+  if (nNewWidth < 1 || nNewHeight < 1 || !Holds(m_TextureData, nPixelSize)) {
+    m_bLoadedImage = 0;
+    return;
+  }
+  QXUInt64 const nLength = static_cast<QXUInt64>(nNewWidth) * static_cast<QXUInt64>(nNewHeight) * nPixelSize;
+  std::unique_ptr<unsigned char[]> pScaled(detail::NewPixelBlock(nLength));
+  // An edge past the largest int turns negative, which the resampling refuses, as it does an edge of 0.
+  if (pScaled == nullptr || !QXMathEngine::ScaleImageInternal(static_cast<int>(nPixelSize),
+                                static_cast<int>(m_TextureData.m_nWidth), static_cast<int>(m_TextureData.m_nHeight),
+                                m_TextureData.m_pPixels, nNewWidth, nNewHeight, pScaled.get(), -1)) {
+    m_bLoadedImage = 0;
+    return;
+  }
+  ReplaceBlock(m_TextureData, pScaled.release(), nLength);
+  m_TextureData.m_nWidth = static_cast<unsigned int>(nNewWidth);
+  m_TextureData.m_nHeight = static_cast<unsigned int>(nNewHeight);
 }
 
 void QXTexture::SetEdgeTransparency() {

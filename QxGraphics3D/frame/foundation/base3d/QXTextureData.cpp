@@ -1,9 +1,12 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
 
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureInfo.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelBlock.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernels.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelSize.h>
 
 namespace QXC {
@@ -21,7 +24,10 @@ QXUInt64 LeastBlockLength(
 }
 
 unsigned char* CopyBlock(unsigned char const* pPixels, QXUInt64 nLength) {
-  auto* const pCopy = new unsigned char[nLength];
+  auto* const pCopy = detail::NewPixelBlock(nLength);
+  if (pCopy == nullptr) {
+    throw std::bad_alloc();
+  }
   std::memcpy(pCopy, pPixels, nLength);
   return pCopy;
 }
@@ -102,11 +108,11 @@ void QXTextureData::RGBToRGBA() {
   if (nKnown != 0 && nKnown / 3 < nCount) {
     return;
   }
-  auto* const pWide = new unsigned char[nCount * 4];
-  for (QXUInt64 nPixel = 0; nPixel < nCount; ++nPixel) {
-    std::memcpy(pWide + nPixel * 4, m_pPixels + nPixel * 3, 3);
-    pWide[nPixel * 4 + 3] = 255;
+  auto* const pWide = detail::NewPixelBlock(nCount * 4);
+  if (pWide == nullptr) {
+    throw std::bad_alloc();
   }
+  detail::Widen3To4(m_pPixels, pWide, nCount, 255);
   Release();
   m_pPixels = pWide;
   m_eFormat = m_eFormat == PF_R8G8B8 ? PF_A8R8G8B8 : PF_R8G8B8A8;
