@@ -64,8 +64,10 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParser.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXImportParams.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelNode.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelTexture.h>
 
 #include <QxGraphics3D/view/QXCamera.h>
 #include <QxGraphics3D/view/QXFrustum.h>

@@ -40,6 +40,8 @@ void FuzzModel(std::vector<unsigned char> const& vecBytes) {
   if (pModel == nullptr) return;
   for (int i = 0; i < pModel->GetMeshCount(); ++i) {
     QXC::QXModelMesh const& mesh = *pModel->GetMesh(i);
+    Require(mesh.m_Texture.m_nImage < pModel->GetImageCount());
+    Require(mesh.m_Texture.m_nImage < 0 || mesh.m_pVertexPackage->m_pTexCoords[0] != nullptr);
     for (QXC::QXIndexPackage const* pRange : mesh.m_arrIndexPackages)
       for (int k = 0; k < pRange->m_nIndexNum; ++k)
         Require((pRange->m_nIndexType == 1 ? pRange->GetIndices32()[k] : pRange->GetIndices16()[k]) <

@@ -2,9 +2,11 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -78,6 +80,23 @@ private:
   std::size_t m_nRemaining;
 };
 
+void WriteTexture(QXC::QXModelTexture const& texture, Writer& writer) {
+  writer.Value(texture.m_nImage);
+  writer.Value(static_cast<int>(texture.m_eWrapU));
+  writer.Value(static_cast<int>(texture.m_eWrapV));
+  writer.Array(&texture.m_matTransform[0][0], 16);
+  writer.Value(texture.m_bReplacesColor);
+  writer.Value(static_cast<int>(texture.m_eAlpha));
+  writer.Value(texture.m_dAlphaCutoff);
+}
+
+void WriteImage(QXC::QXModelImage const& image, Writer& writer) {
+  writer.Text(image.m_strName);
+  writer.Text(image.m_strFilePath);
+  writer.Value(image.m_arrBytes.GetSize());
+  writer.Array(image.m_arrBytes.GetData(), static_cast<std::size_t>(image.m_arrBytes.GetSize()));
+}
+
 void WriteMesh(QXC::QXModelMesh const& mesh, Writer& writer) {
   QXC::QXVertexDataPackage const& package = *mesh.m_pVertexPackage;
   std::size_t const nCount = package.m_nVertexNum;
@@ -85,6 +104,7 @@ void WriteMesh(QXC::QXModelMesh const& mesh, Writer& writer) {
   writer.Text(mesh.m_strMaterialName);
   writer.Value(mesh.m_bBaseColorSet);
   for (double d : {mesh.m_BaseColor.r, mesh.m_BaseColor.g, mesh.m_BaseColor.b, mesh.m_BaseColor.a}) writer.Value(d);
+  WriteTexture(mesh.m_Texture, writer);
   writer.Value(package.m_nVertexNum);
   writer.Array(package.m_pVertices, 3 * nCount);
   writer.Array(package.m_pNormals, 3 * nCount);
@@ -103,6 +123,34 @@ void WriteMesh(QXC::QXModelMesh const& mesh, Writer& writer) {
     else
       writer.Array(pIndices->GetIndices16(), nNum);
   }
+}
+
+/// A number of an enumeration whose last one is given.
+template <class Enum>
+bool ReadEnum(Reader& reader, Enum eLast, Enum& eValue) {
+  int nValue = 0;
+  if (!reader.Value(nValue) || nValue < 0 || nValue > eLast) return false;
+  eValue = static_cast<Enum>(nValue);
+  return true;
+}
+
+bool ReadTexture(Reader& reader, int nImages, QXC::QXModelTexture& texture) {
+  if (!reader.Value(texture.m_nImage) || texture.m_nImage < -1 || texture.m_nImage >= nImages) return false;
+  if (!ReadEnum(reader, QXC::QX_WRAP_MIRROR, texture.m_eWrapU)) return false;
+  if (!ReadEnum(reader, QXC::QX_WRAP_MIRROR, texture.m_eWrapV)) return false;
+  if (!reader.Array(&texture.m_matTransform[0][0], 16)) return false;
+  for (int i = 0; i < 16; ++i)
+    if (!std::isfinite(texture.m_matTransform[i / 4][i % 4])) return false;
+  return reader.Value(texture.m_bReplacesColor) && ReadEnum(reader, QXC::QX_ALPHA_BLEND, texture.m_eAlpha) &&
+         reader.Value(texture.m_dAlphaCutoff) && std::isfinite(texture.m_dAlphaCutoff);
+}
+
+bool ReadImage(Reader& reader, QXC::QXModelImage& image) {
+  std::uint64_t nSize = 0;
+  if (!reader.Text(image.m_strName) || !reader.Text(image.m_strFilePath) || !reader.Value(nSize)) return false;
+  if (!reader.Has<unsigned char>(nSize)) return false;
+  image.m_arrBytes.SetSize(nSize);
+  return reader.Array(image.m_arrBytes.GetData(), nSize);
 }
 
 bool ReadVertices(Reader& reader, QXC::QXVertexDataPackage& package) {
@@ -149,14 +197,16 @@ bool ReadRange(Reader& reader, std::uint32_t nVertexNum, QXC::QXIndexPackage& pa
   return ReadIndices(reader, package.GetIndices16(), nCount, nVertexNum);
 }
 
-bool ReadMesh(Reader& reader, QXC::QXModelMesh& mesh) {
+bool ReadMesh(Reader& reader, int nImages, QXC::QXModelMesh& mesh) {
   if (!reader.Text(mesh.m_strName) || !reader.Text(mesh.m_strMaterialName) || !reader.Value(mesh.m_bBaseColorSet))
     return false;
   for (double* p : {&mesh.m_BaseColor.r, &mesh.m_BaseColor.g, &mesh.m_BaseColor.b, &mesh.m_BaseColor.a})
     if (!reader.Value(*p)) return false;
+  if (!ReadTexture(reader, nImages, mesh.m_Texture)) return false;
   mesh.m_pVertexPackage = new QXC::QXVertexDataPackage;
   std::uint32_t nRanges = 0;
   if (!ReadVertices(reader, *mesh.m_pVertexPackage) || !reader.Value(nRanges)) return false;
+  if (mesh.m_Texture.m_nImage >= 0 && mesh.m_pVertexPackage->m_pTexCoords[0] == nullptr) return false;
   for (std::uint32_t i = 0; i < nRanges; ++i) {
     auto pPackage = std::make_unique<QXC::QXIndexPackage>();
     if (!ReadRange(reader, mesh.m_pVertexPackage->m_nVertexNum, *pPackage)) return false;
@@ -178,6 +228,8 @@ bool ReadNode(Reader& reader, QXC::ModelDataInfo& model) {
 void WriteModel(QXC::ModelDataInfo const& model, std::vector<unsigned char>& vecBytes) {
   Writer writer(vecBytes);
   writer.Value(static_cast<int>(model.GetUpAxis()));
+  writer.Value(model.GetImageCount());
+  for (int i = 0; i < model.GetImageCount(); ++i) WriteImage(*model.GetImage(i), writer);
   writer.Value(model.GetMeshCount());
   for (int i = 0; i < model.GetMeshCount(); ++i) WriteMesh(*model.GetMesh(i), writer);
   writer.Value(model.GetNodeCount());
@@ -197,8 +249,15 @@ std::unique_ptr<QXC::ModelDataInfo> ReadModel(std::vector<unsigned char> const& 
   if (!reader.Value(nUpAxis) || !reader.Value(nCount)) return nullptr;
   pModel->SetUpAxis(nUpAxis == QXC::QX_UP_Z ? QXC::QX_UP_Z : QXC::QX_UP_UNKNOWN);
   for (int i = 0; i < nCount; ++i) {
+    auto pImage = std::make_unique<QXC::QXModelImage>();
+    if (!ReadImage(reader, *pImage)) return nullptr;
+    pModel->AddImage(pImage.get());
+    pImage.release();
+  }
+  if (!reader.Value(nCount)) return nullptr;
+  for (int i = 0; i < nCount; ++i) {
     auto pMesh = std::make_unique<QXC::QXModelMesh>();
-    if (!ReadMesh(reader, *pMesh)) return nullptr;
+    if (!ReadMesh(reader, pModel->GetImageCount(), *pMesh)) return nullptr;
     pModel->AddMesh(pMesh.get());
     pMesh.release();
   }

@@ -1,3 +1,5 @@
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
+
 #include <tests/fileparser/QXModelMaker.h>
 
 #include <gtest/gtest.h>
@@ -34,6 +36,44 @@ TEST(ModelDataInfo, IndexOutOfRangeGivesNull) {
   EXPECT_EQ(model.GetNode(1), nullptr);
   EXPECT_EQ(model.GetNode(-1), nullptr);
   EXPECT_EQ(static_cast<ModelDataInfo const&>(model).GetNode(1), nullptr);
+}
+
+QXModelImage* MakeImage(wchar_t const* szName, unsigned char nByte) {
+  auto* pImage = new QXModelImage;
+  pImage->m_strName = szName;
+  pImage->m_arrBytes.Add(nByte);
+  return pImage;
+}
+
+TEST(ModelDataInfo, PicturesAreNumberedInTheirOrder) {
+  ModelDataInfo model;
+  EXPECT_EQ(model.GetImageCount(), 0);
+  EXPECT_EQ(model.AddImage(nullptr), -1);
+  EXPECT_EQ(model.AddImage(MakeImage(L"wall", 1)), 0);
+  EXPECT_EQ(model.AddImage(MakeImage(L"roof", 2)), 1);
+  EXPECT_EQ(model.GetImageCount(), 2);
+  EXPECT_TRUE(model.GetImage(1)->m_strName == L"roof");
+  EXPECT_EQ(model.GetImage(2), nullptr);
+  EXPECT_EQ(model.GetImage(-1), nullptr);
+}
+
+TEST(ModelDataInfo, CopyHasPicturesOfItsOwn) {
+  ModelDataInfo model;
+  model.AddImage(MakeImage(L"wall", 7));
+  model.GetImage(0)->m_strFilePath = L"/models/wall.png";
+  ModelDataInfo copy(model);
+  copy.GetImage(0)->m_arrBytes[0] = 8;
+  copy.GetImage(0)->m_strName = L"roof";
+  ASSERT_EQ(model.GetImage(0)->m_arrBytes.GetSize(), 1u);
+  EXPECT_EQ(model.GetImage(0)->m_arrBytes[0], 7);
+  EXPECT_TRUE(model.GetImage(0)->m_strName == L"wall");
+  EXPECT_TRUE(copy.GetImage(0)->m_strFilePath == L"/models/wall.png");
+  ModelDataInfo other;
+  other.AddImage(MakeImage(L"a", 1));
+  other.AddImage(MakeImage(L"b", 2));
+  other = model;
+  EXPECT_EQ(other.GetImageCount(), 1);
+  EXPECT_EQ(other.GetImage(0)->m_arrBytes[0], 7);
 }
 
 TEST(ModelDataInfo, MeshPlacedTwiceCountsTwiceAndStandsOnce) {

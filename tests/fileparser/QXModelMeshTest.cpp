@@ -16,6 +16,39 @@ TEST(QXModelMesh, FreshOneIsWhiteAndEmpty) {
   EXPECT_EQ(mesh.GetTriangleCount(), 0u);
 }
 
+TEST(QXModelMesh, FreshOneHasNoPicture) {
+  QXModelTexture const texture = QXModelMesh().m_Texture;
+  EXPECT_EQ(texture.m_nImage, -1);
+  EXPECT_EQ(texture.m_eWrapU, QX_WRAP_REPEAT);
+  EXPECT_EQ(texture.m_eWrapV, QX_WRAP_REPEAT);
+  EXPECT_EQ(texture.m_matTransform, QXMatrix4d::IDENTITY);
+  EXPECT_EQ(texture.m_bReplacesColor, 0);
+  EXPECT_EQ(texture.m_eAlpha, QX_ALPHA_AUTO);
+  EXPECT_EQ(texture.m_dAlphaCutoff, 0.5);
+}
+
+TEST(QXModelMesh, CopyAndAssignmentBringThePictureAlong) {
+  QXModelMesh mesh;
+  mesh.m_Texture.m_nImage = 3;
+  mesh.m_Texture.m_eWrapV = QX_WRAP_MIRROR;
+  mesh.m_Texture.m_matTransform[0][0] = 2.0;
+  mesh.m_Texture.m_bReplacesColor = 1;
+  mesh.m_Texture.m_eAlpha = QX_ALPHA_MASK;
+  mesh.m_Texture.m_dAlphaCutoff = 0.25;
+  QXModelMesh const copy(mesh);
+  QXModelMesh assigned;
+  assigned = mesh;
+  QXModelTexture const* const arrTextures[] = {&copy.m_Texture, &assigned.m_Texture};
+  for (QXModelTexture const* p : arrTextures) {
+    EXPECT_EQ(p->m_nImage, 3);
+    EXPECT_EQ(p->m_eWrapV, QX_WRAP_MIRROR);
+    EXPECT_EQ(p->m_matTransform[0][0], 2.0);
+    EXPECT_EQ(p->m_bReplacesColor, 1);
+    EXPECT_EQ(p->m_eAlpha, QX_ALPHA_MASK);
+    EXPECT_EQ(p->m_dAlphaCutoff, 0.25);
+  }
+}
+
 TEST(QXModelMesh, BoundsAreThoseOfThePositions) {
   std::unique_ptr<QXModelMesh> const pMesh(
       MakeMesh({1.0f, -2.0f, 3.0f, -1.0f, 5.0f, 0.0f, 0.0f, 0.0f, 9.0f}, {0, 1, 2}));

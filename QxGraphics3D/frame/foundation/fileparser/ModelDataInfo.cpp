@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 
 #include <algorithm>
@@ -40,6 +41,11 @@ ModelDataInfo::ModelDataInfo(ModelDataInfo const& other) {
     copy.AddMesh(pMesh.get());
     pMesh.release();
   }
+  for (int i = 0; i < other.GetImageCount(); ++i) {
+    auto pImage = std::make_unique<QXModelImage>(*other.GetImage(i));
+    copy.AddImage(pImage.get());
+    pImage.release();
+  }
   copy.m_arrNodes = other.m_arrNodes;
   Swap(copy);
 }
@@ -54,12 +60,14 @@ ModelDataInfo& ModelDataInfo::operator=(ModelDataInfo const& other) {
 
 ModelDataInfo::~ModelDataInfo() {
   for (QXModelMesh* pMesh : m_arrMeshes) delete pMesh;
+  for (QXModelImage* pImage : m_arrImages) delete pImage;
 }
 
 void ModelDataInfo::Swap(ModelDataInfo& other) {
   std::swap(m_strName, other.m_strName);
   std::swap(m_eUpAxis, other.m_eUpAxis);
   std::swap(m_arrMeshes, other.m_arrMeshes);
+  std::swap(m_arrImages, other.m_arrImages);
   std::swap(m_arrNodes, other.m_arrNodes);
 }
 
@@ -75,6 +83,20 @@ int ModelDataInfo::GetMeshCount() const {
 QXModelMesh* ModelDataInfo::GetMesh(int nIndex) const {
   if (nIndex < 0 || nIndex >= GetMeshCount()) return nullptr;
   return m_arrMeshes.GetAt(static_cast<std::uint64_t>(nIndex));
+}
+
+int ModelDataInfo::AddImage(QXModelImage* pImage) {
+  if (pImage == nullptr) return -1;
+  return static_cast<int>(m_arrImages.Add(pImage));
+}
+
+int ModelDataInfo::GetImageCount() const {
+  return static_cast<int>(m_arrImages.GetSize());
+}
+
+QXModelImage* ModelDataInfo::GetImage(int nIndex) const {
+  if (nIndex < 0 || nIndex >= GetImageCount()) return nullptr;
+  return m_arrImages.GetAt(static_cast<std::uint64_t>(nIndex));
 }
 
 int ModelDataInfo::AddNode(QXModelNode const& node) {

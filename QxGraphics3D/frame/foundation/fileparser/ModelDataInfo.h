@@ -11,6 +11,7 @@
 namespace QXC {
 
 class QXModelMesh;
+struct QXModelImage;
 
 /// Which way is up in the coordinates of a model.
 enum QXModelUpAxis : int {
@@ -20,8 +21,8 @@ enum QXModelUpAxis : int {
   QX_UP_Z = 1
 };
 
-/// Meshes and their placements.
-/// Ownership: owns its meshes.
+/// Meshes with their placements, and the pictures on them.
+/// Ownership: owns its meshes and pictures.
 /// Copying:   deep, so that a cache and its caller hold independent models.
 /// Threads:   one at a time.
 class QXGRAPHICS3D_API ModelDataInfo {
@@ -43,6 +44,12 @@ public:
   int GetMeshCount() const;
   /// Null for an index out of range. The mesh stays the model's.
   QXModelMesh* GetMesh(int nIndex) const;
+
+  /// Takes the picture over; the textures of meshes name it by its index. @return  the index, or -1 for null
+  int AddImage(QXModelImage* pImage);
+  int GetImageCount() const;
+  /// Null for an index out of range. The picture stays the model's.
+  QXModelImage* GetImage(int nIndex) const;
 
   /// Stores a copy. @return  its index, or -1 if the node's mesh does not exist
   int AddNode(QXModelNode const& node);
@@ -68,6 +75,7 @@ private:
   QdcUnicodeString m_strName;
   QXModelUpAxis m_eUpAxis = QX_UP_UNKNOWN;
   QdcArray<QXModelMesh*> m_arrMeshes;
+  QdcArray<QXModelImage*> m_arrImages;
   QdcArray<QXModelNode> m_arrNodes;
 };
 

@@ -1,5 +1,5 @@
 /// @file
-/// One mesh of a model: vertex data, index ranges and base colour.
+/// One mesh of a model: vertex data, index ranges, base colour and picture.
 #pragma once
 
 #include <QxGraphics3D/Export.h>
@@ -7,6 +7,7 @@
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexDataPackage.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelTexture.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 
 namespace QXC {
@@ -34,6 +35,8 @@ public:
   unsigned char m_bBaseColorSet = 0;
   /// Colour of the material, to be multiplied with the vertex colours.
   QXColorValue3D m_BaseColor = QXColorValue3D(1.0, 1.0, 1.0, 1.0);
+  /// The picture on the mesh, by the coordinates of set 0. A mesh with a picture has these coordinates.
+  QXModelTexture m_Texture;
   /// Null in a fresh mesh, never null in a mesh that a parser handed out.
   QXVertexDataPackage* m_pVertexPackage = nullptr;
   /// No entry is null.
