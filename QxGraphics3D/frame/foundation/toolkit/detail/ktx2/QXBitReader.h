@@ -3,12 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 
 namespace QXC::detail {
 
-/// Bits of a byte block, lowest first. Behind the end stand zeros without end, so that a decoder may look ahead; whoever
-/// took some of them learns it from IsPastEnd, which is asked once a row or table instead of once a bit.
+/// Bits of a byte block, lowest first. Behind the end stand zeros without end, so that a decoder may look ahead.
+/// Whoever took some of them learns it from IsPastEnd, which is asked once a row or table instead of once a bit.
 class QXBitReader {
 public:
   QXBitReader(unsigned char const* pBytes, std::uint64_t nSize) : m_pNext(pBytes), m_nLeft(nSize) {}

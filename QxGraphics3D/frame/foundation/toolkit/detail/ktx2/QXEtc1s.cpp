@@ -7,10 +7,11 @@ namespace QXC::detail {
 namespace {
 
 /// What selectors 0 and 1 take away and 2 and 3 add, outer and inner value of each table.
-constexpr int g_Modifiers[8][2] = {
-    {8, 2}, {17, 5}, {29, 9}, {42, 13}, {60, 18}, {80, 24}, {106, 33}, {183, 47}};
+constexpr int g_Modifiers[8][2] = {{8, 2}, {17, 5}, {29, 9}, {42, 13}, {60, 18}, {80, 24}, {106, 33}, {183, 47}};
 
-unsigned char Widen5(unsigned int nValue) { return static_cast<unsigned char>((nValue << 3) | (nValue >> 2)); }
+unsigned char Widen5(unsigned int nValue) {
+  return static_cast<unsigned char>((nValue << 3) | (nValue >> 2));
+}
 
 }  // namespace
 

@@ -24,7 +24,7 @@ bool DecodeUastcBlock(unsigned char const pBlock[16], unsigned char pRgba[64]);
 ///               left out
 /// @return  false, with nothing written, if an edge is 0 or nSize is too small. A block that does not decode is no
 ///          failure: it is magenta, and the rest of the picture stands.
-bool DecodeUastcImage(unsigned char const* pBlocks, std::uint64_t nSize, unsigned int nWidth, unsigned int nHeight,
-    unsigned char* pRgba);
+bool DecodeUastcImage(
+    unsigned char const* pBlocks, std::uint64_t nSize, unsigned int nWidth, unsigned int nHeight, unsigned char* pRgba);
 
 }  // namespace QXC::detail
