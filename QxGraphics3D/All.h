@@ -55,19 +55,25 @@
 #include <QxGraphics3D/frame/foundation/toolkit/QXStringEx.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXToolkit.h>
 
+#include <QxGraphics3D/frame/foundation/stream/QXFile.h>
+
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParams.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParamsManager.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileParseImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseManager.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseModel.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseToolkit.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParser.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileTypeRow.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXImportParams.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelNode.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelTexture.h>
+
+#include <QxGraphics3D/frame/foundation/geometry/QXGeoPicture.h>
 
 #include <QxGraphics3D/view/QXCamera.h>
 #include <QxGraphics3D/view/QXFrustum.h>

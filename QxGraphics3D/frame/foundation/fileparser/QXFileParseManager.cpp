@@ -5,9 +5,10 @@
 #include <QxGraphics3D/frame/QXPluginInterface.h>
 #include <QxGraphics3D/frame/QXPluginModule.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseModel.h>
-#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
+#include <QxGraphics3D/frame/foundation/fileparser/detail/QXFileTypeTable.h>
 
 #include <map>
+#include <mutex>
 
 namespace QXC {
 
@@ -19,12 +20,15 @@ struct ParserProcs {
 };
 
 struct ManagerState {
+  /// For the two maps. Never held while a procedure or a module runs: it may come back here.
+  std::mutex m_Mutex;
   std::map<int, ParserProcs> m_mapRegistered;
-  /// The model reader once it is loaded.
-  QXPluginModule* m_pModelReader = nullptr;
   /// Where each living parser goes back to; a null procedure means the model reader.
   std::map<QXFileParser*, QXFileParserDestroyProc> m_mapParsers;
-  QdcUnicodeString m_strError;
+  /// For the model reader: one thread loads it, and its module is asked by one thread at a time.
+  std::mutex m_ModuleMutex;
+  /// The model reader once it is loaded.
+  QXPluginModule* m_pModelReader = nullptr;
 };
 
 /// Never destroyed: parsers may be given back while other statics die.
@@ -33,25 +37,43 @@ ManagerState& State() {
   return *pState;
 }
 
-QXFileParser* CreateRegistered(ManagerState& state, int nType, ParserProcs const& procs) {
+QdcUnicodeString& ErrorText() {
+  thread_local QdcUnicodeString strError;
+  return strError;
+}
+
+void Remember(ManagerState& state, QXFileParser* pParser, QXFileParserDestroyProc pfnDestroy) {
+  std::lock_guard const lock(state.m_Mutex);
+  state.m_mapParsers[pParser] = pfnDestroy;
+}
+
+/// The procedures of a type; null ones if there are none. What was registered for the type alone stands before its row.
+ParserProcs FindProcs(ManagerState& state, int nType, QXFileTypeRow const& row) {
+  std::lock_guard const lock(state.m_Mutex);
+  auto const it = state.m_mapRegistered.find(nType);
+  return it != state.m_mapRegistered.end() ? it->second : ParserProcs{row.m_pfnCreate, row.m_pfnDestroy};
+}
+
+QXFileParser* CreateByProcs(ManagerState& state, int nType, ParserProcs const& procs) {
   QXFileParser* pParser = procs.m_pfnCreate();
   if (pParser == nullptr) {
-    state.m_strError.Format(L"the parser registered for file type %d could not be made", nType);
+    ErrorText().Format(L"the parser registered for file type %d could not be made", nType);
     return nullptr;
   }
-  state.m_mapParsers[pParser] = procs.m_pfnDestroy;
+  Remember(state, pParser, procs.m_pfnDestroy);
   return pParser;
 }
 
 QXFileParser* CreateFromModule(ManagerState& state) {
+  std::lock_guard const lock(state.m_ModuleMutex);
   if (state.m_pModelReader == nullptr) {
     QXPluginConfigs const configs;
-    state.m_pModelReader = QXPluginModule::Load(configs, QX_PLUGIN_KIND_MODEL_READER, L"", state.m_strError);
+    state.m_pModelReader = QXPluginModule::Load(configs, QX_PLUGIN_KIND_MODEL_READER, L"", ErrorText());
     if (state.m_pModelReader == nullptr) return nullptr;
   }
   // The module gives the address of a QXFileParseModel, so that is what it must be turned back into first.
-  auto* pParser = static_cast<QXFileParseModel*>(state.m_pModelReader->Create(state.m_strError));
-  if (pParser != nullptr) state.m_mapParsers[pParser] = nullptr;
+  auto* pParser = static_cast<QXFileParseModel*>(state.m_pModelReader->Create(ErrorText()));
+  if (pParser != nullptr) Remember(state, pParser, nullptr);
   return pParser;
 }
 
@@ -59,39 +81,54 @@ QXFileParser* CreateFromModule(ManagerState& state) {
 
 QXFileParser* QXFileParseManager::CreateFileParser(int nType, unsigned char /*bFlag*/) {
   ManagerState& state = State();
-  state.m_strError = L"";
-  auto const itRegistered = state.m_mapRegistered.find(nType);
-  if (itRegistered != state.m_mapRegistered.end()) return CreateRegistered(state, nType, itRegistered->second);
-  if (QXFileType::IsModelType(nType)) return CreateFromModule(state);
-  state.m_strError.Format(L"there is no parser for file type %d", nType);
+  ErrorText() = L"";
+  QXFileTypeRow const row = detail::QXFileTypeTable::Instance().FindType(nType);
+  ParserProcs const procs = FindProcs(state, nType, row);
+  if (procs.m_pfnCreate != nullptr) return CreateByProcs(state, nType, procs);
+  if (row.m_nType >= 0 && row.m_eKind == EM_FILE_MODEL) return CreateFromModule(state);
+  ErrorText().Format(L"there is no parser for file type %d", nType);
   return nullptr;
 }
 
 void QXFileParseManager::DestroyFileParser(QXFileParser* pParser) {
   ManagerState& state = State();
-  auto const it = state.m_mapParsers.find(pParser);
-  if (it == state.m_mapParsers.end()) return;
-  QXFileParserDestroyProc const pfnDestroy = it->second;
-  state.m_mapParsers.erase(it);
+  QXFileParserDestroyProc pfnDestroy = nullptr;
+  {
+    std::lock_guard const lock(state.m_Mutex);
+    auto const it = state.m_mapParsers.find(pParser);
+    if (it == state.m_mapParsers.end()) return;
+    pfnDestroy = it->second;
+    state.m_mapParsers.erase(it);
+  }
   if (pfnDestroy != nullptr) {
     pfnDestroy(pParser);
   } else {
+    std::lock_guard const lock(state.m_ModuleMutex);
     state.m_pModelReader->Destroy(static_cast<QXFileParseModel*>(pParser));
   }
 }
 
 QdcUnicodeString const& QXFileParseManager::GetErrorText() {
-  return State().m_strError;
+  return ErrorText();
 }
 
 void QXFileParseManager::RegisterFileParser(
     int nType, QXFileParserCreateProc pfnCreate, QXFileParserDestroyProc pfnDestroy) {
   ManagerState& state = State();
+  std::lock_guard const lock(state.m_Mutex);
   if (pfnCreate == nullptr || pfnDestroy == nullptr) {
     state.m_mapRegistered.erase(nType);
   } else {
     state.m_mapRegistered[nType] = ParserProcs{pfnCreate, pfnDestroy};
   }
+}
+
+unsigned char QXFileParseManager::RegisterFileType(QXFileTypeRow const& row) {
+  return static_cast<unsigned char>(detail::QXFileTypeTable::Instance().Register(row));
+}
+
+void QXFileParseManager::UnregisterFileType(int nType) {
+  detail::QXFileTypeTable::Instance().Unregister(nType);
 }
 
 }  // namespace QXC

@@ -4,20 +4,15 @@
 
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileTypeRow.h>
 
 namespace QXC {
 
-class QXFileParser;
-
-/// Makes a parser, or gives null. Nothing may be raised.
-using QXFileParserCreateProc = QXFileParser* (*)();
-/// Takes back what the procedure above made.
-using QXFileParserDestroyProc = void (*)(QXFileParser*);
-
-/// Chooses the parser of a file type. Model types are read by the module that the plug-in configuration names as
-/// "model-reader" with the lowest number, loaded at the first model file and kept until the process ends: a host
-/// without models carries none of it.
-/// Threads: none of its own and no lock; from one thread at a time, as every cache above it.
+/// Chooses the parser of a file type, from the one table of types that the library fills for images and models and
+/// that hosts add to. Model types are read by the module that the plug-in configuration names as "model-reader" with
+/// the lowest number, loaded at the first model file and kept until the process ends: a host without models carries
+/// none of it.
+/// Threads: any number at once, so that hosts load images on workers. No procedure is called under a lock.
 class QXGRAPHICS3D_API QXFileParseManager {
 public:
   /// A parser for files of a type.
@@ -30,12 +25,22 @@ public:
   /// Takes a parser back where it was made. Null, or an object that did not come from here, is left alone.
   static void DestroyFileParser(QXFileParser* pParser);
 
-  /// Why the last CreateFileParser gave null: one line. Empty after a success.
+  /// Why the last CreateFileParser of the calling thread gave null: one line. Empty after a success. Valid until the
+  /// thread's next call or its end.
   static QdcUnicodeString const& GetErrorText();
 
-  /// Sets the parser of a type, before any module; null takes a procedure away again. This is how hosts bring
-  /// types of their own, and tests parsers that fail.
+  /// Sets the parser of a type, before the one that its row names and before any module; null takes a procedure away
+  /// again. This is how hosts replace a reader, and tests bring parsers that fail.
   static void RegisterFileParser(int nType, QXFileParserCreateProc pfnCreate, QXFileParserDestroyProc pfnDestroy);
+
+  /// Adds a type to the table, or puts the row in the place of the type's own. Its extensions and magic bytes are looked
+  /// at before those of other types that were there earlier.
+  /// @return  1; 0, and no change, for a type below 0, a row without extensions, magic bytes that cannot be read, or one
+  ///          procedure without the other
+  static unsigned char RegisterFileType(QXFileTypeRow const& row);
+
+  /// Takes a host's row away; a type of the library's is then again what it was.
+  static void UnregisterFileType(int nType);
 };
 
 }  // namespace QXC

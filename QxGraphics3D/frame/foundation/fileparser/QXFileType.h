@@ -8,13 +8,26 @@
 
 namespace QXC {
 
-/// Table of the known file types. A name is known by its extension alone; what the file holds is the parser's
+/// Questions to the table of the known file types, in which hosts register types of their own
+/// (QXFileParseManager::RegisterFileType). A name is known by its extension alone; what the file holds is the parser's
 /// business.
+/// Threads: any number at once.
 struct QXGRAPHICS3D_API QXFileType {
-  /// Numbers of the types; hosts store them, so that they never change. Model types begin at 200. A host numbers
-  /// types of its own from EM_FIRST_CUSTOM on.
+  /// Numbers of the types; hosts store them, so that they never change. Image types begin at 121, model types at 200.
+  /// A host numbers types of its own from EM_FIRST_CUSTOM on.
   enum EmType : int {
     EM_UNKNOWN = -1,
+    EM_IMAGE_BMP = 121,
+    EM_IMAGE_JPG = 122,
+    EM_IMAGE_PNG = 123,
+    /// The one type whose files textures carry undecoded, whole as they are, because they may hold an animation.
+    EM_IMAGE_GIF = 124,
+    EM_IMAGE_TIFF = 125,
+    EM_IMAGE_WEBP = 126,
+    EM_IMAGE_TGA = 127,
+    EM_IMAGE_HDR = 128,
+    EM_IMAGE_PSD = 129,
+    EM_IMAGE_KTX2 = 130,
     EM_MODEL_3DS = 200,
     EM_MODEL_GLTF = 201,
     EM_MODEL_GLB = 202,
@@ -33,11 +46,17 @@ struct QXGRAPHICS3D_API QXFileType {
   /// Whether a model reader may be asked for the type.
   static unsigned char IsModelType(int nType);
 
-  /// Extension of a type with its dot and in lower case, empty for an unknown number.
+  /// Whether an image reader may be asked for the type.
+  static unsigned char IsImageType(int nType);
+
+  /// Extension of a type with its dot and as it was registered (in lower case for the types above), the first one where
+  /// there are several; empty for an unknown number.
   static QdcUnicodeString FileTypeToExtName(int nType);
 
   /// Appends the extensions of all model types, in the order of their numbers: what a message offers a person.
   static void GetModelExtNames(QdcArray<QdcUnicodeString>& arrExtNames);
+  /// The same for the image types.
+  static void GetImageExtNames(QdcArray<QdcUnicodeString>& arrExtNames);
 };
 
 }  // namespace QXC
