@@ -5,6 +5,7 @@
 #include <plugins/assimp/QXModelBytes.h>
 #include <plugins/assimp/QXModelFolder.h>
 #include <plugins/assimp/QXModelStream.h>
+#include <plugins/assimp/QXPictureFinder.h>
 #include <plugins/assimp/QXSceneConverter.h>
 #include <plugins/assimp/QXTextOffset.h>
 
@@ -43,7 +44,7 @@ std::string MakeLine(std::string const& strText) {
   return strLine.empty() ? "the importer gives no reason" : strLine;
 }
 
-/// Texture rows count from the top, equal vertices are joined; the rest is the converter's. The importer's own cutting
+/// Equal vertices are joined; the rest is the converter's. The importer's own cutting
 /// of polygons ends the process on some broken ones.
 aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName) {
   // Bones, lights, cameras and animations have no place in the model: not read, not an attack surface either.
@@ -52,8 +53,7 @@ aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_ANIMATIONS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_WEIGHTS, false);
   return importer.ReadFile(strFileName, aiProcess_ValidateDataStructure | aiProcess_Triangulate |
-                                            aiProcess_SortByPType | aiProcess_JoinIdenticalVertices |
-                                            aiProcess_FlipUVs);
+                                            aiProcess_SortByPType | aiProcess_JoinIdenticalVertices);
 }
 
 /// What broken bytes leave a person to do; a reason that says so itself stays as it is.
@@ -151,6 +151,7 @@ std::string QXAssimpFileParser::OpenBytes(
   if (!strError.empty()) return AddAdvice(strError);
   std::unique_ptr<QXC::ModelDataInfo> pModel = ReadModel(vecModel);
   if (pModel == nullptr) return AddAdvice("the importer cannot cope with this file, it is broken");
+  FindPictures(strFolder, *pModel);
   SetModelDataInfo(pModel.release());
   return std::string();
 }

@@ -127,14 +127,15 @@ void FillPositions(
   std::copy(plan.m_vecNormals.begin(), plan.m_vecNormals.end(), package.m_pNormals);
 }
 
-void FillTexCoords(aiMesh const& mesh, VertexPlan const& plan, QXC::QXVertexDataPackage& package) {
-  if (!mesh.HasTextureCoords(0)) return;
+/// The importer counts the rows of a picture from the bottom.
+void FillTexCoords(aiMesh const& mesh, VertexPlan const& plan, unsigned int nSet, QXC::QXVertexDataPackage& package) {
+  if (!mesh.HasTextureCoords(nSet)) return;
   package.SetTexCoordNum(0, static_cast<unsigned int>(plan.m_vecSources.size()), 0);
   float* pTarget = package.m_pTexCoords[0];
   for (unsigned int nVertex : plan.m_vecSources) {
-    aiVector3D const& coord = mesh.mTextureCoords[0][nVertex];
+    aiVector3D const& coord = mesh.mTextureCoords[nSet][nVertex];
     *pTarget++ = std::isfinite(coord.x) ? coord.x : 0.0f;
-    *pTarget++ = std::isfinite(coord.y) ? coord.y : 0.0f;
+    *pTarget++ = std::isfinite(coord.y) ? 1.0f - coord.y : 0.0f;
   }
 }
 
@@ -200,7 +201,7 @@ std::unique_ptr<QXC::QXModelMesh> ConvertMesh(
   pResult->m_pVertexPackage = new QXC::QXVertexDataPackage;
   VertexPlan const plan = PlanVertices(mesh, rules.m_bNormalsOfFile, vecCorners);
   FillPositions(mesh, plan, dOffset, *pResult->m_pVertexPackage);
-  FillTexCoords(mesh, plan, *pResult->m_pVertexPackage);
+  FillTexCoords(mesh, plan, rules.m_nCoordSet, *pResult->m_pVertexPackage);
   FillColors(mesh, plan, rules.m_bLinearColors, *pResult->m_pVertexPackage);
   std::unique_ptr<QXC::QXIndexPackage> pIndices = MakeIndices(vecCorners, pResult->m_pVertexPackage->m_nVertexNum);
   pResult->m_arrIndexPackages.Add(pIndices.get());

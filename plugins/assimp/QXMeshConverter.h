@@ -19,6 +19,8 @@ struct QXMeshRules {
   bool m_bLinearColors = false;
   /// The file itself holds normals. Where it does not, those of the importer are passed over for our own.
   bool m_bNormalsOfFile = true;
+  /// The set of texture coordinates that is taken.
+  unsigned int m_nCoordSet = 0;
 };
 
 /// @param pMaterial  null for none

@@ -1,6 +1,7 @@
 #include <plugins/assimp/QXSceneConverter.h>
 
 #include <plugins/assimp/QXMeshConverter.h>
+#include <plugins/assimp/QXPictureCollector.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
@@ -92,15 +93,21 @@ struct ConvertedMesh {
   double m_dOffset[3] = {0.0, 0.0, 0.0};
 };
 
-std::vector<ConvertedMesh> ConvertMeshes(aiScene const& scene, QXMeshRules const& rules, QXC::ModelDataInfo& model) {
+std::vector<ConvertedMesh> ConvertMeshes(
+    aiScene const& scene, int nType, QXMeshRules rules, QXC::ModelDataInfo& model) {
   std::vector<ConvertedMesh> vecMeshes(scene.mNumMeshes);
+  QXPictureCollector pictures(scene, nType, model);
   for (unsigned int i = 0; i < scene.mNumMeshes; ++i) {
     aiMesh const* pMesh = scene.mMeshes[i];
     if (pMesh == nullptr) continue;
     aiMaterial const* pMaterial =
         pMesh->mMaterialIndex < scene.mNumMaterials ? scene.mMaterials[pMesh->mMaterialIndex] : nullptr;
+    QXC::QXModelTexture texture;
+    rules.m_nCoordSet = 0;
+    if (pMaterial != nullptr) texture = pictures.Collect(*pMaterial, rules.m_nCoordSet);
     std::unique_ptr<QXC::QXModelMesh> pResult = ConvertMesh(*pMesh, pMaterial, rules, vecMeshes[i].m_dOffset);
     if (pResult == nullptr) continue;
+    if (pResult->m_pVertexPackage->m_pTexCoords[0] != nullptr) pResult->m_Texture = texture;
     vecMeshes[i].m_nIndex = model.AddMesh(pResult.get());
     pResult.release();
   }
@@ -150,7 +157,7 @@ std::unique_ptr<QXC::ModelDataInfo> ConvertScene(
   rules.m_bLinearColors = nType == QXC::QXFileType::EM_MODEL_GLTF || nType == QXC::QXFileType::EM_MODEL_GLB;
   rules.m_bNormalsOfFile = nType != QXC::QXFileType::EM_MODEL_3DS;
   ModelFrame const frame = ChooseFrame(scene, nType, dOffset);
-  std::vector<ConvertedMesh> const vecMeshes = ConvertMeshes(scene, rules, *pModel);
+  std::vector<ConvertedMesh> const vecMeshes = ConvertMeshes(scene, nType, rules, *pModel);
   if (scene.mRootNode != nullptr && !PlaceMeshes(scene, frame, vecMeshes, *pModel)) {
     strError = "the model repeats its parts to more than 500 million triangles, more than can be drawn";
     return nullptr;
