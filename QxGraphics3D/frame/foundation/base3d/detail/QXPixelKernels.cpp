@@ -1,8 +1,8 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernels.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernelsX86.h>
+
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
 
 namespace QXC::detail {
 
@@ -49,8 +49,18 @@ unsigned char HasPlain() {
   return 1;
 }
 
+#if defined(QX_PIXELS_X86)
+unsigned char HasAvx2() {
+  __builtin_cpu_init();  // constructors run in no fixed order against the one that usually does this
+  return __builtin_cpu_supports("avx2") ? 1 : 0;
+}
+#endif
+
 constexpr QXPixelKernels kKernels[] = {
     {"plain", &HasPlain, &FlipRowsPlain, &Widen3To4Plain, &WidenGrayTo4Plain, &HasAlphaBelow255Plain},
+#if defined(QX_PIXELS_X86)
+    {"avx2", &HasAvx2, &FlipRowsAvx2, &Widen3To4Avx2, &WidenGrayTo4Avx2, &HasAlphaBelow255Avx2},
+#endif
 };
 
 // Constant-initialised, so that another file's constructor gets its answer from the plain kernels.
