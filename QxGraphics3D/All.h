@@ -12,6 +12,7 @@
 #include <QxGraphics3D/frame/foundation/base/QXSharedPtr.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
+#include <QxGraphics3D/frame/foundation/base/QdcColorDictTable.h>
 #include <QxGraphics3D/frame/foundation/base/QdcDict.h>
 #include <QxGraphics3D/frame/foundation/base/QdcList.h>
 #include <QxGraphics3D/frame/foundation/base/QdcMBString.h>
@@ -114,8 +115,13 @@
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
 #include <QxGraphics3D/renderop/TextureVertex.h>
 
+#include <QxGraphics3D/texture/QXStyleTextureManager.h>
 #include <QxGraphics3D/texture/QXTexture.h>
+#include <QxGraphics3D/texture/QXTextureCacheEntry.h>
+#include <QxGraphics3D/texture/QXTextureCacheMap.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
+#include <QxGraphics3D/texture/QXTextureMemory.h>
+#include <QxGraphics3D/texture/QXTextureMemoryManager.h>
 
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 

@@ -1,5 +1,10 @@
 #include <QxGraphics3D/testing/QXNullTextureManager.h>
 
+#include <QxGraphics3D/texture/QXTextureCacheEntry.h>
+
+#include <ctime>
+#include <utility>
+
 namespace QXC {
 
 QXNullTextureManager::QXNullTextureManager(std::shared_ptr<QXCallLog> pLog)
@@ -8,34 +13,56 @@ QXNullTextureManager::QXNullTextureManager(std::shared_ptr<QXCallLog> pLog)
 QXNullTextureManager::~QXNullTextureManager() = default;
 
 QXTexture* QXNullTextureManager::GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) {
-  auto const texture = m_mapTextures.find(strName);
-  if (texture != m_mapTextures.end()) {
-    return texture->second.get();
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  QXTextureCacheEntry* const pEntry = FindCacheEntry(strName);
+  if (pEntry && pEntry->GetTexture()) {
+    pEntry->SetLastAccess(static_cast<double>(std::clock()));
+    return pEntry->GetTexture();
   }
-  if (!bCreate) {
-    return nullptr;
-  }
+  if (!bCreate) return nullptr;
   Record("GetTexture", strName, bCreate);
-  return m_mapTextures.emplace(strName, std::make_unique<QXNullTexture>(m_pLog, strName)).first->second.get();
+  auto pTexture = std::make_unique<QXNullTexture>(m_pLog, strName);
+  if (pEntry) {
+    pEntry->SetTexture(pTexture.get());
+    return pTexture.release();
+  }
+  auto pNewEntry = std::make_unique<QXTextureCacheEntry>();
+  AddToCache(strName, pNewEntry.get());
+  pNewEntry.release()->SetTexture(pTexture.get());
+  return pTexture.release();
 }
 
 unsigned char QXNullTextureManager::ManagerOperation2(QdcUnicodeString const& strName) const {
-  return static_cast<unsigned char>(m_mapTextures.count(strName) != 0);
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  QXTextureCacheEntry* const pEntry = FindCacheEntry(strName);
+  return pEntry && pEntry->GetTexture() ? 1 : 0;
 }
 
 void QXNullTextureManager::DeleteUnusedTextures() {
   Record("DeleteUnusedTextures");
-  std::erase_if(m_mapTextures, [](auto const& entry) { return entry.second->GetRef() <= 0; });
+  QXTextureManager::DeleteUnusedTextures();
 }
 
 void QXNullTextureManager::Release() {
   Record("Release");
-  m_mapTextures.clear();
+  QXTextureManager::Release();
 }
 
 QXTexture* QXNullTextureManager::CreateTexture() {
   Record("CreateTexture");
-  return new QXNullTexture(m_pLog, QdcUnicodeString());
+  return new QXNullTexture(m_pLog);
+}
+
+void QXNullTextureManager::DeleteTexture(unsigned int nBindID) {
+  Record("DeleteTexture", nBindID);
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  for (auto const& [strName, pEntry] : m_mapCache) {
+    QXTexture* const pTexture = pEntry ? pEntry->GetTexture() : nullptr;
+    if (pTexture && nBindID != 0 && pTexture->GetBindID() == nBindID) pTexture->RendererOperation2();
+  }
 }
 
 }  // namespace QXC

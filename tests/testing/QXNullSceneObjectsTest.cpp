@@ -177,9 +177,7 @@ TEST_F(QXNullSceneObjectsTest, TextureManagerHoldsTexturesByName) {
   ASSERT_NE(pTexture, nullptr);
   EXPECT_EQ(pManager->GetTexture(L"road", 0), pTexture);
   pTexture->AddRef();
-  pManager->GetTexture(L"unused", 1);
   pManager->DeleteUnusedTextures();
-  EXPECT_EQ(pManager->GetTexture(L"unused", 0), nullptr);
   EXPECT_EQ(pManager->GetTexture(L"road", 0), pTexture);
   m_Graphics.ClearResource();
   EXPECT_EQ(pManager->GetTexture(L"road", 0), nullptr);

@@ -1,0 +1,160 @@
+#include <QxGraphics3D/testing/QXNullTexture.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelSize.h>
+#include <QxGraphics3D/texture/QXTextureMemory.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace QXC {
+namespace {
+
+/// Bytes that LoadTexture copies; 0 if the block cannot be what the record says.
+std::size_t GetLoadSize(QXTextureData const& data) {
+  QXUInt64 const nKnown = data.GetBlockLength();
+  if (data.m_nCompression != TEXTURE_COMPRESSION_NONE) return nKnown;
+  if (data.m_nWidth == 0 || data.m_nHeight == 0) return 0;
+  QXUInt64 const nRow = QXUInt64{data.m_nWidth} * detail::StoredPixelSize(data.m_eFormat);
+  if (data.m_nHeight > ~QXUInt64{0} / nRow) return 0;
+  QXUInt64 const nWanted = nRow * data.m_nHeight;
+  // A block may hold further levels behind the first.
+  return nKnown == 0 || nKnown >= nWanted ? std::max(nKnown, nWanted) : 0;
+}
+
+/// A pixel of any 4-byte or 2-byte format as blue, green, red, alpha.
+void WriteBgra(unsigned char const* pFrom, QX3DPixelFormat eFormat, unsigned char* pTo) {
+  constexpr int kStraight[4] = {0, 1, 2, 3};
+  constexpr int kFromRgba[4] = {2, 1, 0, 3};
+  constexpr int kFromArgb[4] = {3, 2, 1, 0};
+  constexpr int kFromGrey[4] = {0, 0, 0, 1};
+  int const* const pOrder = eFormat == PF_A8B8G8R8   ? kFromRgba
+                            : eFormat == PF_B8G8R8A8 ? kFromArgb
+                            : eFormat == PF_BYTE_LA  ? kFromGrey
+                                                     : kStraight;
+  for (int i = 0; i < 4; ++i) pTo[i] = pFrom[pOrder[i]];
+}
+
+}  // namespace
+
+QXNullTexture::QXNullTexture(std::shared_ptr<QXCallLog> pLog, QdcUnicodeString const& strName)
+    : QXTexture(strName), QXNullObject(std::move(pLog), "texture " + QXCallLog::Quote(strName)) {}
+
+QXNullTexture::~QXNullTexture() {
+  Record("destroyed");
+  LeaveDevice();
+}
+
+void QXNullTexture::SetName(QdcUnicodeString const& strName) {
+  SetTexFilePath(strName);
+  m_strLabel = "texture " + QXCallLog::Quote(strName);
+}
+
+void QXNullTexture::LeaveDevice() {
+  QXTextureMemory::GetSingleton().DelMemory(static_cast<int>(m_arrDevicePixels.size()));
+  m_arrDevicePixels = std::vector<unsigned char>();
+  m_nDeviceWidth = 0;
+  m_nDeviceHeight = 0;
+  m_eDeviceFormat = PF_UNKNOWN;
+  m_nDeviceCompression = 0;
+  m_nBindID = 0;
+}
+
+void QXNullTexture::RendererOperation1(int nMinFilter, int nMagFilter, int nMipFilter) {
+  Record("RendererOperation1", nMinFilter, nMagFilter, nMipFilter);
+}
+
+void QXNullTexture::RendererOperation2() {
+  Record("RendererOperation2");
+  LeaveDevice();
+}
+
+void QXNullTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) {
+  Record("LoadTexture", bOnlyIfNeeded, bReleaseImage);
+  if (IsLoaded() && bOnlyIfNeeded && !m_bNeedLoadTexture) return;
+  std::size_t const nBytes = m_TextureData.m_pPixels ? GetLoadSize(m_TextureData) : 0;
+  if (nBytes == 0) return;
+  static unsigned int ms_nLastBindID = 0;
+  unsigned int const nBindID = m_nBindID ? m_nBindID : ++ms_nLastBindID;
+  std::vector<unsigned char> arrPixels(m_TextureData.m_pPixels, m_TextureData.m_pPixels + nBytes);
+  LeaveDevice();
+  m_arrDevicePixels.swap(arrPixels);
+  QXTextureMemory::GetSingleton().AddMemory(static_cast<int>(nBytes));
+  m_nDeviceWidth = m_TextureData.m_nWidth;
+  m_nDeviceHeight = m_TextureData.m_nHeight;
+  m_eDeviceFormat = m_TextureData.m_eFormat;
+  m_nDeviceCompression = m_TextureData.m_nCompression;
+  m_nBindID = nBindID;
+  m_bNeedLoadTexture = 0;
+  if (bReleaseImage) ReleaseImgData();
+}
+
+void QXNullTexture::LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight,
+    void const* pPixels, unsigned int nFlag) {
+  Record("LoadSubTexture", nX, nY, nWidth, nHeight, nSourceWidth, nSourceHeight, QXLoggedMemory{pPixels}, nFlag);
+  if (!IsLoaded() || m_nDeviceCompression != TEXTURE_COMPRESSION_NONE || !pPixels) return;
+  // In 64 bits: the far edges of what a host asks for may leave the range of int.
+  long long const nLeft = std::max(nX, 0);
+  long long const nTop = std::max(nY, 0);
+  long long const nRight = std::min<long long>({m_nDeviceWidth, 0LL + nX + nWidth, 0LL + nX + nSourceWidth});
+  long long const nBottom = std::min<long long>({m_nDeviceHeight, 0LL + nY + nHeight, 0LL + nY + nSourceHeight});
+  if (nLeft >= nRight) return;
+  std::size_t const nPixel = detail::StoredPixelSize(m_eDeviceFormat);
+  std::size_t const nBytes = static_cast<std::size_t>(nRight - nLeft) * nPixel;
+  auto const* const pSource = static_cast<unsigned char const*>(pPixels);
+  for (long long nRow = nTop; nRow < nBottom; ++nRow) {
+    std::size_t const nFrom = static_cast<std::size_t>((nRow - nY) * nSourceWidth + nLeft - nX) * nPixel;
+    std::size_t const nTo = static_cast<std::size_t>(nRow * m_nDeviceWidth + nLeft) * nPixel;
+    std::copy_n(pSource + nFrom, nBytes, m_arrDevicePixels.data() + nTo);
+  }
+}
+
+void QXNullTexture::SetTextureRepeatMode(unsigned char bRepeatMode) {
+  Record("SetTextureRepeatMode", bRepeatMode);
+  QXTexture::SetTextureRepeatMode(bRepeatMode);
+}
+
+void QXNullTexture::SetTextureMipMap(unsigned char bMipmapEnabled) {
+  Record("SetTextureMipMap", bMipmapEnabled);
+  QXTexture::SetTextureMipMap(bMipmapEnabled);
+}
+
+void QXNullTexture::SetMipmapBaseLevel(int nLevel) {
+  Record("SetMipmapBaseLevel", nLevel);
+  m_nBaseLevel = nLevel;
+}
+
+void QXNullTexture::SetMipmapMaxLevel(int nLevel) {
+  Record("SetMipmapMaxLevel", nLevel);
+  m_nMaxLevel = nLevel;
+}
+
+QXImageData* QXNullTexture::BlitToMemory() {
+  Record("BlitToMemory");
+  if (!IsLoaded() || m_nDeviceCompression != TEXTURE_COMPRESSION_NONE) return nullptr;
+  std::size_t const nPixel = detail::StoredPixelSize(m_eDeviceFormat);
+  std::size_t const nOut = nPixel == 2 ? 4 : nPixel;
+  std::size_t const nCount = std::size_t{m_nDeviceWidth} * m_nDeviceHeight;
+  auto pImage = std::make_unique<QXImageData>();
+  auto pPixels = std::make_unique<unsigned char[]>(nCount * nOut);
+  if (nOut == 4) {
+    for (std::size_t i = 0; i < nCount; ++i) {
+      WriteBgra(m_arrDevicePixels.data() + i * nPixel, m_eDeviceFormat, pPixels.get() + i * 4);
+    }
+  } else {
+    std::copy_n(m_arrDevicePixels.data(), nCount * nOut, pPixels.get());
+  }
+  pImage->m_nWidth = m_nDeviceWidth;
+  pImage->m_nHeight = m_nDeviceHeight;
+  pImage->m_nPitch = static_cast<unsigned int>(m_nDeviceWidth * nOut);
+  pImage->m_nBitDepth = static_cast<unsigned char>(nOut * 8);
+  pImage->m_pPixels = pPixels.release();
+  return pImage.release();
+}
+
+int QXNullTexture::GetTextureID() const {
+  return IsLoaded() ? static_cast<int>(m_nBindID) : -1;
+}
+
+}  // namespace QXC

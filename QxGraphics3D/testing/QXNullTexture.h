@@ -1,0 +1,65 @@
+/// @file
+/// A texture of the null renderer.
+#pragma once
+
+#include <QxGraphics3D/testing/QXNullObject.h>
+#include <QxGraphics3D/texture/QXTexture.h>
+
+#include <memory>
+#include <vector>
+
+namespace QXC {
+
+/// Remembers the pixels that a device would hold: LoadTexture copies the block, LoadSubTexture writes into the copy,
+/// and the image in memory can be released meanwhile. Bytes stand there as the texture's format has them. What it holds
+/// is counted in QXTextureMemory. Identifiers are given once in a process, 1 upwards.
+class QXNullTexture final : public QXTexture, public QXNullObject {
+public:
+  explicit QXNullTexture(std::shared_ptr<QXCallLog> pLog, QdcUnicodeString const& strName = QdcUnicodeString());
+  ~QXNullTexture() override;
+
+  /// Renames the texture, in the log too.
+  void SetName(QdcUnicodeString const& strName);
+
+  /// Only written down: nothing is drawn.
+  void RendererOperation1(int nMinFilter, int nMagFilter, int nMipFilter) override;
+  void RendererOperation2() override;
+  /// Fails without pixels, and where the block's known length is less than its size and format ask for. Of an image in
+  /// blocks or in a file's own form the length must be known. A texture that is on the device stays so without an image
+  /// to make it anew from.
+  void LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) override;
+  /// Nothing on a texture that is not on the device, is compressed, or has other pixels than bytes.
+  void LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight, void const* pPixels,
+      unsigned int nFlag) override;
+  void SetTextureRepeatMode(unsigned char bRepeatMode) override;
+  void SetTextureMipMap(unsigned char bMipmapEnabled) override;
+  void SetMipmapBaseLevel(int nLevel) override;
+  void SetMipmapMaxLevel(int nLevel) override;
+  int GetMipmapBaseLevel() const override { return m_nBaseLevel; }
+  int GetMipmapMaxLevel() const override { return m_nMaxLevel; }
+  /// The device's image as bytes of blue, green, red, alpha, 8 or 24 bits for one and three bytes a pixel. Null while
+  /// nothing is on the device or what is there is compressed.
+  QXImageData* BlitToMemory() override;
+  /// The bind identifier, -1 while the texture is not on the device.
+  int GetTextureID() const override;
+
+  /// What the device holds, all levels; empty while the texture is not on it.
+  std::vector<unsigned char> const& GetDevicePixels() const { return m_arrDevicePixels; }
+  unsigned int GetDeviceWidth() const { return m_nDeviceWidth; }
+  unsigned int GetDeviceHeight() const { return m_nDeviceHeight; }
+  QX3DPixelFormat GetDeviceFormat() const { return m_eDeviceFormat; }
+  unsigned int GetDeviceCompression() const { return m_nDeviceCompression; }
+
+private:
+  void LeaveDevice();
+
+  std::vector<unsigned char> m_arrDevicePixels;
+  unsigned int m_nDeviceWidth = 0;
+  unsigned int m_nDeviceHeight = 0;
+  QX3DPixelFormat m_eDeviceFormat = PF_UNKNOWN;
+  unsigned int m_nDeviceCompression = 0;
+  int m_nBaseLevel = 0;
+  int m_nMaxLevel = 0;
+};
+
+}  // namespace QXC
