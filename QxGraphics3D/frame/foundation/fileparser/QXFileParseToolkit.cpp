@@ -1,6 +1,6 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseToolkit.h>
 
-#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXImageHolder.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseManager.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
@@ -39,8 +39,7 @@ struct ParserReturn {
 using ParserHolder = std::unique_ptr<QXFileParser, ParserReturn>;
 
 void Destroy(QXImageData* pImage) {
-  if (pImage != nullptr) delete[] static_cast<unsigned char*>(pImage->m_pPixels);
-  delete pImage;
+  detail::QXImageDelete()(pImage);
 }
 
 void Destroy(QXGeoPicture* pPicture) {
