@@ -47,15 +47,16 @@ int LengthArgument(QXUInt64 nLength, QXUInt64 nNeeded) {
 /// Resamples an image to power-of-two edges; null if the block cannot be had or the image's is too short.
 std::unique_ptr<unsigned char[]> ResampleToPowersOfTwo(
     QXImageData const& image, unsigned int nPixelSize, unsigned int nNewWidth, unsigned int nNewHeight) {
-  if (image.m_nWidth > INT_MAX || image.m_nHeight > INT_MAX || nNewWidth > INT_MAX || nNewHeight > INT_MAX) return nullptr;
+  if (image.m_nWidth > INT_MAX || image.m_nHeight > INT_MAX || nNewWidth > INT_MAX || nNewHeight > INT_MAX)
+    return nullptr;
   auto pBlock = detail::NewTextureBlock(nNewWidth, nNewHeight, nPixelSize);
   if (pBlock == nullptr) return nullptr;
   QXUInt64 const nLength = QXUInt64{image.m_nPitch} * image.m_nHeight;
   QXUInt64 const nNeeded = QXUInt64{image.m_nWidth} * image.m_nHeight * nPixelSize;
-  unsigned char const bScaled = QXMathEngine::ScaleImageInternal(static_cast<int>(nPixelSize),
-      static_cast<int>(image.m_nWidth), static_cast<int>(image.m_nHeight),
-      static_cast<unsigned char const*>(image.m_pPixels), static_cast<int>(nNewWidth), static_cast<int>(nNewHeight),
-      pBlock.get(), LengthArgument(nLength, nNeeded));
+  unsigned char const bScaled =
+      QXMathEngine::ScaleImageInternal(static_cast<int>(nPixelSize), static_cast<int>(image.m_nWidth),
+          static_cast<int>(image.m_nHeight), static_cast<unsigned char const*>(image.m_pPixels),
+          static_cast<int>(nNewWidth), static_cast<int>(nNewHeight), pBlock.get(), LengthArgument(nLength, nNeeded));
   if (bScaled == 0) return nullptr;
   return pBlock;
 }
@@ -88,7 +89,8 @@ bool IsImage(QXImageData const* pImage) {
   return pImage != nullptr && pImage->m_pPixels != nullptr && pImage->m_nWidth > 0 && pImage->m_nHeight > 0;
 }
 
-unsigned char LoadByParser(QXTexture& texture, QdcUnicodeString const& strPath, unsigned char bFlag, unsigned char bWiden) {
+unsigned char LoadByParser(
+    QXTexture& texture, QdcUnicodeString const& strPath, unsigned char bFlag, unsigned char bWiden) {
   auto const pParams = detail::MakeLoadParams(QXFileType::ExtNameToFileType(QXFile::GetExt(strPath)), strPath);
   if (pParams == nullptr) return 0;
   QXTextureData& data = texture.m_TextureData;

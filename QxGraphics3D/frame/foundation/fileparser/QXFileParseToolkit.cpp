@@ -126,7 +126,9 @@ unsigned char QXFileParseToolkit::GetImageDataFromMemory(
     return ReadWith(
         GetFileTypeByContent(pBytes, nSize), arrImages,
         [=](QXFileParseImage& parser) { return parser.OpenBytes(pBytes, nSize); },
-        [](QXFileParseImage& parser, QdcArray<QXImageData*>& arrItems) { return parser.GetImageData(arrItems, 0, -1); });
+        [](QXFileParseImage& parser, QdcArray<QXImageData*>& arrItems) {
+          return parser.GetImageData(arrItems, 0, -1);
+        });
   });
 }
 

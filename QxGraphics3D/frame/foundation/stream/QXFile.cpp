@@ -101,8 +101,8 @@ unsigned char QXFile::IsExist(QdcUnicodeString const& strPath) {
   return static_cast<unsigned char>(IsFileThere(StripExt(strPath)));
 }
 
-void QXFile::ListFiles(
-    QdcUnicodeString const& strFolder, QdcArray<QdcUnicodeString>& arrFiles, QdcUnicodeString const& strFilter, int nFlags) {
+void QXFile::ListFiles(QdcUnicodeString const& strFolder, QdcArray<QdcUnicodeString>& arrFiles,
+    QdcUnicodeString const& strFilter, int nFlags) {
   Listing listing;
   listing.m_pathRoot = std::filesystem::path(strFolder.ToMBString().Cstr());
   listing.m_strFilter = strFilter;

@@ -35,8 +35,8 @@ public:
   ///                   every file
   /// @param nFlags     LIST_SUB_FOLDERS or 0
   /// Links to files count as files, links to folders are never followed. What cannot be read is left out.
-  static void ListFiles(
-      QdcUnicodeString const& strFolder, QdcArray<QdcUnicodeString>& arrFiles, QdcUnicodeString const& strFilter, int nFlags);
+  static void ListFiles(QdcUnicodeString const& strFolder, QdcArray<QdcUnicodeString>& arrFiles,
+      QdcUnicodeString const& strFilter, int nFlags);
 };
 
 }  // namespace QXC

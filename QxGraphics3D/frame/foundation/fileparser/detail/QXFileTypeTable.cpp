@@ -77,8 +77,8 @@ unsigned char LooksLikeTarga(unsigned char const* pBytes, QXUInt64 nSize) {
   int const nImageType = pBytes[2] & ~8;  // bit 3: run lengths
   int const nMapDepth = pBytes[7];
   int const nDepth = pBytes[16];
-  bool const bMapSound = nMapType == 0 || (nMapType == 1 && (nMapDepth == 15 || nMapDepth == 16 || nMapDepth == 24 ||
-                                                             nMapDepth == 32));
+  bool const bMapSound =
+      nMapType == 0 || (nMapType == 1 && (nMapDepth == 15 || nMapDepth == 16 || nMapDepth == 24 || nMapDepth == 32));
   bool const bTypeSound = (nImageType == 1 && nMapType == 1) || nImageType == 2 || nImageType == 3;
   bool const bDepthSound = nDepth == 8 || nDepth == 15 || nDepth == 16 || nDepth == 24 || nDepth == 32;
   bool const bSizeSound = (pBytes[12] | pBytes[13]) != 0 && (pBytes[14] | pBytes[15]) != 0;

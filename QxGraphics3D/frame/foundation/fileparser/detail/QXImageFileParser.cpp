@@ -19,8 +19,7 @@ wchar_t const* DescribeProblem(QXFileProblem eProblem) {
   case QXFileProblem::Folder: return L"this is a directory; give the image file inside it";
   case QXFileProblem::NotRegular: return L"this is no regular file; give an image file";
   case QXFileProblem::TooLarge: return L"the file is larger than 4 GiB, the most that is read; give a smaller one";
-  case QXFileProblem::Shrunk:
-    return L"the file became shorter while it was read; try again when it is complete";
+  case QXFileProblem::Shrunk: return L"the file became shorter while it was read; try again when it is complete";
   case QXFileProblem::NoMemory: return L"there is not enough memory for the file; give a smaller one";
   default: return L"the file cannot be read; get another copy";
   }
@@ -87,7 +86,8 @@ unsigned char QXImageFileParser::GetImageData(
   arrImages[nPlace] = ReadImage(m_nType, m_pBytes, m_nSize, CurrentLimits());
   if (arrImages[nPlace] != nullptr) return 1;
   arrImages.RemoveAt(nPlace);
-  m_strError = L"the image is damaged, larger than the limits allow or of a kind that is not read; get or export it again";
+  m_strError =
+      L"the image is damaged, larger than the limits allow or of a kind that is not read; get or export it again";
   return 0;
 }
 

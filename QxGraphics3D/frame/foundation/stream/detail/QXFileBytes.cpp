@@ -53,7 +53,8 @@ QXFileProblem ReadExactly(int nHandle, unsigned char* pBytes, QXUInt64 nSize) {
   constexpr QXUInt64 LargestRead = 1u << 30;
   QXUInt64 nDone = 0;
   while (nDone < nSize) {
-    ssize_t const nRead = ::read(nHandle, pBytes + nDone, static_cast<std::size_t>(std::min(nSize - nDone, LargestRead)));
+    ssize_t const nRead =
+        ::read(nHandle, pBytes + nDone, static_cast<std::size_t>(std::min(nSize - nDone, LargestRead)));
     if (nRead < 0 && errno == EINTR) continue;
     if (nRead < 0) return QXFileProblem::Other;
     if (nRead == 0) return QXFileProblem::Shrunk;
