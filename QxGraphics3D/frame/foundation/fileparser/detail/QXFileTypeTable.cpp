@@ -1,8 +1,10 @@
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXFileTypeTable.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
+#include <QxGraphics3D/frame/foundation/fileparser/detail/QXImageFileParser.h>
 
 #include <algorithm>
+#include <new>
 
 namespace QXC::detail {
 
@@ -87,7 +89,9 @@ unsigned char LooksLikeTarga(unsigned char const* pBytes, QXUInt64 nSize) {
 
 template <int Type>
 QXFileTypeRow ImageRow(wchar_t const* szExtensions, wchar_t const* szMagic, QXFileContentProc pfnContent = nullptr) {
-  return {Type, EM_FILE_IMAGE, szExtensions, szMagic, pfnContent, nullptr, nullptr};
+  return {Type, EM_FILE_IMAGE, szExtensions, szMagic, pfnContent,
+      []() -> QXFileParser* { return new (std::nothrow) QXImageFileParser(Type); },
+      [](QXFileParser* pParser) { delete pParser; }};
 }
 
 QXFileTypeRow ModelRow(int nType, wchar_t const* szExtension) {
