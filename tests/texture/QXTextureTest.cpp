@@ -2,7 +2,9 @@
 
 #include <cstring>
 #include <limits>
+#include <map>
 #include <memory>
+#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -593,6 +595,25 @@ TEST_F(QXTextureLock, MayBeEnteredAgain) {
   texture.SetTextureData(&data);
   texture.SetMipmapOffset(QdcArray<unsigned int>());
   EXPECT_EQ(texture.IsLoadedImage(), 1);
+}
+
+TEST(QXTexture, MayBeGivenImagesAndLevelOffsetsByTwoThreads) {
+  QXBareTexture texture;
+  auto const work = [&texture](unsigned int nWidth) {
+    QXTextureData const data = MakeData(nWidth, 2, PF_A8R8G8B8, 4);
+    QdcArray<unsigned int> arrOffsets;
+    for (unsigned int nLevel = 0; nLevel < nWidth; ++nLevel) arrOffsets.Add(nLevel);
+    for (int nTimes = 0; nTimes < 200; ++nTimes) {
+      texture.SetTextureData(&data);
+      texture.SetMipmapOffset(arrOffsets);
+    }
+  };
+  std::thread first(work, 3);
+  std::thread second(work, 5);
+  first.join();
+  second.join();
+  EXPECT_EQ(texture.m_TextureData.GetBlockLength(), texture.m_TextureData.m_nWidth * 8);
+  EXPECT_TRUE(texture.m_arrMipmapOffset.GetSize() == 3 || texture.m_arrMipmapOffset.GetSize() == 5);
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
 
+#include <utility>
+
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 
 namespace QXC {
 
 QXTextureDataAnimation::QXTextureDataAnimation(
-    std::vector<QXTextureData> const& arrFrames, std::vector<unsigned int> const& arrDelays)
-    : m_arrFrames(arrFrames), m_arrDelays(arrDelays) {
+    std::vector<QXTextureData> arrFrames, std::vector<unsigned int> arrDelays)
+    : m_arrFrames(std::move(arrFrames)), m_arrDelays(std::move(arrDelays)) {
   // One delay a frame, so that whoever walks the frames never asks for a delay that is not there.
   m_arrDelays.resize(m_arrFrames.size());
 }

@@ -13,9 +13,9 @@ namespace QXC {
 /// the base stays empty. One thread at a time.
 class QXGRAPHICS3D_API QXTextureDataAnimation : public QXTextureData {
 public:
-  /// Copies the frames.
+  /// Takes the frames: copies of a vector that stays with the caller, the blocks themselves of one that is moved here.
   /// @param arrDelays  milliseconds for the frame of the same index; missing ones are 0, surplus ones are dropped
-  QXTextureDataAnimation(std::vector<QXTextureData> const& arrFrames, std::vector<unsigned int> const& arrDelays);
+  QXTextureDataAnimation(std::vector<QXTextureData> arrFrames, std::vector<unsigned int> arrDelays);
   QXTextureDataAnimation(QXTextureDataAnimation const& other);
   QXTextureDataAnimation& operator=(QXTextureDataAnimation const& other);
 
