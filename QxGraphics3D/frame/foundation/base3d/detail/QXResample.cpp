@@ -1,9 +1,9 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResample.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResampleAxis.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXResampleX86.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <new>
 
@@ -11,39 +11,26 @@ namespace QXC::detail {
 
 namespace {
 
-// Adding 2^23 pushes the fraction out of a float, rounded to nearest as the processor rounds everything; the integer
-// stays in the low bits. The wide instructions convert with the same rounding.
-inline unsigned char ToByte(float fValue) {
-  return static_cast<unsigned char>(std::bit_cast<std::uint32_t>(fValue + 8388608.0F));
-}
-
 void GrowRowPlain(unsigned int nBytesPerPixel, unsigned char const* pSource, std::uint32_t, QXResampleAxis const& axis,
-    float* pTarget) {
-  std::size_t const nStep = std::size_t{axis.m_nStep} * nBytesPerPixel;
-  for (std::uint32_t i = 0; i < axis.m_nTo; ++i) {
-    unsigned char const* const pFirst = pSource + std::size_t{axis.m_arrFirst[i]} * nBytesPerPixel;
-    float const fWeight = axis.m_arrWeights[i];
-    for (unsigned int n = 0; n < nBytesPerPixel; ++n) {
-      auto const fFirst = static_cast<float>(pFirst[n]);
-      *pTarget++ = fFirst + (static_cast<float>(pFirst[n + nStep]) - fFirst) * fWeight;
-    }
-  }
+    std::int16_t* pTarget) {
+  GrowPixels(nBytesPerPixel, pSource, axis, 0, pTarget);
 }
 
-void BlendRowsPlain(
-    float const* pUpper, float const* pLower, float fWeight, unsigned char* pTarget, std::size_t nCount) {
-  for (std::size_t i = 0; i < nCount; ++i) pTarget[i] = ToByte(pUpper[i] + (pLower[i] - pUpper[i]) * fWeight);
+void BlendRowsPlain(std::int16_t const* pUpper, std::int16_t const* pLower, std::int16_t nShare, unsigned char* pTarget,
+    std::size_t nCount) {
+  for (std::size_t i = 0; i < nCount; ++i) pTarget[i] = ToByte(Blend(pUpper[i], pLower[i], nShare));
 }
 
-void ShrinkRow(unsigned int nBytesPerPixel, unsigned char const* pSource, QXResampleAxis const& axis, float* pTarget) {
-  float const* pWeights = axis.m_arrWeights.get();
+void ShrinkRow(
+    unsigned int nBytesPerPixel, unsigned char const* pSource, QXResampleAxis const& axis, std::int16_t* pTarget) {
+  double const* pWeights = axis.m_arrWeights.get();
   for (std::uint32_t i = 0; i < axis.m_nTo; ++i, pWeights += axis.m_nTaps, pTarget += nBytesPerPixel) {
     unsigned char const* pPixel = pSource + std::size_t{axis.m_arrFirst[i]} * nBytesPerPixel;
-    float arrSums[4] = {};
+    double arrSums[4] = {};
     for (std::uint32_t nTap = 0; nTap < axis.m_arrCounts[i]; ++nTap, pPixel += nBytesPerPixel) {
-      for (unsigned int n = 0; n < nBytesPerPixel; ++n) arrSums[n] += static_cast<float>(pPixel[n]) * pWeights[nTap];
+      for (unsigned int n = 0; n < nBytesPerPixel; ++n) arrSums[n] += pPixel[n] * pWeights[nTap];
     }
-    std::copy_n(arrSums, nBytesPerPixel, pTarget);
+    for (unsigned int n = 0; n < nBytesPerPixel; ++n) pTarget[n] = static_cast<std::int16_t>(arrSums[n] * 128.0 + 0.5);
   }
 }
 
@@ -51,10 +38,21 @@ unsigned char HasPlain() {
   return 1;
 }
 
+#if defined(QX_RESAMPLE_X86)
+unsigned char HasAvx2() {
+  __builtin_cpu_init();  // constructors run in no fixed order against the one that usually does this
+  return __builtin_cpu_supports("avx2") ? 1 : 0;
+}
+#endif
+
 constexpr QXResampleKernels kKernels[] = {
     {"plain", &HasPlain, &GrowRowPlain, &BlendRowsPlain},
+#if defined(QX_RESAMPLE_X86)
+    {"avx2", &HasAvx2, &GrowRowAvx2, &BlendRowsAvx2},
+#endif
 };
 
+// Constant-initialised, so that another file's constructor gets its answer from the plain kernels.
 constinit QXResampleKernels const* g_pKernels = kKernels;
 
 struct Chooser {
@@ -77,8 +75,9 @@ public:
     m_Source = source;
     m_nRowLength = std::size_t{nWidth} * nBytesPerPixel;
     if (!m_Columns.Init(source.m_nWidth, nWidth) || !m_Rows.Init(source.m_nHeight, nHeight)) return 0;
-    m_arrWork.reset(new (std::nothrow) float[3 * m_nRowLength]);
-    return m_arrWork ? 1 : 0;
+    m_arrRows.reset(new (std::nothrow) std::int16_t[2 * m_nRowLength]);
+    if (m_Rows.m_bShrinks) m_arrSums.reset(new (std::nothrow) double[m_nRowLength]);
+    return m_arrRows && (m_arrSums || !m_Rows.m_bShrinks) ? 1 : 0;
   }
 
   void Run(unsigned char* pTarget) {
@@ -93,9 +92,9 @@ public:
 
 private:
   /// A source row with its columns resampled. Two are kept, since the next target row mostly wants them again.
-  float const* GetRow(std::uint32_t nRow) {
+  std::int16_t const* GetRow(std::uint32_t nRow) {
     std::uint32_t const nPlace = nRow % 2;
-    float* const pRow = m_arrWork.get() + nPlace * m_nRowLength;
+    std::int16_t* const pRow = m_arrRows.get() + nPlace * m_nRowLength;
     if (m_nKept[nPlace] == nRow) return pRow;
     m_nKept[nPlace] = nRow;
     unsigned char const* const pSource = m_Source.m_pPixels + std::size_t{nRow} * m_Source.m_nWidth * m_nBytesPerPixel;
@@ -108,20 +107,20 @@ private:
   }
 
   void WriteBetween(std::uint32_t nRow, unsigned char* pTarget) {
-    float const* const pUpper = GetRow(m_Rows.m_arrFirst[nRow]);
-    float const* const pLower = GetRow(m_Rows.m_arrFirst[nRow] + m_Rows.m_nStep);
-    m_pKernels->m_pfnBlendRows(pUpper, pLower, m_Rows.m_arrWeights[nRow], pTarget, m_nRowLength);
+    std::int16_t const* const pUpper = GetRow(m_Rows.m_arrFirst[nRow]);
+    std::int16_t const* const pLower = GetRow(m_Rows.m_arrFirst[nRow] + m_Rows.m_nStep);
+    m_pKernels->m_pfnBlendRows(pUpper, pLower, m_Rows.m_arrShares[nRow], pTarget, m_nRowLength);
   }
 
   void WriteMean(std::uint32_t nRow, unsigned char* pTarget) {
-    float* const pSums = m_arrWork.get() + 2 * m_nRowLength;
-    std::fill_n(pSums, m_nRowLength, 0.0F);
-    float const* const pWeights = m_Rows.m_arrWeights.get() + std::size_t{nRow} * m_Rows.m_nTaps;
+    double* const pSums = m_arrSums.get();
+    std::fill_n(pSums, m_nRowLength, 0.0);
+    double const* const pWeights = m_Rows.m_arrWeights.get() + std::size_t{nRow} * m_Rows.m_nTaps;
     for (std::uint32_t nTap = 0; nTap < m_Rows.m_arrCounts[nRow]; ++nTap) {
-      float const* const pRow = GetRow(m_Rows.m_arrFirst[nRow] + nTap);
+      std::int16_t const* const pRow = GetRow(m_Rows.m_arrFirst[nRow] + nTap);
       for (std::size_t i = 0; i < m_nRowLength; ++i) pSums[i] += pRow[i] * pWeights[nTap];
     }
-    for (std::size_t i = 0; i < m_nRowLength; ++i) pTarget[i] = ToByte(pSums[i]);
+    for (std::size_t i = 0; i < m_nRowLength; ++i) pTarget[i] = static_cast<unsigned char>(pSums[i] / 128.0 + 0.5);
   }
 
   static constexpr std::uint32_t NoRow = ~std::uint32_t{0};
@@ -133,7 +132,8 @@ private:
   QXResampleAxis m_Columns;
   QXResampleAxis m_Rows;
   std::uint32_t m_nKept[2] = {NoRow, NoRow};
-  std::unique_ptr<float[]> m_arrWork;
+  std::unique_ptr<std::int16_t[]> m_arrRows;
+  std::unique_ptr<double[]> m_arrSums;
 };
 
 unsigned char IsEdge(std::uint32_t nPixels) {
@@ -146,6 +146,18 @@ unsigned char CanCount(unsigned int nBytesPerPixel, std::uint32_t nWidth, std::u
 }
 
 }  // namespace
+
+void GrowPixels(unsigned int nBytesPerPixel, unsigned char const* pSource, QXResampleAxis const& axis,
+    std::uint32_t nStart, std::int16_t* pTarget) {
+  std::size_t const nStep = std::size_t{axis.m_nStep} * nBytesPerPixel;
+  pTarget += std::size_t{nStart} * nBytesPerPixel;
+  for (std::uint32_t i = nStart; i < axis.m_nTo; ++i) {
+    unsigned char const* const pFirst = pSource + std::size_t{axis.m_arrFirst[i]} * nBytesPerPixel;
+    for (unsigned int n = 0; n < nBytesPerPixel; ++n) {
+      *pTarget++ = Blend(pFirst[n] << ROW_FRACTION_BITS, pFirst[n + nStep] << ROW_FRACTION_BITS, axis.m_arrShares[i]);
+    }
+  }
+}
 
 std::span<QXResampleKernels const> GetResampleKernels() {
   return kKernels;
