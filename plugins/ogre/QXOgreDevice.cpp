@@ -14,11 +14,16 @@
 #include <OgreRenderSystemCapabilities.h>
 #include <OgreRenderWindow.h>
 #include <OgreRoot.h>
+#include <OgreTextureManager.h>
+
+#include <QxGraphics3D/texture/QXTextureMemory.h>
 
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreDrawable.h>
+#include <plugins/ogre/QXOgreImage.h>
 #include <plugins/ogre/QXOgreMaterials.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreTextureUnits.h>
 
 namespace QXC {
 
@@ -52,11 +57,15 @@ std::string FindRenderSystem(std::string const& strMediaFolder) {
 
 }  // namespace
 
-QXOgreDevice::QXOgreDevice() : m_pRenderSystem(nullptr), m_nMaxTargetSize(0) {}
+QXOgreDevice::QXOgreDevice()
+    : m_pRenderSystem(nullptr), m_nMaxTargetSize(0), m_nFrame(0), m_ThreadID(std::this_thread::get_id()) {}
 
 QXOgreDevice::~QXOgreDevice() {
   for (QXOgreDrawable* const pDrawable : m_setDrawables) pDrawable->LeaveDevice();
   m_pMaterials.reset();
+  m_pTextureUnits.reset();
+  m_pWhiteImage.reset();
+  DeleteDiscarded();
   m_pRoot.reset();
   m_pSceneFactory.reset();
   m_pLogManager.reset();
@@ -90,6 +99,60 @@ void QXOgreDevice::Open(std::string const& strMediaFolder) {
   m_pSceneFactory = std::make_unique<QXOgreSceneFactory>();
   m_pRoot->addSceneManagerFactory(m_pSceneFactory.get());
   m_pMaterials = std::make_unique<QXOgreMaterials>(m_Log);
+  auto const& capabilities = *m_pRenderSystem->getCapabilities();
+  bool const bAnisotropy = capabilities.hasCapability(Ogre::RSC_ANISOTROPY);
+  m_pTextureUnits = std::make_unique<QXOgreTextureUnits>(
+      bAnisotropy ? static_cast<unsigned int>(capabilities.getMaxSupportedAnisotropy()) : 1);
+  MakeWhiteImage();
+}
+
+void QXOgreDevice::MakeWhiteImage() {
+  static constexpr unsigned char WHITE[4] = {0xFF, 0xFF, 0xFF, 0xFF};
+  QXOgrePixels pixels;
+  pixels.m_eFormat = Ogre::PF_BYTE_BGRA;
+  pixels.m_arrLevels.push_back({1, 1, WHITE});
+  m_pWhiteImage = std::make_unique<QXOgreImage>(*this, pixels, false);
+}
+
+void QXOgreDevice::BeginFrame() {
+  ++m_nFrame;
+  DeleteDiscarded();
+}
+
+void QXOgreDevice::UpdateCoordSets() {
+  for (QXOgreDrawable* const pDrawable : m_setDrawables) pDrawable->UpdateMaterials();
+}
+
+bool QXOgreDevice::TakesBlocks(Ogre::PixelFormat eFormat) const {
+  Ogre::RenderSystemCapabilities const& capabilities = *m_pRenderSystem->getCapabilities();
+  return capabilities.hasCapability(
+      eFormat == Ogre::PF_BC7_UNORM ? Ogre::RSC_TEXTURE_COMPRESSION_BC6H_BC7 : Ogre::RSC_TEXTURE_COMPRESSION_DXT);
+}
+
+void QXOgreDevice::Discard(Ogre::TexturePtr pTexture, std::size_t nByteCount) {
+  if (!pTexture) return;
+  {
+    std::scoped_lock const lock(m_DiscardedMutex);
+    m_arrDiscarded.emplace_back(std::move(pTexture), nByteCount);
+  }
+  if (std::this_thread::get_id() == m_ThreadID) DeleteDiscarded();
+}
+
+void QXOgreDevice::DeleteDiscarded() {
+  std::vector<std::pair<Ogre::TexturePtr, std::size_t>> arrDiscarded;
+  {
+    std::scoped_lock const lock(m_DiscardedMutex);
+    arrDiscarded.swap(m_arrDiscarded);
+  }
+  for (auto const& [pTexture, nByteCount] : arrDiscarded) {
+    Ogre::TextureManager::getSingleton().remove(pTexture);
+    // A texture that the device takes has less than 2 GiB.
+    QXTextureMemory::GetSingleton().DelMemory(static_cast<int>(nByteCount));
+  }
+}
+
+void QXOgreDevice::CountMemory(std::size_t nByteCount) {
+  QXTextureMemory::GetSingleton().AddMemory(static_cast<int>(nByteCount));
 }
 
 void QXOgreDevice::LoadRenderSystem(std::string const& strMediaFolder) {

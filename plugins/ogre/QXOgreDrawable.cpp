@@ -12,6 +12,7 @@
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreRenderable.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreTextureUnits.h>
 
 namespace QXC {
 
@@ -65,17 +66,21 @@ void QXOgreDrawable::SetScene(QXOgreScene* pScene) {
 void QXOgreDrawable::LeaveDevice() {
   SetScene(nullptr);
   ClearGeometry();
+  m_Textures = {};
   m_pDevice = nullptr;
 }
 
-void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source) {
+void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager) {
+  // Held until the new ones are: a texture that stays is never without a user.
+  std::vector<QXOgreTextureSet> const arrFormer = std::move(m_arrRangeTextures);
   ClearGeometry();
   if (!m_pDevice) return;
   m_Geometry.Upload(source);
   for (QXOgreRange const& range : m_Geometry.GetRanges()) {
-    m_arrRenderables.push_back(std::make_unique<QXOgreRenderable>(
-        m_Geometry.GetVertexData(), range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_matToEye));
+    m_arrRenderables.push_back(std::make_unique<QXOgreRenderable>(*m_pDevice, m_Geometry.GetVertexData(),
+        range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_matToEye));
   }
+  TakeTextures(source, pManager);
   if (source.GetMatrix()) m_matModel = *source.GetMatrix();
   // White is what an operation has that was given no colour.
   if (!(source.m_Color == QXColorValue3D::White)) m_Look.m_Color = source.m_Color;
@@ -83,8 +88,21 @@ void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source) {
   UpdateWorldBounds();
 }
 
+void QXOgreDrawable::TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager) {
+  auto const& arrPackages = source.GetTexturePackageArray();
+  std::vector<QXOgreRange> const& arrRanges = m_Geometry.GetRanges();
+  m_arrRangeTextures.resize(arrRanges.size());
+  for (std::size_t i = 0; i < arrRanges.size(); ++i) {
+    int const nPackage = arrRanges[i].m_nPackage;
+    if (nPackage < 0 || static_cast<std::size_t>(nPackage) >= arrPackages.GetSize()) continue;
+    QXTexturePackage const* const pPackage = arrPackages[static_cast<std::size_t>(nPackage)];
+    if (pPackage) m_arrRangeTextures[i].Assign(*pPackage, pManager);
+  }
+}
+
 void QXOgreDrawable::ClearGeometry() {
   m_arrRenderables.clear();
+  m_arrRangeTextures.clear();
   m_Geometry.Clear();
   UpdateWorldBounds();
 }
@@ -158,6 +176,7 @@ void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXO
   unsigned int nRanges = 0;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
     if (!m_arrRenderables[i]->IsVisible()) continue;
+    if (!m_arrRenderables[i]->PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
     queue.addRenderable(m_arrRenderables[i].get(), Ogre::RENDER_QUEUE_MAIN, nPriority);
     counts.m_nTriangles += m_Geometry.GetRanges()[i].m_nTriangleCount;
     ++nRanges;
@@ -166,17 +185,55 @@ void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXO
   if (nRanges > 0) counts.m_nVertices += m_Geometry.GetVertexCount();
 }
 
+void QXOgreDrawable::SetTexture(unsigned int nUnit, QXTexture* pTexture) {
+  if (!m_pDevice) return;
+  // They point to the use that goes.
+  for (auto const& pRenderable : m_arrRenderables) pRenderable->SetBindings({});
+  m_Textures.SetTexture(nUnit, pTexture);
+  UpdateMaterials();
+}
+
+void QXOgreDrawable::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) {
+  m_Textures.SetMatrix(nUnit, matTexture);
+  UpdateMaterials();
+}
+
 void QXOgreDrawable::UpdateMaterials() {
   if (!m_pDevice) return;
+  for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) UpdateMaterial(i);
+}
+
+void QXOgreDrawable::UpdateMaterial(std::size_t nRange) {
   QXColorValue3D const& own = m_Look.m_Color;
   QXColorValue3D const& mark = m_Look.m_MarkColor;
   QXColorValue3D const tint(own.r * mark.r, own.g * mark.g, own.b * mark.b, own.a * mark.a * m_Look.m_dOpacity);
-  for (auto const& pRenderable : m_arrRenderables) {
-    QXOgreSurface surface = m_Look.m_Surface;
-    surface.m_bTransparent = tint.a * pRenderable->GetColor().a < 1.0 || m_Geometry.HasTransparentVertices();
-    pRenderable->SetMaterial(m_pDevice->GetMaterials().Get(surface));
-    pRenderable->SetLook(tint, m_Look.m_bSelected ? m_Look.m_SelectionColor : QXColorValue3D(), m_Look.m_bLight);
+  QXOgreRenderable& renderable = *m_arrRenderables[nRange];
+  renderable.SetBindings(FindBindings(nRange));
+  QXOgreSurface surface = m_Look.m_Surface;
+  surface.m_strCoordSets = renderable.GetCoordSets();
+  surface.m_bTransparent = tint.a * renderable.GetColor().a < 1.0 || m_Geometry.HasTransparentVertices() ||
+                           renderable.HasTransparentTextures();
+  renderable.SetMaterial(m_pDevice->GetMaterials().Get(surface));
+  renderable.SetLook(tint, m_Look.m_bSelected ? m_Look.m_SelectionColor : QXColorValue3D(), m_Look.m_bLight);
+}
+
+std::vector<QXOgreBinding> QXOgreDrawable::FindBindings(std::size_t nRange) const {
+  bool const bOwn = m_arrRangeTextures[nRange].HasTextures();
+  QXOgreTextureSet const& set = bOwn ? m_arrRangeTextures[nRange] : m_Textures;
+  std::vector<QXOgreBinding> arrBindings;
+  for (QXOgreTextureSet::Unit const& unit : set.GetUnits()) {
+    if (!unit.GetSource()) continue;
+    int const nSet = m_Geometry.FindTexCoordSet(m_pDevice->GetTextureUnits().GetCoordSet(unit.m_nUnit));
+    // Without coordinates there is no place in the texture that would be the right one.
+    if (nSet < 0) continue;
+    QXOgreBinding binding;
+    binding.m_pUse = unit.m_pUse.get();
+    binding.m_nUnit = unit.m_nUnit;
+    binding.m_nCoordSet = nSet;
+    binding.m_matTexture = bOwn ? unit.m_matTexture * m_Textures.GetMatrix(unit.m_nUnit) : unit.m_matTexture;
+    arrBindings.push_back(std::move(binding));
   }
+  return arrBindings;
 }
 
 void QXOgreDrawable::UpdateWorldBounds() {

@@ -2,6 +2,7 @@
 /// What a scene draws: geometry at a place.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -14,13 +15,16 @@
 
 #include <plugins/ogre/QXOgreGeometry.h>
 #include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreTextureSet.h>
 #include <plugins/ogre/QXOgreView.h>
 
 namespace QXC {
 
 class QXOgreDevice;
 class QXOgreRenderable;
+struct QXOgreBinding;
 class QXOgreScene;
+class QXTextureManager;
 class QXRenderOperationMultiIndex;
 
 /// How a drawable looks, apart from its geometry.
@@ -56,8 +60,10 @@ public:
   /// Called by the device at its end: everything on the GPU goes.
   void LeaveDevice();
 
-  /// Replaces the geometry by a copy of the source's, and model matrix and colour where the source has such.
-  void SetGeometry(QXRenderOperationMultiIndex const& source);
+  /// Replaces the geometry by a copy of the source's, and model matrix and colour where the source has such. The
+  /// textures of its packages are used from then on.
+  /// @param pManager  knows textures by name; may be null
+  void SetGeometry(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
   void ClearGeometry();
   QXOgreGeometry const& GetGeometry() const { return m_Geometry; }
   unsigned char UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions);
@@ -66,6 +72,13 @@ public:
   void SetRangeVisible(unsigned int nRange, unsigned char bVisible);
   void SetRangeColor(unsigned int nRange, QXColorValue3D const& color);
   unsigned int GetTriangleCount() const;
+
+  /// Of a unit, for the ranges that bring no texture.
+  void SetTexture(unsigned int nUnit, QXTexture* pTexture);
+  /// Applied to a unit's coordinates after the transform that a range brings.
+  void SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture);
+  /// Gives every range the material that its look and its textures ask for.
+  void UpdateMaterials();
 
   void SetModelMatrix(QXMatrix4d const& matModel);
   QXMatrix4d const& GetModelMatrix() const { return m_matModel; }
@@ -84,12 +97,17 @@ public:
 
 private:
   bool IsSeen(QXOgreView const& view) const;
-  void UpdateMaterials();
+  void TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
+  void UpdateMaterial(std::size_t nRange);
+  std::vector<QXOgreBinding> FindBindings(std::size_t nRange) const;
   void UpdateWorldBounds();
 
   QXOgreDevice* m_pDevice;
   QXOgreScene* m_pScene;
   QXOgreGeometry m_Geometry;
+  QXOgreTextureSet m_Textures;
+  /// One a range, or none at all.
+  std::vector<QXOgreTextureSet> m_arrRangeTextures;
   /// One a range.
   std::vector<std::unique_ptr<QXOgreRenderable>> m_arrRenderables;
   QXMatrix4d m_matModel;

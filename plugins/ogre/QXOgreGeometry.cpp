@@ -63,7 +63,8 @@ bool IndicesStayBelow(T const* pIndices, unsigned int nCount, unsigned int nLimi
 
 }  // namespace
 
-QXOgreGeometry::QXOgreGeometry() : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0) {}
+QXOgreGeometry::QXOgreGeometry()
+    : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0), m_nTexCoordSets(0) {}
 QXOgreGeometry::~QXOgreGeometry() = default;
 
 void QXOgreGeometry::Upload(QXRenderOperationMultiIndex const& source) {
@@ -87,6 +88,12 @@ void QXOgreGeometry::Clear() {
   m_nVertexCount = 0;
   m_bColors = 0;
   m_bTransparentVertices = 0;
+  m_nTexCoordSets = 0;
+}
+
+int QXOgreGeometry::FindTexCoordSet(unsigned int nWanted) const {
+  if (nWanted < QXTexCoordBlock::UnitNum && (m_nTexCoordSets >> nWanted & 1U) != 0) return static_cast<int>(nWanted);
+  return m_nTexCoordSets == 0 ? -1 : std::countr_zero(m_nTexCoordSets);
 }
 
 void QXOgreGeometry::MeasureBounds(QXRenderOperationMultiIndex const& source) {
@@ -171,8 +178,7 @@ unsigned char QXOgreGeometry::UpdateColors(unsigned int nFirst, unsigned int nCo
 void QXOgreGeometry::UploadTexCoords(QXRenderOperationMultiIndex const& source) {
   if (!source.m_pTexCoordBlock) return;
   QXTexCoordBlock const& block = *source.m_pTexCoordBlock;
-  unsigned short nSet = 0;
-  for (unsigned int nUnit = 0; nUnit < QXTexCoordBlock::UnitNum; ++nUnit) {
+  for (unsigned short nUnit = 0; nUnit < QXTexCoordBlock::UnitNum; ++nUnit) {
     unsigned short const nDim = block.m_nDims[nUnit];
     // A set that does not reach all vertices would be read beyond its end.
     if (!block.m_pBuffers[nUnit] || nDim < 1 || nDim > 4 || block.m_nCounts[nUnit] < m_nVertexCount) continue;
@@ -180,33 +186,34 @@ void QXOgreGeometry::UploadTexCoords(QXRenderOperationMultiIndex const& source) 
     std::vector<float> arrCoords(std::size_t{m_nVertexCount} * nDim);
     for (std::size_t i = 0; i < m_nVertexCount; ++i)
       std::copy_n(block.m_pBuffers[nUnit] + i * nStride, nDim, arrCoords.data() + i * nDim);
-    AddStream(Ogre::VertexElement::multiplyTypeCount(Ogre::VET_FLOAT1, nDim), Ogre::VES_TEXTURE_COORDINATES, nSet++,
+    AddStream(Ogre::VertexElement::multiplyTypeCount(Ogre::VET_FLOAT1, nDim), Ogre::VES_TEXTURE_COORDINATES, nUnit,
         arrCoords.data());
+    m_nTexCoordSets |= 1U << nUnit;
   }
 }
 
 void QXOgreGeometry::UploadRanges(QXRenderOperationMultiIndex const& source) {
-  auto const addPackage = [&](QXVertexIndexPackage const* pPackage) {
+  auto const addPackage = [&](QXVertexIndexPackage const* pPackage, int nPackage) {
     if (!pPackage) return;
     AddRange(pPackage->m_pIndices, pPackage->m_nIndexType, pPackage->m_nStart, pPackage->m_nIndexNum,
-        pPackage->m_eOperationType, pPackage->m_Color);
+        pPackage->m_eOperationType, pPackage->m_Color, nPackage);
   };
-  addPackage(source.m_pVertexIndexPackage);
+  addPackage(source.m_pVertexIndexPackage, -1);
   if (source.m_pIndexBlock) {
     QXIndexBlock const& block = *source.m_pIndexBlock;
-    AddRange(
-        block.m_pBuffer, block.m_nIndexType, 0, block.m_nIndexNum, QX_OPERATION_TRIANGLE_LIST, QXColorValue3D::White);
+    AddRange(block.m_pBuffer, block.m_nIndexType, 0, block.m_nIndexNum, QX_OPERATION_TRIANGLE_LIST,
+        QXColorValue3D::White, -1);
   }
   auto const& arrPackages = source.GetIndexPackageArray();
-  for (unsigned int i = 0; i < arrPackages.GetSize(); ++i) addPackage(arrPackages[i]);
+  for (unsigned int i = 0; i < arrPackages.GetSize(); ++i) addPackage(arrPackages[i], static_cast<int>(i));
 }
 
 void QXOgreGeometry::AddRange(void const* pIndices, int nIndexType, unsigned int nStart, unsigned int nCount,
-    int eOperationType, QXColorValue3D const& color) {
+    int eOperationType, QXColorValue3D const& color, int nPackage) {
   unsigned int const nTriangles = TriangleCount(eOperationType, nCount);
   bool const bKnown = eOperationType >= QX_OPERATION_POINT_LIST && eOperationType <= QX_OPERATION_TRIANGLE_FAN;
   // Whoever numbers ranges counts those that draw nothing too, so a range that cannot be drawn stands in its place.
-  QXOgreRange range{nullptr, eOperationType, color, 0};
+  QXOgreRange range{nullptr, eOperationType, color, 0, nPackage};
   if (pIndices && nCount > 0 && bKnown) UploadIndices(range, pIndices, nIndexType == 1, nStart, nCount);
   if (range.m_pIndexData) range.m_nTriangleCount = nTriangles;
   m_arrRanges.push_back(std::move(range));

@@ -25,6 +25,8 @@ struct QXOgreRange {
   int m_eOperationType;                           ///< QXOperationType
   QXColorValue3D m_Color;                         ///< Of the range; that of the operation is the drawable's
   unsigned int m_nTriangleCount;
+  /// Place of its packages in the source's arrays, -1 for a range that stands in none.
+  int m_nPackage;
 };
 
 /// Copies of everything that a QXRenderOperationMultiIndex holds, in GPU buffers. The source may die afterwards.
@@ -60,6 +62,9 @@ public:
   unsigned char UpdateColors(unsigned int nFirst, unsigned int nCount, std::uint32_t const* pColors);
   /// 1 if a vertex colour lets something through.
   unsigned char HasTransparentVertices() const { return m_bTransparentVertices; }
+  /// The set of texture coordinates that stands in for a wanted one: itself where the geometry has it, else the first
+  /// that there is; -1 without any.
+  int FindTexCoordSet(unsigned int nWanted) const;
 
 private:
   void MeasureBounds(QXRenderOperationMultiIndex const& source);
@@ -70,7 +75,7 @@ private:
   void UploadTexCoords(QXRenderOperationMultiIndex const& source);
   void UploadRanges(QXRenderOperationMultiIndex const& source);
   void AddRange(void const* pIndices, int nIndexType, unsigned int nStart, unsigned int nCount, int eOperationType,
-      QXColorValue3D const& color);
+      QXColorValue3D const& color, int nPackage);
   void UploadIndices(QXOgreRange& range, void const* pIndices, bool bWide, unsigned int nStart, unsigned int nCount);
 
   std::unique_ptr<Ogre::VertexData> m_pVertexData;
@@ -81,6 +86,8 @@ private:
   unsigned int m_nVertexCount;
   unsigned char m_bColors;
   unsigned char m_bTransparentVertices;
+  /// One bit a set of texture coordinates.
+  unsigned int m_nTexCoordSets;
 };
 
 }  // namespace QXC

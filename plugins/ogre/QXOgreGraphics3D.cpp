@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
 
 #include <OgreException.h>
 #include <OgreRenderSystem.h>
@@ -17,6 +18,8 @@
 #include <plugins/ogre/QXOgreRenderTexture.h>
 #include <plugins/ogre/QXOgreRenderWindow.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreTextureManager.h>
+#include <plugins/ogre/QXOgreTextureUnits.h>
 
 namespace QXC {
 
@@ -40,8 +43,10 @@ GPUVendor ToVendor(Ogre::GPUVendor eVendor, std::string const& strDevice) {
 }  // namespace
 
 QXOgreGraphics3D::QXOgreGraphics3D()
-    : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)), m_strName(L"ogre"), m_nDrawOperationCount(0) {
+    : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)),
+      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)), m_strName(L"ogre"), m_nDrawOperationCount(0) {
   m_pRenderOperationManager = m_pManager.get();
+  m_pTextureManager = m_pTextures.get();
 }
 
 QXOgreGraphics3D::~QXOgreGraphics3D() {
@@ -53,8 +58,18 @@ QXOgreGraphics3D::~QXOgreGraphics3D() {
   m_arrCameras.clear();
   for (auto const& [strName, pScene] : m_mapScenes) m_pDevice->DestroyScene(pScene);
   m_mapScenes.clear();
+  // Models and atlases give their textures back to a manager that is still there.
+  ClearResource();
+  m_pTextures->LeaveDevice();
+  m_pTextureManager = nullptr;
+  m_pTextures.reset();
   m_pDevice.reset();
   m_pRenderOperationManager = nullptr;
+}
+
+QXOgreDevice& QXOgreGraphics3D::RequireDevice() const {
+  if (!m_pDevice) throw std::runtime_error("a texture needs an initialised renderer");
+  return *m_pDevice;
 }
 
 QXOgreScene* QXOgreGraphics3D::FindScene(QdcUnicodeString const& strName) const {
@@ -219,6 +234,24 @@ void QXOgreGraphics3D::UpdatePrioritisedRenderTargets() {
     m_pActiveRenderTarget = pTarget;
     pTarget->Update();
   }
+}
+
+void QXOgreGraphics3D::SetTextureUnitFiltering(unsigned int nUnit, int nFilter0, int nFilter1, int nFilter2) {
+  if (m_pDevice) m_pDevice->GetTextureUnits().SetFilters(nUnit, {nFilter0, nFilter1, nFilter2});
+}
+
+void QXOgreGraphics3D::SetTextureCoordSet(unsigned int nUnit, unsigned int nSet) {
+  if (!m_pDevice) return;
+  m_pDevice->GetTextureUnits().SetCoordSet(nUnit, nSet);
+  Try([&] { m_pDevice->UpdateCoordSets(); });
+}
+
+void QXOgreGraphics3D::SetTextureAnisotropy(unsigned int nUnit, unsigned int nMaxAnisotropy) {
+  if (m_pDevice) m_pDevice->GetTextureUnits().SetAnisotropy(nUnit, nMaxAnisotropy);
+}
+
+void QXOgreGraphics3D::SetTextureMipmapBias(unsigned int nUnit, double dBias) {
+  if (m_pDevice) m_pDevice->GetTextureUnits().SetMipmapBias(nUnit, dBias);
 }
 
 void QXOgreGraphics3D::SetRelativeOrigin(QXVector3d const& vecOrigin) {

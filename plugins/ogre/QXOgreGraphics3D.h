@@ -19,6 +19,7 @@ class QXOgreCamera;
 class QXOgreRenderOperationManager;
 class QXOgreRenderTarget;
 class QXOgreScene;
+class QXOgreTextureManager;
 
 /// The renderer. It owns the device, the scenes and the cameras, and knows its targets and drawables, which hosts own:
 /// at its end it takes the device's part away from those that are left.
@@ -31,6 +32,8 @@ public:
 
   /// Null before Initialize.
   QXOgreDevice* GetDevice() const { return m_pDevice.get(); }
+  /// The device; throws std::runtime_error before Initialize.
+  QXOgreDevice& RequireDevice() const;
   /// Null if there is none of that name.
   QXOgreScene* FindScene(QdcUnicodeString const& strName) const;
   /// Called by the targets themselves.
@@ -73,6 +76,10 @@ public:
   void MakeOrthoMatrix(
       double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) override;
   void SetCullingMode(CullingMode eMode) override { m_eCullingMode = eMode; }
+  void SetTextureUnitFiltering(unsigned int nUnit, int nFilter0, int nFilter1, int nFilter2) override;
+  void SetTextureCoordSet(unsigned int nUnit, unsigned int nSet) override;
+  void SetTextureAnisotropy(unsigned int nUnit, unsigned int nMaxAnisotropy) override;
+  void SetTextureMipmapBias(unsigned int nUnit, double dBias) override;
   void SetRelativeOrigin(QXVector3d const& vecOrigin) override;
   QXVector3d const& GetRelativeOrigin() const override { return m_vecRelativeOrigin; }
   unsigned int GetDrawOperationCount() const override { return m_nDrawOperationCount; }
@@ -119,6 +126,7 @@ private:
   std::vector<std::unique_ptr<QXOgreCamera>> m_arrCameras;
   std::unordered_set<QXOgreRenderTarget*> m_setTargets;
   std::unique_ptr<QXOgreRenderOperationManager> m_pManager;
+  std::unique_ptr<QXOgreTextureManager> m_pTextures;
   QXVector3d m_vecRelativeOrigin;
   QdcUnicodeString m_strName;
   QdcUnicodeString m_strError;

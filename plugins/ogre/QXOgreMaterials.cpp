@@ -1,6 +1,8 @@
 #include <plugins/ogre/QXOgreMaterials.h>
 
+#include <cstddef>
 #include <stdexcept>
+#include <string>
 
 #include <OgreGpuProgramParams.h>
 #include <OgreHighLevelGpuProgram.h>
@@ -17,42 +19,102 @@
 
 namespace QXC {
 
-QXOgreMaterials::QXOgreMaterials(QXOgreLog& log) {
-  CompilePrograms(log);
+namespace {
+
+constexpr char VERSION[] = "#version 330 core\n";
+
+/// Whether a letter names a set whose third coordinate picks a layer.
+bool IsStack(char cSet) {
+  return cSet >= 'A';
+}
+
+/// The vertex program that hands on, for each texture, the transformed coordinates of its set; the layer of a stack is
+/// a coordinate that nothing transforms.
+std::string VertexSource(std::string const& strCoordSets) {
+  std::string strDeclarations;
+  std::string strLines;
+  unsigned int nDeclared = 0;
+  for (std::size_t i = 0; i < strCoordSets.size(); ++i) {
+    std::string const strNumber = std::to_string(i);
+    unsigned int const nSet = static_cast<unsigned int>(strCoordSets[i] - (IsStack(strCoordSets[i]) ? 'A' : '0'));
+    std::string const strSet = "uv" + std::to_string(nSet);
+    // Two textures may read one set, which is declared once.
+    if ((nDeclared >> nSet & 1U) == 0) strDeclarations += "in vec4 " + strSet + ";\n";
+    nDeclared |= 1U << nSet;
+    strDeclarations += "uniform vec4 textureU" + strNumber + ";\nuniform vec4 textureV" + strNumber +
+                       ";\nout vec3 place" + strNumber + ";\n";
+    strLines += "  place" + strNumber + " = vec3(dot(textureU" + strNumber + ", " + strSet + "), dot(textureV" +
+                strNumber + ", " + strSet + "), " + strSet + ".z);\n";
+  }
+  return VERSION + strDeclarations + QX_OGRE_VERTEX_SHADER + strLines + "}\n";
+}
+
+/// The fragment program that multiplies the colour with every texture.
+std::string FragmentSource(std::string const& strCoordSets) {
+  std::string strDeclarations;
+  std::string strLines;
+  for (std::size_t i = 0; i < strCoordSets.size(); ++i) {
+    std::string const strNumber = std::to_string(i);
+    bool const bStack = IsStack(strCoordSets[i]);
+    strDeclarations += std::string("uniform ") + (bStack ? "sampler2DArray" : "sampler2D") + " texture" + strNumber +
+                       ";\nin vec3 place" + strNumber + ";\n";
+    strLines += "  colour *= texture(texture" + strNumber + ", place" + strNumber + (bStack ? "" : ".xy") + ");\n";
+  }
+  return VERSION + strDeclarations + QX_OGRE_FRAGMENT_SHADER + strLines + QX_OGRE_FRAGMENT_SHADER_END;
+}
+
+void Apply(Ogre::Material const& material, QXOgreLight const& light) {
+  auto const pParameters = material.getTechnique(0)->getPass(0)->getFragmentProgramParameters();
+  pParameters->setNamedConstant("toSun", light.m_vecToSun);
+  pParameters->setNamedConstant("ambient", light.m_Ambient);
+  pParameters->setNamedConstant("diffuse", light.m_Diffuse);
+  pParameters->setNamedConstant("orthographic", light.m_fOrthographic);
+}
+
+}  // namespace
+
+QXOgreMaterials::QXOgreMaterials(QXOgreLog& log) : m_Log(log), m_Light() {
+  GetPrograms({});
 }
 
 QXOgreMaterials::~QXOgreMaterials() {
   // Materials hold the programs, so they go first.
   for (auto& [surface, pMaterial] : m_mapMaterials) Ogre::MaterialManager::getSingleton().remove(pMaterial);
   m_mapMaterials.clear();
-  for (auto* pProgram : {&m_pVertexProgram, &m_pFragmentProgram}) {
-    if (*pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(*pProgram);
-    pProgram->reset();
-  }
+  for (auto& [strCoordSets, programs] : m_mapPrograms)
+    for (auto const& pProgram : {programs.m_pVertex, programs.m_pFragment})
+      if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
 }
 
-void QXOgreMaterials::CompilePrograms(QXOgreLog& log) {
-  auto& programs = Ogre::HighLevelGpuProgramManager::getSingleton();
-  auto const compile = [&](char const* szSource, Ogre::GpuProgramType eType) {
-    auto pProgram = programs.createProgram(
-        QXOgreDevice::MakeName("program"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME, "glsl", eType);
-    pProgram->setSource(szSource);
-    log.Clear();
-    pProgram->load();
-    if (pProgram->hasCompileError()) throw std::runtime_error("a program does not compile: " + log.GetLastComplaint());
-    return pProgram;
-  };
-  m_pVertexProgram = compile(QX_OGRE_VERTEX_SHADER, Ogre::GPT_VERTEX_PROGRAM);
-  m_pFragmentProgram = compile(QX_OGRE_FRAGMENT_SHADER, Ogre::GPT_FRAGMENT_PROGRAM);
+QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(std::string const& strCoordSets) {
+  Programs& programs = m_mapPrograms[strCoordSets];
+  if (!programs.m_pVertex) programs.m_pVertex = Compile(VertexSource(strCoordSets), Ogre::GPT_VERTEX_PROGRAM);
+  if (!programs.m_pFragment) programs.m_pFragment = Compile(FragmentSource(strCoordSets), Ogre::GPT_FRAGMENT_PROGRAM);
+  return programs;
+}
+
+Ogre::HighLevelGpuProgramPtr QXOgreMaterials::Compile(std::string const& strSource, Ogre::GpuProgramType eType) {
+  auto pProgram = Ogre::HighLevelGpuProgramManager::getSingleton().createProgram(
+      QXOgreDevice::MakeName("program"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME, "glsl", eType);
+  pProgram->setSource(strSource);
+  m_Log.Clear();
+  pProgram->load();
+  if (!pProgram->hasCompileError()) return pProgram;
+  Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
+  throw std::runtime_error("a program does not compile: " + m_Log.GetLastComplaint());
 }
 
 Ogre::MaterialPtr const& QXOgreMaterials::Get(QXOgreSurface const& surface) {
-  Ogre::MaterialPtr& pMaterial = m_mapMaterials[surface];
-  if (!pMaterial) pMaterial = Make(surface);
-  return pMaterial;
+  auto const position = m_mapMaterials.find(surface);
+  if (position != m_mapMaterials.end()) return position->second;
+  Ogre::MaterialPtr const pMaterial = Make(surface);
+  // It may be made while a viewport is being drawn, whose light was set before.
+  Apply(*pMaterial, m_Light);
+  return m_mapMaterials[surface] = pMaterial;
 }
 
 Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
+  Programs const& programs = GetPrograms(surface.m_strCoordSets);
   auto pMaterial = Ogre::MaterialManager::getSingleton().create(
       QXOgreDevice::MakeName("material"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
   Ogre::Pass* const pPass = pMaterial->getTechnique(0)->getPass(0);
@@ -68,8 +130,8 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   if (surface.m_bTransparent)
     pPass->setSeparateSceneBlending(
         Ogre::SBF_SOURCE_ALPHA, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA, Ogre::SBF_ONE, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA);
-  pPass->setVertexProgram(m_pVertexProgram->getName());
-  pPass->setFragmentProgram(m_pFragmentProgram->getName());
+  pPass->setVertexProgram(programs.m_pVertex->getName());
+  pPass->setFragmentProgram(programs.m_pFragment->getName());
   using Parameters = Ogre::GpuProgramParameters;
   auto const pVertex = pPass->getVertexProgramParameters();
   pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
@@ -80,18 +142,19 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pFragment->setNamedAutoConstant("tint", Parameters::ACT_CUSTOM, QX_OGRE_TINT);
   pFragment->setNamedAutoConstant("selection", Parameters::ACT_CUSTOM, QX_OGRE_SELECTION);
   pFragment->setNamedAutoConstant("shading", Parameters::ACT_CUSTOM, QX_OGRE_SHADING);
+  for (unsigned int i = 0; i < surface.m_strCoordSets.size(); ++i) {
+    std::string const strNumber = std::to_string(i);
+    pVertex->setNamedAutoConstant("textureU" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURE_ROWS + 2 * i);
+    pVertex->setNamedAutoConstant("textureV" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURE_ROWS + 2 * i + 1);
+    pFragment->setNamedConstant("texture" + strNumber, static_cast<int>(i));
+  }
   pMaterial->load();
   return pMaterial;
 }
 
 void QXOgreMaterials::SetLight(QXOgreLight const& light) {
-  for (auto const& [surface, pMaterial] : m_mapMaterials) {
-    auto const pParameters = pMaterial->getTechnique(0)->getPass(0)->getFragmentProgramParameters();
-    pParameters->setNamedConstant("toSun", light.m_vecToSun);
-    pParameters->setNamedConstant("ambient", light.m_Ambient);
-    pParameters->setNamedConstant("diffuse", light.m_Diffuse);
-    pParameters->setNamedConstant("orthographic", light.m_fOrthographic);
-  }
+  m_Light = light;
+  for (auto const& [surface, pMaterial] : m_mapMaterials) Apply(*pMaterial, light);
 }
 
 }  // namespace QXC

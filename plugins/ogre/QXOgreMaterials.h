@@ -4,6 +4,7 @@
 
 #include <compare>
 #include <map>
+#include <string>
 
 #include <OgreColourValue.h>
 #include <OgreHighLevelGpuProgram.h>
@@ -33,6 +34,9 @@ struct QXOgreSurface {
   float m_fPointSize = 1.0F;
   float m_fDepthBias = 0.0F;
   float m_fDepthBiasSlope = 0.0F;
+  /// The coordinate set that each texture reads ('0' to '7', 'A' to 'H' for a stack of layers), in the order in which textures are multiplied with the
+  /// colour; empty without textures. Which textures they are the renderable knows.
+  std::string m_strCoordSets;
 
   // The check takes the zero inside the comparison that the compiler writes for a pointer.
   auto operator<=>(QXOgreSurface const&) const = default;  // NOLINT(modernize-use-nullptr)
@@ -43,9 +47,13 @@ enum QXOgreParameter : unsigned int {
   QX_OGRE_TINT = 0,       ///< Factor on the vertex colour
   QX_OGRE_SELECTION = 1,  ///< Colour of the selection; alpha is how much it covers, 0 where nothing is selected
   QX_OGRE_SHADING = 2,    ///< x: 1 lit, 0 the plain colour
+  /// Two for each texture: what the four coordinates are multiplied with to give u and v.
+  QX_OGRE_TEXTURE_ROWS = 3,
 };
 
-/// Materials of the drawables, one a surface, all on one pair of programs: GL3Plus draws nothing without programs.
+/// Materials of the drawables, one a surface, on one pair of programs for each sequence of coordinate sets: GL3Plus
+/// draws nothing without programs. Textures are no part of a material: the renderables bind them, so that a texture may
+/// come, change and go without any material that knows of it.
 class QXOgreMaterials final {
 public:
   /// Compiles the programs. Throws std::runtime_error with the compiler's words if they do not compile: OGRE itself
@@ -61,12 +69,20 @@ public:
   void SetLight(QXOgreLight const& light);
 
 private:
-  void CompilePrograms(QXOgreLog& log);
+  struct Programs {
+    Ogre::HighLevelGpuProgramPtr m_pVertex;
+    Ogre::HighLevelGpuProgramPtr m_pFragment;
+  };
+
+  /// Those of a sequence of coordinate sets, compiled at its first use. Throws as the constructor does.
+  Programs const& GetPrograms(std::string const& strCoordSets);
+  Ogre::HighLevelGpuProgramPtr Compile(std::string const& strSource, Ogre::GpuProgramType eType);
   Ogre::MaterialPtr Make(QXOgreSurface const& surface);
 
-  Ogre::HighLevelGpuProgramPtr m_pVertexProgram;
-  Ogre::HighLevelGpuProgramPtr m_pFragmentProgram;
+  QXOgreLog& m_Log;
+  std::map<std::string, Programs> m_mapPrograms;
   std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
+  QXOgreLight m_Light;
 };
 
 }  // namespace QXC

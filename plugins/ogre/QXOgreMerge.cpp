@@ -10,6 +10,7 @@
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/renderop/QXTexCoordBlock.h>
+#include <QxGraphics3D/renderop/QXTexturePackage.h>
 #include <QxGraphics3D/renderop/QXVertexBlock.h>
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
 
@@ -54,9 +55,39 @@ void CopyVertices(QXRenderOperation const& source, float* pTarget) {
   }
 }
 
-void CopyTexCoords(QXRenderOperation const& source, float* pTarget) {
-  bool const bPresent = source.m_pTexCoords[0] && source.m_nTexVertexNums[0] >= source.m_nVertexNum;
-  if (bPresent) std::copy_n(source.m_pTexCoords[0], std::size_t{source.m_nVertexNum} * 2, pTarget);
+/// Whether an operation's coordinates of a unit reach all its vertices.
+bool HasTexCoords(QXRenderOperation const& source, unsigned int nUnit) {
+  return source.m_pVertices && source.m_pTexCoords[nUnit] && source.m_nTexVertexNums[nUnit] >= source.m_nVertexNum;
+}
+
+/// One pair of coordinates a vertex in each unit that some operation has.
+QXTexCoordBlock* MakeTexCoords(std::vector<QXRenderOperation const*> const& arrOperations, std::size_t nVertexNum) {
+  auto* const pBlock = new QXTexCoordBlock;
+  for (unsigned int nUnit = 0; nUnit < QXTexCoordBlock::UnitNum; ++nUnit) {
+    bool const bWanted = std::any_of(arrOperations.begin(), arrOperations.end(),
+        [&](QXRenderOperation const* pOperation) { return HasTexCoords(*pOperation, nUnit); });
+    if (!bWanted) continue;
+    pBlock->m_pBuffers[nUnit] = new float[nVertexNum * 2]();
+    pBlock->m_nCounts[nUnit] = static_cast<unsigned int>(nVertexNum);
+    float* pTarget = pBlock->m_pBuffers[nUnit];
+    for (QXRenderOperation const* const pOperation : arrOperations) {
+      if (!pOperation->m_pVertices) continue;
+      std::size_t const nCount = std::size_t{pOperation->m_nVertexNum} * 2;
+      if (HasTexCoords(*pOperation, nUnit)) std::copy_n(pOperation->m_pTexCoords[nUnit], nCount, pTarget);
+      pTarget += nCount;
+    }
+  }
+  return pBlock;
+}
+
+/// The operation's textures, all units at once; null without any.
+QXTexturePackage* MakeTextures(QXRenderOperation const& source) {
+  QXTexture* const* const pEnd = source.m_pTextures + QXRenderOperation::UnitNum;
+  if (std::all_of(source.m_pTextures, pEnd, [](QXTexture const* p) { return !p; })) return nullptr;
+  auto* const pPackage = new QXTexturePackage;
+  std::copy(source.m_pTextures, pEnd, pPackage->m_pTextures);
+  pPackage->m_bFlag = 1;
+  return pPackage;
 }
 
 QXVertexIndexPackage* MakeRange(QXRenderOperation const& source, unsigned int nFirstVertex) {
@@ -87,15 +118,12 @@ std::unique_ptr<QXRenderOperationMultiIndex> Merge(std::vector<QXRenderOperation
   pResult->m_pVertexBlock->m_nStride = STRIDE;
   pResult->m_pVertexBlock->m_nNormalOffset = NORMAL_OFFSET;
   pResult->m_pVertexBlock->m_nColorOffset = COLOR_OFFSET;
-  pResult->m_pTexCoordBlock = new QXTexCoordBlock;
-  pResult->m_pTexCoordBlock->m_pBuffers[0] = new float[nVertexNum * 2]();
-  pResult->m_pTexCoordBlock->m_nCounts[0] = static_cast<unsigned int>(nVertexNum);
+  pResult->m_pTexCoordBlock = MakeTexCoords(arrOperations, nVertexNum);
   unsigned int nFirst = 0;
   for (QXRenderOperation const* const pOperation : arrOperations) {
     if (!pOperation->m_pVertices) continue;
     CopyVertices(*pOperation, pResult->m_pVertexBlock->m_pBuffer + std::size_t{nFirst} * STRIDE);
-    CopyTexCoords(*pOperation, pResult->m_pTexCoordBlock->m_pBuffers[0] + std::size_t{nFirst} * 2);
-    pResult->SetAt(MakeRange(*pOperation, nFirst), nullptr);
+    pResult->SetAt(MakeRange(*pOperation, nFirst), MakeTextures(*pOperation));
     nFirst += pOperation->m_nVertexNum;
   }
   return pResult;

@@ -11,8 +11,8 @@ class QXRenderOperation;
 class QXRenderOperationMultiIndex;
 
 /// Copies the operations into one vertex block, one index range each with the operation's first colour. The operations'
-/// own matrices differ, so positions and normals are turned into the common coordinates; colours and texture
-/// coordinates of unit 0 come along. Indices in threes are triangles; without indices the vertices stand in threes.
+/// own matrices differ, so positions and normals are turned into the common coordinates; colours, textures and texture
+/// coordinates come along. Indices in threes are triangles; without indices the vertices stand in threes.
 std::unique_ptr<QXRenderOperationMultiIndex> Merge(std::vector<QXRenderOperation const*> const& arrOperations);
 
 }  // namespace QXC

@@ -38,7 +38,8 @@ unsigned char QXOgreRenderOperation3D::Try(Work&& work) {
 
 void QXOgreRenderOperation3D::SetGeometry(QXRenderOperationMultiIndex const& source) {
   // Half of a geometry is worse than none.
-  if (!Try([&] { m_Drawable.SetGeometry(source); })) m_Drawable.ClearGeometry();
+  QXTextureManager* const pTextures = m_pManager ? m_pManager->GetGraphics3D().GetTextureManager() : nullptr;
+  if (!Try([&] { m_Drawable.SetGeometry(source, pTextures); })) m_Drawable.ClearGeometry();
 }
 
 void QXOgreRenderOperation3D::SetMarkColor(QXColorValue3D const& color) {
@@ -124,6 +125,14 @@ void QXOgreRenderOperation3D::SetRenderOperationSet(QXRenderOperationSet const& 
   for (std::size_t i = 0; i < set.m_arrRenderOperations.GetSize(); ++i)
     if (set.m_arrRenderOperations[i]) arrOperations.push_back(set.m_arrRenderOperations[i]);
   SetGeometry(*Merge(arrOperations));
+}
+
+void QXOgreRenderOperation3D::SetTexture(unsigned int nUnit, QXTexture* pTexture) {
+  Try([&] { m_Drawable.SetTexture(nUnit, pTexture); });
+}
+
+void QXOgreRenderOperation3D::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) {
+  Try([&] { m_Drawable.SetTextureMatrix(nUnit, matTexture); });
 }
 
 unsigned int QXOgreRenderOperation3D::GetIndexRangeCount() const {

@@ -66,8 +66,10 @@ public:
   unsigned char UpdateColors(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors) override;
   void SetIndexRangeVisible(unsigned int nRange, unsigned char bVisible) override;
   void SetIndexRangeColor(unsigned int nRange, QXColorValue3D const& color) override;
-  void SetTexture(unsigned int, QXTexture*) override {}
-  void SetTextureMatrix(unsigned int, QXMatrix4d const&) override {}
+  /// Takes no effect on geometry without texture coordinates.
+  void SetTexture(unsigned int nUnit, QXTexture* pTexture) override;
+  /// Of all ranges; a range's own transform comes first.
+  void SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) override;
   void SetBatchState(QXBatchSelAndVertexColor const&) override {}
   void SetDepthTest(unsigned char bTest) override;
   void SetDepthWrite(unsigned char bWrite) override;

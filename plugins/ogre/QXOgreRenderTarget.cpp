@@ -94,6 +94,7 @@ void QXOgreRenderTarget::Update() {
   if (m_pListener) m_pListener->BeforeRender();
   m_Stats.triangleCount = 0;
   m_pRenderer->Try([this] {
+    m_pRenderer->GetDevice()->BeginFrame();
     m_pOgreTarget->_beginUpdate();
     QXRenderTarget::Update();
     m_pOgreTarget->_endUpdate();
@@ -166,6 +167,7 @@ void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatc
       std::abs(rcPatch.bottom - rcPatch.top), 0);
   viewport.m_BackgroundColor = QXColorValue3D(0.0, 0.0, 0.0, 0.0);
   m_pRenderer->Try([&] {
+    m_pRenderer->GetDevice()->BeginFrame();
     m_pOgreTarget->_beginUpdate();
     camera.RenderScene(&viewport, 1);
     m_pOgreTarget->_endUpdate();

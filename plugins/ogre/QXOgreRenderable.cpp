@@ -1,8 +1,15 @@
 #include <plugins/ogre/QXOgreRenderable.h>
 
-#include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
+#include <OgreRenderSystem.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
+#include <QxGraphics3D/texture/QXTexture.h>
+
+#include <plugins/ogre/QXOgreDevice.h>
+#include <plugins/ogre/QXOgreImage.h>
 #include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreTextureSource.h>
+#include <plugins/ogre/QXOgreTextureUnits.h>
 
 namespace QXC {
 
@@ -24,11 +31,32 @@ Ogre::Vector4 ToVector4(QXColorValue3D const& color) {
       static_cast<float>(color.a)};
 }
 
+/// What the four coordinates are multiplied with to give one of the transformed ones.
+Ogre::Vector4 Column(QXMatrix4d const& mat, int nColumn, double dScale, double dOffset) {
+  return {static_cast<float>(mat[0][nColumn] * dScale), static_cast<float>(mat[1][nColumn] * dScale),
+      static_cast<float>(mat[2][nColumn] * dScale), static_cast<float>(mat[3][nColumn] * dScale + dOffset)};
+}
+
+/// The letters of sets whose third coordinate picks a layer follow those of plain sets.
+char LetterOf(QXOgreBinding const& binding) {
+  return static_cast<char>((binding.m_bStack ? 'A' : '0') + binding.m_nCoordSet);
+}
+
+bool IsTransparent(QXOgreBinding const& binding) {
+  QXOgreTextureSource const* const pSource = binding.m_pUse->GetSource();
+  return pSource && pSource->IsTransparent();
+}
+
+bool IsStack(QXOgreBinding const& binding) {
+  QXOgreTextureSource const* const pSource = binding.m_pUse->GetSource();
+  return pSource && pSource->GetImage() && pSource->GetImage()->IsStack();
+}
+
 }  // namespace
 
-QXOgreRenderable::QXOgreRenderable(Ogre::VertexData* pVertexData, Ogre::IndexData* pIndexData, int eOperationType,
-    QXColorValue3D const& color, Ogre::Matrix4 const& matToEye)
-    : m_matToEye(matToEye), m_Color(color), m_bVisible(1) {
+QXOgreRenderable::QXOgreRenderable(QXOgreDevice& device, Ogre::VertexData* pVertexData, Ogre::IndexData* pIndexData,
+    int eOperationType, QXColorValue3D const& color, Ogre::Matrix4 const& matToEye)
+    : m_Device(device), m_matToEye(matToEye), m_Color(color), m_bVisible(1), m_bTransparentTextures(false) {
   m_Operation.vertexData = pVertexData;
   m_Operation.indexData = pIndexData;
   m_Operation.useIndexes = true;
@@ -42,6 +70,73 @@ void QXOgreRenderable::SetLook(QXColorValue3D const& tint, QXColorValue3D const&
   setCustomParameter(QX_OGRE_TINT, ToVector4(product));
   setCustomParameter(QX_OGRE_SELECTION, ToVector4(selection));
   setCustomParameter(QX_OGRE_SHADING, Ogre::Vector4(bLight && bFaces ? 1.0F : 0.0F, 0.0F, 0.0F, 0.0F));
+}
+
+void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> arrBindings) {
+  m_arrBindings = std::move(arrBindings);
+  m_bTransparentTextures = false;
+  for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
+    m_bTransparentTextures = m_bTransparentTextures || IsTransparent(m_arrBindings[i]);
+    m_arrBindings[i].m_bStack = IsStack(m_arrBindings[i]);
+    if (m_arrBindings[i].m_pUse->GetSource()) TellProgram(i);
+  }
+}
+
+std::string QXOgreRenderable::GetCoordSets() const {
+  std::string strSets;
+  for (QXOgreBinding const& binding : m_arrBindings) strSets += LetterOf(binding);
+  return strSets;
+}
+
+bool QXOgreRenderable::PrepareTextures(unsigned long long nFrame) {
+  bool bFits = true;
+  bool bTransparent = false;
+  for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
+    QXOgreTextureSource* const pSource = m_arrBindings[i].m_pUse->GetSource();
+    if (!pSource) return false;
+    pSource->PrepareFor(nFrame);
+    bTransparent = bTransparent || pSource->IsTransparent();
+    bFits = bFits && m_arrBindings[i].m_bStack == IsStack(m_arrBindings[i]);
+    TellProgram(i);
+  }
+  return bFits && bTransparent == m_bTransparentTextures;
+}
+
+bool QXOgreRenderable::HasTransparentTextures() const {
+  return m_bTransparentTextures;
+}
+
+void QXOgreRenderable::TellProgram(std::size_t nTexture) {
+  QXOgreBinding& binding = m_arrBindings[nTexture];
+  QXOgreTextureSource const& source = *binding.m_pUse->GetSource();
+  QXVector3d const vecScale = source.GetScale();
+  QXVector3d const& vecOffset = source.GetTexture().m_vecOffset;
+  bool const bReversed = source.IsReversed();
+  if (binding.m_bTold && binding.m_vecScale == vecScale && binding.m_vecOffset == vecOffset &&
+      binding.m_bReversed == bReversed)
+    return;
+  binding.m_bTold = true;
+  binding.m_vecScale = vecScale;
+  binding.m_vecOffset = vecOffset;
+  binding.m_bReversed = bReversed;
+  std::size_t const nFirst = QX_OGRE_TEXTURE_ROWS + 2 * nTexture;
+  double const dScaleV = bReversed ? -vecScale.y : vecScale.y;
+  double const dOffsetV = bReversed ? 1.0 - vecOffset.y : vecOffset.y;
+  setCustomParameter(nFirst, Column(binding.m_matTexture, 0, vecScale.x, vecOffset.x));
+  setCustomParameter(nFirst + 1, Column(binding.m_matTexture, 1, dScaleV, dOffsetV));
+}
+
+bool QXOgreRenderable::preRender(Ogre::SceneManager*, Ogre::RenderSystem* pRenderSystem) {
+  for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
+    QXOgreBinding const& binding = m_arrBindings[i];
+    QXOgreTextureSource const* const pSource = binding.m_pUse->GetSource();
+    QXOgreImage const* const pImage = pSource ? pSource->GetImage() : nullptr;
+    bool const bRepeat = pSource && pSource->GetTexture().GetTextureRepeatMode() != 0;
+    pRenderSystem->_setTexture(i, true, (pImage ? *pImage : m_Device.GetWhiteImage()).GetOgreTexture());
+    pRenderSystem->_setSampler(i, m_Device.GetTextureUnits().GetSampler(
+                                      binding.m_nUnit, pSource ? pSource->GetFilters() : QXOgreFilters(), bRepeat));
+  }
+  return true;
 }
 
 void QXOgreRenderable::getRenderOperation(Ogre::RenderOperation& operation) {

@@ -2,13 +2,36 @@
 /// One draw operation as OGRE's queue takes it.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <OgreMatrix4.h>
 #include <OgreRenderOperation.h>
 #include <OgreRenderable.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 
 namespace QXC {
+
+class QXOgreDevice;
+class QXOgreTextureUse;
+
+/// One texture as a renderable shows it.
+struct QXOgreBinding {
+  QXOgreTextureUse const* m_pUse;
+  unsigned int m_nUnit;
+  int m_nCoordSet;
+  /// Of the coordinates; the texture's own scale and offset follow it.
+  QXMatrix4d m_matTexture;
+  bool m_bStack = false;
+  // What the programs were told last.
+  QXVector3d m_vecScale;
+  QXVector3d m_vecOffset;
+  bool m_bReversed = false;
+  bool m_bTold = false;
+};
 
 /// One index range of a drawable.
 class QXOgreRenderable final : public Ogre::Renderable {
@@ -16,7 +39,7 @@ public:
   /// Data and matrix must outlive this object. The matrix goes from the buffers to the eye: it is multiplied in double
   /// and narrowed once, so the view matrix that OGRE has in float is left out.
   /// @param pIndexData  null: never visible
-  QXOgreRenderable(Ogre::VertexData* pVertexData, Ogre::IndexData* pIndexData, int eOperationType,
+  QXOgreRenderable(QXOgreDevice& device, Ogre::VertexData* pVertexData, Ogre::IndexData* pIndexData, int eOperationType,
       QXColorValue3D const& color, Ogre::Matrix4 const& matToEye);
 
   void SetVisible(unsigned char bVisible) { m_bVisible = bVisible; }
@@ -28,19 +51,36 @@ public:
   /// Hands the programs what differs from drawable to drawable. Points and lines have no face that could be lit.
   void SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bLight);
 
+  /// The textures that are multiplied with the colour; the uses must outlive this object or the next call.
+  void SetBindings(std::vector<QXOgreBinding> arrBindings);
+  /// What a surface needs to know of them: the coordinate set of each.
+  std::string GetCoordSets() const;
+  /// Whether a texture that is shown needs blending.
+  bool HasTransparentTextures() const;
+  /// Lets the textures take their frame and tells the programs where they stand now. False if the material does not
+  /// fit them any more: one has died, or has become transparent, opaque or a stack.
+  bool PrepareTextures(unsigned long long nFrame);
+
   Ogre::MaterialPtr const& getMaterial() const override { return m_pMaterial; }
   void getRenderOperation(Ogre::RenderOperation& operation) override;
   void getWorldTransforms(Ogre::Matrix4* pTransform) const override { *pTransform = m_matToEye; }
   /// Of the buffers' zero: the order in which transparent ranges are blended.
   Ogre::Real getSquaredViewDepth(Ogre::Camera const* pCamera) const override;
   Ogre::LightList const& getLights() const override;
+  /// Binds the textures: the material has none.
+  bool preRender(Ogre::SceneManager* pScene, Ogre::RenderSystem* pRenderSystem) override;
 
 private:
+  void TellProgram(std::size_t nTexture);
+
+  QXOgreDevice& m_Device;
   Ogre::RenderOperation m_Operation;
   Ogre::MaterialPtr m_pMaterial;
   Ogre::Matrix4 const& m_matToEye;
   QXColorValue3D m_Color;
+  std::vector<QXOgreBinding> m_arrBindings;
   unsigned char m_bVisible;
+  bool m_bTransparentTextures;
 };
 
 }  // namespace QXC

@@ -4,8 +4,10 @@
 
 namespace QXC {
 
+/// One fixed part after another; where textures come in, a variant has its own lines between them.
+///
 /// In: position, normal (zero where the geometry has none), colour. Matrices come per drawable.
-inline constexpr char QX_OGRE_VERTEX_SHADER[] = R"glsl(#version 330 core
+inline constexpr char QX_OGRE_VERTEX_SHADER[] = R"glsl(
 uniform mat4 worldView;
 uniform mat4 worldViewProj;
 uniform mat4 normalToView;
@@ -22,14 +24,13 @@ void main() {
   viewPosition = (worldView * vertex).xyz;
   viewNormal = mat3(normalToView) * normal;
   vertexColour = colour;
-}
 )glsl";
 
 /// One directional light and an ambient one. The face's own normal, from the derivatives of the position, turns to the
 /// eye; it lights what has no vertex normals, and turns vertex normals to the side that is seen. Its sign cannot come
 /// from the derivatives themselves nor from the winding, since both change when the device draws upside down, as it
 /// does into textures.
-inline constexpr char QX_OGRE_FRAGMENT_SHADER[] = R"glsl(#version 330 core
+inline constexpr char QX_OGRE_FRAGMENT_SHADER[] = R"glsl(
 uniform vec4 tint;
 uniform vec4 selection;
 uniform vec4 shading;
@@ -54,6 +55,9 @@ void main() {
   }
   vec3 light = ambient.rgb + diffuse.rgb * max(dot(normal, toSun), 0.0);
   vec4 colour = vertexColour * tint;
+)glsl";
+
+inline constexpr char QX_OGRE_FRAGMENT_SHADER_END[] = R"glsl(
   colour.rgb = mix(colour.rgb, selection.rgb, selection.a);
   fragmentColour = vec4(min(colour.rgb * mix(vec3(1.0), light, shading.x), vec3(1.0)), colour.a);
 }

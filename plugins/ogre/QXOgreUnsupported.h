@@ -54,12 +54,9 @@ public:
   // Textures and programs of the host.
   void SetTexture(unsigned int, unsigned char, QXTexture*) override {}
   void SetTextureMatrix(unsigned int, QXMatrix4d const&) override {}
-  void SetTextureCoordSet(unsigned int, unsigned int) override {}
   void SetTextureCoordCalculation(unsigned int, int) override {}
   void SetTextureAddressingMode(unsigned int, int, int, int) override {}
   void SetTextureBorderColor(unsigned int, QXColorValue3D const&) override {}
-  void SetTextureAnisotropy(unsigned int, unsigned int) override {}
-  void SetTextureMipmapBias(unsigned int, double) override {}
   void SetTextureBlendMode(unsigned int, int, int) override {}
   QXTexture* GetRenderTargetTexture(QXRenderTarget*) const override { return nullptr; }
   unsigned char BindGpuProgram(QdcUnicodeString const&, QdcUnicodeString const&) override {

@@ -1,0 +1,151 @@
+#include <plugins/ogre/QXOgreImage.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include <dlfcn.h>
+
+#include <OgreHardwarePixelBuffer.h>
+#include <OgreResourceGroupManager.h>
+#include <OgreTextureManager.h>
+
+#include <plugins/ogre/QXOgreDevice.h>
+
+namespace QXC {
+
+namespace {
+
+// What OGRE has no words for is said to OpenGL itself; its numbers.
+constexpr unsigned int TEXTURE_2D = 0x0DE1;
+constexpr unsigned int TEXTURE_BINDING_2D = 0x8069;
+constexpr unsigned int TEXTURE_BASE_LEVEL = 0x813C;
+constexpr unsigned int TEXTURE_MAX_LEVEL = 0x813D;
+constexpr unsigned int TEXTURE_SWIZZLE_A = 0x8E45;
+constexpr int SWIZZLE_ONE = 1;
+
+/// The few functions of OpenGL 1.1 that are needed, out of the library that OGRE draws with.
+struct OpenGL {
+  void (*m_pfnBindTexture)(unsigned int, unsigned int);
+  void (*m_pfnGetInteger)(unsigned int, int*);
+  void (*m_pfnTexParameter)(unsigned int, unsigned int, int);
+};
+
+template <class Function>
+void Find(void* pLibrary, char const* szName, Function& pfn) {
+  pfn = reinterpret_cast<Function>(dlsym(pLibrary, szName));
+  if (!pfn) throw std::runtime_error(std::string("the OpenGL library has no ") + szName);
+}
+
+OpenGL const& GetOpenGL() {
+  static OpenGL const s_OpenGL = [] {
+    // OGRE has loaded it already; one more handle keeps the functions where they are.
+    void* const pLibrary = dlopen("libGL.so.1", RTLD_LAZY);
+    if (!pLibrary) throw std::runtime_error("libGL.so.1 is not there");
+    OpenGL functions{};
+    Find(pLibrary, "glBindTexture", functions.m_pfnBindTexture);
+    Find(pLibrary, "glGetIntegerv", functions.m_pfnGetInteger);
+    Find(pLibrary, "glTexParameteri", functions.m_pfnTexParameter);
+    return functions;
+  }();
+  return s_OpenGL;
+}
+
+/// Sets a parameter of a plain texture. OGRE remembers what is bound, so that is bound again afterwards.
+void SetParameter(unsigned int nID, unsigned int eParameter, int nValue) {
+  OpenGL const& gl = GetOpenGL();
+  int nFormer = 0;
+  gl.m_pfnGetInteger(TEXTURE_BINDING_2D, &nFormer);
+  gl.m_pfnBindTexture(TEXTURE_2D, nID);
+  gl.m_pfnTexParameter(TEXTURE_2D, eParameter, nValue);
+  gl.m_pfnBindTexture(TEXTURE_2D, static_cast<unsigned int>(nFormer));
+}
+
+Ogre::PixelBox MakeBox(unsigned int nWidth, unsigned int nHeight, Ogre::PixelFormat eFormat, void const* pPixels) {
+  return {nWidth, nHeight, 1, eFormat, const_cast<void*>(pPixels)};
+}
+
+void CheckSize(QXOgreDevice const& device, unsigned int nWidth, unsigned int nHeight) {
+  unsigned int const nMax = device.GetMaxTargetSize();
+  if (nWidth >= 1 && nHeight >= 1 && nWidth <= nMax && nHeight <= nMax) return;
+  throw std::runtime_error("a texture of " + std::to_string(nWidth) + " x " + std::to_string(nHeight) +
+                           " pixels is impossible: each side takes 1 to " + std::to_string(nMax) + " pixels");
+}
+
+}  // namespace
+
+QXOgreImage::QXOgreImage(QXOgreDevice& device, QXOgrePixels const& pixels, bool bGenerateLevels)
+    : m_Device(device), m_eFormat(pixels.m_eFormat), m_nByteCount(0), m_nWidth(pixels.m_arrLevels.front().m_nWidth),
+      m_nHeight(pixels.m_arrLevels.front().m_nHeight), m_nLevelCount(0), m_nID(0), m_bStack(false),
+      m_bTransparent(pixels.m_bTransparent) {
+  auto const nLevels = static_cast<unsigned int>(pixels.m_arrLevels.size());
+  Create(1, nLevels, bGenerateLevels && nLevels == 1 && !Ogre::PixelUtil::isCompressed(m_eFormat));
+  for (unsigned int i = 0; i < nLevels; ++i) Fill(0, i, pixels.m_arrLevels[i]);
+}
+
+QXOgreImage::QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& arrLayers)
+    : m_Device(device), m_eFormat(arrLayers.front().m_eFormat), m_nByteCount(0),
+      m_nWidth(arrLayers.front().m_arrLevels.front().m_nWidth),
+      m_nHeight(arrLayers.front().m_arrLevels.front().m_nHeight), m_nLevelCount(0), m_nID(0), m_bStack(true),
+      m_bTransparent(false) {
+  for (QXOgrePixels const& layer : arrLayers) {
+    QXOgreLevel const& level = layer.m_arrLevels.front();
+    if (level.m_nWidth != m_nWidth || level.m_nHeight != m_nHeight || layer.m_eFormat != m_eFormat)
+      throw std::runtime_error("the layers of a texture must have one size and one format");
+    m_bTransparent = m_bTransparent || layer.m_bTransparent;
+  }
+  auto const nLayers = static_cast<unsigned int>(arrLayers.size());
+  Create(nLayers, 1, false);
+  for (unsigned int i = 0; i < nLayers; ++i) Fill(i, 0, arrLayers[i].m_arrLevels.front());
+}
+
+QXOgreImage::~QXOgreImage() {
+  m_Device.Discard(std::move(m_pTexture), m_nByteCount);
+}
+
+void QXOgreImage::Create(unsigned int nLayers, unsigned int nLevels, bool bGenerateLevels) {
+  CheckSize(m_Device, m_nWidth, m_nHeight);
+  auto& manager = Ogre::TextureManager::getSingleton();
+  int const nUsage = Ogre::TU_STATIC_WRITE_ONLY | (bGenerateLevels ? Ogre::TU_AUTOMIPMAP : 0);
+  Ogre::TextureType const eType = m_bStack ? Ogre::TEX_TYPE_2D_ARRAY : Ogre::TEX_TYPE_2D;
+  // Blocks cannot be converted into anything else on the way, as OGRE does with pixels.
+  if (Ogre::PixelUtil::isCompressed(m_eFormat) && !m_Device.TakesBlocks(m_eFormat))
+    throw std::runtime_error("the device does not take blocks of " + Ogre::PixelUtil::getFormatName(m_eFormat));
+  int const nMipmaps = bGenerateLevels ? static_cast<int>(Ogre::MIP_UNLIMITED) : static_cast<int>(nLevels) - 1;
+  m_pTexture =
+      manager.createManual(QXOgreDevice::MakeName("texture"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME,
+          eType, m_nWidth, m_nHeight, nLayers, nMipmaps, m_eFormat, nUsage);
+  m_nLevelCount = m_pTexture->getNumMipmaps() + 1;
+  m_pTexture->getCustomAttribute("GLID", &m_nID);
+  for (unsigned int i = 0; i < m_nLevelCount; ++i)
+    m_nByteCount += nLayers * Ogre::PixelUtil::getMemorySize(std::max(m_nWidth >> i, 1U), std::max(m_nHeight >> i, 1U),
+                                  1, m_pTexture->getFormat());
+  QXOgreDevice::CountMemory(m_nByteCount);
+  // OGRE lets a gray image be as transparent as it is dark.
+  if (m_eFormat == Ogre::PF_BYTE_L && !m_bStack) SetParameter(m_nID, TEXTURE_SWIZZLE_A, SWIZZLE_ONE);
+}
+
+void QXOgreImage::Fill(unsigned int nLayer, unsigned int nLevel, QXOgreLevel const& level) {
+  m_pTexture->getBuffer(0, nLevel)->blitFromMemory(MakeBox(level.m_nWidth, level.m_nHeight, m_eFormat, level.m_pPixels),
+      Ogre::Box(0, 0, nLayer, level.m_nWidth, level.m_nHeight, nLayer + 1));
+}
+
+void QXOgreImage::Write(
+    unsigned int nX, unsigned int nY, unsigned int nWidth, unsigned int nHeight, void const* pPixels) {
+  m_pTexture->getBuffer()->blitFromMemory(
+      MakeBox(nWidth, nHeight, m_eFormat, pPixels), Ogre::Box(nX, nY, nX + nWidth, nY + nHeight));
+}
+
+void QXOgreImage::Read(unsigned char* pPixels) const {
+  m_pTexture->getBuffer()->blitToMemory(MakeBox(m_nWidth, m_nHeight, Ogre::PF_BYTE_BGRA, pPixels));
+}
+
+void QXOgreImage::SetLevels(int nFirst, int nLast) {
+  if (m_bStack) return;
+  int const nEnd = static_cast<int>(m_nLevelCount) - 1;
+  nFirst = std::clamp(nFirst, 0, nEnd);
+  SetParameter(m_nID, TEXTURE_BASE_LEVEL, nFirst);
+  SetParameter(m_nID, TEXTURE_MAX_LEVEL, std::clamp(nLast, nFirst, nEnd));
+}
+
+}  // namespace QXC

@@ -1,0 +1,199 @@
+#include <plugins/ogre/QXOgreTexture.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <mutex>
+#include <stdexcept>
+#include <vector>
+
+#include <OgrePixelFormat.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/texture/QXPixelFormatLayout.h>
+
+#include <plugins/ogre/QXOgreTextureManager.h>
+#include <plugins/ogre/QXOgreTexturePixels.h>
+
+namespace QXC {
+
+namespace {
+
+/// OpenGL's own first value: more levels than any texture has.
+constexpr int ALL_LEVELS = 1000;
+
+}  // namespace
+
+QXOgreTexture::QXOgreTexture(QXOgreTextureManager& manager)
+    : QXOgreTextureSource(manager, *this), m_nBaseLevel(0), m_nMaxLevel(ALL_LEVELS), m_bReverse(false) {}
+
+QXOgreTexture::~QXOgreTexture() = default;
+
+void QXOgreTexture::RendererOperation1(int nMinFilter, int nMagFilter, int nMipFilter) {
+  m_Filters = {nMinFilter, nMagFilter, nMipFilter};
+}
+
+unsigned char QXOgreTexture::IsInitialGPU() const {
+  return GetManager() && GetManager()->GetDevice();
+}
+
+void QXOgreTexture::TakeImage(std::unique_ptr<QXOgreImage> pImage, std::unique_ptr<QXOgreFrames> pFrames) {
+  m_pImage = std::move(pImage);
+  m_pFrames = std::move(pFrames);
+  m_nBindID = GetImage() ? GetImage()->GetID() : 0;
+  if (m_nBaseLevel != 0 || m_nMaxLevel != ALL_LEVELS) ApplyLevels();
+}
+
+unsigned char QXOgreTexture::Upload() {
+  return GetManager()->Try([this](QXOgreDevice& device) {
+    std::scoped_lock const lock(m_Mutex);
+    if (m_TextureData.m_nCompression == TEXTURE_COMPRESSION_RAW) {
+      if (!m_TextureData.m_pPixels) throw std::runtime_error("a texture without an image cannot be loaded");
+      auto const nSize = static_cast<std::size_t>(m_TextureData.GetBlockLength());
+      if (nSize == 0) throw std::runtime_error("the bytes of an animated texture have no length");
+      return TakeImage(
+          nullptr, std::make_unique<QXOgreFrames>(device, m_TextureData.m_pPixels, nSize, m_bMipmapEnabled != 0));
+    }
+    TakeImage(std::make_unique<QXOgreImage>(device, DescribePixels(*this), m_bMipmapEnabled != 0), nullptr);
+  });
+}
+
+void QXOgreTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) {
+  if (!GetManager() || (bOnlyIfNeeded && GetImage() && !m_bNeedLoadTexture)) return;
+  // What fails once would fail with every frame.
+  m_bNeedLoadTexture = 0;
+  if (Upload() && bReleaseImage) ReleaseImgData();
+}
+
+void QXOgreTexture::LoadLayers(std::function<QXOgrePixels(unsigned int)> const& describe, unsigned int nCount) {
+  if (!GetManager()) return;
+  GetManager()->Try([&](QXOgreDevice& device) {
+    std::vector<QXOgrePixels> arrLayers;
+    for (unsigned int i = 0; i < nCount; ++i) arrLayers.push_back(describe(i));
+    if (arrLayers.empty()) throw std::runtime_error("a texture array has no layers");
+    TakeImage(std::make_unique<QXOgreImage>(device, arrLayers), nullptr);
+  });
+}
+
+void QXOgreTexture::LoadTextureArray(QXTextureData* pLayers, unsigned int nFirst, unsigned int nCount) {
+  if (!pLayers) return;
+  LoadLayers([&](unsigned int i) { return DescribePixels(pLayers[std::size_t{nFirst} + i]); }, nCount);
+}
+
+void QXOgreTexture::LoadTextureArray(unsigned char bReleaseImage) {
+  auto const describe = [this](unsigned int i) {
+    if (!m_arrLodLevels[i]) throw std::runtime_error("a texture array lacks a layer");
+    return DescribePixels(*m_arrLodLevels[i]);
+  };
+  LoadLayers(describe, static_cast<unsigned int>(m_arrLodLevels.GetSize()));
+  if (bReleaseImage && GetImage()) ReleaseImgData();
+}
+
+void QXOgreTexture::LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight,
+    void const* pPixels, unsigned int nFlag) {
+  QXOgreImage* const pImage = m_pImage.get();
+  if (!GetManager() || !pImage || pImage->IsStack() || !pPixels) return;
+  std::size_t const nBytes = Ogre::PixelUtil::getNumElemBytes(pImage->GetFormat());
+  if (nBytes == 0 || nSourceWidth < 1 || nSourceHeight < 1) return;
+  // In 64 bits: a rectangle may begin and end anywhere.
+  std::int64_t const nLeft = std::max(nX, 0);
+  std::int64_t const nTop = std::max(nY, 0);
+  std::int64_t const nRight =
+      std::min<std::int64_t>(std::int64_t{nX} + std::min(nWidth, nSourceWidth), pImage->GetWidth());
+  std::int64_t const nBottom =
+      std::min<std::int64_t>(std::int64_t{nY} + std::min(nHeight, nSourceHeight), pImage->GetHeight());
+  if (nLeft >= nRight || nTop >= nBottom) return;
+  auto const nRow = static_cast<std::size_t>(nRight - nLeft) * nBytes;
+  auto const nRows = static_cast<std::size_t>(nBottom - nTop);
+  auto const* const pFirst = static_cast<unsigned char const*>(pPixels) +
+                             (static_cast<std::size_t>(nTop - nY) * static_cast<std::size_t>(nSourceWidth) +
+                                 static_cast<std::size_t>(nLeft - nX)) *
+                                 nBytes;
+  std::size_t const nStep = static_cast<std::size_t>(nSourceWidth) * nBytes;
+  std::vector<unsigned char> arrPart;
+  unsigned char const* pPart = pFirst;
+  if (nRow != nStep) {
+    arrPart.resize(nRow * nRows);
+    for (std::size_t i = 0; i < nRows; ++i) std::memcpy(arrPart.data() + i * nRow, pFirst + i * nStep, nRow);
+    pPart = arrPart.data();
+  }
+  GetManager()->Try([&](QXOgreDevice&) {
+    pImage->Write(static_cast<unsigned int>(nLeft), static_cast<unsigned int>(nTop),
+        static_cast<unsigned int>(nRight - nLeft), static_cast<unsigned int>(nRows), pPart);
+  });
+  // Nobody looks through all pixels for each tile: what was opaque may have a hole now.
+  if (Ogre::PixelUtil::hasAlpha(pImage->GetFormat())) pImage->SetTransparent();
+  if (nFlag != 0)
+    CopyIntoBlock(static_cast<int>(nLeft), static_cast<int>(nTop), static_cast<int>(nRight - nLeft),
+        static_cast<int>(nRows), static_cast<int>(nRow / nBytes), pPart);
+}
+
+void QXOgreTexture::CopyIntoBlock(
+    int nX, int nY, int nWidth, int nHeight, int nSourceWidth, unsigned char const* pPixels) {
+  std::size_t const nBytes = QXPixelFormatLayout::Of(m_TextureData.m_eFormat).m_nPixelBytes;
+  std::uint64_t const nKnown = m_TextureData.GetBlockLength();
+  std::uint64_t const nNeeded = std::uint64_t{m_TextureData.m_nWidth} * m_TextureData.m_nHeight * nBytes;
+  bool const bFits = m_TextureData.m_pPixels && m_TextureData.m_nCompression == TEXTURE_COMPRESSION_NONE &&
+                     (nKnown == 0 || nKnown >= nNeeded) && m_TextureData.m_nWidth == m_pImage->GetWidth() &&
+                     m_TextureData.m_nHeight == m_pImage->GetHeight() &&
+                     nBytes == Ogre::PixelUtil::getNumElemBytes(m_pImage->GetFormat());
+  if (!bFits) return;
+  for (int i = 0; i < nHeight; ++i) {
+    std::size_t const nAt = (static_cast<std::size_t>(nY + i) * m_TextureData.m_nWidth + static_cast<std::size_t>(nX));
+    std::memcpy(m_TextureData.m_pPixels + nAt * nBytes,
+        pPixels + static_cast<std::size_t>(i) * static_cast<std::size_t>(nSourceWidth) * nBytes,
+        static_cast<std::size_t>(nWidth) * nBytes);
+  }
+}
+
+void QXOgreTexture::ApplyLevels() {
+  if (m_pImage && GetManager())
+    GetManager()->Try([this](QXOgreDevice&) { m_pImage->SetLevels(m_nBaseLevel, m_nMaxLevel); });
+}
+
+void QXOgreTexture::SetMipmapBaseLevel(int nLevel) {
+  m_nBaseLevel = nLevel;
+  ApplyLevels();
+}
+
+void QXOgreTexture::SetMipmapMaxLevel(int nLevel) {
+  m_nMaxLevel = nLevel;
+  ApplyLevels();
+}
+
+void QXOgreTexture::GetTimeTextureFrame(std::map<unsigned int, unsigned int>& mapTimes) const {
+  if (!m_pFrames) return;
+  unsigned int nFrame = 0;
+  for (unsigned int const nTime : m_pFrames->GetTimes()) mapTimes[nFrame++] = nTime;
+}
+
+QXImageData* QXOgreTexture::BlitToMemory() {
+  QXOgreImage const* const pImage = GetImage();
+  if (!pImage || pImage->IsStack() || !GetManager()) return nullptr;
+  auto pResult = std::make_unique<QXImageData>();
+  pResult->m_nWidth = pImage->GetWidth();
+  pResult->m_nHeight = pImage->GetHeight();
+  pResult->m_nPitch = pResult->m_nWidth * 4;
+  pResult->m_nBitDepth = 32;
+  auto pPixels = std::make_unique<unsigned char[]>(std::size_t{pResult->m_nPitch} * pResult->m_nHeight);
+  if (!GetManager()->Try([&](QXOgreDevice&) { pImage->Read(pPixels.get()); })) return nullptr;
+  pResult->m_pPixels = pPixels.release();
+  return pResult.release();
+}
+
+int QXOgreTexture::GetTextureID() const {
+  return GetImage() ? static_cast<int>(GetImage()->GetID()) : -1;
+}
+
+void QXOgreTexture::Prepare() {
+  if (m_bNeedLoadTexture) LoadTexture(1, 0);
+  if (!m_pFrames) return;
+  m_pFrames->Advance();
+  m_nBindID = m_pFrames->GetImage()->GetID();
+}
+
+void QXOgreTexture::LeaveDevice() {
+  TakeImage(nullptr, nullptr);
+}
+
+}  // namespace QXC
