@@ -12,6 +12,7 @@
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/view/QXCamera.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -47,6 +48,7 @@ QXRendererSession::~QXRendererSession() {
   if (m_pGraphics3D == nullptr) return;
   if (QXC::QXRenderOperationManager* pManager = m_pGraphics3D->GetRenderOperationManager())
     for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
+  m_Textures.GiveBack(*m_pGraphics3D);
   // Targets before cameras: a viewport holds its camera.
   m_pGraphics3D->ShutDown();
   for (View const& view : m_vecViews) m_pGraphics3D->DestroyCamera(view.m_pCamera);
@@ -129,7 +131,19 @@ std::string QXRendererSession::AddGround(QXScene const& scene) {
   return strReason;
 }
 
-std::string QXRendererSession::Show(QXScene& scene, bool bGround) {
+void QXRendererSession::AddTexture(
+    QXScenePart& part, QXModelPictures const& pictures, std::vector<std::string>& vecProblems) {
+  if (part.m_Texture.m_nImage < 0) return;
+  std::string strProblem;
+  QXC::QXTexturePackage& package = *part.m_pOperation->GetTexturePackageArray()[0];
+  package.m_pTextures[0] = m_Textures.Take(*m_pGraphics3D, pictures, part.m_Texture, strProblem);
+  // A large model has several parts with the same picture.
+  if (!strProblem.empty() && std::find(vecProblems.begin(), vecProblems.end(), strProblem) == vecProblems.end())
+    vecProblems.push_back(strProblem);
+}
+
+std::string QXRendererSession::Show(
+    QXScene& scene, QXModelPictures const& pictures, bool bGround, std::vector<std::string>& vecProblems) {
   m_Bounds = scene.m_Bounds;
   m_pGraphics3D->SetRelativeOrigin(scene.m_vecOrigin);
   m_SceneFigures.m_nModelTriangles = scene.m_nTriangles;
@@ -137,6 +151,7 @@ std::string QXRendererSession::Show(QXScene& scene, bool bGround) {
   std::string const strGround = bGround ? AddGround(scene) : std::string();
   if (!strGround.empty()) return strGround;
   for (QXScenePart& part : scene.m_vecParts) {
+    AddTexture(part, pictures, vecProblems);
     std::string const strReason = AddPart(part);
     if (!strReason.empty()) return strReason;
   }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <apps/qx3d/QXPose.h>
+#include <apps/qx3d/QXTextureShelf.h>
 
 #include <QxGraphics3D/Platform.h>
 #include <QxGraphics3D/frame/QXPluginModule.h>
@@ -47,7 +48,7 @@ public:
   QXRendererSession() = default;
   QXRendererSession(QXRendererSession const&) = delete;
   QXRendererSession& operator=(QXRendererSession const&) = delete;
-  /// Gives everything back: drawables, targets, cameras, renderer.
+  /// Gives everything back: drawables, textures, targets, cameras, renderer.
   ~QXRendererSession();
 
   /// Loads a renderer and starts its device.
@@ -60,7 +61,9 @@ public:
   std::string OpenWindow(HWND hWindow, int nWidth, int nHeight);
 
   /// Hands a model's drawables over, with light from the south-west. The parts' buffers are freed on the way.
-  std::string Show(QXScene& scene, bool bGround);
+  /// @param vecProblems  gets one line for each picture that the renderer cannot use; the model is shown all the same
+  std::string Show(
+      QXScene& scene, QXModelPictures const& pictures, bool bGround, std::vector<std::string>& vecProblems);
 
   /// Adds a viewport with a camera of its own, below those that come after it.
   std::string AddView(QXCell const& cell);
@@ -83,6 +86,7 @@ public:
   /// Of the last frame.
   QXFrameFigures const& GetFigures() const { return m_Figures; }
   QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
+  unsigned int GetTextureCount() const { return m_Textures.GetCount(); }
   std::string GetRendererName() const;
 
   /// Vertical field of view of every camera, radians.
@@ -99,12 +103,14 @@ private:
   std::string AttachTarget(QXC::QXRenderTarget* pTarget);
   std::string AddPart(QXScenePart& part);
   std::string AddGround(QXScene const& scene);
+  void AddTexture(QXScenePart& part, QXModelPictures const& pictures, std::vector<std::string>& vecProblems);
 
   std::unique_ptr<QXC::QXPluginModule> m_pModule;
   QXC::QXGraphics3D* m_pGraphics3D = nullptr;
   QXC::QXRenderTarget* m_pTarget = nullptr;
   std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;
   std::vector<View> m_vecViews;
+  QXTextureShelf m_Textures;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
   QXFrameFigures m_Figures;

@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXSceneBuilder.h>
 
 #include <apps/qx3d/QXModelColors.h>
+#include <apps/qx3d/QXTextureChoice.h>
 #include <apps/qx3d/QXVertexCollector.h>
 
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
@@ -12,7 +13,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <map>
 #include <numbers>
+#include <utility>
 
 namespace QXApp {
 
@@ -60,15 +63,25 @@ unsigned int GetIndex(QXC::QXIndexPackage const& package, unsigned int i) {
   return package.m_nIndexType == 1 ? package.GetIndices32()[i] : package.GetIndices16()[i];
 }
 
+/// What the triangles of one drawable have in common; opaque ones come first.
+struct PartKey {
+  bool m_bTransparent = false;
+  QXTextureKey m_Texture;
+
+  auto operator<=>(PartKey const&) const = default;
+};
+
 class Merger {
 public:
-  Merger(QXC::ModelDataInfo const& model, QXScene& scene) : m_Scene(scene), m_Colors(model, scene.m_Bounds) {}
+  Merger(QXC::ModelDataInfo const& model, QXModelPictures const& pictures, QXScene& scene)
+      : m_Pictures(pictures), m_Scene(scene), m_Colors(model, scene.m_Bounds, pictures) {}
 
   void AddNode(QXC::QXModelMesh const& mesh, QXC::QXMatrix4d const& matWorld) {
-    bool const bTransparent = QXModelColors::IsTransparent(mesh);
-    QXVertexCollector& collector = bTransparent ? m_Transparent : m_Opaque;
+    QXTextureChoice const texture(mesh, m_Pictures);
+    PartKey const key = {m_Colors.IsTransparent(mesh) || texture.IsTransparent(), texture.GetKey()};
+    QXVertexCollector& collector = m_mapCollectors[key];
     QXC::QXVertexDataPackage const& package = *mesh.m_pVertexPackage;
-    if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices) Close(bTransparent);
+    if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices) Close(key, collector);
     NormalTransform const normals(matWorld);
     unsigned int const nBase = collector.GetVertexCount();
     for (unsigned int i = 0; i < package.m_nVertexNum; ++i) {
@@ -76,6 +89,9 @@ public:
       QXVector3d const vecNormal = normals.Apply(package.m_pNormals + 3 * std::size_t{i});
       collector.AddVertex(
           vecPosition - m_Scene.m_vecOrigin, vecNormal, m_Colors.GetColor(mesh, i, vecPosition, vecNormal));
+      if (key.m_Texture.m_nImage < 0) continue;
+      QXVector3d const vecPicture = texture.GetTexCoord(i);
+      collector.AddTexCoord(vecPicture.x, vecPicture.y);
     }
     for (QXC::QXIndexPackage const* pPackage : mesh.m_arrIndexPackages)
       AddTriangles(*pPackage, nBase, normals.IsMirrored(), collector);
@@ -83,8 +99,7 @@ public:
   }
 
   void Finish() {
-    Close(false);
-    Close(true);
+    for (auto& [key, collector] : m_mapCollectors) Close(key, collector);
   }
 
 private:
@@ -99,16 +114,21 @@ private:
     m_Scene.m_nTriangles += nCount;
   }
 
-  void Close(bool bTransparent) {
-    QXVertexCollector& collector = bTransparent ? m_Transparent : m_Opaque;
+  void Close(PartKey const& key, QXVertexCollector& collector) {
     if (collector.IsEmpty()) return;
-    m_Scene.m_vecParts.push_back({collector.Finish(m_Scene.m_vecOrigin), bTransparent});
+    std::unique_ptr<QXC::QXTexturePackage> pTexture;
+    if (key.m_Texture.m_nImage >= 0) {
+      pTexture = std::make_unique<QXC::QXTexturePackage>();
+      pTexture->m_strTextureName = QXC::QdcUnicodeString::FromUTF8(m_Pictures.GetTextureName(key.m_Texture).c_str());
+    }
+    m_Scene.m_vecParts.push_back(
+        {collector.Finish(m_Scene.m_vecOrigin, std::move(pTexture)), key.m_bTransparent, key.m_Texture});
   }
 
+  QXModelPictures const& m_Pictures;
   QXScene& m_Scene;
   QXModelColors m_Colors;
-  QXVertexCollector m_Opaque;
-  QXVertexCollector m_Transparent;
+  std::map<PartKey, QXVertexCollector> m_mapCollectors;
 };
 
 /// A place on one axis with the area of the triangle that lies there.
@@ -180,12 +200,12 @@ bool QXScene::HasOutskirts() const {
   return false;
 }
 
-QXScene BuildScene(QXC::ModelDataInfo const& model) {
+QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictures) {
   QXScene scene;
   scene.m_Bounds = model.GetBoundingBox();
   QXVector3d const vecCenter = scene.m_Bounds.GetCenter();
   scene.m_vecOrigin = QXVector3d(std::round(vecCenter.x), std::round(vecCenter.y), std::round(vecCenter.z));
-  Merger merger(model, scene);
+  Merger merger(model, pictures, scene);
   for (int i = 0; i < model.GetNodeCount(); ++i) {
     QXC::QXModelNode const& node = *model.GetNode(i);
     merger.AddNode(*model.GetMesh(node.m_nMesh), node.m_matWorld);
@@ -219,7 +239,7 @@ QXScenePart BuildGround(QXScene const& scene) {
     collector.AddIndex(nMiddle + 1 + i);
     collector.AddIndex(nMiddle + 1 + (i + 1) % Sectors);
   }
-  return {collector.Finish(scene.m_vecOrigin), false};
+  return {collector.Finish(scene.m_vecOrigin, nullptr), false, QXTextureKey()};
 }
 
 }  // namespace QXApp

@@ -2,6 +2,8 @@
 /// From a model to the operations that a renderer draws.
 #pragma once
 
+#include <apps/qx3d/QXModelPictures.h>
+
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
@@ -20,6 +22,8 @@ namespace QXApp {
 struct QXScenePart {
   std::unique_ptr<QXC::QXRenderOperationMultiIndex> m_pOperation;
   bool m_bTransparent = false;
+  /// The texture for the operation's one package, which holds its name; without a picture there is no package.
+  QXTextureKey m_Texture;
 };
 
 /// A model merged into few drawables.
@@ -41,14 +45,18 @@ struct QXScene {
 
 /// Merges all placed meshes into drawables with one index range each, colours in the vertices: the number of draw
 /// operations follows the size of a model and not the number of its meshes and materials. Opaque and transparent
-/// triangles never share a drawable.
+/// triangles never share a drawable, nor do triangles with different textures.
 ///
-/// Colours: material times vertex colour. A mesh with neither is coloured by its faces: ground where it is level and
+/// Pictures: their transforms and mirrored repetitions go into the texture coordinates. A texture repeats or keeps to
+/// its edge on both axes alike; where a mesh asks for one of each, the axis decides on which it leaves the picture.
+///
+/// Colours: material times vertex colour times picture. A mesh with neither is coloured by its faces: ground where it is level and
 /// low, roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is mixed with a
 /// light paper tone.
 ///
+/// @param pictures  of the model; meshes whose picture is not usable are shown in their colours
 /// Cost: linear in the placed vertices.
-QXScene BuildScene(QXC::ModelDataInfo const& model);
+QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictures = QXModelPictures());
 
 /// Radius of the ground of a scene: far behind the edges of every first view.
 double GetGroundRadius(QXScene const& scene);

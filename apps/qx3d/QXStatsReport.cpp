@@ -17,17 +17,7 @@ void PrintDrawn(char const* szWhat, unsigned int nDrawn, unsigned int nModel, un
   std::printf("\n");
 }
 
-}  // namespace
-
-void PrintStats(QXRendererSession const& session) {
-  QXC::QXRenderTarget const& target = *session.GetTarget();
-  QXC::QXRenderTarget::FrameStats const& stats = target.GetStatistics();
-  QXFrameFigures const& figures = session.GetFigures();
-  QXSceneFigures const& scene = session.GetSceneFigures();
-  std::printf("renderer           %s\n", session.GetRendererName().c_str());
-  unsigned int const nViewports = static_cast<unsigned int>(target.GetNumViewports());
-  std::printf("size               %u x %u, %u %s\n", target.GetWidth(), target.GetHeight(), nViewports,
-      nViewports == 1 ? "viewport" : "viewports");
+void PrintTimes(QXC::QXRenderTarget::FrameStats const& stats) {
   // Rates are computed once a measuring period of a second is over.
   if (stats.lastFPS > 0.0) {
     std::printf("frames a second    last %.1f, average %.1f, best %.1f, worst %.1f\n", stats.lastFPS, stats.avgFPS,
@@ -37,9 +27,28 @@ void PrintStats(QXRendererSession const& session) {
   }
   std::printf("frame time         best %llu ms, worst %llu ms\n", static_cast<unsigned long long>(stats.bestFrameTime),
       static_cast<unsigned long long>(stats.worstFrameTime));
+}
+
+}  // namespace
+
+void PrintStats(QXRendererSession const& session, int nFrameTime) {
+  QXC::QXRenderTarget const& target = *session.GetTarget();
+  QXC::QXRenderTarget::FrameStats const& stats = target.GetStatistics();
+  QXFrameFigures const& figures = session.GetFigures();
+  QXSceneFigures const& scene = session.GetSceneFigures();
+  std::printf("renderer           %s\n", session.GetRendererName().c_str());
+  unsigned int const nViewports = static_cast<unsigned int>(target.GetNumViewports());
+  std::printf("size               %u x %u, %u %s\n", target.GetWidth(), target.GetHeight(), nViewports,
+      nViewports == 1 ? "viewport" : "viewports");
+  if (nFrameTime > 0) {
+    std::printf("frames a second    not measured: an animated picture is shown, with frames %d ms apart\n", nFrameTime);
+  } else {
+    PrintTimes(stats);
+  }
   PrintDrawn("triangles", figures.m_nTriangles, scene.m_nModelTriangles, scene.m_nGroundTriangles);
   PrintDrawn("vertices", figures.m_nVertices, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
+  std::printf("textures           %u\n", session.GetTextureCount());
 }
 
 }  // namespace QXApp

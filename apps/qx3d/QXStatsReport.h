@@ -7,6 +7,7 @@ namespace QXApp {
 class QXRendererSession;
 
 /// Prints the frame statistics of the target and what the last frame drew, one figure a line.
-void PrintStats(QXRendererSession const& session);
+/// @param nFrameTime  milliseconds of a clock that goes in steps, which measures nothing; 0 for a real one
+void PrintStats(QXRendererSession const& session, int nFrameTime);
 
 }  // namespace QXApp

@@ -2,7 +2,7 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
-#include <QxGraphics3D/renderop/QXTexturePackage.h>
+#include <QxGraphics3D/renderop/QXTexCoordBlock.h>
 #include <QxGraphics3D/renderop/QXVertexBlock.h>
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
 
@@ -46,6 +46,14 @@ std::unique_ptr<QXC::QXVertexIndexPackage> MakeIndices(std::vector<unsigned int>
   return pPackage;
 }
 
+std::unique_ptr<QXC::QXTexCoordBlock> MakeTexCoords(std::vector<float> const& vecTexCoords) {
+  auto pBlock = std::make_unique<QXC::QXTexCoordBlock>();
+  pBlock->m_pBuffers[0] = new float[vecTexCoords.size()];
+  std::copy(vecTexCoords.begin(), vecTexCoords.end(), pBlock->m_pBuffers[0]);
+  pBlock->m_nCounts[0] = static_cast<unsigned int>(vecTexCoords.size() / 2);
+  return pBlock;
+}
+
 }  // namespace
 
 unsigned int QXVertexCollector::AddVertex(
@@ -58,7 +66,8 @@ unsigned int QXVertexCollector::AddVertex(
   return nVertex;
 }
 
-std::unique_ptr<QXC::QXRenderOperationMultiIndex> QXVertexCollector::Finish(QXC::QXVector3d const& vecOrigin) {
+std::unique_ptr<QXC::QXRenderOperationMultiIndex> QXVertexCollector::Finish(
+    QXC::QXVector3d const& vecOrigin, std::unique_ptr<QXC::QXTexturePackage> pTexture) {
   auto pOperation = std::make_unique<QXC::QXRenderOperationMultiIndex>();
   auto pBlock = std::make_unique<QXC::QXVertexBlock>();
   pBlock->m_pBuffer = new float[m_vecFloats.size()];
@@ -71,14 +80,17 @@ std::unique_ptr<QXC::QXRenderOperationMultiIndex> QXVertexCollector::Finish(QXC:
   pOperation->m_pVertexBlock = pBlock.release();
 
   std::unique_ptr<QXC::QXVertexIndexPackage> pIndices = MakeIndices(m_vecIndices, GetVertexCount() <= 65535);
-  pOperation->SetAt(pIndices.get(), nullptr);
+  if (!m_vecTexCoords.empty()) pOperation->m_pTexCoordBlock = MakeTexCoords(m_vecTexCoords).release();
+  pOperation->SetAt(pIndices.get(), pTexture.get());
   pIndices.release();
+  pTexture.release();
   QXC::QXBoundingBox box = BoundsOf(m_vecFloats);
   pOperation->SetBoundingBox(box);
   QXC::QXMatrix4d mat;
   mat.SetTrans(vecOrigin);
   pOperation->SetMatrix(mat);
   m_vecFloats.clear();
+  m_vecTexCoords.clear();
   m_vecIndices.clear();
   return pOperation;
 }

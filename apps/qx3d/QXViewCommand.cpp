@@ -1,7 +1,9 @@
 #include <apps/qx3d/QXViewCommand.h>
 
+#include <apps/qx3d/QXFrameClock.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXModelLoader.h>
+#include <apps/qx3d/QXModelPictures.h>
 #include <apps/qx3d/QXPngWriter.h>
 #include <apps/qx3d/QXProgress.h>
 #include <apps/qx3d/QXRendererSession.h>
@@ -13,8 +15,10 @@
 #include <QxGraphics3D/frame/QXPluginConfigs.h>
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 #include <vector>
 
@@ -65,8 +69,19 @@ private:
     std::unique_ptr<QXC::ModelDataInfo> const pModel = LoadModel(m_Options.m_strModel, m_Options.m_eUp, strReason);
     if (pModel == nullptr) return m_Options.m_strModel + ": " + strReason;
     m_Progress.Show("preparing " + std::to_string(pModel->GetTriangleCount()) + " triangles");
-    m_Scene = BuildScene(*pModel);
+    std::vector<std::string> vecProblems;
+    m_Pictures.Load(*pModel, vecProblems);
+    Warn(vecProblems);
+    m_Scene = BuildScene(*pModel, m_Pictures);
+    // Whoever waits in front of a window wants the picture to move by the clock on the wall.
+    if (IsPicture() && m_Pictures.HasAnimated()) m_Clock.emplace();
     return std::string();
+  }
+
+  /// A model is worth showing without one of its pictures.
+  void Warn(std::vector<std::string> const& vecProblems) {
+    m_Progress.Clear();
+    for (std::string const& strProblem : vecProblems) PrintFailure(strProblem);
   }
 
   std::string OpenRenderer() {
@@ -80,7 +95,11 @@ private:
                      ? m_Session.OpenTexture(m_Options.m_nWidth, m_Options.m_nHeight)
                      : m_Session.OpenWindow(m_Window.GetNativeHandle(), m_Options.m_nWidth, m_Options.m_nHeight);
     }
-    if (strError.empty()) strError = m_Session.Show(m_Scene, m_Options.m_bGround);
+    if (!strError.empty()) return strError;
+    std::vector<std::string> vecProblems;
+    strError = m_Session.Show(m_Scene, m_Pictures, m_Options.m_bGround, vecProblems);
+    Warn(vecProblems);
+    m_Pictures = QXModelPictures();  // the renderer has its own
     return strError;
   }
 
@@ -131,16 +150,34 @@ private:
 
   std::string WritePicture() {
     m_Progress.Show("drawing");
-    int const nFrames = m_Options.m_nFrames > 0 ? m_Options.m_nFrames : 1;
-    for (int i = 0; i < nFrames; ++i) m_Session.DrawFrame();
+    std::size_t const nRow = std::size_t{4} * static_cast<std::size_t>(m_Options.m_nWidth);
+    std::size_t const nStrip = static_cast<std::size_t>(m_Options.m_nStrip);
+    std::size_t const nRows = static_cast<std::size_t>(m_Options.m_nHeight);
+    std::vector<unsigned char> vecStrip(nStrip > 1 ? nRow * nStrip * nRows : 0);
     std::vector<unsigned char> vecPixels;
-    std::string strError = m_Session.ReadPicture(vecPixels);
-    if (!strError.empty()) return strError;
+    for (std::size_t i = 0; i < nStrip; ++i) {
+      DrawFrames(m_Options.m_nFrames > 0 ? m_Options.m_nFrames : 1);
+      std::string const strError = m_Session.ReadPicture(vecPixels);
+      if (!strError.empty()) return strError;
+      for (std::size_t y = 0; y < nRows && nStrip > 1; ++y)
+        std::copy_n(vecPixels.data() + nRow * y, nRow, vecStrip.data() + nRow * (nStrip * y + i));
+    }
+    if (nStrip > 1) vecPixels.swap(vecStrip);
     m_Progress.Show("writing " + m_Options.m_strOut);
-    strError = QXPngWriter::Write(m_Options.m_strOut, m_Options.m_nWidth, m_Options.m_nHeight, vecPixels.data());
+    std::string const strError = QXPngWriter::Write(
+        m_Options.m_strOut, m_Options.m_nWidth * m_Options.m_nStrip, m_Options.m_nHeight, vecPixels.data());
     if (!strError.empty()) return m_Options.m_strOut + ": " + strError;
     Report();
     return std::string();
+  }
+
+  /// The first frame of all is at time 0.
+  void DrawFrames(int nFrames) {
+    for (int i = 0; i < nFrames; ++i) {
+      if (m_Clock && m_bDrawn) m_Clock->Advance(static_cast<unsigned int>(m_Options.m_nFrameTime));
+      m_Session.DrawFrame();
+      m_bDrawn = true;
+    }
   }
 
   std::string RunWindow() {
@@ -188,11 +225,15 @@ private:
 
   void Report() {
     m_Progress.Clear();
-    if (m_Options.m_bStats) PrintStats(m_Session);
+    if (m_Options.m_bStats) PrintStats(m_Session, m_Clock ? m_Options.m_nFrameTime : 0);
   }
 
   QXViewOptions const& m_Options;
   QXProgress m_Progress;
+  // Before the session, which still asks the time while it ends.
+  std::optional<QXFrameClock> m_Clock;
+  bool m_bDrawn = false;
+  QXModelPictures m_Pictures;
   QXScene m_Scene;
   QXWindow m_Window;
   // After the window, so that the renderer goes first: it draws into it.

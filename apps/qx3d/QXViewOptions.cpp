@@ -71,10 +71,19 @@ constexpr char const* ViewFooter =
     R"(Without --out a window opens: left button orbits, right button pans, wheel zooms, Home goes back to the first
 view, Escape quits. Without a display give --out, and start a renderer that needs one through 'xvfb-run -a'.
 
+Pictures on a model come from the model file or from files beside it: .png .jpg .tif .webp .bmp .tga .hdr .psd .gif
+.ktx2. One that cannot be read is told in one line and its meshes are shown in their colours. A GIF plays: in a window
+by the clock, with --out by --frame-time from frame to frame, so that the same call writes the same picture.
+
 Colours: a mesh shows its material colour times its vertex colours. A mesh with neither is coloured by its faces:
 light ground, pale walls, brick roofs. If every colour of a file is dark, all are mixed with a light paper tone.
 z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
 down, and else OBJ has y up and the others z, unless --up tells.)";
+
+constexpr char const* InspectFooter =
+    R"(Printed are the type by name and by content, the size and depth in the file, the pixel format, size and levels of
+a texture that loads it, and how many pixels let something through. A file whose bytes are of another type than its
+name says is not read; the message tells which type they are. The exit status is 0 only for an image that loads.)";
 
 struct RawOptions {
   std::string m_strSize;
@@ -118,12 +127,29 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
           "--frames", options.m_nFrames, "Frames to draw: before the picture is taken, or before the window closes")
       ->type_name("N")
       ->check(CLI::Range(1, 1000000));
+  view.add_option("--frame-time", options.m_nFrameTime,
+          "Milliseconds between the frames of a written picture, by which animated pictures move on (40)")
+      ->type_name("MS")
+      ->check(CLI::Range(1, 1000000));
+  view.add_option("--strip", options.m_nStrip,
+          "Moments side by side in the written picture, each --frames after the one before, 1 to 64")
+      ->type_name("N")
+      ->check(CLI::Range(1, 64));
   view.add_flag("--no-ground", raw.m_bNoGround, "Leave out the ground plane under the model");
   view.add_flag("--stats", options.m_bStats, "Print frame statistics, triangles, vertices and draw operations");
   view.footer(ViewFooter);
 }
 
-/// What follows once the syntax is right. An empty string, or the line that says which size cannot be.
+void DefineInspect(CLI::App& inspect, std::string& strImage) {
+  inspect
+      .add_option("image", strImage,
+          "Image file: .png .jpg .tif .webp .bmp .tga .hdr .psd .gif .ktx2; a .gif with its frames and delays")
+      ->required()
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  inspect.footer(InspectFooter);
+}
+
+/// What follows once the syntax is right. An empty string, or the line that says what cannot be.
 std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   options.m_bGround = !raw.m_bNoGround;
   if (raw.m_strUp == "y") options.m_eUp = UpAxis::Y;
@@ -134,6 +160,10 @@ std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   if (!raw.m_strSize.empty()) ReadSize(raw.m_strSize, nSides);
   for (long nSide : nSides)
     if (nSide < 1 || nSide > MaxSide) return "--size " + raw.m_strSize + ": a side must have 1 to 16384 pixels";
+  if (options.m_nStrip > 1 && options.m_strOut.empty()) return "--strip goes into a picture; name its file with --out";
+  if (nSides[0] * options.m_nStrip > MaxSide)
+    return "--strip " + std::to_string(options.m_nStrip) + " of " + std::to_string(nSides[0]) +
+           " pixels each: the picture must have 1 to 16384 pixels a side";
   options.m_nWidth = static_cast<int>(nSides[0]);
   options.m_nHeight = static_cast<int>(nSides[1]);
   return std::string();
@@ -149,20 +179,23 @@ QXCommandLine Leave(int nExitStatus, std::string const& strLine) {
 }  // namespace
 
 QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) {
-  CLI::App app("Shows 3D models through a renderer plug-in.", "qx3d");
+  CLI::App app("Shows 3D models through a renderer plug-in, and what images become as textures.", "qx3d");
   app.set_version_flag("--version", std::string("qx3d ") + QXC::GetLibraryVersion());
   app.require_subcommand(1);
   QXCommandLine result;
   RawOptions raw;
   CLI::App* pView = app.add_subcommand("view", "Show a model in a window, or write a picture of it");
   DefineView(*pView, result.m_Options, raw);
+  CLI::App* pInspect = app.add_subcommand("inspect", "Print what the library sees in an image file");
+  DefineInspect(*pInspect, result.m_strImage);
   try {
     app.parse(nArguments, pszArguments);
   } catch (CLI::Success const& success) {
     app.exit(success);  // prints help or version
     return Leave(0, std::string());
   } catch (CLI::ParseError const& error) {
-    return Leave(2, std::string(error.what()) + (pView->parsed() ? "; see 'qx3d view --help'" : "; see 'qx3d --help'"));
+    char const* szCommand = pView->parsed() ? " view" : (pInspect->parsed() ? " inspect" : "");
+    return Leave(2, std::string(error.what()) + "; see 'qx3d" + szCommand + " --help'");
   }
   std::string const strImpossible = TakeOver(raw, result.m_Options);
   if (!strImpossible.empty()) return Leave(1, strImpossible);

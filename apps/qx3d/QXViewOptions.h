@@ -1,5 +1,5 @@
 /// @file
-/// The command line of `qx3d view`.
+/// The command line of the program.
 #pragma once
 
 #include <string>
@@ -28,6 +28,10 @@ struct QXViewOptions {
   int m_nViews = 1;
   /// 0: one for a picture, until it is closed for a window.
   int m_nFrames = 0;
+  /// Milliseconds from one frame of a written picture to the next, as animated pictures see them.
+  int m_nFrameTime = 40;
+  /// Frames side by side in a written picture, each m_nFrames after the one before.
+  int m_nStrip = 1;
   bool m_bStats = false;
   bool m_bGround = true;
   UpAxis m_eUp = UpAxis::Auto;
@@ -38,6 +42,8 @@ struct QXCommandLine {
   bool m_bRun = false;
   int m_nExitStatus = 0;
   QXViewOptions m_Options;
+  /// Image to inspect; empty: a model is to be viewed.
+  std::string m_strImage;
 };
 
 /// Reads the command line. Help and version are printed to the standard output; a mistake is one line on the standard

@@ -1,4 +1,5 @@
 // The host program: shows what the library does, and is its largest example.
+#include <apps/qx3d/QXInspectCommand.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXViewCommand.h>
 #include <apps/qx3d/QXViewOptions.h>
@@ -9,7 +10,9 @@
 int main(int nArguments, char** pszArguments) {
   try {
     QXApp::QXCommandLine const commandLine = QXApp::ParseCommandLine(nArguments, pszArguments);
-    return commandLine.m_bRun ? QXApp::RunView(commandLine.m_Options) : commandLine.m_nExitStatus;
+    if (!commandLine.m_bRun) return commandLine.m_nExitStatus;
+    if (!commandLine.m_strImage.empty()) return QXApp::RunInspect(commandLine.m_strImage);
+    return QXApp::RunView(commandLine.m_Options);
   } catch (std::bad_alloc const&) {
     QXApp::PrintFailure("there is not enough memory; try a smaller model or picture");
   } catch (std::exception const& exception) {

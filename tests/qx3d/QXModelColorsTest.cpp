@@ -1,4 +1,5 @@
 #include <apps/qx3d/QXModelColors.h>
+#include <apps/qx3d/QXModelPictures.h>
 
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
 
@@ -11,10 +12,11 @@ namespace {
 
 using QXC::QXVector3d;
 
+QXModelPictures const NoPictures;
 QXC::QXBoundingBox const Box(QXVector3d(0.0, 0.0, 0.0), QXVector3d(100.0, 100.0, 50.0));
 
 unsigned int ColorOf(QXC::ModelDataInfo const& model, double z, QXVector3d const& vecNormal) {
-  return QXModelColors(model, Box).GetColor(*model.GetMesh(0), 0, QXVector3d(0.0, 0.0, z), vecNormal);
+  return QXModelColors(model, Box, NoPictures).GetColor(*model.GetMesh(0), 0, QXVector3d(0.0, 0.0, z), vecNormal);
 }
 
 QXC::ModelDataInfo MakeModel(QXC::QXColorValue3D const& color) {
@@ -52,7 +54,7 @@ TEST(QXModelColors, MeshWithoutColoursIsGroundRoofAndWall) {
 
 TEST(QXModelColors, DarkPaletteIsDrawnOnPaper) {
   QXC::ModelDataInfo const dark = MakeModel({0.5, 0.0, 0.0, 1.0});
-  EXPECT_TRUE(QXModelColors(dark, Box).IsDark());
+  EXPECT_TRUE(QXModelColors(dark, Box, NoPictures).IsDark());
   // 0.55 of the colour and 0.45 of the paper.
   EXPECT_EQ(ColorOf(dark, 0.0, QXVector3d::UNIT_Z), QDC::QDCRGBA(176, 103, 95, 255));
 }
@@ -63,7 +65,7 @@ TEST(QXModelColors, OneBrightColourKeepsAllAsTheyAre) {
   pBright->m_bBaseColorSet = 1;
   pBright->m_BaseColor = QXC::QXColorValue3D(0.7, 0.7, 0.7, 1.0);
   model.AddMesh(pBright);
-  EXPECT_FALSE(QXModelColors(model, Box).IsDark());
+  EXPECT_FALSE(QXModelColors(model, Box, NoPictures).IsDark());
   EXPECT_EQ(ColorOf(model, 0.0, QXVector3d::UNIT_Z), QDC::QDCRGBA(128, 0, 0, 255));
 }
 
@@ -73,10 +75,11 @@ TEST(QXModelColors, BlackModelStaysBlack) {
 
 TEST(QXModelColors, TransparencyIsThatOfMaterialOrVertices) {
   QXC::ModelDataInfo model = MakeModel({1.0, 1.0, 1.0, 1.0});
-  EXPECT_FALSE(QXModelColors::IsTransparent(*model.GetMesh(0)));
+  QXModelColors const colors(model, Box, NoPictures);
+  EXPECT_FALSE(colors.IsTransparent(*model.GetMesh(0)));
   model.GetMesh(0)->m_pVertexPackage->m_bTransparent = 1;
-  EXPECT_TRUE(QXModelColors::IsTransparent(*model.GetMesh(0)));
-  EXPECT_TRUE(QXModelColors::IsTransparent(*MakeModel({1.0, 1.0, 1.0, 0.5}).GetMesh(0)));
+  EXPECT_TRUE(colors.IsTransparent(*model.GetMesh(0)));
+  EXPECT_TRUE(colors.IsTransparent(*MakeModel({1.0, 1.0, 1.0, 0.5}).GetMesh(0)));
 }
 
 }  // namespace
