@@ -50,8 +50,7 @@ int ReadExtra(TIFF* pTiff, QXTiffPage const& page) {
   std::uint16_t nExtras = 0;
   std::uint16_t* pExtras = nullptr;
   if (TIFFGetField(pTiff, TIFFTAG_EXTRASAMPLES, &nExtras, &pExtras) && nExtras > 0) return pExtras[0];
-  // Old writers leave the tag out; a single further sample is alpha there.
-  return page.m_nSamples == page.GetColourSamples() + 1 ? EXTRASAMPLE_UNASSALPHA : EXTRASAMPLE_UNSPECIFIED;
+  return EXTRASAMPLE_UNSPECIFIED;
 }
 
 }  // namespace

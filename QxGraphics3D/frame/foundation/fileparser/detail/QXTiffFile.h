@@ -21,7 +21,8 @@ struct QXTiffPage {
   std::uint16_t m_nPlanar = PLANARCONFIG_CONTIG;
   std::uint16_t m_nSampleFormat = SAMPLEFORMAT_UINT;
   std::uint16_t m_nOrientation = ORIENTATION_TOPLEFT;
-  /// Meaning of the first sample beyond the colours: one of EXTRASAMPLE_..., or -1 where there is none.
+  /// Meaning of the first sample beyond the colours: one of EXTRASAMPLE_..., or -1 where there is none. A sample of
+  /// unspecified meaning is no alpha: aerial pictures carry near infrared there.
   int m_nExtra = -1;
   bool m_bTiled = false;
 
