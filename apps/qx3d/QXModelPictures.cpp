@@ -106,9 +106,14 @@ std::string ListReadable() {
   return strList;
 }
 
+/// Why the library could not read a picture; it does not say so everywhere.
+std::string TakeReason() {
+  std::string strReason = Narrow(QXC::QXFileParseToolkit::GetErrorText());
+  return strReason.empty() ? "it is broken or larger than the library reads" : strReason;
+}
+
 /// A reason without advice gets the usual one.
-std::string AddAdvice(std::string strReason) {
-  if (strReason.empty()) strReason = "it cannot be read";
+std::string AddAdvice(std::string const& strReason) {
   return strReason.find(';') != std::string::npos ? strReason : strReason + "; get another copy of the picture";
 }
 
@@ -161,8 +166,7 @@ std::string QXModelPictures::Picture::LoadFile(QdcUnicodeString const& strPath) 
     return LoadAnimation(pFile->m_pPixels, pFile->m_nDataSize);
   }
   QXC::QXImageData* pImage = nullptr;
-  if (QXC::QXTexture::LoadImageData(strPath, 0, pImage, 0) == 0 || pImage == nullptr)
-    return Narrow(QXC::QXFileParseToolkit::GetErrorText());
+  if (QXC::QXTexture::LoadImageData(strPath, 0, pImage, 0) == 0 || pImage == nullptr) return TakeReason();
   Pixels pixels = TakePixels(*pImage);
   Dispose(pImage);
   return SetStill(std::move(pixels));
@@ -172,8 +176,7 @@ std::string QXModelPictures::Picture::LoadBytes(unsigned char const* pBytes, QXU
   if (QXC::QXFileParseToolkit::GetFileTypeByContent(pBytes, nSize) == QXFileType::EM_IMAGE_GIF)
     return LoadAnimation(pBytes, nSize);
   QXC::QdcArray<QXC::QXImageData*> arrImages;
-  if (QXC::QXFileParseToolkit::GetImageDataFromMemory(pBytes, nSize, arrImages) == 0)
-    return Narrow(QXC::QXFileParseToolkit::GetErrorText());
+  if (QXC::QXFileParseToolkit::GetImageDataFromMemory(pBytes, nSize, arrImages) == 0) return TakeReason();
   Pixels pixels;
   if (arrImages.GetSize() > 0 && arrImages[0] != nullptr) pixels = TakePixels(*arrImages[0]);
   for (QXC::QXImageData* pImage : arrImages) Dispose(pImage);
@@ -185,8 +188,7 @@ std::string QXModelPictures::Picture::LoadBytes(unsigned char const* pBytes, QXU
 std::string QXModelPictures::Picture::LoadAnimation(unsigned char const* pBytes, QXUInt64 nSize) {
   QXC::QdcArray<QXC::QXGeoPicture*> arrFrames;
   std::string strReason;
-  if (QXC::QXFileParseToolkit::GetDynamicIMGDataFromMemory(pBytes, nSize, arrFrames, 0) == 0)
-    strReason = AddAdvice(Narrow(QXC::QXFileParseToolkit::GetErrorText()));
+  if (QXC::QXFileParseToolkit::GetDynamicIMGDataFromMemory(pBytes, nSize, arrFrames, 0) == 0) strReason = TakeReason();
   Pixels first;
   if (arrFrames.GetSize() > 0 && arrFrames[0]->GetImage() != nullptr) {
     // The clear pixels of any frame show what is behind the picture.
@@ -208,7 +210,7 @@ std::string QXModelPictures::Picture::LoadAnimation(unsigned char const* pBytes,
 
 std::string QXModelPictures::Picture::LoadKtx2(QdcUnicodeString const& strPath) {
   auto pTexture = std::make_unique<QXHostTexture>();
-  if (pTexture->LoadKTX2(strPath) == 0) return Narrow(QXC::QXFileParseToolkit::GetErrorText());
+  if (pTexture->LoadKTX2(strPath) == 0) return TakeReason();
   m_pKtx2 = std::move(pTexture);
   return std::string();
 }

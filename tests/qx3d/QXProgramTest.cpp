@@ -1,5 +1,6 @@
 // The program as a person runs it.
 #include <tests/assimp/QXTestFiles.h>
+#include <tests/assimp/QXTexturedModels.h>
 #include <tests/qx3d/QXPngReader.h>
 
 #include <gtest/gtest.h>
@@ -238,6 +239,94 @@ TEST(QXProgram, BadModelReaderIsRefused) {
       folder, ViewArguments(folder, Block()) + " --plugins " + Quote(plugins.Path()), 1, {"no reader", "gone"});
 }
 
+/// A sign with its picture in a folder. @return  its path
+std::string WriteSign(Folder const& folder, std::string const& strMap = "quarters.png") {
+  folder.Write("quarters.png", QXAssimp::ReadTestFile(QXAssimp::ModelPath("quarters.png")));
+  folder.Write("sign.mtl", QXAssimp::MakeSignMtl(strMap));
+  return folder.Write("sign.obj", QXAssimp::MakeSignObj("sign.mtl"));
+}
+
+TEST(QXProgram, StatsCountTextures) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, WriteSign(folder)) + " --stats");
+  EXPECT_EQ(run.m_nExitStatus, 0);
+  EXPECT_EQ(run.m_strError, "");
+  EXPECT_NE(run.m_strOut.find("textures           1\n"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(RunProgram(folder, ViewArguments(folder, Block()) + " --stats").m_strOut.find("textures           0\n"),
+      std::string::npos);
+}
+
+TEST(QXProgram, MissingPictureIsOneLineAndTheModelIsShown) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, WriteSign(folder, "tex\\gone.png")) + " --stats");
+  EXPECT_EQ(run.m_nExitStatus, 0);
+  EXPECT_EQ(
+      run.m_strError, "qx3d: picture " + folder.Path("tex/gone.png") + ": no such file; put it beside the model\n");
+  EXPECT_NE(run.m_strOut.find("the model has 2,"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("textures           0\n"), std::string::npos) << run.m_strOut;
+  EXPECT_TRUE(std::filesystem::exists(folder.Path("out.png")));
+}
+
+TEST(QXProgram, StripStandsInOnePicture) {
+  Folder const folder;
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, Block()) + " --size 20x10 --strip 3");
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  EXPECT_EQ(picture.m_nWidth, 60);
+  EXPECT_EQ(picture.m_nHeight, 10);
+  std::filesystem::remove(folder.Path("out.png"));
+  ExpectFailure(folder, ViewArguments(folder, Block()) + " --size 1000x10 --strip 17", 1, {"--strip", "16384"});
+  ExpectFailure(folder, "view " + Quote(Block()) + " --renderer null --strip 2", 1, {"--strip", "--out"});
+}
+
+std::string Inspect(Folder const& folder, std::string const& strPath) {
+  ProgramRun const run = RunProgram(folder, "inspect " + Quote(strPath));
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_EQ(run.m_strError, "");
+  return run.m_strOut;
+}
+
+TEST(QXProgram, InspectTellsWhatATextureBecomes) {
+  Folder const folder;
+  std::string const strQuarters = QXAssimp::ModelPath("quarters.png");
+  EXPECT_EQ(Inspect(folder, strQuarters),
+      "file               " + strQuarters +
+          "\ntype by name       .png\ntype by content    .png\nsize               8 x 8\n"
+          "depth              24 bits a pixel\n"
+          "loaded as          PF_R8G8B8 (10), 3 bytes a pixel: blue, green, red\nloaded size        8 x 8\n"
+          "compression        0, none\nmip levels         4\ntransparency       none, every pixel is opaque\n"
+          "frames             1\n");
+  // 3 x 1 pixels, one of them clear.
+  std::string const strClear =
+      Inspect(folder, folder.Write("clear.tga", std::vector<unsigned char>{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 0, 1,
+                                                    0, 32, 0x28, 1, 2, 3, 255, 1, 2, 3, 255, 1, 2, 3, 0}));
+  EXPECT_NE(strClear.find("depth              32 bits a pixel\n"), std::string::npos) << strClear;
+  EXPECT_NE(strClear.find("PF_A8R8G8B8 (12)"), std::string::npos) << strClear;
+  EXPECT_NE(strClear.find("loaded size        4 x 1\n"), std::string::npos) << strClear;
+  EXPECT_NE(strClear.find("transparency       1 of 3 pixels\n"), std::string::npos) << strClear;
+}
+
+TEST(QXProgram, InspectRefusesWithTheReasonAndAWayOut) {
+  Folder const folder;
+  std::vector<unsigned char> const vecPng = QXAssimp::ReadTestFile(QXAssimp::ModelPath("quarters.png"));
+  auto const expect = [&folder](std::string const& strImage, std::vector<std::string> vecParts) {
+    vecParts.push_back(strImage);
+    ExpectFailure(folder, "inspect " + Quote(strImage), 1, vecParts);
+  };
+  expect(folder.Path("gone.png"), {"no such file", "correct the name"});
+  expect(folder.Path(), {"directory"});
+  expect("/dev/null", {"no regular file"});
+  expect(folder.Write("empty.png", ""), {"empty"});
+  expect(folder.Write("wrong.jpg", vecPng), {"the name says .jpg", ".png", "rename"});
+  expect(folder.Write("picture.dat", vecPng), {"unknown extension", ".png", "rename"});
+  expect(folder.Write("notes.txt", "just text"), {"unknown kind", ".png", ".ktx2"});
+  expect(Block(), {"model", "qx3d view"});
+  expect(folder.Write("cut.png", std::vector<unsigned char>(vecPng.begin(), vecPng.end() - 30)), {"; get "});
+  expect(folder.Write("cut.gif", "GIF89a"), {"; get "});
+  ExpectFailure(folder, "inspect", 2, {"image", "inspect --help"});
+  ExpectFailure(folder, "inspect ''", 2, {"empty"});
+}
+
 TEST(QXProgram, HelpAndVersionLeaveWithZero) {
   Folder const folder;
   ProgramRun const help = RunProgram(folder, "--help");
@@ -302,6 +391,82 @@ TEST(QXProgramWithDevice, WindowDrawsItsFramesAndCloses) {
   EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
   EXPECT_EQ(run.m_strError, "");
   EXPECT_NE(run.m_strOut.find("size               160 x 120"), std::string::npos) << run.m_strOut;
+}
+
+/// What a sign shows in the middle of its four quarters, row by row, from its first row.
+std::string ReadSign(Folder const& folder, std::string const& strModel, std::string const& strOptions = "") {
+  std::filesystem::remove(folder.Path("out.png"));
+  ProgramRun const run = RunProgram(folder,
+      "view " + Quote(strModel) +
+          " --up z --renderer ogre --no-ground --size 160x160 --eye 2,-20,2 --look 2,0,2 --out " +
+          Quote(folder.Path("out.png")) + " " + strOptions,
+      WithDisplay);
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_EQ(run.m_strError, "");
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  std::string strColors;
+  // The sign is 4 wide, 20 away: 2 / 20 of a picture that is tan(0.275) to each side are 28 pixels.
+  for (int y : {80 - 14, 80 + 14}) {
+    for (int x : {80 - 14, 80 + 14}) {
+      unsigned char const* p =
+          picture.m_vecPixels.data() +
+          3 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.m_nWidth) + static_cast<std::size_t>(x));
+      char const* szColor = "mixed";
+      if (p[0] > 150 && p[1] > 150 && p[2] > 150) szColor = "white";
+      if (p[0] > 150 && p[1] < 50 && p[2] < 50) szColor = "red";
+      if (p[0] < 50 && p[1] > 150 && p[2] < 50) szColor = "green";
+      if (p[0] < 50 && p[1] < 50 && p[2] > 150) szColor = "blue";
+      strColors += strColors.empty() ? szColor : std::string(" ") + szColor;
+    }
+  }
+  return strColors;
+}
+
+constexpr char const* Upright = "red green blue white";
+
+TEST(QXProgramWithDevice, PicturesOfAllFormatsStandUpright) {
+  Folder const folder;
+  std::vector<unsigned char> const vecPicture = QXAssimp::ReadTestFile(QXAssimp::ModelPath("quarters.png"));
+  EXPECT_EQ(ReadSign(folder, WriteSign(folder)), Upright);
+  EXPECT_EQ(ReadSign(folder, folder.Write("sign.gltf", QXAssimp::MakeSignGltf(QXAssimp::QXGltfSign()))), Upright);
+  EXPECT_EQ(
+      ReadSign(folder, folder.Write("sign.glb", QXAssimp::MakeSignGlb(QXAssimp::QXGltfSign(), vecPicture))), Upright);
+  EXPECT_EQ(ReadSign(folder, folder.Write("sign.3ds", QXAssimp::MakeSign3ds("QUARTERS.PNG", {}))), Upright);
+}
+
+TEST(QXProgramWithDevice, TransformsAndWrapModesOfGltfAreSeen) {
+  Folder const folder;
+  WriteSign(folder);
+  QXAssimp::QXGltfSign sign;
+  auto const read = [&] { return ReadSign(folder, folder.Write("sign.gltf", QXAssimp::MakeSignGltf(sign))); };
+  // Half a picture to the left, beyond the edge.
+  sign.m_strTextureInfo = R"(,"extensions":{"KHR_texture_transform":{"offset":[0.5,0]}})";
+  EXPECT_EQ(read(), "green red white blue");
+  sign.m_strSampler = R"("wrapS":33071,"wrapT":33071)";
+  EXPECT_EQ(read(), "green green white white");
+  sign.m_strSampler = R"("wrapS":33648,"wrapT":10497)";
+  EXPECT_EQ(read(), "green green white white");
+  // A whole picture to the left: the mirror image stands there.
+  sign.m_strTextureInfo = R"(,"extensions":{"KHR_texture_transform":{"offset":[1,0]}})";
+  EXPECT_EQ(read(), "green red white blue");
+  sign.m_strSampler.clear();
+  EXPECT_EQ(read(), Upright);
+  // A quarter turn of the coordinates against the clock, about the corner at the top left: (u, v) becomes (v, -u).
+  sign.m_strTextureInfo = R"(,"extensions":{"KHR_texture_transform":{"rotation":1.5707963}})";
+  EXPECT_EQ(read(), "blue red white green");
+}
+
+TEST(QXProgramWithDevice, MeshWithoutItsPictureIsSeenInItsColour) {
+  Folder const folder;
+  folder.Write("sign.mtl", QXAssimp::MakeSignMtl("gone.png", "1 0 0"));
+  std::string const strModel = folder.Write("sign.obj", QXAssimp::MakeSignObj("sign.mtl"));
+  ProgramRun const run = RunProgram(folder,
+      "view " + Quote(strModel) + " --up z --renderer ogre --no-ground --size 40x40 --out " +
+          Quote(folder.Path("out.png")),
+      WithDisplay);
+  EXPECT_EQ(run.m_nExitStatus, 0);
+  EXPECT_NE(run.m_strError.find("gone.png"), std::string::npos);
+  EXPECT_EQ(NameColor(ReadPicture(folder.Path("out.png")), 20, 20), "red");
 }
 
 TEST(QXProgramWithDevice, WithoutADisplayTheWayOutIsNamed) {

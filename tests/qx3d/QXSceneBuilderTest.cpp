@@ -1,12 +1,17 @@
 #include <apps/qx3d/QXSceneBuilder.h>
 
+#include <QxGraphics3D/frame/foundation/base/QdcColor.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
+#include <QxGraphics3D/renderop/QXTexCoordBlock.h>
 #include <QxGraphics3D/renderop/QXVertexBlock.h>
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
 
+#include <tests/assimp/QXTestFiles.h>
 #include <tests/fileparser/QXModelMaker.h>
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 
 namespace QXApp {
@@ -95,6 +100,92 @@ TEST(QXSceneBuilder, TransparentMeshesHaveADrawableOfTheirOwn) {
   ASSERT_EQ(scene.m_vecParts.size(), 2u);
   EXPECT_FALSE(scene.m_vecParts[0].m_bTransparent);
   EXPECT_TRUE(scene.m_vecParts[1].m_bTransparent);
+}
+
+/// Adds a triangle with a picture; its coordinates are (0, 0), (0.5, 0), (0, 0.25).
+QXC::QXModelMesh* AddCovered(QXC::ModelDataInfo& model, int nImage) {
+  QXC::QXModelMesh* pMesh = QXC::MakeTriangle();
+  pMesh->m_pVertexPackage->SetTexCoordNum(0, 3, 0);
+  pMesh->m_pVertexPackage->m_pTexCoords[0][2] = 0.5f;
+  pMesh->m_pVertexPackage->m_pTexCoords[0][5] = 0.25f;
+  pMesh->m_Texture.m_nImage = nImage;
+  pMesh->m_bBaseColorSet = 1;
+  pMesh->m_BaseColor = QXC::QXColorValue3D(0.2, 0.4, 0.0, 1.0);
+  model.AddNode(QXC::MakeNode(model.AddMesh(pMesh), 0.0, 0.0, 0.0));
+  return pMesh;
+}
+
+void AddPicture(QXC::ModelDataInfo& model, std::string const& strPath) {
+  auto* pImage = new QXC::QXModelImage;
+  pImage->m_strFilePath = QXC::QdcUnicodeString::FromUTF8(strPath.c_str());
+  model.AddImage(pImage);
+}
+
+unsigned int ColorOf(QXC::QXRenderOperationMultiIndex const& operation, unsigned int nVertex) {
+  QXC::QXVertexBlock const& block = *operation.m_pVertexBlock;
+  return std::bit_cast<unsigned int>(block.m_pBuffer[nVertex * block.m_nStride + 6]);
+}
+
+TEST(QXSceneBuilder, PicturesSplitDrawablesAndTransformsGoIntoTheCoordinates) {
+  QXC::ModelDataInfo model;
+  AddPicture(model, QXAssimp::ModelPath("quarters.png"));
+  AddCovered(model, 0);
+  AddCovered(model, 0)->m_Texture.m_matTransform[3][0] = 4.0;
+  model.AddNode(QXC::MakeNode(model.AddMesh(QXC::MakeTriangle()), 0.0, 0.0, 0.0));
+  std::vector<std::string> vecProblems;
+  QXModelPictures pictures;
+  pictures.Load(model, vecProblems);
+  QXScene const scene = BuildScene(model, pictures);
+  ASSERT_EQ(scene.m_vecParts.size(), 2u);
+  EXPECT_EQ(scene.m_vecParts[0].m_Texture.m_nImage, -1);
+  EXPECT_EQ(Part(scene, 0).m_pTexCoordBlock, nullptr);
+  EXPECT_EQ(Part(scene, 0).GetTexturePackageArray()[0], nullptr);
+  // Both transforms of one picture in one drawable.
+  EXPECT_EQ(scene.m_vecParts[1].m_Texture.m_nImage, 0);
+  QXC::QXTexCoordBlock const& coords = *Part(scene, 1).m_pTexCoordBlock;
+  ASSERT_EQ(coords.m_nCounts[0], 6u);
+  EXPECT_EQ(coords.m_pBuffers[0][2], 0.5f);
+  EXPECT_EQ(coords.m_pBuffers[0][5], 0.25f);
+  EXPECT_EQ(coords.m_pBuffers[0][8], 4.5f);
+  QXC::QXTexturePackage const& package = *Part(scene, 1).GetTexturePackageArray()[0];
+  EXPECT_EQ(std::string(package.m_strTextureName.ToMBString().Cstr()), QXAssimp::ModelPath("quarters.png") + "|repeat");
+  EXPECT_EQ(package.m_pTextures[0], nullptr);
+}
+
+TEST(QXSceneBuilder, PictureIsMultipliedWithTheColourOrReplacesIt) {
+  QXC::ModelDataInfo model;
+  AddPicture(model, QXAssimp::ModelPath("quarters.png"));
+  QXC::QXModelMesh* pMesh = AddCovered(model, 0);
+  std::vector<std::string> vecProblems;
+  QXModelPictures pictures;
+  pictures.Load(model, vecProblems);
+  // As the file has it, however dark.
+  EXPECT_EQ(ColorOf(Part(BuildScene(model, pictures), 0), 0), QDC::QDCRGBA(51, 102, 0, 255));
+  pMesh->m_Texture.m_bReplacesColor = 1;
+  EXPECT_EQ(ColorOf(Part(BuildScene(model, pictures), 0), 0), QDC::QDCRGBA(255, 255, 255, 255));
+  pMesh->m_BaseColor.a = 0.6;
+  QXScene const glass = BuildScene(model, pictures);
+  EXPECT_EQ(ColorOf(Part(glass, 0), 0), QDC::QDCRGBA(255, 255, 255, 153));
+  EXPECT_TRUE(glass.m_vecParts[0].m_bTransparent);
+  // A material that is opaque by its own word.
+  pMesh->m_Texture.m_eAlpha = QXC::QX_ALPHA_OPAQUE;
+  QXScene const solid = BuildScene(model, pictures);
+  EXPECT_EQ(ColorOf(Part(solid, 0), 0), QDC::QDCRGBA(255, 255, 255, 255));
+  EXPECT_FALSE(solid.m_vecParts[0].m_bTransparent);
+}
+
+TEST(QXSceneBuilder, MeshWhosePictureIsMissingIsShownInItsColour) {
+  QXC::ModelDataInfo model;
+  AddPicture(model, "/nowhere/gone.png");
+  AddCovered(model, 0)->m_BaseColor = QXC::QXColorValue3D(0.0, 1.0, 0.0, 1.0);
+  model.GetMesh(0)->m_Texture.m_bReplacesColor = 1;
+  std::vector<std::string> vecProblems;
+  QXModelPictures pictures;
+  pictures.Load(model, vecProblems);
+  EXPECT_EQ(vecProblems.size(), 1u);
+  QXScene const scene = BuildScene(model, pictures);
+  EXPECT_EQ(scene.m_vecParts[0].m_Texture.m_nImage, -1);
+  EXPECT_EQ(ColorOf(Part(scene, 0), 0), QDC::QDCRGBA(0, 255, 0, 255));
 }
 
 QXC::ModelDataInfo MakeCopies(int nCount) {
