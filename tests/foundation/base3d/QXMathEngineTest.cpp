@@ -4,6 +4,9 @@
 
 #include <glm/gtc/matrix_transform.hpp>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace QXC;
 using QXTest::ExpectNear;
 using QXTest::ToGlm;
@@ -66,6 +69,47 @@ TEST(QXMathEngine, GivesTheExponentOfThatPower) {
   EXPECT_EQ(QXMathEngine::NextLog2(1025), 11U);
   EXPECT_EQ(QXMathEngine::NextLog2(0x80000000U), 31U);
   EXPECT_EQ(QXMathEngine::NextLog2(0x80000001U), 32U);
+}
+
+TEST(QXMathEngine, ScalesAnImage) {
+  unsigned char const arrSource[] = {0, 100, 200};
+  unsigned char arrTarget[7] = {9, 9, 9, 9, 9, 9, 9};
+  EXPECT_EQ(QXMathEngine::ScaleImageInternal(1, 3, 1, arrSource, 6, 1, arrTarget, -1), 1);
+  unsigned char const arrExpected[] = {0, 25, 75, 125, 175, 200, 9};
+  EXPECT_TRUE(std::equal(std::begin(arrTarget), std::end(arrTarget), arrExpected));
+}
+
+TEST(QXMathEngine, BelievesALengthThatHoldsThePixels) {
+  unsigned char const arrSource[12] = {};
+  unsigned char arrTarget[48] = {};
+  EXPECT_EQ(QXMathEngine::ScaleImageInternal(3, 2, 2, arrSource, 4, 4, arrTarget, 12), 1);
+  EXPECT_EQ(QXMathEngine::ScaleImageInternal(3, 2, 2, arrSource, 4, 4, arrTarget, 1000), 1);
+}
+
+TEST(QXMathEngine, RefusesToScaleWhatIsNoImage) {
+  unsigned char const arrSource[16] = {};
+  unsigned char arrTarget[16];
+  std::fill(std::begin(arrTarget), std::end(arrTarget), static_cast<unsigned char>(9));
+  auto const scale = [&](int nBytes, int nWidth, int nHeight, int nNewWidth, int nNewHeight, int nLength) {
+    return QXMathEngine::ScaleImageInternal(
+        nBytes, nWidth, nHeight, arrSource, nNewWidth, nNewHeight, arrTarget, nLength);
+  };
+  EXPECT_EQ(scale(0, 2, 2, 1, 1, -1), 0);
+  EXPECT_EQ(scale(-1, 2, 2, 1, 1, -1), 0);
+  EXPECT_EQ(scale(5, 1, 1, 2, 1, -1), 0);
+  for (int const nEdge : {0, -1}) {
+    EXPECT_EQ(scale(1, nEdge, 2, 1, 1, -1), 0);
+    EXPECT_EQ(scale(1, 2, nEdge, 1, 1, -1), 0);
+    EXPECT_EQ(scale(1, 2, 2, nEdge, 1, -1), 0);
+    EXPECT_EQ(scale(1, 2, 2, 1, nEdge, -1), 0);
+  }
+  EXPECT_EQ(scale(4, 2, 2, 1, 1, 15), 0) << "one byte short";
+  EXPECT_EQ(scale(1, 2, 2, 1, 1, 0), 0);
+  EXPECT_EQ(scale(1, 2, 2, 1, 1, -2), 0);
+  EXPECT_EQ(scale(4, 46341, 46341, 1, 1, 16), 0) << "a product of 32 bits would pass";
+  EXPECT_EQ(QXMathEngine::ScaleImageInternal(1, 2, 2, nullptr, 1, 1, arrTarget, -1), 0);
+  EXPECT_EQ(QXMathEngine::ScaleImageInternal(1, 2, 2, arrSource, 1, 1, nullptr, -1), 0);
+  for (unsigned char const nByte : arrTarget) EXPECT_EQ(nByte, 9);
 }
 
 TEST(QXMathEngine, HoldsTheKindOfRendererForTheProcess) {
