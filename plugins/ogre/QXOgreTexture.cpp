@@ -22,6 +22,14 @@ namespace {
 /// OpenGL's own first value: more levels than any texture has.
 constexpr int ALL_LEVELS = 1000;
 
+/// Whether the block is a whole file. An image record of one says so by its depth, which no texture keeps: it has no
+/// edges and yet a length.
+bool IsRawFile(QXTextureData const& data) {
+  return data.m_nCompression == TEXTURE_COMPRESSION_RAW ||
+         (data.m_nCompression == TEXTURE_COMPRESSION_NONE && data.m_nWidth == 0 && data.m_nHeight == 0 &&
+             data.GetBlockLength() > 0);
+}
+
 }  // namespace
 
 QXOgreTexture::QXOgreTexture(QXOgreTextureManager& manager)
@@ -47,7 +55,7 @@ void QXOgreTexture::TakeImage(std::unique_ptr<QXOgreImage> pImage, std::unique_p
 unsigned char QXOgreTexture::Upload() {
   return GetManager()->Try([this](QXOgreDevice& device) {
     std::scoped_lock const lock(m_Mutex);
-    if (m_TextureData.m_nCompression == TEXTURE_COMPRESSION_RAW) {
+    if (IsRawFile(m_TextureData)) {
       if (!m_TextureData.m_pPixels) throw std::runtime_error("a texture without an image cannot be loaded");
       auto const nSize = static_cast<std::size_t>(m_TextureData.GetBlockLength());
       if (nSize == 0) throw std::runtime_error("the bytes of an animated texture have no length");
