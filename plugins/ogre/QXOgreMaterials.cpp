@@ -57,8 +57,10 @@ std::string FragmentSource(std::string const& strCoordSets) {
     std::string const strNumber = std::to_string(i);
     bool const bStack = IsStack(strCoordSets[i]);
     strDeclarations += std::string("uniform ") + (bStack ? "sampler2DArray" : "sampler2D") + " texture" + strNumber +
-                       ";\nin vec3 place" + strNumber + ";\n";
-    strLines += "  colour *= texture(texture" + strNumber + ", place" + strNumber + (bStack ? "" : ".xy") + ");\n";
+                       ";\nuniform vec4 leastAlpha" + strNumber + ";\nin vec3 place" + strNumber + ";\n";
+    strLines += "  vec4 texel" + strNumber + " = texture(texture" + strNumber + ", place" + strNumber +
+                (bStack ? "" : ".xy") + ");\n  colour *= vec4(texel" + strNumber + ".rgb, max(texel" + strNumber +
+                ".a, leastAlpha" + strNumber + ".x));\n";
   }
   return VERSION + strDeclarations + QX_OGRE_FRAGMENT_SHADER + strLines + QX_OGRE_FRAGMENT_SHADER_END;
 }
@@ -144,8 +146,9 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pFragment->setNamedAutoConstant("shading", Parameters::ACT_CUSTOM, QX_OGRE_SHADING);
   for (unsigned int i = 0; i < surface.m_strCoordSets.size(); ++i) {
     std::string const strNumber = std::to_string(i);
-    pVertex->setNamedAutoConstant("textureU" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURE_ROWS + 2 * i);
-    pVertex->setNamedAutoConstant("textureV" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURE_ROWS + 2 * i + 1);
+    pVertex->setNamedAutoConstant("textureU" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i);
+    pVertex->setNamedAutoConstant("textureV" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i + 1);
+    pFragment->setNamedAutoConstant("leastAlpha" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i + 2);
     pFragment->setNamedConstant("texture" + strNumber, static_cast<int>(i));
   }
   pMaterial->load();

@@ -47,8 +47,8 @@ enum QXOgreParameter : unsigned int {
   QX_OGRE_TINT = 0,       ///< Factor on the vertex colour
   QX_OGRE_SELECTION = 1,  ///< Colour of the selection; alpha is how much it covers, 0 where nothing is selected
   QX_OGRE_SHADING = 2,    ///< x: 1 lit, 0 the plain colour
-  /// Two for each texture: what the four coordinates are multiplied with to give u and v.
-  QX_OGRE_TEXTURE_ROWS = 3,
+  /// Three for each texture: what the four coordinates are multiplied with to give u and v, and x: the least alpha.
+  QX_OGRE_TEXTURES = 3,
 };
 
 /// Materials of the drawables, one a surface, on one pair of programs for each sequence of coordinate sets: GL3Plus

@@ -30,6 +30,7 @@ struct QXOgreBinding {
   QXVector3d m_vecScale;
   QXVector3d m_vecOffset;
   bool m_bReversed = false;
+  bool m_bTransparent = false;
   bool m_bTold = false;
 };
 

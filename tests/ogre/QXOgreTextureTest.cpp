@@ -424,7 +424,11 @@ TEST_F(QXOgreTexture, WhatLetsThroughIsBlendedIfTheFlagAgrees) {
   EXPECT_EQ(half.a, 255);
   EXPECT_EQ(Frame().At(48, 32), GREEN_PIXEL);
   pTexture->m_bHasTransparentData = 0;
-  EXPECT_EQ(Frame().At(16, 32).r, 0) << "opaque, whatever its alpha says";
+  EXPECT_EQ(Frame().At(16, 32), BLUE_PIXEL) << "opaque, whatever its alpha says";
+  // Blended for another reason, it still lets nothing through of its own.
+  m_arrOperations.back()->SetOpacity(0.5);
+  EXPECT_NEAR(Frame().At(16, 32).r, 127, 1);
+  m_arrOperations.back()->SetOpacity(1.0);
   pTexture->m_bHasTransparentData = 1;
   EXPECT_NEAR(Frame().At(16, 32).r, 127, 1);
 }
