@@ -53,7 +53,8 @@ public:
   template <class T>
   bool Array(T* pValues, std::size_t nCount) {
     if (!Has<T>(nCount)) return false;
-    std::memcpy(static_cast<void*>(pValues), m_pNext, nCount * sizeof(T));
+    // Arrays without items have no address.
+    if (nCount > 0) std::memcpy(static_cast<void*>(pValues), m_pNext, nCount * sizeof(T));
     m_pNext += nCount * sizeof(T);
     m_nRemaining -= nCount * sizeof(T);
     return true;

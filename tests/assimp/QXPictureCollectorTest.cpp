@@ -13,6 +13,8 @@
 
 #include <cmath>
 #include <memory>
+#include <random>
+#include <utility>
 
 namespace QXAssimp {
 namespace {
@@ -230,6 +232,34 @@ TEST(QXPictureCollector, MapOf3dsIsScaledAndMovedWithRowsFromTheBottom) {
   // the top.
   ExpectPictureAt(*pModel, 0.0, 0.0, -0.25, 1.0 - 0.125);
   ExpectPictureAt(*pModel, 4.0, 4.0, 1.75, 1.0 - 4.125);
+}
+
+TEST(QXPictureCollector, BrokenModelsGiveAReasonOrPicturesThatMeshesCanName) {
+  constexpr unsigned int Seed = 20240611;
+  SCOPED_TRACE("seed " + std::to_string(Seed));
+  std::mt19937 random(Seed);
+  QXGltfSign sign;
+  sign.m_strImage = R"("uri":"data:image/png;base64,)" + EncodeBase64(Quarters()) + R"(")";
+  sign.m_strTextureInfo = R"(,"extensions":{"KHR_texture_transform":{"offset":[0.25,-0.5],"rotation":0.4}})";
+  std::pair<int, std::vector<unsigned char>> const arrModels[] = {
+      {QXFileType::EM_MODEL_GLTF, ToBytes(MakeSignGltf(sign))},
+      {QXFileType::EM_MODEL_GLB, MakeSignGlb(QXGltfSign(), Quarters())},
+      {QXFileType::EM_MODEL_3DS, MakeSign3ds("a.png", {})}};
+  for (auto const& [nType, vecWhole] : arrModels) {
+    for (int i = 0; i < 60; ++i) {
+      std::vector<unsigned char> vecBytes = vecWhole;
+      for (int k = 0; k < 3; ++k) vecBytes[random() % vecBytes.size()] = static_cast<unsigned char>(random());
+      QXAssimpFileParser parser;
+      std::string const strError = parser.OpenBytes(nType, std::string(), std::move(vecBytes));
+      std::unique_ptr<QXC::ModelDataInfo> const pModel(parser.GetModelDataInfo());
+      ASSERT_EQ(strError.empty(), pModel != nullptr);
+      for (int nMesh = 0; pModel != nullptr && nMesh < pModel->GetMeshCount(); ++nMesh) {
+        QXC::QXModelMesh const& mesh = *pModel->GetMesh(nMesh);
+        ASSERT_LT(mesh.m_Texture.m_nImage, pModel->GetImageCount());
+        ASSERT_TRUE(mesh.m_Texture.m_nImage < 0 || mesh.m_pVertexPackage->m_pTexCoords[0] != nullptr);
+      }
+    }
+  }
 }
 
 }  // namespace
