@@ -11,16 +11,25 @@
 namespace QXC {
 namespace {
 
-/// Bytes that LoadTexture copies; 0 if the block cannot be what the record says.
-std::size_t GetLoadSize(QXTextureData const& data) {
-  QXUInt64 const nKnown = data.GetBlockLength();
-  if (data.m_nCompression != TEXTURE_COMPRESSION_NONE) return nKnown;
+/// Bytes that size, format and compression ask for; 0 if no block can have so many.
+QXUInt64 GetWantedSize(QXTextureData const& data) {
   if (data.m_nWidth == 0 || data.m_nHeight == 0) return 0;
+  if (data.m_nCompression != TEXTURE_COMPRESSION_NONE) {
+    return detail::BlockImageSize(data.m_nWidth, data.m_nHeight, detail::MipmapBlockSize(data.m_eFormat));
+  }
   QXUInt64 const nRow = QXUInt64{data.m_nWidth} * detail::StoredPixelSize(data.m_eFormat);
-  if (data.m_nHeight > ~QXUInt64{0} / nRow) return 0;
-  QXUInt64 const nWanted = nRow * data.m_nHeight;
+  return data.m_nHeight <= ~QXUInt64{0} / nRow ? nRow * data.m_nHeight : 0;
+}
+
+/// Bytes that LoadTexture copies; 0 if the block cannot be what the record says.
+QXUInt64 GetLoadSize(QXTextureData const& data) {
+  if (!data.m_pPixels) return 0;
+  QXUInt64 const nKnown = data.GetBlockLength();
+  // The bytes of a file say nothing of the size of its image.
+  if (data.m_nCompression == TEXTURE_COMPRESSION_RAW) return nKnown != 0 ? nKnown : data.m_nDataSize;
+  QXUInt64 const nWanted = GetWantedSize(data);
   // A block may hold further levels behind the first.
-  return nKnown == 0 || nKnown >= nWanted ? std::max(nKnown, nWanted) : 0;
+  return nKnown == 0 || nWanted == 0 ? nWanted : nKnown >= nWanted ? nKnown : 0;
 }
 
 /// A pixel of any 4-byte or 2-byte format as blue, green, red, alpha.
@@ -73,7 +82,7 @@ void QXNullTexture::RendererOperation2() {
 void QXNullTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) {
   Record("LoadTexture", bOnlyIfNeeded, bReleaseImage);
   if (IsLoaded() && bOnlyIfNeeded && !m_bNeedLoadTexture) return;
-  std::size_t const nBytes = m_TextureData.m_pPixels ? GetLoadSize(m_TextureData) : 0;
+  QXUInt64 const nBytes = GetLoadSize(m_TextureData);
   if (nBytes == 0) return;
   static unsigned int ms_nLastBindID = 0;
   unsigned int const nBindID = m_nBindID ? m_nBindID : ++ms_nLastBindID;

@@ -24,9 +24,9 @@ public:
   /// Only written down: nothing is drawn.
   void RendererOperation1(int nMinFilter, int nMagFilter, int nMipFilter) override;
   void RendererOperation2() override;
-  /// Fails without pixels, and where the block's known length is less than its size and format ask for. Of an image in
-  /// blocks or in a file's own form the length must be known. A texture that is on the device stays so without an image
-  /// to make it anew from.
+  /// Fails without pixels, and where the block's known length is less than size, format and compression ask for; the
+  /// bytes of a whole file are kept as they are. A texture that is on the device stays so without an image to make it
+  /// anew from.
   void LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) override;
   /// Nothing on a texture that is not on the device, is compressed, or has other pixels than bytes.
   void LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight, void const* pPixels,
