@@ -2,6 +2,7 @@
 
 #include <QxGraphics3D/texture/detail/QXTextHash.h>
 
+#include <cstring>
 #include <cwchar>
 #include <stdexcept>
 
@@ -64,7 +65,8 @@ QXTextureCacheMap::Slot const* QXTextureCacheMap::FindSlot(wchar_t const* pText,
   std::size_t const nMask = m_arrSlots.size() - 1;
   for (std::size_t i = nHash & nMask; m_arrSlots[i].m_pText != nullptr; i = (i + 1) & nMask) {
     Slot const& slot = m_arrSlots[i];
-    if (slot.m_nHash == nHash && slot.m_nLength == nLength && std::wmemcmp(slot.m_pText, pText, nLength) == 0) {
+    if (slot.m_nHash == nHash && slot.m_nLength == nLength &&
+        std::memcmp(slot.m_pText, pText, nLength * sizeof(wchar_t)) == 0) {
       return &slot;
     }
   }
