@@ -31,4 +31,7 @@ QXImageData* ReadHdr(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits 
 /// The flattened picture of a PSD in grey or RGB.
 QXImageData* ReadPsd(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits);
 
+/// The first level of layer 0 and face 0, always of 32 bits. BC7 blocks, which are for the renderer alone, fail.
+QXImageData* ReadKtx2(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits);
+
 }  // namespace QXC::detail

@@ -20,6 +20,7 @@ QXImageData* Dispatch(int nType, unsigned char const* pBytes, QXUInt64 nSize, QX
   case QXFileType::EM_IMAGE_TGA: return ReadTga(pBytes, nSize, limits);
   case QXFileType::EM_IMAGE_HDR: return ReadHdr(pBytes, nSize, limits);
   case QXFileType::EM_IMAGE_PSD: return ReadPsd(pBytes, nSize, limits);
+  case QXFileType::EM_IMAGE_KTX2: return ReadKtx2(pBytes, nSize, limits);
   default: return nullptr;
   }
 }

@@ -26,7 +26,7 @@ struct QXImageLimits {
 };
 
 /// Reads one picture.
-/// @param nType   one of QXFileType::EM_IMAGE_..., but for KTX2
+/// @param nType   one of QXFileType::EM_IMAGE_...
 /// @param pBytes  the whole file
 /// @return  a record that the caller deletes, and its block (new unsigned char[]) too: rows top down and tight, of
 ///          8 bits (grey), 24 (B,G,R) or 32 (B,G,R,A, alpha not multiplied in). Null for bytes that do not begin as
