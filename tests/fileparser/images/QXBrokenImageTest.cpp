@@ -32,7 +32,7 @@ TEST_F(QXBrokenImage, NothingAndUnknownTypesGiveNothing) {
     EXPECT_EQ(QXC::detail::ReadImage(nType, nullptr, 10, LIMITS), nullptr);
     EXPECT_EQ(QXC::detail::ReadImage(nType, arrBytes.data(), 0, LIMITS), nullptr);
   }
-  for (int nType : {-1, 0, 120, static_cast<int>(QXFileType::EM_IMAGE_KTX2), 200, 1000}) {
+  for (int nType : {-1, 0, 120, 131, 200, 1000}) {
     EXPECT_EQ(ReadBytes(nType, arrBytes), nullptr) << nType;
   }
 }
