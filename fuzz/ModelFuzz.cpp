@@ -1,8 +1,9 @@
 /// @file
-/// What the model reader does by itself with a hostile file: the checks of a format, the moving of map coordinates, and
-/// the model that comes back from the importer's process. The first byte chooses.
+/// What the model reader does by itself with a hostile file: the checks of a format, the moving of map coordinates, the
+/// options of MTL files, and the model that comes back from the importer's process. The first byte chooses.
 #include <plugins/assimp/QXFormatCheck.h>
 #include <plugins/assimp/QXModelStream.h>
+#include <plugins/assimp/QXMtlMaps.h>
 #include <plugins/assimp/QXTextOffset.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
@@ -54,14 +55,25 @@ void FuzzModel(std::vector<unsigned char> const& vecBytes) {
   Require(QXAssimp::ReadModel(vecAgain) != nullptr);
 }
 
+void FuzzMtl(std::vector<unsigned char> vecBytes) {
+  QXAssimp::QXMtlMaps maps;
+  maps.TakeOptions(vecBytes);
+  // What was rewritten once has nothing left to rewrite.
+  std::vector<unsigned char> const vecOnce = vecBytes;
+  maps.TakeOptions(vecBytes);
+  Require(vecBytes == vecOnce);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* pData, std::size_t nSize) {
   if (nSize == 0) return 0;
   std::vector<unsigned char> vecBytes(pData + 1, pData + nSize);
   constexpr int Types = QXC::QXFileType::EM_MODEL_FBX - QXC::QXFileType::EM_MODEL_3DS + 1;
-  int const nChoice = pData[0] % (Types + 1);
-  if (nChoice < Types)
+  int const nChoice = pData[0] % (Types + 2);
+  if (nChoice == Types + 1)
+    FuzzMtl(std::move(vecBytes));
+  else if (nChoice < Types)
     FuzzFile(QXC::QXFileType::EM_MODEL_3DS + nChoice, std::move(vecBytes));
   else
     FuzzModel(vecBytes);

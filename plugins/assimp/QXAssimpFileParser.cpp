@@ -5,6 +5,7 @@
 #include <plugins/assimp/QXModelBytes.h>
 #include <plugins/assimp/QXModelFolder.h>
 #include <plugins/assimp/QXModelStream.h>
+#include <plugins/assimp/QXMtlMaps.h>
 #include <plugins/assimp/QXPictureFinder.h>
 #include <plugins/assimp/QXSceneConverter.h>
 #include <plugins/assimp/QXTextOffset.h>
@@ -84,11 +85,12 @@ std::string ImportModel(int nType, std::string const& strFolder, std::vector<uns
     // Not the file's own name: that one may be any bytes, and companions are found from the folder alone.
     std::string const strFileName =
         std::string("model") + QXC::QXFileType::FileTypeToExtName(nType).ToMBString().Cstr();
+    QXMtlMaps maps;
     Assimp::Importer importer;
-    importer.SetIOHandler(new QXModelFolder(strFolder, strFileName, vecBytes));  // the importer deletes it
+    importer.SetIOHandler(new QXModelFolder(strFolder, strFileName, vecBytes, maps));  // the importer deletes it
     aiScene const* pScene = Import(importer, strFileName);
     if (pScene == nullptr) return MakeLine(importer.GetErrorString());
-    std::unique_ptr<QXC::ModelDataInfo> const pModel = ConvertScene(*pScene, nType, dOffset, strError);
+    std::unique_ptr<QXC::ModelDataInfo> const pModel = ConvertScene(*pScene, nType, dOffset, maps, strError);
     if (pModel != nullptr) WriteModel(*pModel, vecResult);
     return strError;
   } catch (abi::__forced_unwind&) {

@@ -1,6 +1,7 @@
 #include <plugins/assimp/QXModelFolder.h>
 
 #include <plugins/assimp/QXModelBytes.h>
+#include <plugins/assimp/QXMtlMaps.h>
 
 #include <assimp/IOStream.hpp>
 
@@ -52,8 +53,9 @@ private:
 
 }  // namespace
 
-QXModelFolder::QXModelFolder(std::string strFolder, std::string strFileName, std::vector<unsigned char> const& vecModel)
-    : m_strFolder(std::move(strFolder)), m_strFileName(std::move(strFileName)), m_vecModel(vecModel),
+QXModelFolder::QXModelFolder(
+    std::string strFolder, std::string strFileName, std::vector<unsigned char> const& vecModel, QXMtlMaps& maps)
+    : m_strFolder(std::move(strFolder)), m_strFileName(std::move(strFileName)), m_vecModel(vecModel), m_Maps(maps),
       m_nRemaining(MaxFileSize) {}
 
 bool QXModelFolder::Exists(char const* szFile) const {
@@ -73,6 +75,7 @@ Assimp::IOStream* QXModelFolder::Open(char const* szFile, char const* szMode) {
   std::string strError;
   if (!ReadModelBytes(strPath, vecBytes, strError) || vecBytes.size() > m_nRemaining) return nullptr;
   m_nRemaining -= vecBytes.size();
+  if (std::filesystem::path(strPath).extension() == ".mtl") m_Maps.TakeOptions(vecBytes);
   return new MemoryStream(std::move(vecBytes));
 }
 

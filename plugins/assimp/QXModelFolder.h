@@ -10,6 +10,8 @@
 
 namespace QXAssimp {
 
+class QXMtlMaps;
+
 /// File access of one import. A model names companions (materials, buffers) by paths of its own; only those inside
 /// the model's folder are opened, after following links, so that a hostile model reads nothing else of the disk.
 /// Nothing is ever written.
@@ -18,7 +20,9 @@ public:
   /// @param strFolder    folder of the model, empty for a model without companions
   /// @param strFileName  name that the importer is told, without a folder
   /// @param vecModel     contents of the model; outlives this object and every stream of it
-  QXModelFolder(std::string strFolder, std::string strFileName, std::vector<unsigned char> const& vecModel);
+  /// @param maps         gets the options of MTL files, which the importer then no longer sees; outlives this object
+  QXModelFolder(
+      std::string strFolder, std::string strFileName, std::vector<unsigned char> const& vecModel, QXMtlMaps& maps);
 
   bool Exists(char const* szFile) const override;
   char getOsSeparator() const override;
@@ -32,6 +36,7 @@ private:
   std::string m_strFolder;
   std::string m_strFileName;
   std::vector<unsigned char> const& m_vecModel;
+  QXMtlMaps& m_Maps;
   /// Bytes of companions that this import may still read.
   std::size_t m_nRemaining;
 };

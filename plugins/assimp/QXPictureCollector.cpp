@@ -1,5 +1,7 @@
 #include <plugins/assimp/QXPictureCollector.h>
 
+#include <plugins/assimp/QXMtlMaps.h>
+
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
@@ -69,7 +71,7 @@ QXMatrix4d MakeGltfTransform(aiUVTransform const& source) {
 }
 
 /// Every other format: scaled, turned about the middle, moved, with rows counted from the bottom.
-QXMatrix4d MakeTransform(aiUVTransform const& source) {
+QXMatrix4d MakePlainTransform(aiUVTransform const& source) {
   QXMatrix4d const matFlip = MakeScale(1.0, -1.0) * MakeShift(0.0, 1.0);
   return matFlip * MakeScale(static_cast<double>(source.mScaling.x), static_cast<double>(source.mScaling.y)) *
          MakeShift(-0.5, -0.5) * MakeTurn(static_cast<double>(source.mRotation)) * MakeShift(0.5, 0.5) *
@@ -111,8 +113,25 @@ bool ReplacesColor(aiMaterial const& material, int nType) {
 
 }  // namespace
 
-QXPictureCollector::QXPictureCollector(aiScene const& scene, int nType, QXC::ModelDataInfo& model)
-    : m_Scene(scene), m_nType(nType), m_Model(model) {}
+QXPictureCollector::QXPictureCollector(
+    aiScene const& scene, int nType, QXMtlMaps const& maps, QXC::ModelDataInfo& model)
+    : m_Scene(scene), m_nType(nType), m_Maps(maps), m_Model(model) {}
+
+/// The identity without a transform, and where one gives no numbers.
+QXMatrix4d QXPictureCollector::MakeTransform(aiMaterial const& material, int nTextureType) const {
+  aiUVTransform transform;
+  aiString strMaterial;
+  material.Get(AI_MATKEY_NAME, strMaterial);
+  if (QXMtlTransform const* pOptions = m_Maps.Find(strMaterial.C_Str())) {
+    transform.mScaling = aiVector2D(pOptions->m_fScale[0], pOptions->m_fScale[1]);
+    transform.mTranslation = aiVector2D(pOptions->m_fOffset[0], pOptions->m_fOffset[1]);
+  } else if (material.Get(_AI_MATKEY_UVTRANSFORM_BASE, static_cast<unsigned int>(nTextureType), 0, transform) !=
+             aiReturn_SUCCESS) {
+    return QXMatrix4d();
+  }
+  QXMatrix4d const mat = IsGltf(m_nType) ? MakeGltfTransform(transform) : MakePlainTransform(transform);
+  return IsFinite(mat) ? mat : QXMatrix4d();
+}
 
 QXC::QXModelTexture QXPictureCollector::Collect(aiMaterial const& material, unsigned int& nCoordSet) {
   nCoordSet = 0;
@@ -126,11 +145,7 @@ QXC::QXModelTexture QXPictureCollector::Collect(aiMaterial const& material, unsi
     nCoordSet = static_cast<unsigned int>(std::max(nSet, 0));
     texture.m_eWrapU = MakeWrap(material, _AI_MATKEY_MAPPINGMODE_U_BASE, eType);
     texture.m_eWrapV = MakeWrap(material, _AI_MATKEY_MAPPINGMODE_V_BASE, eType);
-    aiUVTransform transform;
-    if (material.Get(AI_MATKEY_UVTRANSFORM(eType, 0), transform) == aiReturn_SUCCESS) {
-      QXMatrix4d const mat = IsGltf(m_nType) ? MakeGltfTransform(transform) : MakeTransform(transform);
-      if (IsFinite(mat)) texture.m_matTransform = mat;
-    }
+    texture.m_matTransform = MakeTransform(material, eType);
     texture.m_bReplacesColor = ReplacesColor(material, m_nType) ? 1 : 0;
     SetAlpha(material, texture);
     break;

@@ -94,9 +94,9 @@ struct ConvertedMesh {
 };
 
 std::vector<ConvertedMesh> ConvertMeshes(
-    aiScene const& scene, int nType, QXMeshRules rules, QXC::ModelDataInfo& model) {
+    aiScene const& scene, int nType, QXMeshRules rules, QXMtlMaps const& maps, QXC::ModelDataInfo& model) {
   std::vector<ConvertedMesh> vecMeshes(scene.mNumMeshes);
-  QXPictureCollector pictures(scene, nType, model);
+  QXPictureCollector pictures(scene, nType, maps, model);
   for (unsigned int i = 0; i < scene.mNumMeshes; ++i) {
     aiMesh const* pMesh = scene.mMeshes[i];
     if (pMesh == nullptr) continue;
@@ -151,13 +151,13 @@ bool PlaceMeshes(aiScene const& scene, ModelFrame const& frame, std::vector<Conv
 }  // namespace
 
 std::unique_ptr<QXC::ModelDataInfo> ConvertScene(
-    aiScene const& scene, int nType, double const (&dOffset)[3], std::string& strError) {
+    aiScene const& scene, int nType, double const (&dOffset)[3], QXMtlMaps const& maps, std::string& strError) {
   auto pModel = std::make_unique<QXC::ModelDataInfo>();
   QXMeshRules rules;
   rules.m_bLinearColors = nType == QXC::QXFileType::EM_MODEL_GLTF || nType == QXC::QXFileType::EM_MODEL_GLB;
   rules.m_bNormalsOfFile = nType != QXC::QXFileType::EM_MODEL_3DS;
   ModelFrame const frame = ChooseFrame(scene, nType, dOffset);
-  std::vector<ConvertedMesh> const vecMeshes = ConvertMeshes(scene, nType, rules, *pModel);
+  std::vector<ConvertedMesh> const vecMeshes = ConvertMeshes(scene, nType, rules, maps, *pModel);
   if (scene.mRootNode != nullptr && !PlaceMeshes(scene, frame, vecMeshes, *pModel)) {
     strError = "the model repeats its parts to more than 500 million triangles, more than can be drawn";
     return nullptr;

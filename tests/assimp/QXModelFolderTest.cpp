@@ -1,4 +1,5 @@
 #include <plugins/assimp/QXModelFolder.h>
+#include <plugins/assimp/QXMtlMaps.h>
 
 #include <tests/assimp/QXTestFiles.h>
 
@@ -25,7 +26,8 @@ TEST(QXModelFolder, ModelComesFromMemoryAndCompanionsFromTheFolder) {
   files.Write("part.mtl", "companion");
   files.Write("model.obj", "not this one");
   std::vector<unsigned char> const vecModel = ToBytes("the model");
-  QXModelFolder folder(files.Path(), "model.obj", vecModel);
+  QXMtlMaps maps;
+  QXModelFolder folder(files.Path(), "model.obj", vecModel, maps);
   EXPECT_TRUE(folder.Exists("model.obj"));
   EXPECT_EQ(ReadAll(folder, "model.obj"), "the model");
   EXPECT_TRUE(folder.Exists("part.mtl"));
@@ -44,7 +46,8 @@ TEST(QXModelFolder, NothingOutsideTheFolderIsOpened) {
   std::filesystem::create_symlink(files.Path("secret"), files.Path("model/link"));
   std::filesystem::create_symlink(files.Path("model/inside"), files.Path("model/good-link"));
   std::vector<unsigned char> const vecModel;
-  QXModelFolder folder(files.Path("model"), "model.obj", vecModel);
+  QXMtlMaps maps;
+  QXModelFolder folder(files.Path("model"), "model.obj", vecModel, maps);
   for (std::string const& strFile : {std::string("../secret"), files.Path("secret"), std::string("link"),
            std::string("../model-other/secret"), std::string("/etc/passwd"), std::string("."), std::string("")}) {
     EXPECT_FALSE(folder.Exists(strFile.c_str())) << strFile;
@@ -57,7 +60,8 @@ TEST(QXModelFolder, NothingOutsideTheFolderIsOpened) {
 
 TEST(QXModelFolder, WithoutAFolderThereAreNoCompanions) {
   std::vector<unsigned char> const vecModel = ToBytes("x");
-  QXModelFolder folder("", "model.obj", vecModel);
+  QXMtlMaps maps;
+  QXModelFolder folder("", "model.obj", vecModel, maps);
   EXPECT_FALSE(folder.Exists("/etc/passwd"));
   EXPECT_FALSE(folder.Exists("etc/passwd"));
 }
@@ -65,7 +69,8 @@ TEST(QXModelFolder, WithoutAFolderThereAreNoCompanions) {
 TEST(QXModelFolder, NothingIsWritten) {
   QXTestFolder const files;
   std::vector<unsigned char> const vecModel = ToBytes("x");
-  QXModelFolder folder(files.Path(), "model.obj", vecModel);
+  QXMtlMaps maps;
+  QXModelFolder folder(files.Path(), "model.obj", vecModel, maps);
   EXPECT_EQ(folder.Open("new", "wb"), nullptr);
   EXPECT_EQ(folder.Open("model.obj", "r+"), nullptr);
   EXPECT_FALSE(std::filesystem::exists(files.Path("new")));
@@ -73,7 +78,8 @@ TEST(QXModelFolder, NothingIsWritten) {
 
 TEST(QXModelFolder, StreamMovesInsideItsBytesAlone) {
   std::vector<unsigned char> const vecModel = ToBytes("0123456789");
-  QXModelFolder folder("", "model.obj", vecModel);
+  QXMtlMaps maps;
+  QXModelFolder folder("", "model.obj", vecModel, maps);
   std::unique_ptr<Assimp::IOStream> const pStream(folder.Open("model.obj", "r"));
   char szText[20] = {};
   EXPECT_EQ(pStream->Read(szText, 4, 3), 2u);

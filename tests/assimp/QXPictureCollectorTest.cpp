@@ -101,6 +101,14 @@ TEST(QXPictureCollector, ObjClampsWhereItSaysSo) {
   EXPECT_EQ(pModel->GetMesh(0)->m_Texture.m_eWrapV, QXC::QX_WRAP_CLAMP);
 }
 
+TEST(QXPictureCollector, ObjScalesAndMovesWithRowsFromTheBottom) {
+  QXTestFolder const folder;
+  auto const pModel = ReadObj(folder, MakeSignMtl("-s 2 4 -o 0.25 0.125 quarters.png"));
+  EXPECT_TRUE(pModel->GetImage(0)->m_strName == L"quarters.png");
+  ExpectPictureAt(*pModel, 0.0, 0.0, 0.25, 1.0 - 0.125);
+  ExpectPictureAt(*pModel, 4.0, 4.0, 2.25, 1.0 - 4.125);
+}
+
 TEST(QXPictureCollector, BlackUnderAPictureIsNoColor) {
   QXTestFolder const folder;
   EXPECT_EQ(ReadObj(folder, MakeSignMtl("quarters.png", "0 0 0"))->GetMesh(0)->m_Texture.m_bReplacesColor, 1);
