@@ -110,6 +110,20 @@ TEST(QdcUnicodeString, OrderIsThatOfCharacterCodes) {
   }
 }
 
+TEST(QdcUnicodeString, OrderIsThatOfTextInPairsToo) {
+  QdcUnicodeString const strLow = L"a";
+  QdcUnicodeString const strHigh = L"b";
+  for (auto const& [first, second] : {std::pair(strLow, strHigh), std::pair(QdcUnicodeString(L"a"), strHigh)}) {
+    EXPECT_TRUE(first <= second);
+    EXPECT_TRUE(second > first);
+    EXPECT_TRUE(second >= first);
+    EXPECT_FALSE(first > second);
+    EXPECT_TRUE(std::pair(first, 2) < std::pair(second, 1));
+    EXPECT_FALSE(std::pair(second, 1) < std::pair(first, 2));
+    EXPECT_TRUE(std::pair(first, 1) < std::pair(strLow, 2));
+  }
+}
+
 TEST(QdcUnicodeString, ConcatenationJoinsTextsWithoutTails) {
   QdcUnicodeString const joined = WithTail() + WithTail();
   EXPECT_TRUE(joined == L"abcabc");

@@ -6,6 +6,7 @@
 #include <QxGraphics3D/frame/foundation/base/Namespaces.h>
 #include <QxGraphics3D/frame/foundation/base/QdcMBString.h>
 
+#include <compare>
 #include <cwchar>
 #include <string>
 
@@ -47,6 +48,11 @@ public:
   bool operator!=(wchar_t const* szText) const { return !(*this == szText); }
   /// Order of the character codes, the same in every locale. This is the order of every dictionary with text keys.
   bool operator<(QdcUnicodeString const& other) const { return std::wcscmp(Cstr(), other.Cstr()) < 0; }
+  /// The same order for pairs and tuples with text in them and for the other signs: through the conversion below they
+  /// would compare addresses.
+  std::strong_ordering operator<=>(QdcUnicodeString const& other) const {
+    return std::wcscmp(Cstr(), other.Cstr()) <=> 0;
+  }
 
   operator wchar_t const*() const { return Cstr(); }
   /// Unchecked; 0 to GetLength() - 1. Takes exactly int: with another integer type the conversion to a pointer
