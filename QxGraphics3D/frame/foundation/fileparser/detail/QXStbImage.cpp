@@ -3,6 +3,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernels.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXByteSource.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXImageBlock.h>
+#include <QxGraphics3D/frame/foundation/fileparser/detail/QXRedBlue.h>
 
 #include <cstring>
 #include <limits>
@@ -69,9 +70,9 @@ void CopyPixels(stbi_uc const* pSource, int nChannels, QXImageBlock& block) {
     WidenGrayAlphaTo4(pSource, pTarget, nCount);
     return;
   }
-  std::memcpy(pTarget, pSource, nCount * block.GetBytesPerPixel());
-  if (nChannels == 3) SwapRedBlue3(pTarget, nCount);
-  if (nChannels == 4) SwapRedBlue4(pTarget, nCount);
+  if (nChannels == 1) std::memcpy(pTarget, pSource, nCount);
+  if (nChannels == 3) CopySwapped3(pSource, pTarget, nCount);
+  if (nChannels == 4) CopySwapped4(pSource, pTarget, nCount);
 }
 
 }  // namespace

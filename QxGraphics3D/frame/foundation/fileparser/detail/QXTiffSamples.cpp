@@ -1,6 +1,7 @@
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXTiffSamples.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXImageBlock.h>
+#include <QxGraphics3D/frame/foundation/fileparser/detail/QXRedBlue.h>
 
 #include <algorithm>
 #include <cstring>
@@ -93,6 +94,10 @@ void QXTiffSamples::ConvertPixel(
 void QXTiffSamples::ConvertBytes(unsigned char const* pSource, unsigned char* pRow, std::size_t nCount) const {
   if (m_nBytesPerPixel == 1 && m_nStride == 1) {
     std::memcpy(pRow, pSource, nCount);
+    return;
+  }
+  if (m_nBytesPerPixel == m_nStride && m_nColours == 3) {
+    (m_nStride == 3 ? CopySwapped3 : CopySwapped4)(pSource, pRow, nCount);
     return;
   }
   unsigned int const nRed = 0, nGreen = m_nColours == 3 ? 1 : 0, nBlue = m_nColours == 3 ? 2 : 0;
