@@ -15,7 +15,7 @@ namespace {
 
 constexpr unsigned int ALPHA = 3;  // place of the alpha byte in a pixel of 4
 
-// 1 if the image has pixels, and a block not known to be shorter than that many bytes for each of them.
+// Whether the image has pixels, and a block not known to be shorter than that many bytes for each of them.
 bool Holds(QXTextureData const& data, unsigned int nPixelSize) {
   if (data.m_pPixels == nullptr) {
     return false;
@@ -69,7 +69,7 @@ void ReplaceBlock(QXTextureData& data, unsigned char* pPixels, QXUInt64 nLength)
   }
 }
 
-// Grey or 3-byte pixels to 4 bytes with alpha 255. 0 if the block is not there or too short.
+// Gray or 3-byte pixels to 4 bytes with alpha 255. 0 if the block is not there or too short.
 unsigned char WidenForEdges(QXTextureData& data) {
   unsigned int const nPixelSize = detail::RowPixelSize(data.m_eFormat);
   if (!Holds(data, nPixelSize)) {
