@@ -34,6 +34,7 @@ public:
   QXOgreDevice* GetDevice() const { return m_pDevice.get(); }
   /// The device; throws std::runtime_error before Initialize.
   QXOgreDevice& RequireDevice() const;
+  QXOgreTextureManager& GetTextures() const { return *m_pTextures; }
   /// Null if there is none of that name.
   QXOgreScene* FindScene(QdcUnicodeString const& strName) const;
   /// Called by the targets themselves.
@@ -86,6 +87,7 @@ public:
   void BeginGeometryCount() override;
   void RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,
       QXRenderTarget* pTarget, QdcRect2D const& rcPatch) override;
+  QXTexture* GetRenderTargetTexture(QXRenderTarget* pTarget) const override;
   void SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) override;
   void ClearSelectedObjects() override;
   void SetSelectionColor(QXColorValue3D const& color) override;

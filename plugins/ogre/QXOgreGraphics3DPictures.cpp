@@ -80,6 +80,10 @@ void QXOgreGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeigh
   pOwn->DrawPatch(camera, rcPatch);
 }
 
+QXTexture* QXOgreGraphics3D::GetRenderTargetTexture(QXRenderTarget* pTarget) const {
+  return pTarget ? pTarget->GetTexture() : nullptr;
+}
+
 unsigned char QXOgreGraphics3D::ReadPixels(
     QXRenderTarget* pTarget, QdcRect const& rcPixels, unsigned char* pPixels, unsigned int nByteCount) {
   auto const refuse = [this](char const* szReason) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <dlfcn.h>
 
@@ -77,7 +78,7 @@ void CheckSize(QXOgreDevice const& device, unsigned int nWidth, unsigned int nHe
 QXOgreImage::QXOgreImage(QXOgreDevice& device, QXOgrePixels const& pixels, bool bGenerateLevels)
     : m_Device(device), m_eFormat(pixels.m_eFormat), m_nByteCount(0), m_nWidth(pixels.m_arrLevels.front().m_nWidth),
       m_nHeight(pixels.m_arrLevels.front().m_nHeight), m_nLevelCount(0), m_nID(0), m_bStack(false),
-      m_bTransparent(pixels.m_bTransparent) {
+      m_bTransparent(pixels.m_bTransparent), m_bForeign(false) {
   auto const nLevels = static_cast<unsigned int>(pixels.m_arrLevels.size());
   Create(1, nLevels, bGenerateLevels && nLevels == 1 && !Ogre::PixelUtil::isCompressed(m_eFormat));
   for (unsigned int i = 0; i < nLevels; ++i) Fill(0, i, pixels.m_arrLevels[i]);
@@ -87,7 +88,7 @@ QXOgreImage::QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& 
     : m_Device(device), m_eFormat(arrLayers.front().m_eFormat), m_nByteCount(0),
       m_nWidth(arrLayers.front().m_arrLevels.front().m_nWidth),
       m_nHeight(arrLayers.front().m_arrLevels.front().m_nHeight), m_nLevelCount(0), m_nID(0), m_bStack(true),
-      m_bTransparent(false) {
+      m_bTransparent(false), m_bForeign(false) {
   for (QXOgrePixels const& layer : arrLayers) {
     QXOgreLevel const& level = layer.m_arrLevels.front();
     if (level.m_nWidth != m_nWidth || level.m_nHeight != m_nHeight || layer.m_eFormat != m_eFormat)
@@ -99,8 +100,16 @@ QXOgreImage::QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& 
   for (unsigned int i = 0; i < nLayers; ++i) Fill(i, 0, arrLayers[i].m_arrLevels.front());
 }
 
+QXOgreImage::QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr pForeign)
+    : m_Device(device), m_pTexture(std::move(pForeign)), m_eFormat(m_pTexture->getFormat()), m_nByteCount(0),
+      m_nWidth(m_pTexture->getWidth()), m_nHeight(m_pTexture->getHeight()),
+      m_nLevelCount(m_pTexture->getNumMipmaps() + 1), m_nID(0), m_bStack(false), m_bTransparent(true),
+      m_bForeign(true) {
+  m_pTexture->getCustomAttribute("GLID", &m_nID);
+}
+
 QXOgreImage::~QXOgreImage() {
-  m_Device.Discard(std::move(m_pTexture), m_nByteCount);
+  if (!m_bForeign) m_Device.Discard(std::move(m_pTexture), m_nByteCount);
 }
 
 void QXOgreImage::Create(unsigned int nLayers, unsigned int nLevels, bool bGenerateLevels) {

@@ -37,6 +37,8 @@ public:
   QXOgreImage(QXOgreDevice& device, QXOgrePixels const& pixels, bool bGenerateLevels);
   /// A stack of layers, each of one level, all of the first one's size and format.
   QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& arrLayers);
+  /// The picture of somebody else, who keeps it and counts its bytes. It may let something through.
+  QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr pForeign);
   ~QXOgreImage();
   QXOgreImage(QXOgreImage const&) = delete;
   QXOgreImage& operator=(QXOgreImage const&) = delete;
@@ -76,6 +78,7 @@ private:
   unsigned int m_nID;
   bool m_bStack;
   bool m_bTransparent;
+  bool m_bForeign;
 };
 
 }  // namespace QXC

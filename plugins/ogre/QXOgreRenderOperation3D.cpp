@@ -11,6 +11,7 @@
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreMerge.h>
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
+#include <plugins/ogre/QXOgreTextureManager.h>
 
 namespace QXC {
 
@@ -38,7 +39,7 @@ unsigned char QXOgreRenderOperation3D::Try(Work&& work) {
 
 void QXOgreRenderOperation3D::SetGeometry(QXRenderOperationMultiIndex const& source) {
   // Half of a geometry is worse than none.
-  QXTextureManager* const pTextures = m_pManager ? m_pManager->GetGraphics3D().GetTextureManager() : nullptr;
+  QXTextureManager* const pTextures = m_pManager ? &m_pManager->GetGraphics3D().GetTextures() : nullptr;
   if (!Try([&] { m_Drawable.SetGeometry(source, pTextures); })) m_Drawable.ClearGeometry();
 }
 

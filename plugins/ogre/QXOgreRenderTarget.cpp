@@ -116,6 +116,10 @@ void QXOgreRenderTarget::BeginViewportUpdate(ViewportPosition&) {
   // OGRE makes the target current with each viewport.
 }
 
+QXTexture* QXOgreRenderTarget::GetTexture() const {
+  return nullptr;
+}
+
 void QXOgreRenderTarget::SetClearEveryFrame(unsigned char bClear, unsigned int nBuffers) {
   for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position) {
     if (!position->second) continue;

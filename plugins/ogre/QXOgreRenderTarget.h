@@ -58,7 +58,8 @@ public:
   void ApplyCameraToTarget(QXCamera*, int, int) override {}
   unsigned char IsRenderDepth() const override { return 0; }
   unsigned char CopyDepthToMemory(float*, unsigned int) override { return 0; }
-  QXTexture* GetTexture() const override { return nullptr; }
+  /// A window has none.
+  QXTexture* GetTexture() const override;
   void SetAmbientLight(QXColorValue3D const& color) override { m_AmbientLight = color; }
   void SetDiffuseLight(QXColorValue3D const& color) override { m_DiffuseLight = color; }
 

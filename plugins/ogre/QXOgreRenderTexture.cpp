@@ -9,6 +9,7 @@
 #include <OgreTextureManager.h>
 
 #include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/QXOgreTexture.h>
 
 namespace QXC {
 
@@ -31,6 +32,17 @@ void QXOgreRenderTexture::MakeDevice(unsigned int nWidth, unsigned int nHeight, 
   ReleaseDevice();
   m_pOgreTexture = pTexture;
   SetOgreTarget(m_pOgreTexture->getBuffer()->getRenderTarget());
+  if (m_pTexture) m_pTexture->ShowForeign(*GetRenderer()->GetDevice(), m_pOgreTexture);
+}
+
+QXTexture* QXOgreRenderTexture::GetTexture() const {
+  if (m_pTexture || !m_pOgreTexture) return m_pTexture.get();
+  GetRenderer()->Try([&] {
+    auto pTexture = std::make_unique<QXOgreTexture>(GetRenderer()->GetTextures());
+    pTexture->ShowForeign(*GetRenderer()->GetDevice(), m_pOgreTexture);
+    m_pTexture = std::move(pTexture);
+  });
+  return m_pTexture.get();
 }
 
 void QXOgreRenderTexture::CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) {
@@ -41,6 +53,7 @@ void QXOgreRenderTexture::CopyFromMemory(unsigned char const* pPixels, unsigned 
 
 void QXOgreRenderTexture::ReleaseDevice() {
   if (!m_pOgreTexture) return;
+  if (m_pTexture) m_pTexture->LeaveDevice();
   SetOgreTarget(nullptr);
   Ogre::TextureManager::getSingleton().remove(m_pOgreTexture);
   m_pOgreTexture.reset();

@@ -2,11 +2,15 @@
 /// A texture to draw into.
 #pragma once
 
+#include <memory>
+
 #include <OgreTexture.h>
 
 #include <plugins/ogre/QXOgreRenderTarget.h>
 
 namespace QXC {
+
+class QXOgreTexture;
 
 /// An off-screen picture of 8 bits a channel, with as many samples a pixel as the host asks for.
 class QXOgreRenderTexture final : public QXOgreRenderTarget {
@@ -17,6 +21,8 @@ public:
   ~QXOgreRenderTexture() override;
 
   unsigned char IsTextureTarget() const override { return 1; }
+  /// The picture as a texture: v = 0 is its first row. It follows the target's sizes and ends with the target.
+  QXTexture* GetTexture() const override;
   void CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) override;
 
 protected:
@@ -29,6 +35,8 @@ protected:
 
 private:
   Ogre::TexturePtr m_pOgreTexture;
+  /// Made when somebody asks for it.
+  mutable std::unique_ptr<QXOgreTexture> m_pTexture;
   int m_nMipmaps;
 };
 

@@ -200,6 +200,10 @@ void QXOgreTexture::Prepare() {
   m_nBindID = m_pFrames->GetImage()->GetID();
 }
 
+void QXOgreTexture::ShowForeign(QXOgreDevice& device, Ogre::TexturePtr const& pForeign) {
+  TakeImage(std::make_unique<QXOgreImage>(device, pForeign), nullptr);
+}
+
 void QXOgreTexture::LeaveDevice() {
   TakeImage(nullptr, nullptr);
 }

@@ -46,6 +46,8 @@ public:
   bool IsReversed() const override { return m_bReverse; }
   QXOgreFilters GetFilters() const override { return m_Filters; }
   void LeaveDevice() override;
+  /// Shows a picture that somebody else keeps on the device.
+  void ShowForeign(QXOgreDevice& device, Ogre::TexturePtr const& pForeign);
 
 protected:
   void Prepare() override;

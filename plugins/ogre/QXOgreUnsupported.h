@@ -58,7 +58,6 @@ public:
   void SetTextureAddressingMode(unsigned int, int, int, int) override {}
   void SetTextureBorderColor(unsigned int, QXColorValue3D const&) override {}
   void SetTextureBlendMode(unsigned int, int, int) override {}
-  QXTexture* GetRenderTargetTexture(QXRenderTarget*) const override { return nullptr; }
   unsigned char BindGpuProgram(QdcUnicodeString const&, QdcUnicodeString const&) override {
     return Refuse("programs of the host");
   }

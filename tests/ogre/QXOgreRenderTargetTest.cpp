@@ -420,7 +420,6 @@ TEST_F(QXOgreRenderTarget, WhatItCannotDoItSays) {
   float fDepth = 7.0F;
   EXPECT_EQ(m_pTarget->CopyDepthToMemory(&fDepth, 1), 0);
   EXPECT_EQ(fDepth, 7.0F);
-  EXPECT_EQ(m_pTarget->GetTexture(), nullptr);
 }
 
 }  // namespace QXC

@@ -638,6 +638,40 @@ TEST_F(QXOgreTexture, SelfContainedOperationsBringTheirTextures) {
   EXPECT_EQ(picture.At(48, 32), (QXPixel{255, 255, 0, 255}));
 }
 
+TEST_F(QXOgreTexture, ThePictureOfATargetIsATexture) {
+  ASSERT_EQ(m_pGraphics3D->CreateScene(L"drawn"), 1);
+  QXRenderTarget* const pSource = MakeTarget(L"source", 32, 32);
+  AddViewport(*pSource, *MakeCamera(L"other", L"drawn"), 0, 0.0, 0.0, 1.0, 1.0);
+  // Green in the upper left quarter.
+  auto const pMesh = MakeMesh({{-1.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F}, {-1.0F, 1.0F, 0.0F}});
+  AddRange<unsigned short>(*pMesh, {0, 1, 2, 0, 2, 3}, GREEN);
+  Draw(*pMesh, L"drawn");
+  QXTexture* const pTexture = m_pGraphics3D->GetRenderTargetTexture(pSource);
+  ASSERT_NE(pTexture, nullptr);
+  EXPECT_EQ(pTexture, pSource->GetTexture());
+  EXPECT_EQ(pTexture->IsLoaded(), 1);
+  pTexture->RendererOperation1(1, 1, 0);
+  DrawTextured(pTexture);
+  Frame();
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(16, 16), GREEN_PIXEL);
+  EXPECT_EQ(picture.At(48, 16), BACKGROUND_PIXEL);
+  EXPECT_EQ(picture.At(16, 48), BACKGROUND_PIXEL);
+  pSource->ReSize(8, 8);
+  pSource->SetSceneAntialias(1);
+  EXPECT_EQ(m_pGraphics3D->GetRenderTargetTexture(pSource), pTexture);
+  Frame();
+  EXPECT_EQ(Frame().At(16, 16), GREEN_PIXEL);
+  EXPECT_EQ(Frame().At(48, 48), BACKGROUND_PIXEL);
+  m_pGraphics3D->DeleteRenderTarget(pSource);
+  EXPECT_EQ(Frame().At(48, 48), WHITE_PIXEL);
+  EXPECT_EQ(m_pGraphics3D->GetRenderTargetTexture(nullptr), nullptr);
+  QXRenderTarget* const pWindow = m_pGraphics3D->CreateRenderWindow(L"window", nullptr, 8, 8, 0);
+  ASSERT_NE(pWindow, nullptr);
+  m_pGraphics3D->AttachRenderTarget(pWindow);
+  EXPECT_EQ(m_pGraphics3D->GetRenderTargetTexture(pWindow), nullptr);
+}
+
 TEST_F(QXOgreTexture, FarFromTheOriginTexturesStayOnTheirPixels) {
   QXTexture* const pTexture = MakeTexture(2, 2, PF_A8R8G8B8, FOUR);
   auto const pMesh = MakeTexturedMesh();
