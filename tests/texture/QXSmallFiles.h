@@ -2,8 +2,10 @@
 /// Image files of one colour, written byte by byte.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace QXC {
 
@@ -41,6 +43,48 @@ inline std::string MakeBitmap(unsigned int nWidth, unsigned int nHeight, std::st
   PutNumber(strBytes, 24, 2);
   PutNumber(strBytes, 0, 24);
   PutPixels(strBytes, nWidth * nHeight, strPixel);
+  return strBytes;
+}
+
+/// KTX2 of red, green, blue, alpha bytes with all levels down to one pixel. strPixel: the same order.
+inline std::string MakeKtx2(unsigned int nWidth, unsigned int nHeight, std::string const& strPixel) {
+  struct Level {
+    unsigned int m_nPixels;
+    std::uint64_t m_nOffset;
+  };
+  std::vector<Level> vecLevels;
+  for (unsigned int w = nWidth, h = nHeight;; w = std::max(w / 2, 1u), h = std::max(h / 2, 1u)) {
+    vecLevels.push_back({w * h, 0});
+    if (w == 1 && h == 1) break;
+  }
+  std::uint64_t const nDescription = 80 + 24 * vecLevels.size();
+  // The smallest level comes first in the file.
+  std::uint64_t nOffset = nDescription + 92;
+  for (auto it = vecLevels.rbegin(); it != vecLevels.rend(); ++it) {
+    it->m_nOffset = nOffset;
+    nOffset += it->m_nPixels * 4;
+  }
+  std::string strBytes = "\xABKTX 20\xBB\r\n\x1A\n";
+  for (std::uint64_t const nValue : {std::uint64_t{37}, std::uint64_t{1}, std::uint64_t{nWidth}, std::uint64_t{nHeight},
+           std::uint64_t{0}, std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{vecLevels.size()}, std::uint64_t{0},
+           nDescription, std::uint64_t{92}, std::uint64_t{0}, std::uint64_t{0}})
+    PutNumber(strBytes, nValue, 4);
+  PutNumber(strBytes, 0, 16);
+  for (Level const& level : vecLevels) {
+    PutNumber(strBytes, level.m_nOffset, 8);
+    PutNumber(strBytes, level.m_nPixels * 4, 8);
+    PutNumber(strBytes, level.m_nPixels * 4, 8);
+  }
+  // The description of the pixels: one basic block, linear colours of the common primaries, 4 bytes a pixel.
+  for (std::uint64_t const nValue : {92, 0, 88 << 16 | 2, 0x00010101, 0, 4, 0}) PutNumber(strBytes, nValue, 4);
+  for (int nChannel = 0; nChannel < 4; ++nChannel) {
+    PutNumber(strBytes, static_cast<std::uint64_t>(nChannel) * 8, 2);
+    PutNumber(strBytes, 7, 1);
+    PutNumber(strBytes, nChannel == 3 ? 15 : static_cast<std::uint64_t>(nChannel), 1);
+    PutNumber(strBytes, 0, 8);
+    PutNumber(strBytes, 255, 4);
+  }
+  for (auto it = vecLevels.rbegin(); it != vecLevels.rend(); ++it) PutPixels(strBytes, it->m_nPixels, strPixel);
   return strBytes;
 }
 

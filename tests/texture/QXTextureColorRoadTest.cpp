@@ -139,6 +139,17 @@ TEST_P(QXTextureColorRoad, ColourRamp) {
   ExpectOnDevice(Color());
 }
 
+TEST_P(QXTextureColorRoad, Ktx2) {
+  std::string const strPixel{static_cast<char>(QDCREDVAL(Color())), static_cast<char>(QDCGREENVAL(Color())),
+      static_cast<char>(QDCBLUEVAL(Color())), static_cast<char>(QDCALPHAVAL(Color()))};
+  QdcUnicodeString const strPath = Wide(m_Folder.Write("a.ktx2", MakeKtx2(5, 3, strPixel)));
+  ASSERT_EQ(m_pTexture->LoadImageData(strPath, 0, 0, 0), 1);
+  ExpectOnDevice(Color());
+  QXImageData* pImage = QXTexture::LoadImageDataEx(strPath, nullptr);
+  ASSERT_EQ(m_pTexture->SetTextureData(pImage, 0, 0, 0, 0), 1);
+  ExpectOnDevice(Color());
+}
+
 TEST_P(QXTextureColorRoad, PixelsOfEachFormat) {
   for (QX3DPixelFormat const eFormat : {PF_R8G8B8, PF_B8G8R8, PF_A8R8G8B8, PF_A8B8G8R8, PF_B8G8R8A8, PF_R8G8B8A8}) {
     QXPixelFormatLayout const layout = QXPixelFormatLayout::Of(eFormat);

@@ -5,7 +5,9 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 
 #include <tests/QXBareTexture.h>
+#include <tests/foundation/toolkit/QXTestFolder.h>
 #include <tests/texture/QXFedParser.h>
+#include <tests/texture/QXSmallFiles.h>
 
 #include <gtest/gtest.h>
 
@@ -362,20 +364,84 @@ TEST_F(QXTextureLoad, ByAnEmptyOwnPathFails) {
   EXPECT_EQ(texture.LoadImageData(0, 0, 0), 0);
 }
 
-TEST(QXTextureLoadKtx2, GoesItsOwnRoadInAnyCase) {
-  QXFedType const type(QXFileType::EM_IMAGE_KTX2);
-  QXBareTexture texture(L"name");
-  texture.m_TextureData.m_pPixels = new unsigned char[16];
-  for (wchar_t const* szPath : {L"/nowhere/a.ktx2", L"/nowhere/a.KTX2", L"/nowhere/a.Ktx2"}) {
-    EXPECT_EQ(texture.LoadImageData(szPath, 0, 0, 0), 0) << szPath;
-    EXPECT_EQ(g_Fed.m_nMade, 0) << szPath;
-    EXPECT_TRUE(texture.m_strTexFilePath == L"name");
-    EXPECT_TRUE(texture.m_strImgRealFilePath == L"name");
-    EXPECT_EQ(texture.m_bLoadedImage, 0);
-    EXPECT_NE(texture.m_TextureData.m_pPixels, nullptr) << "a file that cannot be read leaves the image alone";
-    EXPECT_EQ(texture.m_arrMipmapOffset.GetSize(), 1u);
+class QXTextureLoadKtx2 : public testing::Test {
+protected:
+  /// Levels of 4 by 2, 2 by 1 and 1 by 1.
+  QdcUnicodeString Write(char const* szName) { return Wide(m_Folder.Write(szName, MakeKtx2(4, 2, "rgba"))); }
+  void ExpectLevels() {
+    QXTextureData const& data = m_Texture.m_TextureData;
+    EXPECT_EQ(data.m_eFormat, PF_A8B8G8R8);
+    EXPECT_EQ(data.m_nWidth, 4u);
+    EXPECT_EQ(data.m_nHeight, 2u);
+    EXPECT_EQ(data.m_nDataSize, 44u);
+    EXPECT_EQ(data.GetBlockLength(), 44u);
+    ASSERT_NE(data.m_pPixels, nullptr);
+    for (std::size_t i = 0; i < 44; ++i) EXPECT_EQ(data.m_pPixels[i], "rgba"[i % 4]) << i;
+    EXPECT_EQ(m_Texture.m_arrMipmapOffset.GetSize(), 3u);
+    EXPECT_EQ(m_Texture.m_bLoadedImage, 1);
+    EXPECT_EQ(m_Texture.m_bKtx2Flag, 0);
   }
-  EXPECT_EQ(texture.LoadKTX2(L""), 0);
+
+  QXFedType m_Type{QXFileType::EM_IMAGE_KTX2};
+  QXTestFolder m_Folder;
+  QXBareTexture m_Texture{L"name"};
+};
+
+TEST_F(QXTextureLoadKtx2, KeepsTheNameAndStoresTheFile) {
+  for (char const* szName : {"a.ktx2", "b.KTX2", "c.kTx2"}) {
+    QdcUnicodeString const strPath = Write(szName);
+    EXPECT_EQ(m_Texture.LoadImageData(strPath, 0, 0, 1), 1) << szName;
+    EXPECT_EQ(g_Fed.m_nMade, 0) << szName;
+    ExpectLevels();
+    EXPECT_TRUE(m_Texture.m_strTexFilePath == L"name");
+    EXPECT_TRUE(m_Texture.m_strImgRealFilePath == strPath);
+  }
+}
+
+TEST_F(QXTextureLoadKtx2, ByItselfTouchesNoPath) {
+  m_Texture.m_TextureData.m_pPixels = new unsigned char[16];
+  m_Texture.m_TextureData.m_nCompression = 16;
+  m_Texture.m_bKtx2Flag = 1;
+  EXPECT_EQ(m_Texture.LoadKTX2(Write("a.ktx2")), 1);
+  ExpectLevels();
+  EXPECT_EQ(m_Texture.m_TextureData.m_nCompression, 16u) << "only the decoder's results are stored";
+  EXPECT_TRUE(m_Texture.m_strTexFilePath == L"name");
+  EXPECT_TRUE(m_Texture.m_strImgRealFilePath == L"name");
+}
+
+TEST_F(QXTextureLoadKtx2, ReadsWhateverTheFileIsCalled) {
+  EXPECT_EQ(m_Texture.LoadKTX2(Write("a.png")), 1);
+  ExpectLevels();
+}
+
+TEST_F(QXTextureLoadKtx2, LeavesTheTextureAloneWhereItFails) {
+  m_Texture.m_TextureData.m_pPixels = new unsigned char[16];
+  m_Texture.m_bKtx2Flag = 1;
+  QdcUnicodeString const strBroken = Wide(m_Folder.Write("broken.KTX2", MakeKtx2(4, 2, "rgba").substr(0, 287)));
+  for (QdcUnicodeString const& strPath : {QdcUnicodeString(L"/nowhere/a.KTX2"), strBroken}) {
+    EXPECT_EQ(m_Texture.LoadImageData(strPath, 0, 0, 0), 0);
+    EXPECT_EQ(m_Texture.LoadKTX2(strPath), 0);
+    EXPECT_TRUE(m_Texture.m_strTexFilePath == L"name");
+    EXPECT_TRUE(m_Texture.m_strImgRealFilePath == L"name");
+    EXPECT_EQ(m_Texture.m_bLoadedImage, 0);
+    EXPECT_EQ(m_Texture.m_bKtx2Flag, 1);
+    EXPECT_NE(m_Texture.m_TextureData.m_pPixels, nullptr);
+    EXPECT_EQ(m_Texture.m_arrMipmapOffset.GetSize(), 1u);
+  }
+  EXPECT_EQ(m_Texture.LoadKTX2(L""), 0);
+  EXPECT_EQ(g_Fed.m_nMade, 0);
+}
+
+TEST_F(QXTextureLoadKtx2, FlagsBlocksThatStayCompressed) {
+  QdcUnicodeString const strPath =
+      QdcUnicodeString::FromUTF8(QX_SOURCE_DIR "/tests/data/ktx2/bc7_rgba_128_mixed_linear_zlib.ktx2");
+  EXPECT_EQ(m_Texture.LoadKTX2(strPath), 1);
+  EXPECT_EQ(m_Texture.m_bKtx2Flag, 1);
+  EXPECT_EQ(m_Texture.m_TextureData.m_eFormat, PF_A8R8G8B8);
+  EXPECT_EQ(m_Texture.m_TextureData.m_nDataSize, 128u * 128u);
+  EXPECT_EQ(m_Texture.m_arrMipmapOffset.GetSize(), 1u);
+  EXPECT_EQ(m_Texture.LoadKTX2(Write("a.ktx2")), 1);
+  ExpectLevels();
 }
 
 }  // namespace
