@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXRedBlue.h>
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -17,11 +18,16 @@ Lanes Load(unsigned char const* pBytes) {
   return lanes;
 }
 
-// 255 at each third byte from nFirst on.
-constexpr Lanes EveryThird(std::size_t nFirst) {
-  Lanes lanes{};
-  for (std::size_t i = 0; i < LANES; ++i) lanes[i] = i % 3 == nFirst % 3 ? 255 : 0;
-  return lanes;
+// 255 at each third byte, long enough that a mask for any lane begins in it.
+constexpr auto EVERY_THIRD = [] {
+  std::array<unsigned char, LANES + 3> arrBytes{};
+  for (std::size_t i = 0; i < arrBytes.size(); i += 3) arrBytes[i] = 255;
+  return arrBytes;
+}();
+
+// 255 at each third lane from nFirst on, which is below 3.
+Lanes MaskFrom(std::size_t nFirst) {
+  return Load(EVERY_THIRD.data() + (3 - nFirst) % 3);
 }
 
 // Each byte comes from where it is, or from two before or behind: three loads, of which each gives a third. In pieces of
@@ -30,7 +36,8 @@ void SwapPiece(unsigned char const* pSource, unsigned char* pTarget) {
   for (std::size_t nPart = 0; nPart < 3; ++nPart) {
     std::size_t const nPlace = nPart * LANES;
     // The first lane is byte nPlace of the piece; nPlace % 3 is nPart.
-    Lanes const firsts = EveryThird(3 - nPart), seconds = EveryThird(4 - nPart), thirds = EveryThird(5 - nPart);
+    Lanes const firsts = MaskFrom((3 - nPart) % 3), seconds = MaskFrom((4 - nPart) % 3),
+                thirds = MaskFrom((5 - nPart) % 3);
     Lanes const swapped = (Load(pSource + nPlace + 2) & firsts) | (Load(pSource + nPlace) & seconds) |
                           (Load(pSource + nPlace - 2) & thirds);
     std::memcpy(pTarget + nPlace, &swapped, LANES);
