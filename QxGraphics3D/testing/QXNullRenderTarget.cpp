@@ -33,6 +33,13 @@ QXNullRenderTarget::QXNullRenderTarget(QdcUnicodeString const& strName, unsigned
   m_nHeight = nHeight;
   m_nColourDepth = 32;
   m_arrCleared.reserve(MaxClearedRects);
+  if (bTexture) {
+    m_pTexture = std::make_unique<QXNullTexture>(m_pLog, strName);
+    m_pTexture->SetRefresh([this] {
+      Flatten();
+      m_pTexture->SetDevicePicture(m_nWidth, m_nHeight, m_arrPixels);
+    });
+  }
 }
 
 QXNullRenderTarget::~QXNullRenderTarget() {

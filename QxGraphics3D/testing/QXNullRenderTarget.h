@@ -2,10 +2,12 @@
 /// A target of the null renderer.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/testing/QXNullObject.h>
+#include <QxGraphics3D/testing/QXNullTexture.h>
 
 namespace QXC {
 
@@ -35,7 +37,9 @@ public:
   void ApplyCameraToTarget(QXCamera* pCamera, int nOffsetX, int nOffsetY) override;
   unsigned char IsRenderDepth() const override { return m_bRenderDepth; }
   unsigned char CopyDepthToMemory(float* pDepths, unsigned int nValueCount) override;
-  QXTexture* GetTexture() const override { return nullptr; }
+  /// A QXNullTexture that shows the target's picture of the moment when it is read.
+  QXTexture* GetTexture() const override { return m_pTexture.get(); }
+  int GetTextureID() const override { return m_pTexture != nullptr ? m_pTexture->GetTextureID() : -1; }
 
   /// Resizes, updates the viewports' dimensions and forgets the picture. A size of 0 is refused.
   void ReSize(unsigned int nWidth, unsigned int nHeight) override;
@@ -112,6 +116,8 @@ private:
   std::vector<ClearedRect> m_arrCleared;
   /// B,G,R,A, rows top down; empty while nothing was read or written.
   std::vector<unsigned char> m_arrPixels;
+  /// Null for a window.
+  std::unique_ptr<QXNullTexture> m_pTexture;
 };
 
 }  // namespace QXC

@@ -60,6 +60,49 @@ void QXNullTexture::SetName(QdcUnicodeString const& strName) {
   m_strLabel = "texture " + QXCallLog::Quote(strName);
 }
 
+// --- The texture of a render target ---
+
+void QXNullTexture::SetRefresh(std::function<void()> refresh) {
+  m_Refresh = std::move(refresh);
+  m_eDeviceFormat = PF_A8R8G8B8;
+  SetBindID();
+}
+
+void QXNullTexture::SetDevicePicture(
+    unsigned int nWidth, unsigned int nHeight, std::vector<unsigned char> const& arrPixels) {
+  QXTextureMemory::GetSingleton().DelMemory(static_cast<int>(m_arrDevicePixels.size()));
+  m_arrDevicePixels = arrPixels;
+  QXTextureMemory::GetSingleton().AddMemory(static_cast<int>(m_arrDevicePixels.size()));
+  m_nDeviceWidth = nWidth;
+  m_nDeviceHeight = nHeight;
+}
+
+void QXNullTexture::Refresh() const {
+  if (m_Refresh) m_Refresh();
+}
+
+std::vector<unsigned char> const& QXNullTexture::GetDevicePixels() const {
+  Refresh();
+  return m_arrDevicePixels;
+}
+
+unsigned int QXNullTexture::GetDeviceWidth() const {
+  Refresh();
+  return m_nDeviceWidth;
+}
+
+unsigned int QXNullTexture::GetDeviceHeight() const {
+  Refresh();
+  return m_nDeviceHeight;
+}
+
+// --- The device ---
+
+void QXNullTexture::SetBindID() {
+  static unsigned int ms_nLastBindID = 0;
+  if (m_nBindID == 0) m_nBindID = ++ms_nLastBindID;
+}
+
 void QXNullTexture::LeaveDevice() {
   QXTextureMemory::GetSingleton().DelMemory(static_cast<int>(m_arrDevicePixels.size()));
   m_arrDevicePixels = std::vector<unsigned char>();
@@ -76,16 +119,15 @@ void QXNullTexture::RendererOperation1(int nMinFilter, int nMagFilter, int nMipF
 
 void QXNullTexture::RendererOperation2() {
   Record("RendererOperation2");
-  LeaveDevice();
+  if (!m_Refresh) LeaveDevice();
 }
 
 void QXNullTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) {
   Record("LoadTexture", bOnlyIfNeeded, bReleaseImage);
-  if (IsLoaded() && bOnlyIfNeeded && !m_bNeedLoadTexture) return;
+  if (m_Refresh || (IsLoaded() && bOnlyIfNeeded && !m_bNeedLoadTexture)) return;
   QXUInt64 const nBytes = GetLoadSize(m_TextureData);
   if (nBytes == 0) return;
-  static unsigned int ms_nLastBindID = 0;
-  unsigned int const nBindID = m_nBindID ? m_nBindID : ++ms_nLastBindID;
+  unsigned int const nBindID = m_nBindID;
   std::vector<unsigned char> arrPixels(m_TextureData.m_pPixels, m_TextureData.m_pPixels + nBytes);
   LeaveDevice();
   m_arrDevicePixels.swap(arrPixels);
@@ -95,6 +137,7 @@ void QXNullTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bRele
   m_eDeviceFormat = m_TextureData.m_eFormat;
   m_nDeviceCompression = m_TextureData.m_nCompression;
   m_nBindID = nBindID;
+  SetBindID();
   m_bNeedLoadTexture = 0;
   if (bReleaseImage) ReleaseImgData();
 }
@@ -102,7 +145,7 @@ void QXNullTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bRele
 void QXNullTexture::LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight,
     void const* pPixels, unsigned int nFlag) {
   Record("LoadSubTexture", nX, nY, nWidth, nHeight, nSourceWidth, nSourceHeight, QXLoggedMemory{pPixels}, nFlag);
-  if (!IsLoaded() || m_nDeviceCompression != TEXTURE_COMPRESSION_NONE || !pPixels) return;
+  if (m_Refresh || !IsLoaded() || m_nDeviceCompression != TEXTURE_COMPRESSION_NONE || !pPixels) return;
   // In 64 bits: the far edges of what a host asks for may leave the range of int.
   long long const nLeft = std::max(nX, 0);
   long long const nTop = std::max(nY, 0);
@@ -141,6 +184,7 @@ void QXNullTexture::SetMipmapMaxLevel(int nLevel) {
 
 QXImageData* QXNullTexture::BlitToMemory() {
   Record("BlitToMemory");
+  Refresh();
   if (!IsLoaded() || m_nDeviceCompression != TEXTURE_COMPRESSION_NONE) return nullptr;
   std::size_t const nPixel = detail::StoredPixelSize(m_eDeviceFormat);
   std::size_t const nOut = nPixel == 2 ? 4 : nPixel;

@@ -5,6 +5,7 @@
 #include <QxGraphics3D/testing/QXNullObject.h>
 #include <QxGraphics3D/texture/QXTexture.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -20,6 +21,12 @@ public:
 
   /// Renames the texture, in the log too.
   void SetName(QdcUnicodeString const& strName);
+
+  /// Makes it the texture of a render target, on the device from now on. Nothing is loaded into it any more: refresh is
+  /// called before its pixels or its size are read, and gives them by SetDevicePicture.
+  void SetRefresh(std::function<void()> refresh);
+  /// A picture of blue, green, red, alpha, rows top down.
+  void SetDevicePicture(unsigned int nWidth, unsigned int nHeight, std::vector<unsigned char> const& arrPixels);
 
   /// Only written down: nothing is drawn.
   void RendererOperation1(int nMinFilter, int nMagFilter, int nMipFilter) override;
@@ -44,15 +51,18 @@ public:
   int GetTextureID() const override;
 
   /// What the device holds, all levels; empty while the texture is not on it.
-  std::vector<unsigned char> const& GetDevicePixels() const { return m_arrDevicePixels; }
-  unsigned int GetDeviceWidth() const { return m_nDeviceWidth; }
-  unsigned int GetDeviceHeight() const { return m_nDeviceHeight; }
+  std::vector<unsigned char> const& GetDevicePixels() const;
+  unsigned int GetDeviceWidth() const;
+  unsigned int GetDeviceHeight() const;
   QX3DPixelFormat GetDeviceFormat() const { return m_eDeviceFormat; }
   unsigned int GetDeviceCompression() const { return m_nDeviceCompression; }
 
 private:
+  void Refresh() const;
+  void SetBindID();
   void LeaveDevice();
 
+  std::function<void()> m_Refresh;
   std::vector<unsigned char> m_arrDevicePixels;
   unsigned int m_nDeviceWidth = 0;
   unsigned int m_nDeviceHeight = 0;

@@ -362,7 +362,7 @@ TEST_F(QXNullGraphics3DTest, CompanionTargetsAreTheCallers) {
     EXPECT_EQ(pTarget->IsTextureTarget(), 1);
     EXPECT_EQ(pTarget->GetWidth(), 8u);
     EXPECT_EQ(pTarget->GetGraphics3D(), &m_Graphics);
-    EXPECT_EQ(m_Graphics.GetRenderTargetTexture(pTarget.get()), nullptr);
+    EXPECT_NE(m_Graphics.GetRenderTargetTexture(pTarget.get()), nullptr);
   }
   m_Graphics.AttachReflectRenderTarget(arrTargets[0].get());
   m_Graphics.AttachSelectionRenderTarget(arrTargets[1].get());

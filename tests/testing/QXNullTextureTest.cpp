@@ -1,4 +1,5 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/testing/QXNullRenderTarget.h>
 #include <QxGraphics3D/testing/QXNullTexture.h>
 #include <QxGraphics3D/testing/QXNullTextureManager.h>
 #include <QxGraphics3D/testing/QXRecordingGraphics3D.h>
@@ -250,6 +251,52 @@ TEST_F(QXNullTextureTest, DeviceMemoryIsCounted) {
     EXPECT_EQ(QXTextureMemory::GetSingleton().GetCurrentMemory(), nBefore + 1);
   }
   EXPECT_EQ(QXTextureMemory::GetSingleton().GetCurrentMemory(), nBefore);
+}
+
+// --- Render targets ---
+
+TEST(QXNullTargetTexture, ShowsThePictureOfItsTarget) {
+  int const nBefore = QXTextureMemory::GetSingleton().GetCurrentMemory();
+  {
+    QXNullRenderTarget target(L"mirror", 2, 1, 1);
+    auto* const pTexture = dynamic_cast<QXNullTexture*>(target.GetTexture());
+    ASSERT_NE(pTexture, nullptr);
+    EXPECT_EQ(pTexture->IsLoaded(), 1);
+    EXPECT_EQ(target.GetTextureID(), pTexture->GetTextureID());
+    EXPECT_EQ(pTexture->GetDevicePixels(), Bytes(8));
+    target.Clear(1, 0, 1, 1, QXColorValue3D(1.0, 0.0, 0.0, 1.0));
+    EXPECT_EQ(pTexture->GetDevicePixels(), (Bytes{0, 0, 0, 0, 0, 0, 255, 255}));
+    target.ReSize(512, 512);
+    EXPECT_EQ(pTexture->GetDeviceWidth(), 512u);
+    EXPECT_EQ(pTexture->GetDeviceHeight(), 512u);
+    std::unique_ptr<QXImageData> const pImage(pTexture->BlitToMemory());
+    ASSERT_NE(pImage, nullptr);
+    EXPECT_EQ(pImage->m_nBitDepth, 32);
+    EXPECT_EQ(pImage->m_nPitch, 2048u);
+    delete[] static_cast<unsigned char*>(pImage->m_pPixels);
+    EXPECT_EQ(QXTextureMemory::GetSingleton().GetCurrentMemory(), nBefore + 1);
+  }
+  EXPECT_EQ(QXTextureMemory::GetSingleton().GetCurrentMemory(), nBefore);
+}
+
+TEST(QXNullTargetTexture, IsNotLoadedInto) {
+  QXNullRenderTarget target(L"mirror", 1, 1, 1);
+  auto* const pTexture = dynamic_cast<QXNullTexture*>(target.GetTexture());
+  ASSERT_NE(pTexture, nullptr);
+  pTexture->SetTextureData(1, 1, new unsigned char[1]{9}, 0, PF_L8);
+  pTexture->LoadTexture(0, 0);
+  unsigned char const bytes[4] = {1, 2, 3, 4};
+  pTexture->LoadSubTexture(0, 0, 1, 1, 1, 1, bytes, 0);
+  pTexture->RendererOperation2();
+  EXPECT_EQ(pTexture->IsLoaded(), 1);
+  EXPECT_EQ(pTexture->GetDevicePixels(), Bytes(4));
+  EXPECT_EQ(pTexture->GetDeviceFormat(), PF_A8R8G8B8);
+}
+
+TEST(QXNullTargetTexture, WindowsHaveNone) {
+  QXNullRenderTarget window(L"main", 1, 1, 0);
+  EXPECT_EQ(window.GetTexture(), nullptr);
+  EXPECT_EQ(window.GetTextureID(), -1);
 }
 
 TEST(QXNullTextureManager, FindsMakesAndNamesTextures) {
