@@ -142,7 +142,7 @@ TEST(QXFileTypeTable, KnowsTargaByItsHeader) {
     strBytes[2] = static_cast<char>(nType);
     EXPECT_EQ(ContentOf(strBytes), -1) << nType;
   }
-  for (std::size_t const nPlace : {12, 14, 16}) {
+  for (std::size_t const nPlace : {12u, 14u, 16u}) {
     std::string strBytes = Targa();
     strBytes[nPlace] = 0;
     EXPECT_EQ(ContentOf(strBytes), -1) << nPlace;

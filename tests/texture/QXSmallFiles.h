@@ -10,7 +10,7 @@
 namespace QXC {
 
 inline void PutNumber(std::string& strBytes, std::uint64_t nValue, int nBytes) {
-  for (int i = 0; i < nBytes; ++i) strBytes.push_back(static_cast<char>(nValue >> (8 * i) & 0xFF));
+  for (int i = 0; i < nBytes; ++i, nValue >>= 8) strBytes.push_back(static_cast<char>(nValue & 0xFF));
 }
 
 inline void PutPixels(std::string& strBytes, unsigned int nCount, std::string const& strPixel) {
@@ -76,7 +76,7 @@ inline std::string MakeKtx2(unsigned int nWidth, unsigned int nHeight, std::stri
     PutNumber(strBytes, level.m_nPixels * 4, 8);
   }
   // The description of the pixels: one basic block, linear colours of the common primaries, 4 bytes a pixel.
-  for (std::uint64_t const nValue : {92, 0, 88 << 16 | 2, 0x00010101, 0, 4, 0}) PutNumber(strBytes, nValue, 4);
+  for (std::uint64_t const nValue : {92u, 0u, 88u << 16 | 2u, 0x00010101u, 0u, 4u, 0u}) PutNumber(strBytes, nValue, 4);
   for (int nChannel = 0; nChannel < 4; ++nChannel) {
     PutNumber(strBytes, static_cast<std::uint64_t>(nChannel) * 8, 2);
     PutNumber(strBytes, 7, 1);
