@@ -32,6 +32,13 @@ QXTextureData& QXTextureDataAnimation::GetFrameDataByIndex(int nIndex) {
   return m_arrFrames[static_cast<std::size_t>(nIndex)];
 }
 
+QXTextureData const& QXTextureDataAnimation::GetFrameDataByIndex(int nIndex) const {
+  if (nIndex < 0 || nIndex >= GetNumFrame()) {
+    QdcThrowInvalidSubscript();
+  }
+  return m_arrFrames[static_cast<std::size_t>(nIndex)];
+}
+
 unsigned int QXTextureDataAnimation::GetFrameTimeByIndex(int nIndex) const {
   if (nIndex < 0 || nIndex >= GetNumFrame()) {
     QdcThrowInvalidSubscript();

@@ -25,6 +25,7 @@ public:
   int GetNumFrame() const;
   /// Failure: std::out_of_range for an index that is none of 0 to GetNumFrame() - 1, as from every checked subscript.
   QXTextureData& GetFrameDataByIndex(int nIndex);
+  QXTextureData const& GetFrameDataByIndex(int nIndex) const;
   /// Milliseconds. Failure: as GetFrameDataByIndex.
   unsigned int GetFrameTimeByIndex(int nIndex) const;
 

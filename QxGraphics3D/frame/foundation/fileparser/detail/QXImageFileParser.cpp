@@ -5,6 +5,7 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXImportParams.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXFileTypeTable.h>
+#include <QxGraphics3D/frame/foundation/fileparser/detail/QXGifReader.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXImageReader.h>
 #include <QxGraphics3D/frame/foundation/stream/detail/QXFileBytes.h>
 
@@ -88,6 +89,17 @@ unsigned char QXImageFileParser::GetImageData(
   arrImages.RemoveAt(nPlace);
   m_strError =
       L"the image is damaged, larger than the limits allow or of a kind that is not read; get or export it again";
+  return 0;
+}
+
+unsigned char QXImageFileParser::GetDynamicIMGData(QdcArray<QXGeoPicture*>& arrPictures, unsigned char bFlip) {
+  if (m_pBytes == nullptr) return Fail(L"no file is open");
+  if (m_nType != QXFileType::EM_IMAGE_GIF) {
+    m_strError = L"files of this type hold no animations that are read";
+    return 0;
+  }
+  if (ReadGifPictures(m_pBytes, m_nSize, arrPictures, bFlip, CurrentLimits()) != 0) return 1;
+  m_strError = L"the animation is damaged or larger than the limits allow; get or export it again";
   return 0;
 }
 

@@ -17,6 +17,8 @@ public:
   unsigned char Open(QXImportParams* pParams) override;
   QdcUnicodeString const& GetErrorText() const override { return m_strError; }
   unsigned char GetImageData(QdcArray<QXImageData*>& arrImages, unsigned char bFlag, int nIndex) override;
+  /// Of a GIF; the other types have no animations here.
+  unsigned char GetDynamicIMGData(QdcArray<QXGeoPicture*>& arrPictures, unsigned char bFlip) override;
   unsigned char OpenBytes(unsigned char const* pBytes, QXUInt64 nSize) override;
 
 private:
