@@ -115,6 +115,7 @@
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
 #include <QxGraphics3D/renderop/TextureVertex.h>
 
+#include <QxGraphics3D/texture/QXAnimationTexture.h>
 #include <QxGraphics3D/texture/QXPixelFormatLayout.h>
 #include <QxGraphics3D/texture/QXStyleTextureManager.h>
 #include <QxGraphics3D/texture/QXTexture.h>

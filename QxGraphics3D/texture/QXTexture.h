@@ -232,7 +232,9 @@ public:
   /// Reads a still image as 4-byte pixels with power-of-two edges, or the bytes of a raw type.
   /// @return  the caller's; null on failure, without pixels if the parser brought no image
   static QXTextureData* GetTextureData(QdcUnicodeString const& strPath);
-  /// Reads the frames of an animated image, each as large as the first.
+  /// Reads the frames of an animated image, each as large as the first. A picture covers the one before it where its
+  /// first byte, blue, is not 0, and clears it where that is 0 and alpha is 128; elsewhere the one before shows. For
+  /// every colour as it stands in the file use QXAnimationTexture.
   /// @return  the caller's; null on failure
   static QXTextureDataAnimation* GetTextureDataAnimation(QdcUnicodeString const& strPath);
   /// Makes the image a ramp of 1 by 1024 pixels over the table's range of values, lowest first, bytes blue, green,

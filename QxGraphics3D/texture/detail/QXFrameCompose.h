@@ -2,13 +2,50 @@
 /// Frames of an animation laid onto its canvas.
 #pragma once
 
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcNumeric.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
+#include <QxGraphics3D/frame/foundation/geometry/QXGeoPicture.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace QXC::detail {
+
+/// The pictures that a parser hands out, deleted at the end.
+struct QXPictureList {
+  QXPictureList() = default;
+  QXPictureList(QXPictureList const&) = delete;
+  QXPictureList& operator=(QXPictureList const&) = delete;
+  ~QXPictureList() {
+    for (QXGeoPicture* pPicture : m_arrPictures) delete pPicture;
+  }
+
+  /// The image that gives all frames their size; null if there is none.
+  QXImageData* GetFirstImage() const {
+    return m_arrPictures.GetSize() == 0 || m_arrPictures[0] == nullptr ? nullptr : m_arrPictures[0]->GetImage();
+  }
+
+  QdcArray<QXGeoPicture*> m_arrPictures;
+};
+
+/// Whether the image can be laid onto a canvas, or be one.
+inline bool IsWideImage(QXImageData const& image) {
+  return image.m_pPixels != nullptr && image.m_nBitDepth == 32;
+}
+
+/// The image as a frame, which takes its block.
+inline QXTextureData TakeFrame(QXImageData& image) {
+  QXTextureData frame;
+  frame.m_pPixels = static_cast<unsigned char*>(std::exchange(image.m_pPixels, nullptr));
+  frame.m_nWidth = image.m_nWidth;
+  frame.m_nHeight = image.m_nHeight;
+  frame.m_eFormat = image.m_nBitDepth == 32 ? PF_A8R8G8B8 : PF_R8G8B8;
+  frame.SetBlockLength(QXUInt64{image.m_nPitch} * image.m_nHeight);
+  return frame;
+}
 
 /// First column or row of a frame whose centre lies at dCenter.
 inline int FrameStart(double dCenter, unsigned int nSize) {
