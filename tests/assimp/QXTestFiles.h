@@ -12,8 +12,12 @@
 
 namespace QXAssimp {
 
+inline std::string DataPath(std::string const& strName) {
+  return std::string(QX_SOURCE_DIR) + "/tests/data/" + strName;
+}
+
 inline std::string ModelPath(std::string const& strName) {
-  return std::string(QX_SOURCE_DIR) + "/tests/data/models/" + strName;
+  return DataPath("models/" + strName);
 }
 
 inline std::vector<unsigned char> ReadTestFile(std::string const& strPath) {

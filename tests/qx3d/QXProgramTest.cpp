@@ -306,6 +306,18 @@ TEST(QXProgram, InspectTellsWhatATextureBecomes) {
   EXPECT_NE(strClear.find("transparency       1 of 3 pixels\n"), std::string::npos) << strClear;
 }
 
+TEST(QXProgram, InspectTellsTheLevelsOfKtx2) {
+  Folder const folder;
+  std::string const strPixels = Inspect(folder, QXAssimp::DataPath("ktx2/bc1_rgb_64_srgb_mip.ktx2"));
+  for (char const* szLine : {"type by content    .ktx2\n", "size               64 x 64\n", "PF_A8B8G8R8 (13)",
+           "compression        0, none\n", "mip levels         7\n", "transparency       none"})
+    EXPECT_NE(strPixels.find(szLine), std::string::npos) << szLine << " in: " << strPixels;
+  std::string const strBlocks = Inspect(folder, QXAssimp::DataPath("ktx2/bc7_rgba_100x60_srgb_mip.ktx2"));
+  for (char const* szLine : {"size               100 x 60\n", "loaded size        100 x 60\n", "BC7 blocks",
+           "compression        0, BC7\n", "mip levels         7\n", "not known"})
+    EXPECT_NE(strBlocks.find(szLine), std::string::npos) << szLine << " in: " << strBlocks;
+}
+
 TEST(QXProgram, InspectRefusesWithTheReasonAndAWayOut) {
   Folder const folder;
   std::vector<unsigned char> const vecPng = QXAssimp::ReadTestFile(QXAssimp::ModelPath("quarters.png"));
@@ -454,6 +466,24 @@ TEST(QXProgramWithDevice, TransformsAndWrapModesOfGltfAreSeen) {
   // A quarter turn of the coordinates against the clock, about the corner at the top left: (u, v) becomes (v, -u).
   sign.m_strTextureInfo = R"(,"extensions":{"KHR_texture_transform":{"rotation":1.5707963}})";
   EXPECT_EQ(read(), "blue red white green");
+}
+
+TEST(QXProgramWithDevice, Ktx2BlocksCoverAModel) {
+  Folder const folder;
+  folder.Write("writing.ktx2", QXAssimp::ReadTestFile(QXAssimp::DataPath("ktx2/bc7_rgba_100x60_srgb_mip.ktx2")));
+  std::string const strModel = WriteSign(folder, "-clamp on writing.ktx2");
+  ProgramRun const run = RunProgram(folder,
+      "view " + Quote(strModel) +
+          " --up z --renderer ogre --no-ground --size 200x200 --eye 2,-9,2 --look 2,0,2 --out " +
+          Quote(folder.Path("out.png")),
+      WithDisplay);
+  EXPECT_EQ(run.m_strError, "");
+  // White letters in the middle, and nothing around them.
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  unsigned char const* p = picture.m_vecPixels.data() + 3 * (100 * 200 + 100);
+  EXPECT_GT(p[0], 200);
+  EXPECT_GT(p[1], 200);
+  EXPECT_EQ(NameColor(picture, 50, 50), "sky");
 }
 
 TEST(QXProgramWithDevice, MeshWithoutItsPictureIsSeenInItsColour) {
