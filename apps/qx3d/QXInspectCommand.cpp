@@ -33,14 +33,6 @@ std::string NameType(int nType) {
   return strName.empty() ? "unknown" : strName;
 }
 
-std::string ListReadable() {
-  QXC::QdcArray<QdcUnicodeString> arrExtNames;
-  QXFileType::GetImageExtNames(arrExtNames);
-  std::string strList;
-  for (QdcUnicodeString const& strExt : arrExtNames) strList += " " + Narrow(strExt);
-  return strList;
-}
-
 /// Name, number, bytes a pixel and their order.
 std::string DescribeFormat(QXC::QX3DPixelFormat eFormat) {
   switch (eFormat) {
@@ -142,7 +134,7 @@ private:
         reinterpret_cast<unsigned char const*>(vecStart.data()), static_cast<QXUInt64>(file.gcount()));
     if (QXFileType::IsModelType(m_nType) != 0) return "this is a model; show it with 'qx3d view'";
     if (QXFileType::IsImageType(m_nType) == 0)
-      return m_nContent < 0 ? "unknown kind of image; readable are" + ListReadable()
+      return m_nContent < 0 ? "unknown kind of image; readable are" + ListImageKinds()
                             : "unknown extension, and the bytes of a " + NameType(m_nContent) + " file; rename it";
     if (m_nContent >= 0 && m_nContent != m_nType)
       return "the name says " + NameType(m_nType) + ", but the bytes are those of a " + NameType(m_nContent) +

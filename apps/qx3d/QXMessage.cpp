@@ -1,5 +1,7 @@
 #include <apps/qx3d/QXMessage.h>
 
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
+
 #include <cstdio>
 
 namespace QXApp {
@@ -8,6 +10,14 @@ std::string MakeOneLine(std::string strText) {
   for (char& c : strText)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = ' ';
   return strText;
+}
+
+std::string ListImageKinds() {
+  QXC::QdcArray<QXC::QdcUnicodeString> arrExtNames;
+  QXC::QXFileType::GetImageExtNames(arrExtNames);
+  std::string strList;
+  for (QXC::QdcUnicodeString const& strExt : arrExtNames) strList += std::string(" ") + strExt.ToMBString().Cstr();
+  return strList;
 }
 
 void PrintFailure(std::string const& strText) {

@@ -9,6 +9,9 @@ namespace QXApp {
 /// A text without control characters: names of files may hold line ends, and sequences that a terminal obeys.
 std::string MakeOneLine(std::string strText);
 
+/// The extensions of all images that can be read, each behind a blank.
+std::string ListImageKinds();
+
 /// Prints "qx3d: " and the text as one line on the standard error output.
 void PrintFailure(std::string const& strText);
 

@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXModelPictures.h>
 
 #include <apps/qx3d/QXHostTexture.h>
+#include <apps/qx3d/QXMessage.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
@@ -98,14 +99,6 @@ void ApplyAlpha(QXTextureKey const& key, Pixels& pixels) {
   }
 }
 
-std::string ListReadable() {
-  QXC::QdcArray<QdcUnicodeString> arrExtNames;
-  QXFileType::GetImageExtNames(arrExtNames);
-  std::string strList;
-  for (QdcUnicodeString const& strExt : arrExtNames) strList += " " + Narrow(strExt);
-  return strList;
-}
-
 /// Why the library could not read a picture; it does not say so everywhere.
 std::string TakeReason() {
   std::string strReason = Narrow(QXC::QXFileParseToolkit::GetErrorText());
@@ -158,7 +151,7 @@ std::string QXModelPictures::Picture::LoadFile(QdcUnicodeString const& strPath) 
   std::filesystem::file_status const status = std::filesystem::status(Narrow(strPath), error);
   if (!std::filesystem::exists(status)) return "no such file; put it beside the model";
   if (!std::filesystem::is_regular_file(status)) return "this is no regular file; name a picture";
-  if (QXFileType::IsImageType(nType) == 0) return "unknown kind of picture; readable are" + ListReadable();
+  if (QXFileType::IsImageType(nType) == 0) return "unknown kind of picture; readable are" + ListImageKinds();
   if (nType == QXFileType::EM_IMAGE_KTX2) return LoadKtx2(strPath);
   if (nType == QXFileType::EM_IMAGE_GIF) {
     std::unique_ptr<QXC::QXTextureData> const pFile(QXC::QXTexture::GetTextureData(strPath));
