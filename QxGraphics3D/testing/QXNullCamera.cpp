@@ -1,11 +1,7 @@
 #include <QxGraphics3D/testing/QXNullCamera.h>
 
-#include <algorithm>
-#include <cmath>
-
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
-#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
@@ -100,22 +96,7 @@ void QXNullCamera::ComputeProjection(QXViewport const& viewport) {
   SetAspect(static_cast<double>(viewport.GetActualWidth()) / viewport.GetActualHeight());
   double const dNear = m_bNearDistSet ? m_dNearDist : OwnNearDist;
   double const dFar = m_bFarDistSet ? m_dFarDist : OwnFarDist;
-  if (m_eProjectionType == PROJECTION_ORTHOGRAPHIC) {
-    double const dHalfHeight = m_dOrthoHeight > 0.0 ? m_dOrthoHeight / 2.0 : 1.0;
-    double const dHalfWidth = dHalfHeight * m_dAspect;
-    m_matOwnProjection =
-        QXMathEngine::ComputeOrthoMatrix(-dHalfWidth, dHalfWidth, -dHalfHeight, dHalfHeight, dNear, dFar);
-  } else {
-    // The second field is the horizontal one; the height follows.
-    double const dFovY =
-        m_eFOVMode == FOV_MODE_SECOND ? 2.0 * std::atan(std::tan(m_dFovSecond / 2.0) / m_dAspect) : m_dFov;
-    m_Graphics.MakeProjectionMatrix(dFovY, m_dAspect, dNear, dFar, m_matOwnProjection);
-  }
-  // What is no number equals nothing, itself included, and would pass for a matrix of the host's for ever.
-  double const* const pFirst = &m_matOwnProjection[0][0];
-  if (std::any_of(pFirst, pFirst + 16, [](double dEntry) { return !std::isfinite(dEntry); })) {
-    m_matOwnProjection = QXMatrix4d::ZERO;
-  }
+  m_matOwnProjection = MakeOwnProjection(dNear, dFar);
   m_matProjection = m_matOwnProjection;
 }
 

@@ -1,7 +1,6 @@
 #include <QxGraphics3D/testing/QXNullDevice.h>
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <system_error>
 
@@ -66,22 +65,12 @@ void QXNullDevice::MultiMatrix(QXMatrix4d const& matrix) {
 }
 
 void QXNullDevice::MakeProjectionMatrix(double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) {
-  double const dTop = dNear * std::tan(dFovY / 2.0);
-  double const dRight = dTop * dAspect;
-  QXNullDevice::MakeFrustumMatrix(-dRight, dRight, -dTop, dTop, dNear, dFar, matOut);
+  matOut = QXMathEngine::ComputePerspectiveMatrix(dFovY, dAspect, dNear, dFar);
 }
 
 void QXNullDevice::MakeFrustumMatrix(
     double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) {
-  // glFrustum of the OpenGL reference pages, transposed for row vectors.
-  matOut = QXMatrix4d::ZERO;
-  matOut[0][0] = 2.0 * dNear / (dRight - dLeft);
-  matOut[1][1] = 2.0 * dNear / (dTop - dBottom);
-  matOut[2][0] = (dRight + dLeft) / (dRight - dLeft);
-  matOut[2][1] = (dTop + dBottom) / (dTop - dBottom);
-  matOut[2][2] = -(dFar + dNear) / (dFar - dNear);
-  matOut[2][3] = -1.0;
-  matOut[3][2] = -2.0 * dFar * dNear / (dFar - dNear);
+  matOut = QXMathEngine::ComputeFrustumMatrix(dLeft, dRight, dBottom, dTop, dNear, dFar);
 }
 
 void QXNullDevice::MakeOrthoMatrix(

@@ -234,4 +234,20 @@ int QXCamera::ComputerLength2Pix(double dLength, double dDistance, double dLimit
   return ToInt(std::ceil(dPixels));
 }
 
+QXMatrix4d QXCamera::MakeOwnProjection(double dNear, double dFar) const {
+  QXMatrix4d projection;
+  if (m_eProjectionType == PROJECTION_ORTHOGRAPHIC) {
+    double const dHalfHeight = m_dOrthoHeight > 0.0 ? m_dOrthoHeight / 2.0 : 1.0;
+    double const dHalfWidth = dHalfHeight * m_dAspect;
+    projection = QXMathEngine::ComputeOrthoMatrix(-dHalfWidth, dHalfWidth, -dHalfHeight, dHalfHeight, dNear, dFar);
+  } else {
+    double const dFovY =
+        m_eFOVMode == FOV_MODE_SECOND ? 2.0 * std::atan(std::tan(m_dFovSecond / 2.0) / m_dAspect) : m_dFov;
+    projection = QXMathEngine::ComputePerspectiveMatrix(dFovY, m_dAspect, dNear, dFar);
+  }
+  double const* const pFirst = &projection[0][0];
+  bool const bFinite = std::all_of(pFirst, pFirst + 16, [](double dEntry) { return std::isfinite(dEntry); });
+  return bFinite ? projection : QXMatrix4d::ZERO;
+}
+
 }  // namespace QXC

@@ -132,6 +132,13 @@ public:
   QXVector3d m_vecReserved;
 
 protected:
+  /// The projection that the camera's own settings describe: perspective by the field of view, the second one being
+  /// the horizontal angle, or parallel by the height of the window, 2 where none is set; the width follows by the
+  /// aspect. For a renderer's camera whose host has set no matrix.
+  /// @return the zero matrix where the settings give one that is not finite: what is no number equals nothing, itself
+  ///         included, and would pass for a matrix of the host's for ever
+  QXMatrix4d MakeOwnProjection(double dNear, double dFar) const;
+
   QXVector3d m_vecPosition;
   QXVector3d m_vecRelativeOrigin;
   QXVector3d m_vecRelativePosition;

@@ -1,10 +1,8 @@
 #include <plugins/ogre/QXOgreCamera.h>
 
 #include <algorithm>
-#include <cmath>
 
 #include <QxGraphics3D/frame/QXViewport.h>
-#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
@@ -93,18 +91,8 @@ void QXOgreCamera::ComputeProjection(QXViewport const& viewport) {
   double dNear = 0.0;
   double dFar = 0.0;
   FindDistances(viewport, dNear, dFar);
-  if (m_eProjectionType == PROJECTION_ORTHOGRAPHIC) {
-    double const dHalfHeight = 0.5 * (m_dOrthoHeight > 0.0 ? m_dOrthoHeight : 2.0);
-    double const dHalfWidth = dHalfHeight * m_dAspect;
-    m_matOwnProjection =
-        QXMathEngine::ComputeOrthoMatrix(-dHalfWidth, dHalfWidth, -dHalfHeight, dHalfHeight, dNear, dFar);
-  } else {
-    // The second field is the horizontal one; the height follows.
-    double const dFovY =
-        m_eFOVMode == FOV_MODE_SECOND ? 2.0 * std::atan(std::tan(m_dFovSecond / 2.0) / m_dAspect) : m_dFov;
-    m_Graphics3D.MakeProjectionMatrix(dFovY, m_dAspect, dNear, dFar, m_matOwnProjection);
-  }
-  // What is no number equals nothing, itself included, and would pass for a matrix of the host's for ever.
+  m_matOwnProjection = MakeOwnProjection(dNear, dFar);
+  // OGRE takes float, where finite numbers may end as infinite ones.
   if (!IsFinite(ToOgre(m_matOwnProjection))) m_matOwnProjection = QXMatrix4d::ZERO;
   m_matProjection = m_matOwnProjection;
 }

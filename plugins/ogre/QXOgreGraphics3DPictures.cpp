@@ -26,20 +26,12 @@ double Sign(double dValue) {
 
 void QXOgreGraphics3D::MakeProjectionMatrix(
     double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) {
-  double const dTop = dNear * std::tan(dFovY / 2.0);
-  MakeFrustumMatrix(-dTop * dAspect, dTop * dAspect, -dTop, dTop, dNear, dFar, matOut);
+  matOut = QXMathEngine::ComputePerspectiveMatrix(dFovY, dAspect, dNear, dFar);
 }
 
 void QXOgreGraphics3D::MakeFrustumMatrix(
     double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar, QXMatrix4d& matOut) {
-  matOut = QXMatrix4d::ZERO;
-  matOut[0][0] = 2.0 * dNear / (dRight - dLeft);
-  matOut[1][1] = 2.0 * dNear / (dTop - dBottom);
-  matOut[2][0] = (dRight + dLeft) / (dRight - dLeft);
-  matOut[2][1] = (dTop + dBottom) / (dTop - dBottom);
-  matOut[2][2] = -(dFar + dNear) / (dFar - dNear);
-  matOut[2][3] = -1.0;
-  matOut[3][2] = -2.0 * dFar * dNear / (dFar - dNear);
+  matOut = QXMathEngine::ComputeFrustumMatrix(dLeft, dRight, dBottom, dTop, dNear, dFar);
 }
 
 void QXOgreGraphics3D::MakeOrthoMatrix(

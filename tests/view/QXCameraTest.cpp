@@ -482,6 +482,49 @@ TEST_F(QXCameraPixels, SaturateInsteadOfOverflowing) {
   EXPECT_EQ(m_camera.ComputerLength2Pix(0, 0, 0), 0);  // 0 / 0 is no number
 }
 
+/// Shows what a renderer's camera sees.
+class OwnCamera : public QXCamera {
+public:
+  using QXCamera::MakeOwnProjection;
+  using QXFrustum::m_dFovSecond;
+  using QXFrustum::m_dOrthoHeight;
+};
+
+TEST(QXCamera, DescribesAPerspectiveByItsFieldOfView) {
+  OwnCamera camera;
+  camera.SetAspect(2.0);
+  camera.SetFov(0.8);
+  EXPECT_EQ(camera.MakeOwnProjection(1, 100), QXMathEngine::ComputePerspectiveMatrix(0.8, 2.0, 1, 100));
+}
+
+TEST(QXCamera, TakesTheSecondFieldForTheHorizontalOne) {
+  OwnCamera camera;
+  camera.SetAspect(2.0);
+  camera.SetFOVMode(FOV_MODE_SECOND);
+  camera.m_dFovSecond = kPi / 2;
+  QXMatrix4d const projection = camera.MakeOwnProjection(1, 100);
+  EXPECT_NEAR(projection[0][0], 1.0, 1e-12);
+  EXPECT_NEAR(projection[1][1], 2.0, 1e-12);
+}
+
+TEST(QXCamera, DescribesAParallelProjectionByTheHeightOfItsWindow) {
+  OwnCamera camera;
+  camera.SetAspect(1.5);
+  camera.SetProjectionType(PROJECTION_ORTHOGRAPHIC);
+  camera.m_dOrthoHeight = 8.0;
+  EXPECT_EQ(camera.MakeOwnProjection(1, 100), QXMathEngine::ComputeOrthoMatrix(-6, 6, -4, 4, 1, 100));
+  camera.m_dOrthoHeight = 0.0;
+  EXPECT_EQ(camera.MakeOwnProjection(1, 100), QXMathEngine::ComputeOrthoMatrix(-1.5, 1.5, -1, 1, 1, 100));
+}
+
+TEST(QXCamera, DescribesNoProjectionWhereItsSettingsGiveNone) {
+  OwnCamera camera;
+  camera.SetAspect(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_EQ(camera.MakeOwnProjection(1, 100), QXMatrix4d::ZERO);
+  camera.SetAspect(1.0);
+  EXPECT_EQ(camera.MakeOwnProjection(5, 5), QXMatrix4d::ZERO);
+}
+
 TEST(QXCamera, KeepsThePlainViewForAFlatScene) {
   QXCamera camera = QXCamera::CreateNormalCamera(SCENE_PLANE, 40, 20, {3, 4, 12});
   EXPECT_EQ(camera.GetViewMatrix(), QXMathEngine::MakeViewMatrix({3, 4, 12}, QXQuaternion4d()));

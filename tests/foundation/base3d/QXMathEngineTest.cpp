@@ -48,6 +48,13 @@ TEST(QXMathEngine, MapsTheOrthographicBoxToMinusOneToOne) {
   ExpectNear(QXVector3d(7, 11, -20000).MultiplyMatrix(projection), {1, 1, 1}, 1e-12);
 }
 
+TEST(QXMathEngine, AgreesWithTheOracleOnPerspectiveProjections) {
+  ExpectNear(QXMathEngine::ComputeFrustumMatrix(-3, 7, -2, 11, 1, 20000),
+      glm::frustumRH_NO(-3.0, 7.0, -2.0, 11.0, 1.0, 20000.0), 1e-12);
+  ExpectNear(
+      QXMathEngine::ComputePerspectiveMatrix(0.8, 1.5, 0.5, 900), glm::perspectiveRH_NO(0.8, 1.5, 0.5, 900.0), 1e-12);
+}
+
 TEST(QXMathEngine, RoundsUpToPowersOfTwo) {
   EXPECT_EQ(QXMathEngine::NextP2(0), 1U);
   EXPECT_EQ(QXMathEngine::NextP2(1), 1U);

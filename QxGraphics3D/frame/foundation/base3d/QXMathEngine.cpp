@@ -5,6 +5,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResample.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 
 namespace QXC {
@@ -35,6 +36,25 @@ QXMatrix4d QXMathEngine::ComputeOrthoMatrix(
   projection[3][1] = -(dTop + dBottom) / (dTop - dBottom);
   projection[3][2] = -(dFar + dNear) / (dFar - dNear);
   return projection;
+}
+
+QXMatrix4d QXMathEngine::ComputeFrustumMatrix(
+    double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar) {
+  QXMatrix4d projection = QXMatrix4d::ZERO;
+  projection[0][0] = 2.0 * dNear / (dRight - dLeft);
+  projection[1][1] = 2.0 * dNear / (dTop - dBottom);
+  projection[2][0] = (dRight + dLeft) / (dRight - dLeft);
+  projection[2][1] = (dTop + dBottom) / (dTop - dBottom);
+  projection[2][2] = -(dFar + dNear) / (dFar - dNear);
+  projection[2][3] = -1.0;
+  projection[3][2] = -2.0 * dFar * dNear / (dFar - dNear);
+  return projection;
+}
+
+QXMatrix4d QXMathEngine::ComputePerspectiveMatrix(double dFovY, double dAspect, double dNear, double dFar) {
+  double const dTop = dNear * std::tan(dFovY / 2.0);
+  double const dRight = dTop * dAspect;
+  return ComputeFrustumMatrix(-dRight, dRight, -dTop, dTop, dNear, dFar);
 }
 
 unsigned int QXMathEngine::NextP2(unsigned int nValue) {

@@ -27,6 +27,18 @@ public:
   static QXMatrix4d ComputeOrthoMatrix(
       double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar);
 
+  /// The perspective projection of a window on the near plane onto -1..1 in all three axes, the depth before the division
+  /// being w; z = -dNear becomes -1 and z = -dFar becomes 1. The window may lie off the axis.
+  /// Source: glFrustum of the OpenGL reference pages, transposed for row vectors.
+  /// Equal opposite planes give values that are not finite.
+  static QXMatrix4d ComputeFrustumMatrix(
+      double dLeft, double dRight, double dBottom, double dTop, double dNear, double dFar);
+
+  /// The same for a window around the axis.
+  /// @param dFovY    whole vertical angle, radians
+  /// @param dAspect  width by height
+  static QXMatrix4d ComputePerspectiveMatrix(double dFovY, double dAspect, double dNear, double dFar);
+
   /// The smallest power of two not below the argument: 1 for 0, and 0 above 2^31, where 32 bits hold none.
   static unsigned int NextP2(unsigned int nValue);
   /// The exponent of the smallest power of two not below the argument: 0 for 0 and 1, 32 above 2^31.
