@@ -61,7 +61,7 @@ TEST(QXKtx2Broken, SizeOfThePictureCannotBeBent) {
   for (std::string const& strName : SmallSamples()) {
     Bytes const arrFile = SampleBytes(strName);
     if (Fetch32(arrFile, 44) == 1) continue;  // of ETC1S any size may be right
-    for (std::size_t const nField : {20, 24}) {
+    for (std::size_t const nField : {20u, 24u}) {
       for (std::size_t nBit = 0; nBit < 32; ++nBit) {
         // Below the bits that count the blocks it is the same number of blocks.
         if (nBit < 2 && Fetch32(arrFile, 12) - 9 > 41) continue;

@@ -84,7 +84,7 @@ TEST(QXKtx2File, OneBitOfTheIdentifierMakesItAnotherFile) {
 }
 
 TEST(QXKtx2File, TexturesOfOneAndOfThreeDimensionsAreRefused) {
-  for (std::size_t const nField : {20, 24}) {
+  for (std::size_t const nField : {20u, 24u}) {
     Bytes arrFile = MakeBytes(37, 4, 1, 1).Make();
     ASSERT_EQ(DecodeBytes(arrFile).size(), 4u);
     Store32(arrFile, nField, 0);
