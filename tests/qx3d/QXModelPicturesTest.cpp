@@ -5,6 +5,7 @@
 
 #include <tests/assimp/QXTestFiles.h>
 #include <tests/fileparser/QXModelMaker.h>
+#include <tests/qx3d/QXGifMaker.h>
 
 #include <gtest/gtest.h>
 
@@ -177,6 +178,43 @@ TEST(QXModelPictures, AlphaIsKeptMaskedOrFilled) {
   EXPECT_EQ(filled.IsHasTransparentData(), 0);
   EXPECT_EQ(PixelOf(filled, 0, 0), "255 0 0 255");
   EXPECT_EQ(PixelOf(filled, 2, 0), "0 0 0 255");
+}
+
+TEST(QXModelPictures, AnimationTravelsAsTheBytesOfItsFile) {
+  Folder const folder;
+  std::vector<unsigned char> const vecGif = MakeGif({0, 1, 2}, 10);
+  std::vector<std::string> vecProblems;
+  QXModelPictures pictures;
+  pictures.Load(MakeModel({InFile(folder.Write("a.gif", vecGif)), Carried(vecGif),
+                    InFile(folder.Write("clear.gif", MakeGif({0, 3}, 10)))}),
+      vecProblems);
+  ASSERT_TRUE(vecProblems.empty()) << vecProblems[0];
+  EXPECT_TRUE(pictures.HasAnimated());
+  for (int i : {0, 1}) {
+    EXPECT_TRUE(pictures.IsAnimated(i));
+    EXPECT_FALSE(pictures.IsStill(i));
+    EXPECT_FALSE(pictures.IsTransparent(i));
+    QXHostTexture texture;
+    pictures.Fill(Key(i), texture);
+    QXC::QXTextureData const& data = *texture.GetTextureData();
+    EXPECT_EQ(data.m_nCompression, QXC::TEXTURE_COMPRESSION_RAW);
+    ASSERT_EQ(data.m_nDataSize, vecGif.size());
+    EXPECT_EQ(std::vector<unsigned char>(data.m_pPixels, data.m_pPixels + data.m_nDataSize), vecGif);
+  }
+  EXPECT_TRUE(pictures.IsTransparent(2));
+}
+
+TEST(QXModelPictures, AnimationOfOneFrameIsAStillPicture) {
+  Folder const folder;
+  std::vector<std::string> vecProblems;
+  QXModelPictures pictures;
+  pictures.Load(MakeModel({InFile(folder.Write("a.gif", MakeGif({1}, 0)))}), vecProblems);
+  ASSERT_TRUE(vecProblems.empty()) << vecProblems[0];
+  EXPECT_TRUE(pictures.IsStill(0));
+  EXPECT_FALSE(pictures.HasAnimated());
+  QXHostTexture texture;
+  pictures.Fill(Key(0), texture);
+  EXPECT_EQ(PixelOf(texture, 3, 3), "0 255 0 255");
 }
 
 TEST(QXModelPictures, EachBadPictureIsToldOnceWithAWayOut) {

@@ -1,6 +1,7 @@
 // The program as a person runs it.
 #include <tests/assimp/QXTestFiles.h>
 #include <tests/assimp/QXTexturedModels.h>
+#include <tests/qx3d/QXGifMaker.h>
 #include <tests/qx3d/QXPngReader.h>
 
 #include <gtest/gtest.h>
@@ -318,6 +319,29 @@ TEST(QXProgram, InspectTellsTheLevelsOfKtx2) {
     EXPECT_NE(strBlocks.find(szLine), std::string::npos) << szLine << " in: " << strBlocks;
 }
 
+TEST(QXProgram, InspectListsFramesWithTheirDelays) {
+  Folder const folder;
+  std::string const strThree = Inspect(folder, folder.Write("three.gif", MakeGif({0, 1, 2}, 25)));
+  for (char const* szLine : {"type by content    .gif\n", "size               8 x 8\n", "compression        16,",
+           "transparency       none", "frames             3, 750 ms in all\n", "delays in ms       250 250 250\n"})
+    EXPECT_NE(strThree.find(szLine), std::string::npos) << szLine << " in: " << strThree;
+  // Without a delay a tenth of a second.
+  std::string const strTwo = Inspect(folder, folder.Write("two.gif", MakeGif({0, 3}, 0)));
+  EXPECT_NE(strTwo.find("delays in ms       100 100\n"), std::string::npos) << strTwo;
+  EXPECT_NE(strTwo.find("transparency       64 of 128 pixels\n"), std::string::npos) << strTwo;
+}
+
+TEST(QXProgram, StatsDoNotMeasureByAClockOfSteps) {
+  Folder const folder;
+  std::string const strModel = WriteSign(folder, "three.gif");
+  folder.Write("three.gif", MakeGif({0, 1, 2}, 10));
+  ProgramRun const run = RunProgram(folder, ViewArguments(folder, strModel) + " --stats --frame-time 70");
+  EXPECT_EQ(run.m_strError, "");
+  EXPECT_NE(
+      run.m_strOut.find("not measured: an animated picture is shown, with frames 70 ms apart\n"), std::string::npos)
+      << run.m_strOut;
+}
+
 TEST(QXProgram, InspectRefusesWithTheReasonAndAWayOut) {
   Folder const folder;
   std::vector<unsigned char> const vecPng = QXAssimp::ReadTestFile(QXAssimp::ModelPath("quarters.png"));
@@ -484,6 +508,45 @@ TEST(QXProgramWithDevice, Ktx2BlocksCoverAModel) {
   EXPECT_GT(p[0], 200);
   EXPECT_GT(p[1], 200);
   EXPECT_EQ(NameColor(picture, 50, 50), "sky");
+}
+
+TEST(QXProgramWithDevice, AnimationPlaysFromFrameToFrame) {
+  Folder const folder;
+  std::string const strModel = WriteSign(folder, "-clamp on three.gif");
+  folder.Write("three.gif", MakeGif({0, 1, 2}, 10));
+  auto const show = [&](std::string const& strOptions) { return ReadSign(folder, strModel, strOptions); };
+  // 300 ms in all; a frame is shown up to and with its end.
+  EXPECT_EQ(show(""), "red red red red");
+  EXPECT_EQ(show("--frames 3"), "red red red red");
+  EXPECT_EQ(show("--frames 4"), "green green green green");
+  EXPECT_EQ(show("--frames 2 --frame-time 100"), "red red red red");
+  EXPECT_EQ(show("--frames 2 --frame-time 101"), "green green green green");
+  EXPECT_EQ(show("--frames 3 --frame-time 120"), "blue blue blue blue");
+  EXPECT_EQ(show("--frames 4 --frame-time 120"), "red red red red");
+}
+
+TEST(QXProgramWithDevice, StripShowsTheMomentsOfAnAnimation) {
+  Folder const folder;
+  std::string const strModel = WriteSign(folder, "three.gif");
+  folder.Write("three.gif", MakeGif({0, 1, 2}, 10));
+  std::string const strCommand = "view " + Quote(strModel) +
+                                 " --up z --renderer ogre --no-ground --size 40x30 --strip 4 --frame-time 60 --frames 2"
+                                 " --eye 2,-8,2 --look 2,0,2 --out " +
+                                 Quote(folder.Path("out.png"));
+  ASSERT_EQ(RunProgram(folder, strCommand, WithDisplay).m_nExitStatus, 0);
+  std::vector<unsigned char> const vecFirst = QXAssimp::ReadTestFile(folder.Path("out.png"));
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  ASSERT_EQ(picture.m_nWidth, 160);
+  // At 60, 180, 300 and 420 ms.
+  std::string strColors;
+  for (std::size_t nMoment = 0; nMoment < 4; ++nMoment) {
+    unsigned char const* p = picture.m_vecPixels.data() + 3 * (15 * 160 + 40 * nMoment + 20);
+    strColors += p[0] > 150 ? 'r' : (p[1] > 150 ? 'g' : (p[2] > 150 ? 'b' : '?'));
+  }
+  EXPECT_EQ(strColors, "rgrg");
+  // The same call, the same picture.
+  ASSERT_EQ(RunProgram(folder, strCommand, WithDisplay).m_nExitStatus, 0);
+  EXPECT_EQ(QXAssimp::ReadTestFile(folder.Path("out.png")), vecFirst);
 }
 
 TEST(QXProgramWithDevice, MeshWithoutItsPictureIsSeenInItsColour) {
