@@ -16,7 +16,8 @@ struct Decoded {
   Bytes m_arrPixels;
 
   int At(int x, int y, int c) const {
-    return m_arrPixels[static_cast<std::size_t>((y * m_nWidth + x) * m_nChannels + c)];
+    int const nPlace = (y * m_nWidth + x) * m_nChannels + c;
+    return m_arrPixels[static_cast<std::size_t>(nPlace)];
   }
 };
 
@@ -71,7 +72,7 @@ Bytes Encode(J_COLOR_SPACE eSpace, int nChannels, Setup const& setup) {
   }
   jpeg_finish_compress(&info);
   jpeg_destroy_compress(&info);
-  Bytes const arrBytes(pFile, pFile + nFile);
+  Bytes arrBytes(pFile, pFile + nFile);
   std::free(pFile);
   return arrBytes;
 }

@@ -43,9 +43,9 @@ TEST(QXTiffReader, AlphaIsRead) {
 // What is left of a channel after it was multiplied by alpha and rounded, divided again.
 int Divided(int nValue, int nAlpha, int nMax) {
   if (nAlpha == 0) return 0;
-  double const dMultiplied = std::floor((static_cast<double>(nValue) * nAlpha + nMax / 2) / nMax);
-  return Rounded(
-      static_cast<int>(std::min<double>(nMax, std::floor((dMultiplied * nMax + nAlpha / 2) / nAlpha))), nMax);
+  long long const nMultiplied = (static_cast<long long>(nValue) * nAlpha + nMax / 2) / nMax;
+  long long const nDivided = (nMultiplied * nMax + nAlpha / 2) / nAlpha;
+  return Rounded(static_cast<int>(std::min<long long>(nMax, nDivided)), nMax);
 }
 
 TEST(QXTiffReader, ColoursMultipliedByAlphaAreDivided) {
