@@ -215,6 +215,25 @@ TEST(QXPictureCollector, GltfAlphaModes) {
   EXPECT_EQ(texture.m_dAlphaCutoff, 0.25);
 }
 
+TEST(QXPictureCollector, ColladaNamesAFileThroughItsSampler) {
+  auto const pModel = Read(QXFileType::EM_MODEL_COLLADA, ReadTestFile(ModelPath("sign.dae")), DataPath("models"));
+  ASSERT_EQ(pModel->GetImageCount(), 1);
+  EXPECT_TRUE(
+      std::filesystem::equivalent(pModel->GetImage(0)->m_strFilePath.ToMBString().Cstr(), ModelPath("quarters.png")));
+  EXPECT_EQ(pModel->GetMesh(0)->m_Texture.m_bReplacesColor, 1);
+  ExpectUpright(*pModel);
+}
+
+TEST(QXPictureCollector, FbxScalesAndMovesWithRowsFromTheBottom) {
+  auto const pModel = Read(QXFileType::EM_MODEL_FBX, ReadTestFile(ModelPath("sign.fbx")), DataPath("models"));
+  ASSERT_EQ(pModel->GetImageCount(), 1);
+  EXPECT_TRUE(
+      std::filesystem::equivalent(pModel->GetImage(0)->m_strFilePath.ToMBString().Cstr(), ModelPath("quarters.png")));
+  EXPECT_EQ(pModel->GetMesh(0)->m_Texture.m_bReplacesColor, 1);
+  ExpectPictureAt(*pModel, 0.0, 0.0, 0.25, 1.0 - 0.125);
+  ExpectPictureAt(*pModel, 4.0, 4.0, 2.25, 1.0 - 4.125);
+}
+
 TEST(QXPictureCollector, PlainMapOf3ds) {
   auto const pModel = Read(QXFileType::EM_MODEL_3DS, MakeSign3ds("QUARTERS.PNG", {}));
   ASSERT_EQ(pModel->GetImageCount(), 1);
