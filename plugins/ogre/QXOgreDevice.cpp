@@ -129,11 +129,11 @@ bool QXOgreDevice::TakesBlocks(Ogre::PixelFormat eFormat) const {
       eFormat == Ogre::PF_BC7_UNORM ? Ogre::RSC_TEXTURE_COMPRESSION_BC6H_BC7 : Ogre::RSC_TEXTURE_COMPRESSION_DXT);
 }
 
-void QXOgreDevice::Discard(Ogre::TexturePtr pTexture, std::size_t nByteCount) {
+void QXOgreDevice::Discard(Ogre::TexturePtr const& pTexture, std::size_t nByteCount) {
   if (!pTexture) return;
   {
     std::scoped_lock const lock(m_DiscardedMutex);
-    m_arrDiscarded.emplace_back(std::move(pTexture), nByteCount);
+    m_arrDiscarded.emplace_back(pTexture, nByteCount);
   }
   if (std::this_thread::get_id() == m_ThreadID) DeleteDiscarded();
 }

@@ -61,7 +61,7 @@ public:
   bool TakesBlocks(Ogre::PixelFormat eFormat) const;
   /// Deletes an image's texture, which has nByteCount bytes; for another thread than the device's with the next frame,
   /// since OpenGL listens to its own thread alone.
-  void Discard(Ogre::TexturePtr pTexture, std::size_t nByteCount);
+  void Discard(Ogre::TexturePtr const& pTexture, std::size_t nByteCount);
   /// Counts bytes of textures in QXTextureMemory.
   static void CountMemory(std::size_t nByteCount);
 

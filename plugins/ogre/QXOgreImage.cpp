@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include <dlfcn.h>
 
@@ -100,8 +99,8 @@ QXOgreImage::QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& 
   for (unsigned int i = 0; i < nLayers; ++i) Fill(i, 0, arrLayers[i].m_arrLevels.front());
 }
 
-QXOgreImage::QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr pForeign)
-    : m_Device(device), m_pTexture(std::move(pForeign)), m_eFormat(m_pTexture->getFormat()), m_nByteCount(0),
+QXOgreImage::QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr const& pForeign)
+    : m_Device(device), m_pTexture(pForeign), m_eFormat(m_pTexture->getFormat()), m_nByteCount(0),
       m_nWidth(m_pTexture->getWidth()), m_nHeight(m_pTexture->getHeight()),
       m_nLevelCount(m_pTexture->getNumMipmaps() + 1), m_nID(0), m_bStack(false), m_bTransparent(true),
       m_bForeign(true) {
@@ -109,7 +108,7 @@ QXOgreImage::QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr pForeign)
 }
 
 QXOgreImage::~QXOgreImage() {
-  if (!m_bForeign) m_Device.Discard(std::move(m_pTexture), m_nByteCount);
+  if (!m_bForeign) m_Device.Discard(m_pTexture, m_nByteCount);
 }
 
 void QXOgreImage::Create(unsigned int nLayers, unsigned int nLevels, bool bGenerateLevels) {

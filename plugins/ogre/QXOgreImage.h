@@ -38,7 +38,7 @@ public:
   /// A stack of layers, each of one level, all of the first one's size and format.
   QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& arrLayers);
   /// The picture of somebody else, who keeps it and counts its bytes. It may let something through.
-  QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr pForeign);
+  QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr const& pForeign);
   ~QXOgreImage();
   QXOgreImage(QXOgreImage const&) = delete;
   QXOgreImage& operator=(QXOgreImage const&) = delete;

@@ -28,41 +28,65 @@ bool IsStack(char cSet) {
   return cSet >= 'A';
 }
 
+// Lines for one texture: # is its number, @ the set of coordinates that it reads.
+constexpr char SET_DECLARATION[] = "in vec4 @;\n";
+constexpr char VERTEX_DECLARATIONS[] = "uniform vec4 textureU#;\nuniform vec4 textureV#;\nout vec3 place#;\n";
+constexpr char VERTEX_LINE[] = "  place# = vec3(dot(textureU#, @), dot(textureV#, @), @.z);\n";
+constexpr char FRAGMENT_DECLARATIONS[] = "uniform vec4 leastAlpha#;\nin vec3 place#;\n";
+constexpr char IMAGE_DECLARATION[] = "uniform sampler2D texture#;\n";
+constexpr char STACK_DECLARATION[] = "uniform sampler2DArray texture#;\n";
+constexpr char IMAGE_LINE[] = "  vec4 texel# = texture(texture#, place#.xy);\n";
+constexpr char STACK_LINE[] = "  vec4 texel# = texture(texture#, place#);\n";
+constexpr char FRAGMENT_LINE[] = "  colour *= vec4(texel#.rgb, max(texel#.a, leastAlpha#.x));\n";
+
+void Append(std::string& strTarget, char const* szLines, std::size_t nTexture, unsigned int nSet = 0) {
+  for (char const* p = szLines; *p != '\0'; ++p) {
+    if (*p == '#') {
+      strTarget += std::to_string(nTexture);
+    } else if (*p == '@') {
+      strTarget += "uv";
+      strTarget += std::to_string(nSet);
+    } else {
+      strTarget += *p;
+    }
+  }
+}
+
 /// The vertex program that hands on, for each texture, the transformed coordinates of its set; the layer of a stack is
 /// a coordinate that nothing transforms.
 std::string VertexSource(std::string const& strCoordSets) {
-  std::string strDeclarations;
+  std::string strSource = VERSION;
   std::string strLines;
   unsigned int nDeclared = 0;
   for (std::size_t i = 0; i < strCoordSets.size(); ++i) {
-    std::string const strNumber = std::to_string(i);
-    unsigned int const nSet = static_cast<unsigned int>(strCoordSets[i] - (IsStack(strCoordSets[i]) ? 'A' : '0'));
-    std::string const strSet = "uv" + std::to_string(nSet);
+    auto const nSet = static_cast<unsigned int>(strCoordSets[i] - (IsStack(strCoordSets[i]) ? 'A' : '0'));
     // Two textures may read one set, which is declared once.
-    if ((nDeclared >> nSet & 1U) == 0) strDeclarations += "in vec4 " + strSet + ";\n";
+    if ((nDeclared >> nSet & 1U) == 0) Append(strSource, SET_DECLARATION, i, nSet);
     nDeclared |= 1U << nSet;
-    strDeclarations += "uniform vec4 textureU" + strNumber + ";\nuniform vec4 textureV" + strNumber +
-                       ";\nout vec3 place" + strNumber + ";\n";
-    strLines += "  place" + strNumber + " = vec3(dot(textureU" + strNumber + ", " + strSet + "), dot(textureV" +
-                strNumber + ", " + strSet + "), " + strSet + ".z);\n";
+    Append(strSource, VERTEX_DECLARATIONS, i);
+    Append(strLines, VERTEX_LINE, i, nSet);
   }
-  return VERSION + strDeclarations + QX_OGRE_VERTEX_SHADER + strLines + "}\n";
+  strSource += QX_OGRE_VERTEX_SHADER;
+  strSource += strLines;
+  strSource += "}\n";
+  return strSource;
 }
 
 /// The fragment program that multiplies the colour with every texture.
 std::string FragmentSource(std::string const& strCoordSets) {
-  std::string strDeclarations;
+  std::string strSource = VERSION;
   std::string strLines;
   for (std::size_t i = 0; i < strCoordSets.size(); ++i) {
-    std::string const strNumber = std::to_string(i);
     bool const bStack = IsStack(strCoordSets[i]);
-    strDeclarations += std::string("uniform ") + (bStack ? "sampler2DArray" : "sampler2D") + " texture" + strNumber +
-                       ";\nuniform vec4 leastAlpha" + strNumber + ";\nin vec3 place" + strNumber + ";\n";
-    strLines += "  vec4 texel" + strNumber + " = texture(texture" + strNumber + ", place" + strNumber +
-                (bStack ? "" : ".xy") + ");\n  colour *= vec4(texel" + strNumber + ".rgb, max(texel" + strNumber +
-                ".a, leastAlpha" + strNumber + ".x));\n";
+    Append(strSource, bStack ? STACK_DECLARATION : IMAGE_DECLARATION, i);
+    Append(strSource, FRAGMENT_DECLARATIONS, i);
+    Append(strLines, bStack ? STACK_LINE : IMAGE_LINE, i);
+    Append(strLines, FRAGMENT_LINE, i);
   }
-  return VERSION + strDeclarations + QX_OGRE_FRAGMENT_SHADER + strLines + QX_OGRE_FRAGMENT_SHADER_END;
+  strSource += QX_OGRE_FRAGMENT_SHADER;
+  strSource += strLines;
+  strSource += QX_OGRE_FRAGMENT_SHADER_END;
+  return strSource;
 }
 
 void Apply(Ogre::Material const& material, QXOgreLight const& light) {
