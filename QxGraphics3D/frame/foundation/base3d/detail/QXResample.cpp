@@ -26,11 +26,12 @@ void ShrinkRow(
   double const* pWeights = axis.m_arrWeights.get();
   for (std::uint32_t i = 0; i < axis.m_nTo; ++i, pWeights += axis.m_nTaps, pTarget += nBytesPerPixel) {
     unsigned char const* pPixel = pSource + std::size_t{axis.m_arrFirst[i]} * nBytesPerPixel;
-    double arrSums[4] = {};
+    // Halves of what a number of the row counts in, so that cutting off the fraction rounds to the nearest.
+    double arrSums[4] = {0.5 / 128, 0.5 / 128, 0.5 / 128, 0.5 / 128};
     for (std::uint32_t nTap = 0; nTap < axis.m_arrCounts[i]; ++nTap, pPixel += nBytesPerPixel) {
       for (unsigned int n = 0; n < nBytesPerPixel; ++n) arrSums[n] += pPixel[n] * pWeights[nTap];
     }
-    for (unsigned int n = 0; n < nBytesPerPixel; ++n) pTarget[n] = static_cast<std::int16_t>(arrSums[n] * 128.0 + 0.5);
+    for (unsigned int n = 0; n < nBytesPerPixel; ++n) pTarget[n] = static_cast<std::int16_t>(arrSums[n] * 128.0);
   }
 }
 
@@ -114,13 +115,13 @@ private:
 
   void WriteMean(std::uint32_t nRow, unsigned char* pTarget) {
     double* const pSums = m_arrSums.get();
-    std::fill_n(pSums, m_nRowLength, 0.0);
+    std::fill_n(pSums, m_nRowLength, 64.0);  // half a byte, as above
     double const* const pWeights = m_Rows.m_arrWeights.get() + std::size_t{nRow} * m_Rows.m_nTaps;
     for (std::uint32_t nTap = 0; nTap < m_Rows.m_arrCounts[nRow]; ++nTap) {
       std::int16_t const* const pRow = GetRow(m_Rows.m_arrFirst[nRow] + nTap);
       for (std::size_t i = 0; i < m_nRowLength; ++i) pSums[i] += pRow[i] * pWeights[nTap];
     }
-    for (std::size_t i = 0; i < m_nRowLength; ++i) pTarget[i] = static_cast<unsigned char>(pSums[i] / 128.0 + 0.5);
+    for (std::size_t i = 0; i < m_nRowLength; ++i) pTarget[i] = static_cast<unsigned char>(pSums[i] / 128.0);
   }
 
   static constexpr std::uint32_t NoRow = ~std::uint32_t{0};
