@@ -28,7 +28,8 @@ struct QXTextureKey {
   QXC::QXModelAlpha m_eAlpha = QXC::QX_ALPHA_AUTO;
   int m_nThreshold = 0;
 
-  auto operator<=>(QXTextureKey const&) const = default;
+  // The check takes the zero inside the comparison that the compiler writes for a pointer.
+  auto operator<=>(QXTextureKey const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// The pictures that cover a model's meshes, each read once. Still ones are kept as 4-byte pixels with power-of-two

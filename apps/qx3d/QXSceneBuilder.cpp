@@ -68,7 +68,8 @@ struct PartKey {
   bool m_bTransparent = false;
   QXTextureKey m_Texture;
 
-  auto operator<=>(PartKey const&) const = default;
+  // The check takes the zero inside the comparison that the compiler writes for a pointer.
+  auto operator<=>(PartKey const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 class Merger {

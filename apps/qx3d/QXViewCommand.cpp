@@ -157,7 +157,7 @@ private:
     std::vector<unsigned char> vecPixels;
     for (std::size_t i = 0; i < nStrip; ++i) {
       DrawFrames(m_Options.m_nFrames > 0 ? m_Options.m_nFrames : 1);
-      std::string const strError = m_Session.ReadPicture(vecPixels);
+      std::string strError = m_Session.ReadPicture(vecPixels);
       if (!strError.empty()) return strError;
       for (std::size_t y = 0; y < nRows && nStrip > 1; ++y)
         std::copy_n(vecPixels.data() + nRow * y, nRow, vecStrip.data() + nRow * (nStrip * y + i));
