@@ -107,13 +107,17 @@ function(qx_add_benchmark name)
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} benchmark::benchmark benchmark::benchmark_main)
 endfunction()
 
-# qx_add_fuzzer(NAME [OBJECTS] SOURCES ... [LIBRARIES ...] CORPUS dir)
+# qx_add_fuzzer(NAME [OBJECTS] SOURCES ... [LIBRARIES ...] CORPUS dir [SECONDS n])
 # A fuzz target NAME (fuzz_<subject>) that defines LLVMFuzzerTestOneInput and has no main. CORPUS is the folder
 # of its inputs, relative to the calling list file; it holds at least one file. With QX_BUILD_FUZZERS it is a
-# libFuzzer program and the test NAME runs it for QX_FUZZ_SECONDS, finds going to the build tree; without, the
-# test NAME runs the corpus through a plain main.
+# libFuzzer program and the test NAME runs it for QX_FUZZ_SECONDS, or for n if that is longer, finds going to the build
+# tree; without, the test NAME runs the corpus through a plain main.
 function(qx_add_fuzzer name)
-  cmake_parse_arguments(ARG "OBJECTS" "CORPUS" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "OBJECTS" "CORPUS;SECONDS" "SOURCES;LIBRARIES" ${ARGN})
+  set(seconds ${QX_FUZZ_SECONDS})
+  if(ARG_SECONDS AND ARG_SECONDS GREATER seconds)
+    set(seconds ${ARG_SECONDS})
+  endif()
   get_filename_component(corpus "${ARG_CORPUS}" ABSOLUTE)
   if(NOT ARG_CORPUS OR NOT IS_DIRECTORY "${corpus}")
     message(FATAL_ERROR "${name}: the corpus folder '${ARG_CORPUS}' is missing")
@@ -132,9 +136,9 @@ function(qx_add_fuzzer name)
     file(MAKE_DIRECTORY "${found}")
     # libFuzzer writes what it finds into the first folder; the corpus itself is only read. No leak check
     # after each input: the check at the end sees the same leaks and costs nothing a run.
-    add_test(NAME ${name} COMMAND ${name} -max_total_time=${QX_FUZZ_SECONDS} -timeout=10 -rss_limit_mb=2048
+    add_test(NAME ${name} COMMAND ${name} -max_total_time=${seconds} -timeout=10 -rss_limit_mb=2048
       -verbosity=1 -print_final_stats=1 "-artifact_prefix=${found}/" "${found}" "${corpus}")
-    math(EXPR limit "${QX_FUZZ_SECONDS} + 120")
+    math(EXPR limit "${seconds} + 120")
     set_tests_properties(${name} PROPERTIES LABELS fuzz TIMEOUT ${limit})
   elseif(QX_BUILD_TESTS)
     target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/QXCorpusMain.cpp")
