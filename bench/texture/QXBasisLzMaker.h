@@ -157,6 +157,7 @@ private:
     std::map<std::uint32_t, int> counts;
     for (std::uint32_t const nValue : values) ++counts[nValue];
     std::vector<std::pair<int, std::uint32_t>> common;
+    common.reserve(counts.size());
     for (auto const& [nValue, nCount] : counts) common.emplace_back(-nCount, nValue);
     std::sort(common.begin(), common.end());
     common.resize(std::min(common.size(), nMax));
@@ -277,6 +278,7 @@ private:
     for (Said const& said : m_arrSaid)
       if (said.m_nCode < 4) ++counts[said.m_nCode][said.m_nValue];
     std::vector<QXTestCode> codes;
+    codes.reserve(counts.size());
     for (auto const& count : counts) codes.emplace_back(Lengths(count));
     return codes;
   }
@@ -284,7 +286,7 @@ private:
   /// Lengths of a Huffman code; counts are halved until none has more than 16 bits.
   static std::vector<unsigned char> Lengths(std::vector<std::uint64_t> counts) {
     for (;;) {
-      std::vector<unsigned char> const lengths = AnyLengths(counts);
+      std::vector<unsigned char> lengths = AnyLengths(counts);
       if (*std::max_element(lengths.begin(), lengths.end()) <= 16) return lengths;
       for (std::uint64_t& nCount : counts) nCount = (nCount + 1) / 2;
     }

@@ -138,7 +138,7 @@ void Uastc(benchmark::State& state, std::string const& strName, unsigned char nC
   constexpr std::size_t nEdge = 4096;
   Sample const sample(strName);
   if (sample.m_arrBlocks.empty() || sample.m_pPixels == nullptr) return state.SkipWithError("no sample file");
-  std::size_t const nFrom = sample.m_File.GetWidth();
+  std::size_t const nFrom = std::max(sample.m_File.GetWidth(), 4u);
   std::size_t const nBlocks = sample.m_arrBlocks.size() / 16;
   std::mt19937 random(kSeed);
   Bytes level;
@@ -173,8 +173,12 @@ Bytes Landscape(std::size_t nEdge) {
     float fSum = 0;
     float fAll = 0;
     float fWeight = 1;
-    for (int i = 0; i < nOctaves; ++i, fStep *= 2, fWeight *= 0.7f, fAll += fWeight)
+    for (int i = 0; i < nOctaves; ++i) {
       fSum += fWeight * noise(static_cast<float>(x) * fStep, static_cast<float>(y) * fStep);
+      fStep *= 2;
+      fWeight *= 0.7f;
+      fAll += fWeight;
+    }
     return fSum / fAll;
   };
   Bytes pixels(nEdge * nEdge * 4);
