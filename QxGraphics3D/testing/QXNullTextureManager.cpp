@@ -24,6 +24,7 @@ QXTexture* QXNullTextureManager::GetTexture(QdcUnicodeString const& strName, uns
   Record("GetTexture", strName, bCreate);
   auto pTexture = std::make_unique<QXNullTexture>(m_pLog, strName);
   if (pEntry) {
+    pEntry->SetLastAccess(static_cast<double>(std::clock()));
     pEntry->SetTexture(pTexture.get());
     return pTexture.release();
   }

@@ -34,7 +34,9 @@ int QXTextureCacheEntry::ComparePath(QdcUnicodeString const& strPath) const {
   if (strOwn.GetLength() != strPath.GetLength()) return -1;
   // From the end: the paths of one store begin alike.
   for (int i = strOwn.GetLength() - 1; i >= 0; --i) {
-    if (strOwn[i] != strPath[i]) return static_cast<int>(strOwn[i]) - static_cast<int>(strPath[i]);
+    if (strOwn[i] == strPath[i]) continue;
+    // Unsigned inside: what stands in a name need not be a character, and a signed difference could leave its range.
+    return static_cast<int>(static_cast<unsigned int>(strOwn[i]) - static_cast<unsigned int>(strPath[i]));
   }
   return 0;
 }

@@ -178,6 +178,13 @@ QXTextureCacheMap::insert_return_type QXTextureCacheMap::insert(node_type&& node
   return result;
 }
 
+QXTextureCacheMap::iterator QXTextureCacheMap::insert(const_iterator, node_type&& node) {
+  insert_return_type result = insert(std::move(node));
+  // As in std::map, a node that is refused stays where it was: its entry has no other owner.
+  node = std::move(result.node);
+  return result.position;
+}
+
 std::pair<QXTextureCacheMap::iterator, bool> QXTextureCacheMap::insert_or_assign(
     key_type const& strName, mapped_type pEntry) {
   auto const result = try_emplace(strName, pEntry);

@@ -34,6 +34,10 @@ public:
   using mapped_type = Map::mapped_type;
   using value_type = Map::value_type;
   using key_compare = Map::key_compare;
+  using value_compare = Map::value_compare;
+  using allocator_type = Map::allocator_type;
+  using pointer = Map::pointer;
+  using const_pointer = Map::const_pointer;
   using size_type = Map::size_type;
   using difference_type = Map::difference_type;
   using reference = Map::reference;
@@ -73,9 +77,14 @@ public:
   const_reverse_iterator rbegin() const { return m_mapItems.rbegin(); }
   reverse_iterator rend() { return m_mapItems.rend(); }
   const_reverse_iterator rend() const { return m_mapItems.rend(); }
+  const_reverse_iterator crbegin() const { return m_mapItems.rbegin(); }
+  const_reverse_iterator crend() const { return m_mapItems.rend(); }
   size_type size() const { return m_mapItems.size(); }
+  size_type max_size() const { return m_mapItems.max_size(); }
   bool empty() const { return m_mapItems.empty(); }
   key_compare key_comp() const { return m_mapItems.key_comp(); }
+  value_compare value_comp() const { return m_mapItems.value_comp(); }
+  allocator_type get_allocator() const { return m_mapItems.get_allocator(); }
 
   iterator find(key_type const& strName);
   const_iterator find(key_type const& strName) const;
@@ -102,8 +111,16 @@ public:
   }
   void insert(std::initializer_list<value_type> items) { insert(items.begin(), items.end()); }
   insert_return_type insert(node_type&& node);
+  iterator insert(const_iterator hint, node_type&& node);
   std::pair<iterator, bool> insert_or_assign(key_type const& strName, mapped_type pEntry);
   std::pair<iterator, bool> try_emplace(key_type const& strName, mapped_type pEntry = nullptr);
+  /// The index is as quick as any hint.
+  iterator insert_or_assign(const_iterator, key_type const& strName, mapped_type pEntry) {
+    return insert_or_assign(strName, pEntry).first;
+  }
+  iterator try_emplace(const_iterator, key_type const& strName, mapped_type pEntry = nullptr) {
+    return try_emplace(strName, pEntry).first;
+  }
   template <class... Arguments>
   std::pair<iterator, bool> emplace(Arguments&&... arguments) {
     return insert(value_type(std::forward<Arguments>(arguments)...));

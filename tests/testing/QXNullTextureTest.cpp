@@ -3,11 +3,13 @@
 #include <QxGraphics3D/testing/QXNullTexture.h>
 #include <QxGraphics3D/testing/QXNullTextureManager.h>
 #include <QxGraphics3D/testing/QXRecordingGraphics3D.h>
+#include <QxGraphics3D/texture/QXTextureCacheEntry.h>
 #include <QxGraphics3D/texture/QXTextureMemory.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
 #include <initializer_list>
 #include <limits>
 #include <memory>
@@ -309,6 +311,30 @@ TEST(QXNullTextureManager, FindsMakesAndNamesTextures) {
   EXPECT_EQ(pTexture->GetRef(), 0);
   EXPECT_EQ(manager.GetTexture(L"road", 1), pTexture);
   EXPECT_EQ(manager.ManagerOperation2(L"road"), 1);
+  EXPECT_EQ(manager.GetTextureCount(), 1u);
+}
+
+TEST(QXNullTextureManager, FindingATextureIsAnAccessAskingForItIsNot) {
+  struct Open : QXTextureManager {
+    static QXTextureCacheMap& CacheOf(QXTextureManager& manager) { return manager.*(&Open::m_mapCache); }
+  };
+  QXNullTextureManager manager(nullptr);
+  manager.GetTexture(L"road", 1);
+  QXTextureCacheEntry& entry = *Open::CacheOf(manager).at(L"road");
+  entry.SetLastAccess(-1.0);
+  manager.ManagerOperation2(L"road");
+  EXPECT_EQ(entry.GetLastAccess(), -1.0);
+  double const dBefore = static_cast<double>(std::clock());
+  manager.GetTexture(L"road", 0);
+  EXPECT_GE(entry.GetLastAccess(), dBefore);
+  // An entry that lost its texture gets another one.
+  entry.SetTexture(nullptr);
+  entry.SetLastAccess(-1.0);
+  EXPECT_EQ(manager.GetTexture(L"road", 0), nullptr);
+  QXTexture* const pTexture = manager.GetTexture(L"road", 1);
+  ASSERT_NE(pTexture, nullptr);
+  EXPECT_EQ(entry.GetTexture(), pTexture);
+  EXPECT_GE(entry.GetLastAccess(), dBefore);
   EXPECT_EQ(manager.GetTextureCount(), 1u);
 }
 

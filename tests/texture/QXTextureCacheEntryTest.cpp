@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <limits>
 
 namespace QXC {
 namespace {
@@ -98,6 +99,25 @@ TEST(QXTextureCacheEntry, PathsOfEqualLengthCompareByTheLastDifference) {
   // The first difference says the opposite.
   EXPECT_EQ(entry.ComparePath(L"store/zXa1"), 'c' - 'a');
   EXPECT_EQ(entry.ComparePath(L"Xtore/aXc1"), 's' - 'X');
+}
+
+TEST(QXTextureCacheEntry, DifferenceOfWhatIsNoCharacterGoesRound) {
+  wchar_t const szHighest[] = {std::numeric_limits<wchar_t>::max(), L'\0'};
+  wchar_t const szLowest[] = {std::numeric_limits<wchar_t>::min(), L'\0'};
+  QXTextureCacheEntry const entry(new QXMortalTexture(szHighest));
+  if constexpr (sizeof(wchar_t) == sizeof(int)) {
+    EXPECT_EQ(entry.ComparePath(szLowest), -1);
+  }
+  EXPECT_EQ(entry.ComparePath(szHighest), 0);
+}
+
+TEST(QXTextureCacheEntry, HasItsFieldsInOrder) {
+  struct Open : QXTextureCacheEntry {
+    using QXTextureCacheEntry::m_dLastAccess;
+    using QXTextureCacheEntry::m_pTexture;
+  };
+  Open const entry;
+  EXPECT_LT(static_cast<void const*>(&entry.m_dLastAccess), static_cast<void const*>(&entry.m_pTexture));
 }
 
 TEST(QXTextureCacheEntry, PathsOfUnlikeLengthDiffer) {

@@ -11,6 +11,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -132,6 +133,60 @@ TEST(QXTextureCacheMap, ExtractedNodeComesBackUnderAnotherName) {
   EXPECT_TRUE(map.insert(std::move(node)).inserted);
   EXPECT_EQ(map.at(L"c"), EntryOf(1));
   EXPECT_TRUE(map.find(L"a") == map.end());
+}
+
+TEST(QXTextureCacheMap, HintsChangeNothingButTheResult) {
+  QXTextureCacheMap map{{L"a", EntryOf(1)}};
+  EXPECT_EQ(map.try_emplace(map.end(), L"a", EntryOf(2))->second, EntryOf(1));
+  EXPECT_EQ(map.try_emplace(map.begin(), L"b")->second, nullptr);
+  EXPECT_EQ(map.insert_or_assign(map.begin(), L"a", EntryOf(3))->second, EntryOf(3));
+  EXPECT_TRUE(map.insert_or_assign(map.begin(), L"c", EntryOf(4))->first == L"c");
+  EXPECT_EQ(map.at(L"c"), EntryOf(4));
+  EXPECT_EQ(map.size(), 3u);
+}
+
+TEST(QXTextureCacheMap, NodeRefusedAtAHintStaysWithTheCaller) {
+  QXTextureCacheMap map{{L"a", EntryOf(1)}};
+  QXTextureCacheMap other{{L"a", EntryOf(2)}, {L"b", EntryOf(3)}};
+  auto node = other.extract(L"a");
+  EXPECT_EQ(map.insert(map.begin(), std::move(node))->second, EntryOf(1));
+  ASSERT_FALSE(node.empty());  // NOLINT(bugprone-use-after-move): what is left is promised
+  EXPECT_EQ(node.mapped(), EntryOf(2));
+  auto taken = other.extract(L"b");
+  EXPECT_EQ(map.insert(map.begin(), std::move(taken))->second, EntryOf(3));
+  EXPECT_TRUE(taken.empty());  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(map.at(L"b"), EntryOf(3));
+  EXPECT_TRUE(map.insert(map.begin(), QXTextureCacheMap::node_type()) == map.end());
+}
+
+// As a plug-in writes it that knows the cache for the std::map that it is documented as.
+TEST(QXTextureCacheMap, ServesCodeWrittenForAStdMap) {
+  QXTextureCacheMap map;
+  map.insert(std::make_pair(QdcUnicodeString(L"b"), EntryOf(2)));
+  map.insert(Map::value_type(L"a", EntryOf(1)));
+  map.insert({{L"c", EntryOf(3)}, {L"d", nullptr}});
+  map.emplace(std::piecewise_construct, std::forward_as_tuple(L"e"), std::forward_as_tuple(EntryOf(5)));
+  Map::iterator place = map.find(L"b");
+  ASSERT_TRUE(place != map.end());
+  EXPECT_EQ(place->second, EntryOf(2));
+  for (Map::iterator item = map.begin(); item != map.end();) {
+    if (item->second == nullptr) {
+      map.erase(item++);
+    } else {
+      ++item;
+    }
+  }
+  std::wstring strNames;
+  for (Map::const_reverse_iterator item = map.crbegin(); item != map.crend(); ++item) strNames += item->first.Cstr();
+  EXPECT_EQ(strNames, L"ecba");
+  EXPECT_TRUE(map.value_comp()(*map.find(L"a"), *map.find(L"b")));
+  EXPECT_TRUE(map.key_comp()(L"a", L"b"));
+  EXPECT_EQ(map.max_size(), Map().max_size());
+  EXPECT_TRUE(map.get_allocator() == Map::allocator_type());
+  EXPECT_EQ(map.IsIndexed(), 1);
+  Map const copy = map;
+  EXPECT_EQ(copy.size(), 4u);
+  EXPECT_TRUE(map == copy);
 }
 
 TEST(QXTextureCacheMap, EraseIfRemovesWhatThePredicateNames) {

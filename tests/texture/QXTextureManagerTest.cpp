@@ -36,6 +36,11 @@ TEST_F(QXTextureManagerTest, NewManagerHoldsNothing) {
   m_Manager.DelNoUseTexture();
 }
 
+TEST_F(QXTextureManagerTest, HasItsFieldsInOrder) {
+  EXPECT_LT(static_cast<void const*>(&m_Manager.m_arrUnusedTextures), static_cast<void const*>(&m_Manager.m_mapCache));
+  EXPECT_LT(static_cast<void const*>(&m_Manager.m_mapCache), static_cast<void const*>(&m_Manager.m_Mutex));
+}
+
 TEST_F(QXTextureManagerTest, AdviceOnTheCacheSizeIsReadByNobody) {
   EXPECT_EQ(QXTextureManager::ms_nCacheSize, 20000);
   QXTextureManager::ms_nCacheSize = 1;
