@@ -6,6 +6,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
+#include <QxGraphics3D/testing/QXNullAnimationTexture.h>
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullTexture.h>
 #include <QxGraphics3D/texture/QXPixelFormatLayout.h>
@@ -57,14 +58,27 @@ protected:
   /// Uploads the image and reads every pixel of the device back.
   void ExpectOnDevice(unsigned int nColor) {
     m_pTexture->LoadTexture(0, 0);
-    ASSERT_EQ(m_pTexture->IsLoaded(), 1);
-    QXPixelFormatLayout const layout = QXPixelFormatLayout::Of(m_pTexture->GetDeviceFormat());
-    std::size_t const nPixels = std::size_t{m_pTexture->GetDeviceWidth()} * m_pTexture->GetDeviceHeight();
+    ExpectOnDevice(*m_pTexture, nColor);
+  }
+  static void ExpectOnDevice(QXNullTexture const& texture, unsigned int nColor) {
+    ASSERT_EQ(texture.IsLoaded(), 1);
+    QXPixelFormatLayout const layout = QXPixelFormatLayout::Of(texture.GetDeviceFormat());
+    std::size_t const nPixels = std::size_t{texture.GetDeviceWidth()} * texture.GetDeviceHeight();
     ASSERT_GT(nPixels, 0u);
     ASSERT_GT(layout.m_nPixelBytes, 0);
-    ASSERT_GE(m_pTexture->GetDevicePixels().size(), nPixels * layout.m_nPixelBytes);
+    ASSERT_GE(texture.GetDevicePixels().size(), nPixels * layout.m_nPixelBytes);
     for (std::size_t i = 0; i < nPixels; ++i)
-      ASSERT_EQ(layout.ReadColor(m_pTexture->GetDevicePixels().data() + i * layout.m_nPixelBytes), nColor) << i;
+      ASSERT_EQ(layout.ReadColor(texture.GetDevicePixels().data() + i * layout.m_nPixelBytes), nColor) << i;
+  }
+  /// A picture of one colour, centred on a canvas of 4 by 4.
+  static QXGeoPicture* MakePicture(unsigned int nWidth, unsigned int nHeight, std::string const& strPixel) {
+    auto* const pPicture = new QXGeoPicture;
+    pPicture->SetImage(MakeFedImage(nWidth, nHeight, 32));
+    pPicture->SetCenterPoint(QdcPoint2D(2, 2));
+    std::string strPixels;
+    PutPixels(strPixels, nWidth * nHeight, strPixel);
+    std::copy(strPixels.begin(), strPixels.end(), static_cast<char*>(pPicture->GetImage()->m_pPixels));
+    return pPicture;
   }
 
   QXNullGraphics3D m_Renderer;
@@ -118,18 +132,33 @@ TEST_P(QXTextureColorRoad, TextureData) {
 TEST_P(QXTextureColorRoad, Animation) {
   QXFedType const type(QXFileType::EM_IMAGE_GIF);
   g_Fed.m_FillPictures = [](QdcArray<QXGeoPicture*>& arrPictures) {
-    auto* const pPicture = new QXGeoPicture;
-    pPicture->SetImage(MakeFedImage(4, 4, 32));
-    pPicture->SetCenterPoint(QdcPoint2D(2, 2));
-    std::string strPixels;
-    PutPixels(strPixels, 16, BlueGreenRedAlpha());
-    std::copy(strPixels.begin(), strPixels.end(), static_cast<char*>(pPicture->GetImage()->m_pPixels));
-    arrPictures.Add(pPicture);
+    arrPictures.Add(MakePicture(4, 4, BlueGreenRedAlpha()));
   };
   std::unique_ptr<QXTextureDataAnimation> const pData(QXTexture::GetTextureDataAnimation(L"a.gif"));
   ASSERT_NE(pData, nullptr);
   m_pTexture->SetTextureData(pData->GetFrameDataByIndex(0));
   ExpectOnDevice(Color());
+}
+
+// The second frame covers the first, whatever its alpha; of the third only opaque pixels would show.
+TEST_P(QXTextureColorRoad, AnimatedTexture) {
+  QXFedType const type(QXFileType::EM_IMAGE_GIF);
+  g_Fed.m_FillPictures = [](QdcArray<QXGeoPicture*>& arrPictures) {
+    arrPictures.Add(MakePicture(4, 4, "\x01\x02\x03\xFF"));
+    arrPictures.Add(MakePicture(4, 4, BlueGreenRedAlpha()));
+    arrPictures.Add(MakePicture(2, 2, "\x01\x02\x03\x7F"));
+  };
+  QXNullAnimationTexture texture(nullptr, L"a.gif");
+  QdcTime::SetClock([]() -> unsigned int { return 150; });
+  ASSERT_EQ(texture.LoadImageData(L"a.gif", 0, 0), 1);
+  texture.LoadTexture(1, 0);
+  EXPECT_EQ(texture.m_nCurrentFrame, 1u);
+  ExpectOnDevice(static_cast<QXNullTexture&>(*texture.m_arrFrameTextures[1]), Color());
+  QdcTime::SetClock([]() -> unsigned int { return 299; });
+  texture.LoadTexture(1, 0);
+  QdcTime::SetClock(nullptr);
+  EXPECT_EQ(texture.m_nCurrentFrame, 2u);
+  ExpectOnDevice(static_cast<QXNullTexture&>(*texture.m_arrFrameTextures[2]), Color());
 }
 
 TEST_P(QXTextureColorRoad, ColourRamp) {
