@@ -4,8 +4,11 @@
 #include <memory>
 #include <mutex>
 
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileParseToolkit.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/texture/QXTextureCacheEntry.h>
 
+#include <plugins/ogre/QXOgreAnimationTexture.h>
 #include <plugins/ogre/QXOgreTexture.h>
 
 namespace QXC {
@@ -25,7 +28,8 @@ QXTexture* QXOgreTextureManager::GetTexture(QdcUnicodeString const& strName, uns
     return pEntry->GetTexture();
   }
   if (!bCreate) return nullptr;
-  std::unique_ptr<QXTexture> pTexture(CreateTexture());
+  bool const bAnimated = QXFileParseToolkit::GetFileTypeByExtName(strName) == QXFileType::EM_IMAGE_GIF;
+  std::unique_ptr<QXTexture> pTexture(bAnimated ? new QXOgreAnimationTexture(*this) : CreateTexture());
   pTexture->SetTexFilePath(strName);
   auto pEntry = std::make_unique<QXTextureCacheEntry>(pTexture.release());
   AddToCache(strName, pEntry.get());

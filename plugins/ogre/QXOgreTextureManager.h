@@ -21,6 +21,7 @@ public:
   QXOgreTextureManager(QXOgreTextureManager const&) = delete;
   QXOgreTextureManager& operator=(QXOgreTextureManager const&) = delete;
 
+  /// A name with the extension of an animated file gives a QXAnimationTexture.
   QXTexture* GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) override;
   unsigned char ManagerOperation2(QdcUnicodeString const& strName) const override;
   QXTexture* CreateTexture() override;

@@ -3,10 +3,13 @@
 
 #include <QxGraphics3D/frame/foundation/base/QdcTime.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseManager.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/frame/foundation/geometry/QXGeoPicture.h>
+
+#include <QxGraphics3D/texture/QXAnimationTexture.h>
 
 #include <tests/ogre/QXOgreTexturing.h>
 
@@ -195,6 +198,108 @@ TEST_F(QXOgreTextureFrames, TheRecordOfARawFilePlaysToo) {
   ASSERT_EQ(pTexture->IsLoaded(), 1) << Reason();
   DrawTextured(pTexture);
   EXPECT_EQ(At(0), GREEN_PIXEL);
+}
+
+TEST_F(QXOgreTextureFrames, ANameOfAnAnimatedFileGivesAnAnimatedTexture) {
+  // 3 x 3 pixels, which the library pads to 4 x 4.
+  g_arrFrames = {{3, 3, 1.5, 1.5, 10, {0, 0, 255, 255}}, {3, 3, 1.5, 1.5, 20, {0, 255, 0, 255}},
+      {1, 1, 0.5, 0.5, 10, {255, 0, 0, 255}}};
+  QXTexture* const pTexture = m_pTextures->GetTexture(L"flag.GIF", 1);
+  auto* const pAnimation = dynamic_cast<QXAnimationTexture*>(pTexture);
+  ASSERT_NE(pAnimation, nullptr);
+  EXPECT_EQ(dynamic_cast<QXAnimationTexture*>(m_pTextures->GetTexture(L"flag.png", 1)), nullptr);
+  pTexture->RendererOperation1(1, 1, 0);
+  pTexture->SetTextureRepeatMode(1);
+  ASSERT_EQ(pAnimation->LoadAnimationImageData(L"flag.GIF", 0, 0), 1);
+  ASSERT_EQ(pAnimation->m_arrFrames.size(), 3U);
+  DrawTextured(pTexture, 2.0F);
+  // The clock of the library starts anywhere in the loop; from here on it is known.
+  At(0);
+  ASSERT_EQ(pTexture->IsLoaded(), 1) << Reason();
+  EXPECT_EQ(pAnimation->m_arrFrameTextures.GetSize(), 3U);
+  unsigned int const nShift = 400 - pAnimation->m_nPlayTime;
+  QXPixel const blue{0, 0, 255, 255};
+  for (unsigned int const nTime : {50U, 250U}) {
+    g_nNow = 5000 + nShift + nTime;
+    QXPicture const picture = QXOgreTexturing::Frame();
+    for (unsigned int const nAt : {2U, 30U, 34U, 62U})
+      EXPECT_EQ(picture.At(nAt, nAt), nTime == 50 ? RED_PIXEL : GREEN_PIXEL) << "the padding is no part of the picture";
+  }
+  EXPECT_EQ(At(nShift + 350, 4, 4), blue);
+  EXPECT_EQ(At(nShift + 350, 16, 16), GREEN_PIXEL);
+  EXPECT_EQ(At(nShift + 350, 36, 36), blue);
+  EXPECT_EQ(pTexture->GetBindID(), pAnimation->m_arrFrameTextures[2]->GetBindID());
+  EXPECT_EQ(pTexture->GetNumTextureFrame(), 3);
+  std::map<unsigned int, unsigned int> mapTimes;
+  pTexture->GetTimeTextureFrame(mapTimes);
+  EXPECT_EQ(mapTimes, (std::map<unsigned int, unsigned int>{{0, 100}, {1, 200}, {2, 100}}));
+  // Frozen, it keeps its frame.
+  pAnimation->SetAnimation(0);
+  EXPECT_EQ(At(nShift + 450, 16, 16), GREEN_PIXEL);
+  EXPECT_EQ(At(nShift + 450, 4, 4), blue);
+  pTexture->RendererOperation2();
+  EXPECT_EQ(pTexture->IsLoaded(), 0);
+  EXPECT_EQ(At(nShift + 450, 4, 4), blue) << "what is shown comes back";
+  m_pTextures->Release();
+  EXPECT_EQ(At(nShift + 450), (QXPixel{255, 255, 255, 255}));
+}
+
+TEST_F(QXOgreTextureFrames, AnAnimatedTextureWithoutFramesIsAPlainOne) {
+  QXTexture* const pTexture = m_pTextures->GetTexture(L"flag.gif", 1);
+  ASSERT_NE(dynamic_cast<QXAnimationTexture*>(pTexture), nullptr);
+  pTexture->RendererOperation1(1, 1, 0);
+  DrawTextured(pTexture);
+  EXPECT_EQ(pTexture->IsInitialGPU(), 1);
+  EXPECT_EQ(pTexture->GetBindID(), 0U);
+  pTexture->SetTextureData(1, 2, NewBlock({0, 0, 255, 255, 0, 255, 0, 255}), 0, PF_A8R8G8B8);
+  pTexture->FlipTexture();
+  EXPECT_EQ(pTexture->GetTextureData(), &pTexture->m_TextureData);
+  pTexture->LoadTexture(0, 0);
+  ASSERT_EQ(pTexture->IsLoaded(), 1) << Reason();
+  EXPECT_GT(pTexture->GetBindID(), 0U);
+  EXPECT_EQ(pTexture->GetTextureID(), static_cast<int>(pTexture->GetBindID()));
+  EXPECT_EQ(At(0, 32, 8), GREEN_PIXEL);
+  unsigned char const arrBlue[4] = {255, 0, 0, 255};
+  pTexture->LoadSubTexture(0, 0, 1, 1, 1, 1, arrBlue, 0);
+  EXPECT_EQ(At(0, 32, 8), (QXPixel{0, 0, 255, 255}));
+  pTexture->SetReverse(1);
+  EXPECT_EQ(At(0, 32, 8), RED_PIXEL);
+  pTexture->SetReverse(0);
+  // The bytes of the file play.
+  g_arrFrames = {{1, 1, 0.5, 0.5, 10, {0, 0, 255, 255}}, {1, 1, 0.5, 0.5, 10, {0, 255, 0, 255}}};
+  QXTextureData file;
+  file.m_pPixels = NewBlock({'G', 'I', 'F', '8', '9', 'a'});
+  file.m_nDataSize = 6;
+  file.m_nCompression = TEXTURE_COMPRESSION_RAW;
+  pTexture->SetTextureData(&file);
+  pTexture->SetIsNeedLoadTexture(1);
+  EXPECT_EQ(At(0), RED_PIXEL);
+  EXPECT_EQ(At(150), GREEN_PIXEL);
+  EXPECT_EQ(pTexture->GetNumTextureFrame(), 2);
+  pTexture->LoadTexture(0, 1);
+  EXPECT_EQ(pTexture->m_TextureData.m_pPixels, nullptr);
+  EXPECT_EQ(At(200), RED_PIXEL);
+}
+
+TEST_F(QXOgreTextureFrames, FramesFromARecordAreShownWhole) {
+  std::vector<QXTextureData> arrFrames(2);
+  for (std::size_t i = 0; i < 2; ++i) {
+    arrFrames[i].m_pPixels = NewBlock(i == 0 ? std::vector<unsigned char>{0, 0, 255, 255, 255, 0, 0, 255}
+                                             : std::vector<unsigned char>{0, 255, 0, 255, 255, 0, 0, 255});
+    arrFrames[i].m_nWidth = 2;
+    arrFrames[i].m_nHeight = 1;
+    arrFrames[i].m_eFormat = PF_A8R8G8B8;
+  }
+  QXTextureDataAnimation const data(arrFrames, {100, 100});
+  QXTexture* const pTexture = m_pTextures->GetTexture(L"flag.gif", 1);
+  pTexture->RendererOperation1(1, 1, 0);
+  pTexture->SetTextureData(&data);
+  DrawTextured(pTexture);
+  At(0);
+  unsigned int const nShift = 200 - static_cast<QXAnimationTexture*>(pTexture)->m_nPlayTime;
+  EXPECT_EQ(At(nShift + 50, 8), RED_PIXEL);
+  EXPECT_EQ(At(nShift + 150, 8), GREEN_PIXEL);
+  EXPECT_EQ(At(nShift + 150, 56), (QXPixel{0, 0, 255, 255}));
 }
 
 TEST_F(QXOgreTextureFrames, AStillImageEndsAnAnimation) {
