@@ -41,6 +41,9 @@ QXTextureData WithoutPadding(QXTextureData const& frame, QXVector3d const& vecSh
 
 }  // namespace
 
+// Without frames the plain texture's operation is meant, not that of the animated one between them.
+// NOLINTBEGIN(bugprone-parent-virtual-call)
+
 QXOgreAnimationTexture::QXOgreAnimationTexture(QXOgreTextureManager& manager)
     : QXOgreTextureSource(manager, *this), m_Still(manager), m_vecCut(1.0, 1.0, 1.0) {}
 
@@ -214,5 +217,7 @@ void QXOgreAnimationTexture::LeaveDevice() {
   for (std::size_t i = 0; i < m_arrFrameTextures.GetSize(); ++i)
     if (m_arrFrameTextures[i]) m_arrFrameTextures[i]->RendererOperation2();
 }
+
+// NOLINTEND(bugprone-parent-virtual-call)
 
 }  // namespace QXC
