@@ -294,11 +294,18 @@ TEST(QXGifPictures, EndBeforeAFrameWithoutSize) {
 }
 
 TEST(QXGifPictures, AreNoneBeyondTheLimitOfBytesForAllOfThem) {
-  GifBytes const arrBytes =
-      MakeGif(4, 4, {MakeFrame(0, 0, 1, 1, 1), MakeFrame(0, 0, 1, 1, 2), MakeFrame(0, 0, 1, 1, 3)});
-  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{4, 192}).GetCount(), 3);
-  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{4, 191}).GetCount(), 0);
-  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{3, 192}).GetCount(), 0);
+  std::vector<GifFrame> const arrFrames(3, MakeFrame(0, 0, 1, 1, 1));
+  GifBytes const arrBytes = MakeGif(16, 8, arrFrames);
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 1536}).GetCount(), 3);
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 1535}).GetCount(), 0);
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{15, 1536}).GetCount(), 0);
+}
+
+// Each costs more than its pixels.
+TEST(QXGifPictures, TinyAsTheyAreCountAs256Bytes) {
+  GifBytes const arrBytes = MakeGif(1, 1, std::vector<GifFrame>(3, MakeFrame(0, 0, 1, 1, 1)));
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{1, 768}).GetCount(), 3);
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{1, 767}).GetCount(), 0);
 }
 
 // 40,000 frames of 16 bytes on a canvas of 1 MiB would be 40 GiB.
@@ -361,14 +368,14 @@ TEST(QXGifPictures, AreNotWhatOtherTypesHold) {
 
 TEST(QXGifPictures, KeepToTheLimitsThatTheHostSets) {
   using QXC::QXFileParseToolkit;
-  GifBytes const arrBytes = MakeGif(4, 4, {MakeFrame(0, 0, 1, 1, 1), MakeFrame(0, 0, 1, 1, 2)});
+  GifBytes const arrBytes = MakeGif(8, 8, {MakeFrame(0, 0, 1, 1, 1), MakeFrame(0, 0, 1, 1, 2)});
   unsigned int const nEdge = QXFileParseToolkit::GetImageMaxEdge();
   QXUInt64 const nMax = QXFileParseToolkit::GetImageMaxBytes();
   Pictures pictures;
-  QXFileParseToolkit::SetImageLimits(nEdge, 127);
+  QXFileParseToolkit::SetImageLimits(nEdge, 511);
   EXPECT_EQ(
       QXFileParseToolkit::GetDynamicIMGDataFromMemory(arrBytes.data(), arrBytes.size(), pictures.m_arrPictures, 0), 0);
-  QXFileParseToolkit::SetImageLimits(nEdge, 128);
+  QXFileParseToolkit::SetImageLimits(nEdge, 512);
   EXPECT_EQ(
       QXFileParseToolkit::GetDynamicIMGDataFromMemory(arrBytes.data(), arrBytes.size(), pictures.m_arrPictures, 0), 1);
   QXFileParseToolkit::SetImageLimits(nEdge, nMax);

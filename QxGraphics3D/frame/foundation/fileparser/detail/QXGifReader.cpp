@@ -225,13 +225,16 @@ private:
 
 using Pictures = std::vector<std::unique_ptr<QXGeoPicture>>;
 
+// Bytes of a frame beside its pixels, records and blocks: of tiny frames a file can hold hundreds of millions.
+constexpr std::size_t LEAST_COST = 256;
+
 // Empty on failure.
 Pictures ReadPictures(unsigned char const* pBytes, QXUInt64 nSize, unsigned char bFlip, QXImageLimits const& limits) {
   GifFile const file(pBytes, nSize);
   GifFileType* const pGif = file.Get();
   GifCanvas canvas;
   if (!pGif || !canvas.Make(*pGif, limits)) return Pictures();
-  if (CountFrames(pBytes, nSize) > limits.m_nMaxBytes / canvas.GetBytes()) return Pictures();
+  if (CountFrames(pBytes, nSize) > limits.m_nMaxBytes / std::max(canvas.GetBytes(), LEAST_COST)) return Pictures();
   Pictures arrPictures;
   FrameControl control;
   while (FindFrame(pGif, control)) {
