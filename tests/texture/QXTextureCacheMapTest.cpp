@@ -86,6 +86,8 @@ TEST(QXTextureCacheMap, NamesAreTextsWithoutTheirTails) {
   QXTextureCacheMap map;
   map[L"road"] = EntryOf(1);
   EXPECT_EQ(map.at(strTailed), EntryOf(1));
+  EXPECT_TRUE(map.find(strTailed) == map.begin());
+  EXPECT_EQ(map.count(strTailed), 1u);
   map[strTailed] = EntryOf(2);
   EXPECT_EQ(map.size(), 1u);
   map.clear();
@@ -98,6 +100,7 @@ TEST(QXTextureCacheMap, NamesAreTextsWithoutTheirTails) {
   QdcUnicodeString const strCut(L"road\0map", 8);
   map[L"road"] = EntryOf(4);
   EXPECT_EQ(map.at(strCut), EntryOf(4));
+  EXPECT_TRUE(map.contains(strCut));
   EXPECT_TRUE(map.find(L"roadmap") == map.end());
 }
 

@@ -146,6 +146,10 @@ TEST_F(QXTextureManagerTest, TextureIsNotLookedAtWhileTheCacheIsEmpty) {
   m_Manager.Release();
   m_Manager.RemoveTexture(pGone, 1);
   EXPECT_EQ(m_arrDead, Names{L"a"});
+  // A cache that emptied name by name still has the storage of its index, where a name would be looked up.
+  m_Manager.RemoveTexture(Enter(L"b", 1), 1);
+  m_Manager.RemoveTexture(pGone, 1);
+  EXPECT_EQ(m_arrDead, (Names{L"a", L"b"}));
 }
 
 TEST_F(QXTextureManagerTest, TextureThatDiesFindsItsNameFreeAndGivesOthersBack) {
