@@ -1,4 +1,5 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParamsManager.h>
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXImportParams.h>
 
 #include <gtest/gtest.h>
@@ -21,6 +22,13 @@ TEST(QXExchangeParams, ManagerGivesTypeAndTextToTheParser) {
   EXPECT_EQ(pParams->GetFileType(), 203);
   EXPECT_TRUE(pParams->GetText() == L"hint");
   EXPECT_EQ(pParams->GetFilePathName().IsEmpty(), 1);
+}
+
+TEST(QXExchangeParams, ManagerMakesNoneForATypeThatNobodyKnows) {
+  EXPECT_EQ(QXExchangeParamsManager::MakeImportParams(QXFileType::EM_UNKNOWN, L""), nullptr);
+  EXPECT_EQ(QXExchangeParamsManager::MakeImportParams(-2, L""), nullptr);
+  std::unique_ptr<QXImportParams> const pParams(QXExchangeParamsManager::MakeImportParams(0, L""));
+  EXPECT_NE(pParams, nullptr);
 }
 
 TEST(QXExchangeParams, CopiesAreIndependent) {

@@ -241,10 +241,14 @@ TEST_F(QXTextureLoad, TakesARecordThatIsNoImageForNothing) {
   }
 }
 
-TEST_F(QXTextureLoad, OfATypeThatNobodyReadsBringsNothing) {
-  EXPECT_EQ(m_Texture.LoadImageData(L"/nowhere/picture.doc", 0, 0, 0), 1);
-  EXPECT_TRUE(m_Texture.m_strTexFilePath == L"/nowhere/picture.doc");
-  EXPECT_EQ(m_Texture.m_bLoadedImage, 0);
+TEST_F(QXTextureLoad, OfATypeThatNobodyReadsLeavesTheTextureAlone) {
+  auto* const pOld = new unsigned char[16];
+  m_Texture.m_TextureData.m_pPixels = pOld;
+  for (wchar_t const* szPath : {L"/nowhere/picture.doc", L"/nowhere/picture", L"/x.png/picture", L"a.png.|temp"}) {
+    EXPECT_EQ(m_Texture.LoadImageData(szPath, 0, 0, 0), 0) << szPath;
+    ExpectFailed();
+    EXPECT_EQ(m_Texture.m_TextureData.m_pPixels, pOld) << szPath;
+  }
   EXPECT_EQ(g_Fed.m_nMade, 0);
 }
 

@@ -7,6 +7,7 @@
 namespace QXC {
 
 QXImportParams* QXExchangeParamsManager::MakeImportParams(int nType, QdcUnicodeString strText) {
+  if (nType < 0) return nullptr;
   auto pParams = std::make_unique<QXImportParams>();
   pParams->SetFileType(nType);
   pParams->SetText(strText);
