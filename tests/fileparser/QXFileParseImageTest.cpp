@@ -18,6 +18,7 @@
 #include <thread>
 #include <vector>
 
+#include <pthread.h>
 #include <sys/stat.h>
 
 namespace QXC {
@@ -166,6 +167,27 @@ TEST(QXFileParseImage, MayRaiseThroughTheToolkitFromAFile) {
   std::string const strPng = "\x89PNG\r\n\x1A\n";
   EXPECT_EQ(QXFileParseToolkit::GetImageDataFromMemory(Bytes(strPng), strPng.size(), arrImages), 0);
   ExpectReason(L"the parser failed");
+}
+
+// Ending a thread unwinds its stack with an exception that must not be swallowed: the process would be aborted.
+TEST(QXFileParseImage, LetsAThreadEndInsideTheParser) {
+  QXFedType const type(QXFileType::EM_IMAGE_GIF);
+  g_Fed.m_FillPictures = [](QdcArray<QXGeoPicture*>& arrPictures) {
+    arrPictures.Add(new QXGeoPicture);
+    pthread_exit(&g_Fed);
+  };
+  PictureArray arrPictures;
+  auto const pfnRead = [](void* pPictures) -> void* {
+    QXFileParseToolkit::GetDynamicIMGData(L"/x/a.gif", *static_cast<PictureArray*>(pPictures), 0);
+    return nullptr;
+  };
+  pthread_t thread{};
+  ASSERT_EQ(pthread_create(&thread, nullptr, pfnRead, &arrPictures), 0);
+  void* pResult = nullptr;
+  ASSERT_EQ(pthread_join(thread, &pResult), 0);
+  EXPECT_EQ(pResult, &g_Fed);
+  EXPECT_EQ(g_Fed.m_nLiving, 0);
+  EXPECT_EQ(arrPictures.GetSize(), 0u);
 }
 
 class PictureFreeParser : public QXFileParseImage {

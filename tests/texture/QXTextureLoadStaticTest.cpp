@@ -234,6 +234,23 @@ TEST_F(QXTextureGetData, WidensAndScalesToPowersOfTwo) {
   EXPECT_EQ(std::memcmp(pData->m_pPixels, vecExpected.data(), vecExpected.size()), 0);
 }
 
+TEST_F(QXTextureGetData, ScalesWhereOneEdgeAloneIsNoPowerOfTwo) {
+  for (bool const bWide : {false, true}) {
+    unsigned int const nWidth = bWide ? 4 : 3;
+    unsigned int const nHeight = bWide ? 3 : 4;
+    Feed(MakeFedImage(nWidth, nHeight, 32));
+    std::unique_ptr<QXTextureData> const pData = GetData(Path);
+    ASSERT_NE(pData, nullptr);
+    EXPECT_EQ(pData->m_nWidth, 4u);
+    EXPECT_EQ(pData->m_nHeight, 4u);
+    ImageHolder const pSource(MakeFedImage(nWidth, nHeight, 32));
+    unsigned char arrExpected[64];
+    auto* const pPixels = static_cast<unsigned char*>(pSource->m_pPixels);
+    ASSERT_EQ(QXImageOperator::Scale(4, nWidth, nHeight, pPixels, 4, 4, arrExpected), 1);
+    EXPECT_EQ(std::memcmp(pData->m_pPixels, arrExpected, 64), 0);
+  }
+}
+
 TEST_F(QXTextureGetData, CopiesWhereTheEdgesArePowersOfTwo) {
   QXImageData* const pFed = MakeFedImage(8, 4, 32);
   void const* const pBlock = pFed->m_pPixels;

@@ -101,7 +101,7 @@ unsigned char Guarded(Work work) {
 
 }  // namespace
 
-int QXFileParseToolkit::GetFileTypeByExtName(QdcUnicodeString const& strPath) {
+int QXFileParseToolkit::GetFileTypeByExtName(QdcUnicodeString strPath) {
   QdcUnicodeString const strExt = QXFile::GetExt(strPath);
   return strExt.IsEmpty() != 0 ? QXFileType::EM_UNKNOWN : QXFileType::ExtNameToFileType(strExt);
 }

@@ -20,7 +20,7 @@ class QXGRAPHICS3D_API QXFileParseToolkit {
 public:
   /// File type of a path by its extension, -1 for an unknown or missing one. The file is not looked at; a dot in
   /// a folder's name or at the start of a file's name begins no extension.
-  static int GetFileTypeByExtName(QdcUnicodeString const& strPath);
+  static int GetFileTypeByExtName(QdcUnicodeString strPath);
 
   /// File type by what a file begins with, -1 if it is none that is known that way. Models are not.
   /// @param pBytes  the file or at least its first 64 bytes; null counts as nothing
