@@ -203,7 +203,9 @@ std::string QXModelPictures::Picture::LoadAnimation(unsigned char const* pBytes,
 
 std::string QXModelPictures::Picture::LoadKtx2(QdcUnicodeString const& strPath) {
   auto pTexture = std::make_unique<QXHostTexture>();
-  if (pTexture->LoadKTX2(strPath) == 0) return TakeReason();
+  // The parsers know nothing of this road; their reason would be that of an earlier picture.
+  if (pTexture->LoadKTX2(strPath) == 0)
+    return "it is broken, larger than the library reads or of a kind that is not read";
   m_pKtx2 = std::move(pTexture);
   return std::string();
 }

@@ -239,7 +239,7 @@ TEST(QXModelPictures, EachBadPictureIsToldOnceWithAWayOut) {
   expect(InFile(folder.Write("notes.txt", "x")), {"notes.txt", "unknown kind", ".png"});
   expect(InFile(folder.Write("broken.png", "not a picture")), {"broken.png"});
   expect(InFile(folder.Write("broken.gif", "GIF89a")), {"broken.gif"});
-  expect(InFile(folder.Write("broken.ktx2", "x")), {"broken.ktx2"});
+  expect(InFile(folder.Write("broken.ktx2", "x")), {"broken.ktx2", "it is broken"});
   expect(Carried({1, 2, 3}), {"carried"});
   expect(QXC::QXModelImage(), {"picture 0", "carries no picture"});
 }
