@@ -239,6 +239,15 @@ TEST_F(QXTextureLoad, TakesARecordThatIsNoImageForNothing) {
     EXPECT_EQ(Load(), 1);
     ExpectNothingCame(0);
   }
+  for (unsigned int const nEdge : {4u, 5u}) {
+    auto* const pImage = new QXImageData;
+    pImage->m_nWidth = pImage->m_nHeight = nEdge;
+    pImage->m_nBitDepth = 32;
+    pImage->m_nPitch = nEdge * 4;
+    Feed(pImage);
+    EXPECT_EQ(Load(), 1);
+    ExpectNothingCame(0);
+  }
 }
 
 TEST_F(QXTextureLoad, OfATypeThatNobodyReadsLeavesTheTextureAlone) {
