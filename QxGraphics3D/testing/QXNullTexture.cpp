@@ -26,7 +26,7 @@ QXUInt64 GetLoadSize(QXTextureData const& data) {
   if (!data.m_pPixels) return 0;
   QXUInt64 const nKnown = data.GetBlockLength();
   // The bytes of a file say nothing of the size of its image.
-  if (data.m_nCompression == TEXTURE_COMPRESSION_RAW) return nKnown != 0 ? nKnown : data.m_nDataSize;
+  if (data.m_nCompression == TEXTURE_COMPRESSION_RAW) return nKnown;
   QXUInt64 const nWanted = GetWantedSize(data);
   // A block may hold further levels behind the first.
   return nKnown == 0 || nWanted == 0 ? nWanted : nKnown >= nWanted ? nKnown : 0;

@@ -48,6 +48,7 @@ unsigned char QXTexture::SetTextureDataByColorDictTable(QdcColorDictTable const*
   SetTextureMipMap(0);
   m_TextureData.m_pPixels = pRamp.release();
   m_TextureData.SetBlockLength(RampLength);
+  m_TextureData.m_nDataSize = 0;
   m_bLoadedImage = 1;
   return 1;
 }

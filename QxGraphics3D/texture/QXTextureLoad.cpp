@@ -81,6 +81,8 @@ bool TakeImage(QXTextureData& data, QXImageData& image) {
   data.m_nWidth = nNewWidth;
   data.m_nHeight = nNewHeight;
   data.SetBlockLength(nLength);
+  // What a KTX2 file that was here before has left would lie about the new block.
+  data.m_nDataSize = 0;
   return true;
 }
 

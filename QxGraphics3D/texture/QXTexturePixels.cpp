@@ -107,6 +107,8 @@ void QXTexture::SetTextureData(
     m_TextureData.Release();
     m_TextureData.m_pPixels = pPixels;
     m_TextureData.SetBlockLength(0);
+    // It was told of the former block; a caller who knows that of the new one tells it after this.
+    m_TextureData.m_nDataSize = 0;
   }
   m_TextureData.m_nWidth = static_cast<unsigned int>(nWidth);
   m_TextureData.m_nHeight = static_cast<unsigned int>(nHeight);
@@ -134,6 +136,7 @@ unsigned char QXTexture::SetTextureData(
   pImage = nullptr;
   if (m_TextureData.m_pPixels != pRecord->m_pPixels) {
     m_TextureData.Release();
+    m_TextureData.m_nDataSize = 0;
   }
   m_TextureData.m_pPixels = static_cast<unsigned char*>(pRecord->m_pPixels);
   m_TextureData.m_nWidth = pRecord->m_nWidth;

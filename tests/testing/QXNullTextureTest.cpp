@@ -149,6 +149,16 @@ TEST_F(QXNullTextureTest, BytesOfAFileAreKeptWhateverTheSizeOfTheImage) {
   m_Texture.m_TextureData.m_nDataSize = 7;
   m_Texture.LoadTexture(1, 0);
   EXPECT_EQ(m_Texture.GetDevicePixels(), (Bytes{1, 2, 3, 4, 5, 6, 7}));
+  QXNullTexture other(nullptr);
+  other.SetTextureData(m_Texture.m_TextureData);
+  other.LoadTexture(1, 0);
+  EXPECT_EQ(other.GetDevicePixels(), (Bytes{1, 2, 3, 4, 5, 6, 7}));
+  // What is left of a former block's size says nothing of the next file.
+  SetImage(0, 0, PF_A8R8G8B8, 3);
+  m_Texture.m_TextureData.m_nCompression = TEXTURE_COMPRESSION_RAW;
+  m_Texture.RendererOperation2();
+  m_Texture.LoadTexture(1, 0);
+  EXPECT_EQ(m_Texture.IsLoaded(), 0);
 }
 
 TEST_F(QXNullTextureTest, LeavingTheDeviceForgetsThePixels) {

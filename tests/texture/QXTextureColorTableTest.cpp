@@ -45,12 +45,14 @@ TEST(QXTextureColorTable, MakesAColumnOf1024Pixels) {
   SwitchedTexture texture;
   texture.m_TextureData.m_pPixels = new unsigned char[4];
   texture.m_TextureData.m_nCompression = 16;
+  texture.m_TextureData.m_nDataSize = 4;
   EXPECT_EQ(texture.SetTextureDataByColorDictTable(&table), 1);
   EXPECT_EQ(texture.m_TextureData.m_eFormat, PF_R8G8B8A8);
   EXPECT_EQ(texture.m_TextureData.m_nWidth, 1u);
   EXPECT_EQ(texture.m_TextureData.m_nHeight, 1024u);
   EXPECT_EQ(texture.m_TextureData.m_nCompression, 0u);
   EXPECT_EQ(texture.m_TextureData.GetBlockLength(), 4096u);
+  EXPECT_EQ(texture.m_TextureData.m_nDataSize, 0u);
   EXPECT_EQ(texture.m_bLoadedImage, 1);
   EXPECT_EQ(texture.m_nMipMap, 0);
 }

@@ -100,6 +100,15 @@ TEST_F(QXTextureLoad, TakesABlockOverWhoseEdgesArePowersOfTwo) {
   EXPECT_EQ(m_Texture.m_TextureData.GetBlockLength(), 65536u);
 }
 
+TEST_F(QXTextureLoad, ForgetsTheDataSizeOfAFormerBlock) {
+  m_Texture.m_TextureData.m_nDataSize = 1000000;
+  Feed(MakeFedImage(4, 4, 24));
+  EXPECT_EQ(m_Texture.LoadImageData(Path, 0, 0, 1), 1);
+  ExpectFormat(PF_A8R8G8B8, 4, 4);
+  EXPECT_EQ(m_Texture.m_TextureData.m_nDataSize, 0u);
+  EXPECT_EQ(m_Texture.m_TextureData.GetBlockLength(), 64u);
+}
+
 TEST_F(QXTextureLoad, ScalesWhereOneEdgeAloneIsNoPowerOfTwo) {
   Feed(MakeFedImage(64, 33, 32));
   EXPECT_EQ(Load(), 1);

@@ -378,6 +378,27 @@ TEST(QXTexture, ForgetsTheLengthOfTheFormerBlock) {
   texture.m_TextureData.m_nDataSize = 4;
   texture.SetTextureData(8, 8, new unsigned char[256], 0, PF_A8R8G8B8);
   EXPECT_EQ(texture.m_TextureData.GetBlockLength(), 0U);
+  EXPECT_EQ(texture.m_TextureData.m_nDataSize, 0U);
+  texture.m_TextureData.m_nDataSize = 256;
+  texture.SetTextureData(16, 4, texture.m_TextureData.m_pPixels, 0, PF_A8R8G8B8);
+  EXPECT_EQ(texture.m_TextureData.m_nDataSize, 256U);
+  auto* pImage = new QXImageData;
+  pImage->m_nWidth = pImage->m_nHeight = 2;
+  pImage->m_pPixels = new unsigned char[16];
+  texture.SetTextureData(pImage, 0, 0, 0, 0);
+  EXPECT_EQ(texture.m_TextureData.GetBlockLength(), 0U);
+  EXPECT_EQ(texture.m_TextureData.m_nDataSize, 0U);
+}
+
+TEST(QXTexture, BelievesTheDataSizeThatACallerTellsOfABlock) {
+  QXBareTexture texture;
+  auto* const pFile = new unsigned char[7]{1, 2, 3, 4, 5, 6, 7};
+  texture.SetTextureData(0, 0, pFile, TEXTURE_COMPRESSION_RAW, PF_A8R8G8B8);
+  texture.m_TextureData.m_nDataSize = 7;
+  EXPECT_EQ(texture.m_TextureData.GetBlockLength(), 7U);
+  QXTextureData const copy(texture.m_TextureData);
+  EXPECT_EQ(copy.GetBlockLength(), 7U);
+  EXPECT_EQ(std::memcmp(copy.m_pPixels, pFile, 7), 0);
 }
 
 struct Image {

@@ -207,6 +207,8 @@ TEST(QXTextureData, BelievesATellingOfItsBlockBeforeTheDataSize) {
   data.SetBlockLength(16);
   EXPECT_EQ(data.GetBlockLength(), 16U);
   data.SetBlockLength(0);
+  EXPECT_EQ(data.GetBlockLength(), 12U);
+  data.m_nDataSize = 0;
   EXPECT_EQ(data.GetBlockLength(), 0U);
 }
 

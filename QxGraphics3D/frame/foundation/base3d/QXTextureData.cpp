@@ -131,7 +131,8 @@ QXUInt64 QXTextureData::GetBlockLength() const {
   if (m_pPixels == nullptr) {
     return 0;
   }
-  return m_pPixels == m_pMeasuredPixels ? m_nBlockLength : m_nDataSize;
+  bool const bTold = m_pPixels == m_pMeasuredPixels && m_nBlockLength != 0;
+  return bTold ? m_nBlockLength : m_nDataSize;
 }
 
 void QXTextureData::CopyFields(QXTextureData const& other) {
