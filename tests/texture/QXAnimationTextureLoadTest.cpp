@@ -336,7 +336,7 @@ protected:
         for (int nX = 0; nX < nWidth; ++nX) {
           auto const nRow = static_cast<std::size_t>(bFlip ? nHeight - 1 - nY : nY);
           unsigned char const* const p = frame.m_pPixels + (nRow * frame.m_nWidth + static_cast<std::size_t>(nX)) * 4;
-          qxtest::GifPixel const& shown = arrShown[i][static_cast<std::size_t>(nY * nWidth + nX)];
+          qxtest::GifPixel const& shown = arrShown[i][qxtest::PlaceOf(nX, nY, nWidth)];
           ASSERT_TRUE(std::equal(shown.begin(), shown.end(), p)) << i << ": " << nX << ' ' << nY;
         }
       }

@@ -28,6 +28,11 @@ struct GifFrame {
   bool m_bLocalColours = false;
 };
 
+/// Index of a pixel in an image of that width.
+inline std::size_t PlaceOf(int nX, int nY, int nWidth) {
+  return static_cast<std::size_t>(nY) * static_cast<std::size_t>(nWidth) + static_cast<std::size_t>(nX);
+}
+
 /// One index all over.
 inline GifFrame MakeFrame(int nLeft, int nTop, int nWidth, int nHeight, unsigned char nIndex) {
   GifFrame frame;
@@ -82,7 +87,7 @@ public:
           Put(CLEAR);
           nSince = 1;
         }
-        Put(frame.m_arrIndexes[static_cast<std::size_t>(y * frame.m_nWidth + x)]);
+        Put(frame.m_arrIndexes[PlaceOf(x, y, frame.m_nWidth)]);
       }
     }
     Put(CLEAR + 1);
@@ -149,7 +154,7 @@ using GifCanvas = std::vector<GifPixel>;
 
 /// What a player shows while each frame is up, pixel by pixel and as slowly as it can be said.
 inline std::vector<GifCanvas> PlayGif(int nWidth, int nHeight, std::vector<GifFrame> const& arrFrames) {
-  GifCanvas canvas(static_cast<std::size_t>(nWidth * nHeight), GifPixel{0, 0, 0, 0});
+  GifCanvas canvas(PlaceOf(0, nHeight, nWidth), GifPixel{0, 0, 0, 0});
   std::vector<GifCanvas> arrShown;
   for (GifFrame const& frame : arrFrames) {
     GifCanvas const before = canvas;
@@ -158,8 +163,8 @@ inline std::vector<GifCanvas> PlayGif(int nWidth, int nHeight, std::vector<GifFr
       for (int x = 0; x < nWidth; ++x) {
         int const nColumn = x - frame.m_nLeft, nRow = y - frame.m_nTop;
         if (nColumn < 0 || nColumn >= frame.m_nWidth || nRow < 0 || nRow >= frame.m_nHeight) continue;
-        auto const nPlace = static_cast<std::size_t>(y * nWidth + x);
-        int const nIndex = frame.m_arrIndexes[static_cast<std::size_t>(nRow * frame.m_nWidth + nColumn)];
+        auto const nPlace = PlaceOf(x, y, nWidth);
+        int const nIndex = frame.m_arrIndexes[PlaceOf(nColumn, nRow, frame.m_nWidth)];
         bool const bClear = frame.m_bControl && nIndex == frame.m_nTransparent;
         if (!bClear) canvas[nPlace] = ColourOf(nIndex, frame.m_bLocalColours);
         after[nPlace] = GifPixel{0, 0, 0, 0};

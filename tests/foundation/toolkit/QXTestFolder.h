@@ -32,7 +32,7 @@ public:
   std::filesystem::path const& GetPath() const { return m_Path; }
   /// Writes a file and returns its path.
   std::filesystem::path Write(char const* szName, std::string_view bytes) const {
-    std::filesystem::path const path = m_Path / szName;
+    std::filesystem::path path = m_Path / szName;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return path;
