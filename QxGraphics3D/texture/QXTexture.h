@@ -100,8 +100,9 @@ public:
   /// @param bUnused  not read
   /// @param bFlag    handed to the file's parser
   /// @param bWiden   1: images of 3-byte pixels get 4
-  /// @return  0 for an empty path, a file type that nobody reads, a KTX2 file that cannot be read, and a parser that
-  ///          raised an exception. Otherwise 1, also if the parser brought nothing: IsLoadedImage tells.
+  /// @return  0, with the texture as it was, for an empty path, a file type that nobody reads, and a KTX2 file that cannot
+  ///          be read; 0, without the former image, for a parser that raised an exception and for lack of memory.
+  ///          Otherwise 1, also if the parser brought nothing: IsLoadedImage tells.
   virtual unsigned char LoadImageData(
       QdcUnicodeString const& strPath, unsigned char bUnused, unsigned char bFlag, unsigned char bWiden);
   /// Reads the file that m_strTexFilePath names. 1 at once if the image or the device's texture is there already.

@@ -125,6 +125,18 @@ TEST_F(QXTextureLoadImage, FailsWithoutAnImage) {
   Load(Path, 0);
 }
 
+// The parser's record is the result, whatever can be made of it.
+TEST_F(QXTextureLoadImage, HandsOutWhatCannotBeWidened) {
+  Feed(new QXImageData);
+  EXPECT_EQ(Load(Path, 1)->m_pPixels, nullptr);
+  QXImageData* const pFed = MakeFedImage(4, 4, 16, 4);
+  void const* const pBlock = pFed->m_pPixels;
+  Feed(pFed);
+  ImageHolder const pImage = Load(Path, 1);
+  EXPECT_EQ(pImage->m_pPixels, pBlock);
+  EXPECT_EQ(pImage->m_nBitDepth, 16);
+}
+
 TEST_F(QXTextureLoadImage, CatchesWhateverTheParserRaises) {
   FeedException();
   Load(Path, 0);
