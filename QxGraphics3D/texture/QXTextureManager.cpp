@@ -13,8 +13,11 @@ int QXTextureManager::ms_nCacheSize = 20000;
 QXTextureManager::QXTextureManager() = default;
 
 QXTextureManager::~QXTextureManager() {
-  // A derived class's part is gone, and its Release with it.
-  QXTextureManager::Release();
+  // A derived class's part is gone, and its Release with it. Again where an unused texture handed something over while
+  // it died: there is no next time for it.
+  do {
+    QXTextureManager::Release();
+  } while (!m_mapCache.empty() || m_arrUnusedTextures.GetSize() != 0);
 }
 
 void QXTextureManager::DeleteUnusedTextures() {

@@ -282,6 +282,21 @@ TEST_F(QXTextureManagerTest, DestructorReleasesAsTheBaseDoes) {
   EXPECT_EQ(nCalls, 0);
 }
 
+TEST_F(QXTextureManagerTest, DestructorDeletesWhatAnUnusedTextureHandsOverWhileItDies) {
+  {
+    QXOpenTextureManager manager;
+    QXTextureManager& base = manager;  // all that is left by then
+    QXTexture* pFirst = new QXMortalTexture(L"first", [&](QXTexture&) {
+      m_arrDead.emplace_back(L"first");
+      QXTexture* pSecond = new QXMortalTexture(L"second", Dies());
+      base.AddUnusedTextures(pSecond);
+      base.AddToCache(L"third", new QXTextureCacheEntry(new QXMortalTexture(L"third", Dies())));
+    });
+    manager.AddUnusedTextures(pFirst);
+  }
+  EXPECT_EQ(m_arrDead, (Names{L"first", L"third", L"second"}));
+}
+
 // --- Editing the map ---
 
 TEST_F(QXTextureManagerTest, LookUpFollowsEditsOfTheMap) {
