@@ -563,7 +563,6 @@ TEST(QXBasisLz, HeaderThatContradictsItselfIsRefused) {
     void (*m_pSpoil)(QXTestFile&);
   };
   QXCase const cases[] = {
-      {"a P-frame", [](QXTestFile& file) { file.m_nFlags = 2; }},
       {"extended data", [](QXTestFile& file) { file.m_nExtended = 1; }},
       {"no endpoints", [](QXTestFile& file) { file.m_nEndpoints = 0; }},
       {"no selectors", [](QXTestFile& file) { file.m_nSelectors = 0; }},
@@ -583,6 +582,28 @@ TEST(QXBasisLz, HeaderThatContradictsItselfIsRefused) {
   QXTestFile other = good;
   other.m_nFlags = 4;
   EXPECT_TRUE(Decode(other).has_value());
+}
+
+TEST(QXBasisLz, PFrameIsNotDecodedButThoseBesideItAre) {
+  QXRandom random(12);
+  QXTestFile file = MakeFile(random, 8, 8, true, 4);
+  std::optional<QXBytes> const want = Decode(file);
+  ASSERT_TRUE(want.has_value());
+  file.m_nFlags = 2;
+  EXPECT_FALSE(Decode(file).has_value());
+
+  // The description once more, in front of itself and without the flag.
+  QXBytes global = file.GetGlobal();
+  QXBytes still = Part(global, 20, 20);
+  still[0] = 0;
+  global.insert(global.begin() + 20, still.begin(), still.end());
+  QXBytes const level = file.GetLevel();
+  QXBytes pixels(8 * 8 * 4);
+  QXBasisLz decoder;
+  ASSERT_TRUE(decoder.Init(global.data(), global.size(), 2));
+  EXPECT_FALSE(decoder.DecodeImage(1, level.data(), level.size(), 8, 8, pixels.data()));
+  EXPECT_TRUE(decoder.DecodeImage(0, level.data(), level.size(), 8, 8, pixels.data()));
+  EXPECT_EQ(pixels, *want);
 }
 
 TEST(QXBasisLz, RefusedDataLeavesNothingToDecode) {

@@ -102,7 +102,7 @@ bool QXBasisLz::Read(unsigned char const* pGlobalData, std::uint64_t nSize, unsi
 bool QXBasisLz::ReadImages(unsigned char const* pDescs, unsigned int nImageCount) {
   m_arrImages.assign(nImageCount, QXImageDesc());
   for (QXImageDesc& image : m_arrImages) {
-    if ((Load32(pDescs) & g_nPFrame) != 0) return false;
+    image.m_bPFrame = (Load32(pDescs) & g_nPFrame) != 0;
     image.m_nRgbOffset = Load32(pDescs + 4);
     image.m_nRgbLength = Load32(pDescs + 8);
     image.m_nAlphaOffset = Load32(pDescs + 12);
@@ -182,6 +182,8 @@ bool QXBasisLz::DecodeImage(unsigned int nImage, unsigned char const* pLevel, st
     unsigned int nWidth, unsigned int nHeight, unsigned char* pRgba) const {
   if (nImage >= m_arrImages.size() || nWidth == 0 || nHeight == 0) return false;
   QXImageDesc const& image = m_arrImages[nImage];
+  // It holds what changed since another image, which is not at hand.
+  if (image.m_bPFrame) return false;
   bool const bAlpha = image.m_nAlphaLength != 0;
   if (!IsInside(image.m_nRgbOffset, image.m_nRgbLength, nLevelSize)) return false;
   if (bAlpha && !IsInside(image.m_nAlphaOffset, image.m_nAlphaLength, nLevelSize)) return false;
