@@ -212,7 +212,7 @@ TEST_F(QXOgreTextureFile, EveryLevelOfEverySampleHasItsPixelsOnTheScreen) {
         << strName << " level " << nLevel;
     ++nSeen;
   }
-  EXPECT_EQ(nSeen + nRefused, 106);
+  EXPECT_EQ(nSeen + nRefused, 123);
   RecordProperty("refused", nRefused);
 }
 
