@@ -16,7 +16,6 @@
 #  define STB_IMAGE_IMPLEMENTATION
 #  define STB_IMAGE_STATIC
 #endif
-#define STBI_ONLY_BMP
 #define STBI_ONLY_TGA
 #define STBI_ONLY_HDR
 #define STBI_NO_STDIO

@@ -6,7 +6,7 @@
 
 namespace QXC::detail {
 
-/// Decodes bytes that the caller has looked at: they begin as a BMP, TGA or HDR does and name nWidth x nHeight pixels.
+/// Decodes bytes that the caller has looked at: they begin as a TGA or HDR does and name nWidth x nHeight pixels.
 /// Rows end top down and in B,G,R(,A), grey with alpha in four bytes. Null if the codec read past the end of the bytes,
 /// where it goes on with invented ones, or gives another size.
 QXImageData* DecodeByStb(
