@@ -16,10 +16,10 @@ QXImageData* ReadJpeg(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits
 /// First page of a TIFF, turned as its orientation tag says.
 QXImageData* ReadTiff(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits);
 
-/// Lossy and lossless WebP; an animation fails.
+/// Lossy and lossless WebP; of an animation the first frame on its canvas.
 QXImageData* ReadWebp(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits);
 
-/// Not compressed by runs.
+/// Every depth, fields of bits and runs, by the headers of Windows and OS/2.
 QXImageData* ReadBmp(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits);
 
 /// A TGA has no magic bytes: what passes the checks of its header is one.
