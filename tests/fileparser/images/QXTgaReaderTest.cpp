@@ -30,6 +30,24 @@ TEST(QXTgaReader, RowsMayStandTopDown) {
   ExpectPattern(ReadFile("rgb24-top-down.tga").get(), 24, PatternOf("rgb", 8));
 }
 
+TEST(QXTgaReader, RowsMayBeginAtTheRight) {
+  for (char const* szName : {"rgb24.tga", "rgb24-top-down.tga", "grey8.tga", "rgb32-runs.tga"}) {
+    SCOPED_TRACE(szName);
+    Image const pPlain = ReadFile(szName);
+    ASSERT_NE(pPlain, nullptr);
+    Bytes arrBytes = FileBytes(szName), arrPlain = PixelsOf(*pPlain);
+    arrBytes[17] = static_cast<unsigned char>(arrBytes[17] | 0x10);
+    int const nPixelBytes = pPlain->m_nBitDepth / 8;
+    ExpectPattern(ReadBytes(TypeOf(szName), arrBytes).get(), pPlain->m_nBitDepth, [&](int x, int y) {
+      Bgra pixel{};
+      int const nPlace = (y * PATTERN_WIDTH + PATTERN_WIDTH - 1 - x) * nPixelBytes;
+      for (int c = 0; c < nPixelBytes; ++c)
+        pixel[static_cast<std::size_t>(c)] = arrPlain[static_cast<std::size_t>(nPlace + c)];
+      return pixel;
+    });
+  }
+}
+
 // There are no magic bytes: the header must make sense.
 TEST(QXTgaReader, AHeaderOfNoKnownKindIsRefused) {
   struct Row {

@@ -1,12 +1,17 @@
+#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXByteSource.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXImageCodecs.h>
 #include <QxGraphics3D/frame/foundation/fileparser/detail/QXStbImage.h>
+
+#include <algorithm>
+#include <cstddef>
 
 namespace QXC::detail {
 namespace {
 
 constexpr unsigned int HEADER_BYTES = 18;
 constexpr unsigned int RLE = 8;
+constexpr unsigned int FROM_RIGHT = 0x10;
 // Pixels that a run of one count byte and one pixel makes.
 constexpr QXUInt64 LONGEST_RUN = 128;
 
@@ -24,6 +29,18 @@ bool IsKnown(unsigned int nKind, unsigned int nMapType, unsigned int nBits, unsi
   }
 }
 
+// stb_image knows of rows from below, but not of rows from the right.
+void TurnRows(QXImageData& image) {
+  std::size_t const nPixelBytes = image.m_nBitDepth / 8u;
+  auto* pRow = static_cast<unsigned char*>(image.m_pPixels);
+  for (unsigned int y = 0; y < image.m_nHeight; ++y, pRow += image.m_nPitch) {
+    for (unsigned char *pLeft = pRow, *pRight = pRow + image.m_nPitch - nPixelBytes; pLeft < pRight;
+         pLeft += nPixelBytes, pRight -= nPixelBytes) {
+      std::swap_ranges(pLeft, pLeft + nPixelBytes, pRight);
+    }
+  }
+}
+
 }  // namespace
 
 QXImageData* ReadTga(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits) {
@@ -38,7 +55,9 @@ QXImageData* ReadTga(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits 
   // No more is made than the bytes could fill.
   QXUInt64 const nPixelBytes = (nBits + 7) / 8;
   if (nWidth * nHeight / (bRuns ? LONGEST_RUN : 1) * nPixelBytes > nSize) return nullptr;
-  return DecodeByStb(pBytes, nSize, nWidth, nHeight, limits);
+  QXImageData* pImage = DecodeByStb(pBytes, nSize, nWidth, nHeight, limits);
+  if (pImage && (source.Little(17, 1) & FROM_RIGHT) != 0) TurnRows(*pImage);
+  return pImage;
 }
 
 }  // namespace QXC::detail
