@@ -78,4 +78,14 @@ TEST(QXPngReader, AChangedByteOfThePixelsIsNoticed) {
   EXPECT_EQ(ReadBytes(TypeOf("a.png"), arrBytes), nullptr);
 }
 
+// Left to itself the codec would show the picture without its transparency.
+TEST(QXPngReader, AChangedByteOfTheTransparencyIsNoticed) {
+  Bytes arrBytes = FileBytes("palette8-key.png");
+  std::string const strMark = "tRNS";
+  auto const itMark = std::search(arrBytes.begin(), arrBytes.end(), strMark.begin(), strMark.end());
+  ASSERT_NE(itMark, arrBytes.end());
+  itMark[6] ^= 1;
+  EXPECT_EQ(ReadBytes(TypeOf("a.png"), arrBytes), nullptr);
+}
+
 }  // namespace

@@ -63,6 +63,8 @@ void Configure(PngDecoder& decoder) {
   png_set_keep_unknown_chunks(pPng, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
   // Says again over the pixels what the checksums of the chunks say over fewer bytes.
   png_set_option(pPng, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
+  // Left to itself the codec drops a damaged chunk that a picture can do without: transparency, too.
+  png_set_crc_action(pPng, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
   png_set_read_fn(pPng, &decoder.m_Source, OnRead);
 }
 
