@@ -133,4 +133,99 @@ TEST(QXTiffReader, TheOrientationTagIsApplied) {
   }
 }
 
+// Where a tag's value begins in a little-endian file with its directory at the place that the header names.
+std::size_t ValuePlace(Bytes const& arrBytes, unsigned int nTag) {
+  auto const Number = [&](std::size_t nPlace, int nCount) {
+    std::size_t nValue = 0;
+    for (int i = nCount - 1; i >= 0; --i) nValue = nValue * 256 + arrBytes[nPlace + static_cast<std::size_t>(i)];
+    return nValue;
+  };
+  std::size_t const nStart = Number(4, 4);
+  for (std::size_t i = 0; i < Number(nStart, 2); ++i) {
+    std::size_t const nEntry = nStart + 2 + i * 12;
+    if (Number(nEntry, 2) == nTag) return Number(nEntry + 8, 4);
+  }
+  return 0;
+}
+
+TEST(QXTiffReader, APaletteOfBytesInTheUpperBitsReachesWhite) {
+  Bytes arrBytes = FileBytes("palette8.tif");
+  std::size_t const nMap = ValuePlace(arrBytes, 320);
+  ASSERT_GT(nMap, 0u);
+  for (std::size_t i = 0; i < 3 * 256; ++i) arrBytes[nMap + i * 2] = 0;
+  ExpectPattern(ReadBytes(TypeOf("a.tif"), arrBytes).get(), 24, PatternOf("palette", 8));
+}
+
+// The codec would take the indexes for grey.
+TEST(QXTiffReader, APaletteBeyondTheEndIsRefused) {
+  Bytes const arrBytes = FileBytes("palette8.tif");
+  std::size_t const nMap = ValuePlace(arrBytes, 320);
+  ASSERT_GT(nMap, 0u);
+  // Put at the end, the palette is the first that a cut takes.
+  Bytes arrMoved = arrBytes;
+  std::size_t const nEnd = arrMoved.size();
+  arrMoved.insert(arrMoved.end(), arrBytes.begin() + static_cast<std::ptrdiff_t>(nMap),
+      arrBytes.begin() + static_cast<std::ptrdiff_t>(nMap) + 3 * 256 * 2);
+  for (std::size_t i = 0; i + 4 <= nEnd; ++i) {
+    if (arrMoved[i] != (nMap & 255) || arrMoved[i + 1] != nMap >> 8 || arrMoved[i + 2] != 0 || arrMoved[i + 3] != 0)
+      continue;
+    arrMoved[i] = static_cast<unsigned char>(nEnd);
+    arrMoved[i + 1] = static_cast<unsigned char>(nEnd >> 8);
+  }
+  ASSERT_EQ(ValuePlace(arrMoved, 320), nEnd);
+  ExpectPattern(ReadBytes(TypeOf("a.tif"), arrMoved).get(), 24, PatternOf("palette", 8));
+  EXPECT_EQ(ReadBytes(TypeOf("a.tif"), arrMoved.data(), arrMoved.size() - 1), nullptr);
+  EXPECT_EQ(ReadBytes(TypeOf("a.tif"), arrMoved.data(), nEnd), nullptr);
+}
+
+void PutLittle(Bytes& arrBytes, std::size_t nValue, int nCount) {
+  for (int i = 0; i < nCount; ++i) arrBytes.push_back(static_cast<unsigned char>(nValue >> 8 * i));
+}
+
+struct Tag {
+  std::size_t m_nTag;
+  std::size_t m_nType;
+  std::size_t m_nCount;
+  std::size_t m_nValue;
+};
+
+// Grey of 64 x nHeight, a strip a row, all of which are the same bytes.
+Bytes SharedStrips(std::size_t nHeight, std::size_t nSampleFormat) {
+  constexpr std::size_t WIDTH = 64, STRIP = 8;
+  Bytes arrBytes = {'I', 'I', '*', 0, 0, 0, 0, 0};
+  for (std::size_t i = 0; i < WIDTH; ++i) PutLittle(arrBytes, i * 4, 1);
+  std::size_t const nOffsets = arrBytes.size();
+  for (std::size_t i = 0; i < nHeight; ++i) PutLittle(arrBytes, STRIP, 4);
+  std::size_t const nCounts = arrBytes.size();
+  for (std::size_t i = 0; i < nHeight; ++i) PutLittle(arrBytes, WIDTH, 4);
+  std::size_t const nStart = arrBytes.size();
+  for (std::size_t i = 0; i < 4; ++i) arrBytes[4 + i] = static_cast<unsigned char>(nStart >> 8 * i);
+  Tag const arrTags[] = {{256, 4, 1, WIDTH}, {257, 4, 1, nHeight}, {258, 3, 1, 8}, {259, 3, 1, 1}, {262, 3, 1, 1},
+      {273, 4, nHeight, nHeight == 1 ? STRIP : nOffsets}, {277, 3, 1, 1}, {278, 4, 1, 1},
+      {279, 4, nHeight, nHeight == 1 ? WIDTH : nCounts}, {339, 3, 1, nSampleFormat}};
+  PutLittle(arrBytes, std::size(arrTags), 2);
+  for (Tag const& tag : arrTags) {
+    PutLittle(arrBytes, tag.m_nTag, 2);
+    PutLittle(arrBytes, tag.m_nType, 2);
+    PutLittle(arrBytes, tag.m_nCount, 4);
+    PutLittle(arrBytes, tag.m_nValue, 4);
+  }
+  PutLittle(arrBytes, 0, 4);
+  return arrBytes;
+}
+
+// Else a file of a few bytes could keep the reader busy with a picture of any size.
+TEST(QXTiffReader, StripsThatShareTheirBytesAreRefusedWhereTheFileIsSmallerThanThePicture) {
+  auto const Ramp = [](int x, int) { return Bgra{x * 4, x * 4, x * 4, 255}; };
+  ExpectPicture(ReadBytes(TypeOf("a.tif"), SharedStrips(1, 1)).get(), 64, 1, 8, Ramp);
+  ExpectPicture(ReadBytes(TypeOf("a.tif"), SharedStrips(3, 1)).get(), 64, 3, 8, Ramp);
+  EXPECT_EQ(ReadBytes(TypeOf("a.tif"), SharedStrips(100, 1)), nullptr);
+}
+
+TEST(QXTiffReader, SamplesThatAreNoWholeNumbersOfLightAreRefused) {
+  EXPECT_NE(ReadBytes(TypeOf("a.tif"), SharedStrips(1, 4)), nullptr);  // of no stated kind
+  EXPECT_EQ(ReadBytes(TypeOf("a.tif"), SharedStrips(1, 2)), nullptr);  // signed
+  EXPECT_EQ(ReadBytes(TypeOf("a.tif"), SharedStrips(1, 3)), nullptr);  // floating point
+}
+
 }  // namespace

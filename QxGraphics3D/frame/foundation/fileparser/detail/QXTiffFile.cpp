@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 
 namespace QXC::detail {
@@ -45,6 +46,28 @@ int OnMessage(TIFF* /*pTiff*/, void* /*pUser*/, char const* /*szModule*/, char c
   return 1;
 }
 
+// Bytes of one value of a tag; 0 for types that nobody knows.
+QXUInt64 TypeBytes(unsigned int nType) {
+  constexpr unsigned char BYTES[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4, 0, 0, 8, 8, 8};
+  return nType < std::size(BYTES) ? BYTES[nType] : 0;
+}
+
+// Numbers in the byte order of the file.
+class Numbers {
+public:
+  explicit Numbers(QXByteSource const& source) : m_Source(source), m_bBig(source.Has(0, "MM")) {}
+
+  QXUInt64 Get(QXUInt64 nPlace, unsigned int nBytes) const {
+    if (nBytes <= 4) return m_bBig ? m_Source.Big(nPlace, nBytes) : m_Source.Little(nPlace, nBytes);
+    QXUInt64 const nFirst = Get(nPlace, 4), nSecond = Get(nPlace + 4, 4);
+    return m_bBig ? nFirst << 32 | nSecond : nSecond << 32 | nFirst;
+  }
+
+private:
+  QXByteSource const& m_Source;
+  bool m_bBig;
+};
+
 int ReadExtra(TIFF* pTiff, QXTiffPage const& page) {
   if (page.m_nSamples <= page.GetColourSamples()) return -1;
   std::uint16_t nExtras = 0;
@@ -74,6 +97,27 @@ QXTiffFile::QXTiffFile(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimit
 
 QXTiffFile::~QXTiffFile() {
   if (m_pTiff) TIFFClose(m_pTiff);
+}
+
+bool QXTiffFile::HasWholeDirectory() const {
+  Numbers const numbers(m_Source);
+  QXUInt64 const nSize = m_Source.GetSize();
+  bool const bWide = numbers.Get(2, 2) == 43;  // offsets of 64 bits
+  unsigned int const nWord = bWide ? 8 : 4;
+  QXUInt64 const nStart = numbers.Get(bWide ? 8 : 4, nWord);
+  unsigned int const nCountBytes = bWide ? 8 : 2, nEntryBytes = bWide ? 20 : 12;
+  if (nStart > nSize || nSize - nStart < nCountBytes) return false;
+  QXUInt64 const nEntries = numbers.Get(nStart, nCountBytes);
+  if (nEntries > (nSize - nStart - nCountBytes) / nEntryBytes) return false;
+  for (QXUInt64 i = 0; i < nEntries; ++i) {
+    QXUInt64 const nEntry = nStart + nCountBytes + i * nEntryBytes;
+    QXUInt64 const nBytes = TypeBytes(static_cast<unsigned int>(numbers.Get(nEntry + 2, 2)));
+    QXUInt64 const nCount = numbers.Get(nEntry + 4, nWord);
+    if (nBytes == 0 || nCount <= nWord / nBytes) continue;
+    QXUInt64 const nPlace = numbers.Get(nEntry + 4 + nWord, nWord);
+    if (nPlace > nSize || nCount > (nSize - nPlace) / nBytes) return false;
+  }
+  return true;
 }
 
 bool QXTiffFile::ReadPage(QXTiffPage& page) const {

@@ -27,6 +27,10 @@ struct QXTiffPage {
   bool m_bTiled = false;
 
   bool IsGrey() const { return m_nPhotometric == PHOTOMETRIC_MINISBLACK || m_nPhotometric == PHOTOMETRIC_MINISWHITE; }
+  bool HasPlainColours() const {
+    return IsGrey() || m_nPhotometric == PHOTOMETRIC_PALETTE || m_nPhotometric == PHOTOMETRIC_RGB;
+  }
+  bool HasWholeSamples() const { return m_nSampleFormat == SAMPLEFORMAT_UINT || m_nSampleFormat == SAMPLEFORMAT_VOID; }
   unsigned int GetColourSamples() const { return m_nPhotometric == PHOTOMETRIC_RGB ? 3 : 1; }
   bool HasAlpha() const { return m_nExtra == EXTRASAMPLE_ASSOCALPHA || m_nExtra == EXTRASAMPLE_UNASSALPHA; }
 };
@@ -41,6 +45,10 @@ public:
 
   /// Null if the bytes are no TIFF.
   TIFF* Get() const { return m_pTiff; }
+
+  /// Whether all values of the first page's tags stand in the file. The codec goes on without those that it cannot read,
+  /// and takes indexes for grey where the colours are missing.
+  bool HasWholeDirectory() const;
 
   /// False without a size.
   bool ReadPage(QXTiffPage& page) const;

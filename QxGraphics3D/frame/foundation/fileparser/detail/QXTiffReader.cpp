@@ -66,7 +66,7 @@ public:
   bool Read(QXImageBlock& block, QXImageLimits const& limits) {
     if (!m_Grid.Init(m_pTiff, m_Page) || !m_Grid.HoldsSamples(m_Page)) return false;
     if (m_Grid.m_nCellBytes > QXTiffFile::MaxChunkBytes(limits) / m_Samples.GetPlanes()) return false;
-    m_Buffer = MakeBuffer(m_Grid.m_nCellBytes * m_Samples.GetPlanes());
+    m_Buffer = MakeBuffer(m_Grid.m_nCellBytes * m_Samples.GetPlanes() + QXTiffSamples::SLACK_BYTES);
     if (!m_Buffer) return false;
     for (std::uint32_t y = 0; y < m_Page.m_nHeight; y += std::min(m_Grid.m_nCellHeight, m_Page.m_nHeight - y)) {
       for (std::uint32_t x = 0; x < m_Page.m_nWidth; x += std::min(m_Grid.m_nCellWidth, m_Page.m_nWidth - x)) {
@@ -203,6 +203,28 @@ bool Orient(QXImageBlock& block, unsigned int nOrientation, QXImageLimits const&
   return true;
 }
 
+// Bytes that one byte of the file becomes at most; 0 where nothing is known.
+QXUInt64 MaxRatio(unsigned int nCompression) {
+  switch (nCompression) {
+  case COMPRESSION_NONE: return 1;
+  case COMPRESSION_PACKBITS: return 64;
+  case COMPRESSION_ADOBE_DEFLATE:
+  case COMPRESSION_DEFLATE: return 1032;
+  case COMPRESSION_LZW: return 4096;
+  default: return 0;
+  }
+}
+
+// No more is made than the bytes could fill, or than strips that share their bytes would.
+bool CanFill(TIFF* pTiff, QXTiffPage const& page, QXUInt64 nSize) {
+  std::uint16_t nCompression = COMPRESSION_NONE;
+  TIFFGetFieldDefaulted(pTiff, TIFFTAG_COMPRESSION, &nCompression);
+  QXUInt64 const nRatio = MaxRatio(nCompression);
+  // Colours of YCbCr may be stored for several pixels at once: at least one byte a pixel remains.
+  QXUInt64 const nBits = page.m_nPhotometric == PHOTOMETRIC_YCBCR ? 8 : QXUInt64{page.m_nBits} * page.m_nSamples;
+  return nRatio == 0 || (page.m_nWidth * nBits + 7) / 8 * page.m_nHeight / nRatio <= nSize;
+}
+
 bool HasMagic(QXByteSource const& source) {
   constexpr std::string_view MAGICS[] = {
       {"II*\0", 4}, {"MM\0*", 4}, {"II+\0", 4}, {"MM\0+", 4}};  // the last two with 64-bit offsets
@@ -215,7 +237,10 @@ QXImageData* ReadTiff(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits
   if (!HasMagic(QXByteSource(pBytes, nSize))) return nullptr;
   QXTiffFile const file(pBytes, nSize, limits);
   QXTiffPage page;
-  if (!file.Get() || !file.ReadPage(page)) return nullptr;
+  if (!file.Get() || !file.HasWholeDirectory() || !file.ReadPage(page)) return nullptr;
+  if (!limits.Allow(page.m_nWidth, page.m_nHeight, 1) || !CanFill(file.Get(), page, nSize)) return nullptr;
+  // Measurements, which the codec would take for light: heights below zero would be the brightest.
+  if (page.HasPlainColours() && !page.HasWholeSamples()) return nullptr;
   QXTiffSamples samples;
   bool const bSamples = samples.Init(file.Get(), page);
   QXImageBlock block;

@@ -11,9 +11,8 @@ namespace QXC::detail {
 bool QXTiffSamples::Init(TIFF* pTiff, QXTiffPage const& page) {
   m_Page = page;
   bool const bPalette = page.m_nPhotometric == PHOTOMETRIC_PALETTE;
-  if (!page.IsGrey() && !bPalette && page.m_nPhotometric != PHOTOMETRIC_RGB) return false;
+  if (!page.HasPlainColours()) return false;
   if (page.m_nBits < 1 || page.m_nBits > 16) return false;
-  if (page.m_nSampleFormat != SAMPLEFORMAT_UINT && page.m_nSampleFormat != SAMPLEFORMAT_VOID) return false;
   m_nColours = page.GetColourSamples();
   if (page.m_nSamples < m_nColours) return false;
   bool const bSeparate = page.m_nPlanar == PLANARCONFIG_SEPARATE;
@@ -21,23 +20,35 @@ bool QXTiffSamples::Init(TIFF* pTiff, QXTiffPage const& page) {
   m_nStride = bSeparate ? 1 : page.m_nSamples;
   m_nMax = (1u << page.m_nBits) - 1;
   m_nBytesPerPixel = page.HasAlpha() ? 4 : page.IsGrey() ? 1 : 3;
+  if (page.m_nBits < 16) m_arrNarrow.resize(std::size_t{m_nMax} + 1);
+  for (unsigned int i = 0; i < m_arrNarrow.size(); ++i) {
+    m_arrNarrow[i] = static_cast<unsigned char>((i * 255u + m_nMax / 2) / m_nMax);
+  }
   m_bPlainBytes = page.m_nBits == 8 && !bSeparate && !bPalette && page.m_nPhotometric != PHOTOMETRIC_MINISWHITE &&
                   (!page.HasAlpha() || page.m_nExtra == EXTRASAMPLE_UNASSALPHA);
   return !bPalette || ReadPalette(pTiff);
 }
 
-// Entries have 16 bits. Some writers put 8 there, which shows in no entry being larger.
+// Entries have 16 bits. Some writers put 8 there, which shows in no entry being larger; others put 8 into the upper
+// ones and leave the lower ones 0, where white would not be reached.
 bool QXTiffSamples::ReadPalette(TIFF* pTiff) {
   std::uint16_t* arrMaps[3] = {};
   if (!TIFFGetField(pTiff, TIFFTAG_COLORMAP, &arrMaps[0], &arrMaps[1], &arrMaps[2])) return false;
   std::size_t const nEntries = std::size_t{m_nMax} + 1;
-  bool bWide = false;
-  for (auto const* pMap : arrMaps) bWide = bWide || std::any_of(pMap, pMap + nEntries, [](auto n) { return n > 255; });
+  unsigned int nUpper = 0, nLower = 0;
+  for (auto const* pMap : arrMaps) {
+    for (std::size_t i = 0; i < nEntries; ++i) {
+      nUpper |= pMap[i] >> 8;
+      nLower |= pMap[i] & 255u;
+    }
+  }
   m_arrPalette.resize(nEntries * 3);
   for (std::size_t i = 0; i < nEntries; ++i) {
     for (std::size_t c = 0; c < 3; ++c) {
       unsigned int const nValue = arrMaps[2 - c][i];
-      m_arrPalette[i * 3 + c] = bWide ? NarrowChannel(nValue) : static_cast<unsigned char>(nValue);
+      m_arrPalette[i * 3 + c] = nUpper == 0   ? static_cast<unsigned char>(nValue)
+                                : nLower == 0 ? static_cast<unsigned char>(nValue >> 8)
+                                              : NarrowChannel(nValue);
     }
   }
   return true;
@@ -56,15 +67,16 @@ unsigned int QXTiffSamples::Sample(
     std::memcpy(&nValue, pRow + nIndex * 2, 2);
     return nValue;
   }
+  // At most 16 bits that begin within the first of three bytes.
   std::size_t const nBit = nIndex * m_Page.m_nBits;
-  unsigned int nValue = 0;
-  for (std::size_t i = nBit; i < nBit + m_Page.m_nBits; ++i) nValue = nValue << 1 | (pRow[i / 8] >> (7 - i % 8) & 1u);
-  return nValue;
+  unsigned char const* pSample = pRow + nBit / 8;
+  unsigned int const nWindow = pSample[0] * 0x10000u + pSample[1] * 0x100u + pSample[2];
+  return nWindow >> (24 - m_Page.m_nBits - nBit % 8) & m_nMax;
 }
 
 unsigned char QXTiffSamples::Narrow(unsigned int nValue) const {
   if (m_nMax == 255) return static_cast<unsigned char>(nValue);
-  return static_cast<unsigned char>((nValue * 255u + m_nMax / 2) / m_nMax);
+  return m_nMax == 65535 ? NarrowChannel(nValue) : m_arrNarrow[nValue];
 }
 
 void QXTiffSamples::ConvertPixel(
@@ -110,9 +122,26 @@ void QXTiffSamples::ConvertBytes(unsigned char const* pSource, unsigned char* pR
   }
 }
 
+// Values that stand alone: grey and indexes.
+void QXTiffSamples::ConvertValues(
+    unsigned char const* const* arrPlanes, unsigned char* pRow, std::size_t nCount) const {
+  unsigned int const nFlip = m_Page.m_nPhotometric == PHOTOMETRIC_MINISWHITE ? m_nMax : 0;
+  if (m_arrPalette.empty()) {
+    for (std::size_t i = 0; i < nCount; ++i) pRow[i] = Narrow(Sample(arrPlanes, i, 0) ^ nFlip);
+    return;
+  }
+  for (std::size_t i = 0; i < nCount; ++i, pRow += 3) {
+    std::memcpy(pRow, m_arrPalette.data() + std::size_t{Sample(arrPlanes, i, 0)} * 3, 3);
+  }
+}
+
 void QXTiffSamples::Convert(unsigned char const* const* arrPlanes, unsigned char* pRow, std::size_t nCount) const {
   if (m_bPlainBytes) {
     ConvertBytes(arrPlanes[0], pRow, nCount);
+    return;
+  }
+  if (m_nColours == 1 && !m_Page.HasAlpha()) {
+    ConvertValues(arrPlanes, pRow, nCount);
     return;
   }
   for (std::size_t i = 0; i < nCount; ++i) ConvertPixel(arrPlanes, i, pRow + i * m_nBytesPerPixel);

@@ -21,6 +21,9 @@ public:
   /// How many planes the samples lie in: 1, or as many as the colours and alpha where planes are separate.
   unsigned int GetPlanes() const { return m_nPlanes; }
 
+  /// Bytes that may be read behind the last row of a plane, whatever they are.
+  static constexpr QXUInt64 SLACK_BYTES = 2;
+
   /// @param arrPlanes  first byte of the row in each plane
   /// @param pRow       nCount pixels
   void Convert(unsigned char const* const* arrPlanes, unsigned char* pRow, std::size_t nCount) const;
@@ -30,6 +33,7 @@ private:
   unsigned int Sample(unsigned char const* const* arrPlanes, std::size_t nPixel, unsigned int nSample) const;
   unsigned char Narrow(unsigned int nValue) const;
   void ConvertPixel(unsigned char const* const* arrPlanes, std::size_t nPixel, unsigned char* pPixel) const;
+  void ConvertValues(unsigned char const* const* arrPlanes, unsigned char* pRow, std::size_t nCount) const;
   void ConvertBytes(unsigned char const* pSource, unsigned char* pRow, std::size_t nCount) const;
 
   QXTiffPage m_Page;
@@ -39,6 +43,7 @@ private:
   unsigned int m_nBytesPerPixel = 1;
   unsigned int m_nMax = 255;
   bool m_bPlainBytes = false;
+  std::vector<unsigned char> m_arrNarrow;
   std::vector<unsigned char> m_arrPalette;
 };
 
