@@ -15,6 +15,8 @@ namespace {
 
 // Progressive files of cameras and tools have about ten; each costs a walk over the whole picture, even an empty one.
 constexpr int MAX_SCANS = 100;
+// The same in blocks of 8 x 8: about 16 scans of the largest picture, and a few seconds.
+constexpr QXUInt64 MAX_BLOCK_WALKS = 1ULL << 28;
 // Tables and rows, beside what grows with the picture.
 constexpr QXUInt64 WORKING_BYTES = 64u << 20;
 constexpr unsigned int BLOCK_EDGE = 8;
@@ -56,7 +58,10 @@ void OnMessage(j_common_ptr pInfo, int nLevel) {
 void OnOutput(j_common_ptr /*pInfo*/) {}
 
 void OnProgress(j_common_ptr pInfo) {
-  if (DecoderOf(pInfo).m_Info.input_scan_number > MAX_SCANS) OnError(pInfo);
+  jpeg_decompress_struct const& info = DecoderOf(pInfo).m_Info;
+  QXUInt64 const nBlocks = QXUInt64{info.image_width} * info.image_height / (BLOCK_EDGE * BLOCK_EDGE);
+  auto const nScans = static_cast<QXUInt64>(std::max(info.input_scan_number, 0));
+  if (nScans > MAX_SCANS || (nScans > 1 && nScans * nBlocks > MAX_BLOCK_WALKS)) OnError(pInfo);
 }
 
 void OnBeginInput(j_decompress_ptr /*pInfo*/) {}
