@@ -142,6 +142,36 @@ TEST_F(QXKtx2HostLimits, AreThoseOfAllImages) {
   EXPECT_EQ(DecodeFile(path).m_nLength, 0);
 }
 
+TEST_F(QXKtx2HostLimits, CannotPassWhatTheLengthCanSay) {
+  // 32768 x 16384 pixels of one byte are 2^31 bytes decoded. The level is a frame of 4096 blocks of Zstandard, each one
+  // byte 128 KiB times over.
+  Bytes arrLevel = {0x28, 0xB5, 0x2F, 0xFD, 0x00, 0x38};
+  for (std::uint32_t nBlock = 0; nBlock < 4096; ++nBlock) {
+    std::uint32_t const nHead = (nBlock == 4095 ? 1u : 0u) | 1u << 1 | 131072u << 3;
+    for (unsigned int nShift = 0; nShift < 32; nShift += 8)
+      arrLevel.push_back(static_cast<unsigned char>(nHead >> nShift));
+  }
+  Ktx2Maker maker;
+  maker.m_nFormat = 9;
+  maker.m_nWidth = 2;
+  maker.m_nHeight = 1;
+  maker.m_arrLevels = {arrLevel};
+  Bytes arrFile = maker.Make();
+  Store32(arrFile, 20, 32768);
+  Store32(arrFile, 24, 16384);
+  Store32(arrFile, 44, 2);
+  Store64(arrFile, 96, 1u << 29);
+  QXKtx2Limits limits;
+  limits.m_nMaxBytes = 1ULL << 31;
+  ASSERT_TRUE(QXKtx2File().Open(arrFile.data(), arrFile.size(), limits));
+
+  QXC::QXTestFolder const folder;
+  std::string_view const bytes(reinterpret_cast<char const*>(arrFile.data()), arrFile.size());
+  std::filesystem::path const path = folder.Write("x.ktx2", bytes);
+  QXC::QXFileParseToolkit::SetImageLimits(65536, 1ULL << 31);
+  EXPECT_EQ(DecodeFile(path).m_nLength, 0);
+}
+
 TEST(QXKtx2Broken, TextureKeepsWhatItHad) {
   QXC::QXTestFolder const folder;
   QXC::QXBareTexture texture;

@@ -194,6 +194,10 @@ TEST(QXKtx2File, LayersThatTheBytesCannotHoldAreRefused) {
     Store32(arrFile, 32, nLayers);
     EXPECT_TRUE(DecodeBytes(arrFile).empty()) << nLayers;
   }
+  // 2^31 + 1 layers of 30 pictures are 30 again in 32 bits.
+  Bytes arrFile = SampleBytes("etc1s_cube_16_srgb_mip");
+  Store32(arrFile, 32, 0x80000001u);
+  EXPECT_TRUE(DecodeBytes(arrFile).empty());
 }
 
 TEST(QXKtx2File, LengthsOfALevelMustBeThoseOfItsPixels) {

@@ -40,6 +40,20 @@ TEST(QXUnpack, TheStartIsEnoughOnlyWhereItIsAskedFor) {
   }
 }
 
+TEST(QXUnpack, FramesOfZstandardFollowEachOther) {
+  // One that readers skip, one of nothing, and the bytes in two.
+  Bytes arrPacked = {0x50, 0x2A, 0x4D, 0x18, 3, 0, 0, 0, 7, 7, 7};
+  Bytes const arrBytes = CountedBytes(1000);
+  for (std::ptrdiff_t const nEnd : {0, 400, 1000}) {
+    std::ptrdiff_t const nStart = nEnd == 1000 ? 400 : 0;
+    Bytes const arrFrame = PackZstandard(Bytes(arrBytes.begin() + nStart, arrBytes.begin() + nEnd));
+    arrPacked.insert(arrPacked.end(), arrFrame.begin(), arrFrame.end());
+  }
+  EXPECT_EQ(UnpackTo(QXKtx2Scheme::Zstandard, arrPacked, 1000, true), arrBytes);
+  EXPECT_EQ(UnpackTo(QXKtx2Scheme::Zstandard, arrPacked, 1000, false), arrBytes);
+  EXPECT_EQ(UnpackTo(QXKtx2Scheme::Zstandard, arrPacked, 401, false), CountedBytes(401));
+}
+
 TEST(QXUnpack, MoreThanIsPackedIsRefused) {
   for (Scheme const& scheme : g_arrSchemes) {
     for (bool const bWhole : {true, false})
