@@ -172,6 +172,25 @@ TEST(QXBmpReader, FieldsMayStandAnywhereAndHaveAnyWidth) {
   EXPECT_EQ(ReadBytes(TypeOf("a.bmp"), arrBytes), nullptr);
 }
 
+TEST(QXBmpReader, FieldsMayFollowTheHeader) {
+  Bytes arrBytes = WithHeader("bits32-alpha.bmp", 56);
+  arrBytes[14] = 40;
+  ExpectPattern(ReadBytes(TypeOf("a.bmp"), arrBytes).get(), 24, PatternOf("rgb", 8));
+  arrBytes[30] = 6;  // the kind that has alpha among them
+  ExpectPattern(ReadBytes(TypeOf("a.bmp"), arrBytes).get(), 32, PatternOf("rgba", 8));
+}
+
+TEST(QXBmpReader, CodingsThatAreNotKnownAreRefused) {
+  for (int const nCompression : {1, 2, 4, 5, 7, 11}) {
+    Bytes arrBytes = FileBytes("bits24.bmp");
+    arrBytes[30] = static_cast<unsigned char>(nCompression);
+    EXPECT_EQ(ReadBytes(TypeOf("a.bmp"), arrBytes), nullptr) << nCompression;
+  }
+  // In the header of OS/2 this number is no kind of fields.
+  Bytes arrBytes = WithHeader("bits32-alpha.bmp", 64);
+  EXPECT_EQ(ReadBytes(TypeOf("a.bmp"), arrBytes), nullptr);
+}
+
 TEST(QXBmpReader, TheHeightThatHasNoOppositeIsRefused) {
   Bytes arrBytes = FileBytes("bits24.bmp");
   std::fill_n(arrBytes.begin() + 22, 3, static_cast<unsigned char>(0));
