@@ -84,8 +84,9 @@ private:
   int m_nType;
 };
 
-/// An image record with a block of nPixelBytes a pixel, no two neighbouring bytes alike.
-inline QXImageData* MakeFedImage(
+/// An image record with a block of nPixelBytes a pixel, no two neighbouring bytes alike. Never inlined: knowing how short
+/// the block is, g++ 12 suspects its own vector loop of writing past the end.
+[[gnu::noinline]] inline QXImageData* MakeFedImage(
     unsigned int nWidth, unsigned int nHeight, unsigned char nBitDepth, unsigned int nPixelBytes) {
   auto* const pImage = new QXImageData;
   pImage->m_nWidth = nWidth;
