@@ -308,6 +308,20 @@ TEST(QXGifPictures, TinyAsTheyAreCountAs256Bytes) {
   EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{1, 767}).GetCount(), 0);
 }
 
+// What lies beyond the canvas is decoded like the rest of the frame: a small file could keep a reader busy for minutes.
+TEST(QXGifPictures, BeyondTheCanvasCountWithAllTheirPixels) {
+  GifBytes const arrBytes = MakeGif(1, 1, {MakeFrame(0, 0, 20, 10, 1), MakeFrame(0, 0, 1, 1, 2)});
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 800 + 256}).GetCount(), 2);
+  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 800 + 255}).GetCount(), 0);
+  // In the still reader the one frame, which covers the canvas and has 3 bytes a pixel then.
+  auto const isRead = [&](QXUInt64 nMaxBytes) {
+    QXImageLimits const limits{16, nMaxBytes};
+    return Image(QXC::detail::ReadGif(arrBytes.data(), arrBytes.size(), limits)) != nullptr;
+  };
+  EXPECT_TRUE(isRead(600));
+  EXPECT_FALSE(isRead(599));
+}
+
 // 40,000 frames of 16 bytes on a canvas of 1 MiB would be 40 GiB.
 TEST(QXGifPictures, AreCountedBeforeTheFirstIsMade) {
   std::vector<GifFrame> const arrFrames(40000, MakeFrame(0, 0, 1, 1, 1));

@@ -151,22 +151,32 @@ bool SkipSubBlocks(QXByteSource& source) {
   }
 }
 
-// How many frames the file begins, without decoding any: what all of them need is known before anything is made.
-QXUInt64 CountFrames(unsigned char const* pBytes, QXUInt64 nSize) {
+// Bytes of a frame beside its pixels, records and blocks: of tiny frames a file can hold hundreds of millions.
+constexpr QXUInt64 LEAST_COST = 256;
+
+// What a frame of that size asks for on a canvas of that many bytes. Pixels beyond the canvas are decoded too, and a few
+// bytes can announce thousands of them.
+QXUInt64 CostOf(QXUInt64 nWidth, QXUInt64 nHeight, QXUInt64 nCanvasBytes) {
+  return std::max({nWidth * nHeight * 4, nCanvasBytes, LEAST_COST});
+}
+
+// What all frames that the file begins ask for, without decoding any: it is known before anything is made.
+QXUInt64 CostOfFrames(unsigned char const* pBytes, QXUInt64 nSize, QXUInt64 nCanvasBytes) {
   constexpr unsigned int HEADER = 13, PACKED = 10, EXTENSION = 0x21, FRAME = 0x2C;
   QXByteSource source(pBytes, nSize);
-  QXUInt64 nCount = 0;
-  if (!source.Skip(HEADER + PaletteBytes(source.Little(PACKED, 1)))) return nCount;
+  QXUInt64 nCost = 0;
+  if (!source.Skip(HEADER + PaletteBytes(source.Little(PACKED, 1)))) return nCost;
   for (;;) {
-    unsigned int const nMark = source.Little(source.GetPosition(), 1);
+    QXUInt64 const nPlace = source.GetPosition();
+    unsigned int const nMark = source.Little(nPlace, 1);
     if (nMark == FRAME) {
-      ++nCount;
+      nCost += CostOf(source.Little(nPlace + 5, 2), source.Little(nPlace + 7, 2), nCanvasBytes);
       // Mark, place and size, packed field, colours, width of the first code.
-      if (!source.Skip(11 + PaletteBytes(source.Little(source.GetPosition() + 9, 1)))) return nCount;
+      if (!source.Skip(11 + PaletteBytes(source.Little(nPlace + 9, 1)))) return nCost;
     } else if (nMark != EXTENSION || !source.Skip(2)) {
-      return nCount;
+      return nCost;
     }
-    if (!SkipSubBlocks(source)) return nCount;
+    if (!SkipSubBlocks(source)) return nCost;
   }
 }
 
@@ -225,16 +235,13 @@ private:
 
 using Pictures = std::vector<std::unique_ptr<QXGeoPicture>>;
 
-// Bytes of a frame beside its pixels, records and blocks: of tiny frames a file can hold hundreds of millions.
-constexpr std::size_t LEAST_COST = 256;
-
 // Empty on failure.
 Pictures ReadPictures(unsigned char const* pBytes, QXUInt64 nSize, unsigned char bFlip, QXImageLimits const& limits) {
   GifFile const file(pBytes, nSize);
   GifFileType* const pGif = file.Get();
   GifCanvas canvas;
   if (!pGif || !canvas.Make(*pGif, limits)) return Pictures();
-  if (CountFrames(pBytes, nSize) > limits.m_nMaxBytes / std::max(canvas.GetBytes(), LEAST_COST)) return Pictures();
+  if (CostOfFrames(pBytes, nSize, canvas.GetBytes()) > limits.m_nMaxBytes) return Pictures();
   Pictures arrPictures;
   FrameControl control;
   while (FindFrame(pGif, control)) {
@@ -257,10 +264,13 @@ QXImageData* ReadGif(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits 
   if (!pGif || !FindFrame(pGif, control) || pGif->SWidth <= 0 || pGif->SHeight <= 0) return nullptr;
 
   bool const bAlpha = control.m_nTransparent != NO_TRANSPARENT_COLOR || !Covers(pGif->Image, *pGif);
+  auto const nFramePixels = static_cast<QXUInt64>(pGif->Image.Width) * static_cast<QXUInt64>(pGif->Image.Height);
+  unsigned int const nBytesPerPixel = bAlpha ? 4 : 3;
+  if (nFramePixels * nBytesPerPixel > limits.m_nMaxBytes) return nullptr;
   QXImageBlock block;
   auto const nWidth = static_cast<QXUInt64>(pGif->SWidth);
   auto const nHeight = static_cast<QXUInt64>(pGif->SHeight);
-  if (!block.Make(nWidth, nHeight, bAlpha ? 4 : 3, limits)) return nullptr;
+  if (!block.Make(nWidth, nHeight, nBytesPerPixel, limits)) return nullptr;
   if (bAlpha) std::memset(block.GetRow(0), 0, block.GetRowBytes() * block.GetHeight());
   if (!ReadFrame(pGif, control.m_nTransparent, block)) return nullptr;
   return block.HandOver();

@@ -13,6 +13,7 @@ namespace detail {
 
 /// The first frame at its place on the full canvas. Of 32 bits where a pixel can be transparent, by the frame's
 /// transparent colour or because the frame leaves canvas uncovered, else of 24. Frames that follow are not looked at.
+/// The limit of bytes holds for the frame's own pixels too, those beyond the canvas among them.
 /// Arguments and result as of ReadImage.
 QXImageData* ReadGif(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits const& limits);
 
@@ -20,8 +21,8 @@ QXImageData* ReadGif(unsigned char const* pBytes, QXUInt64 nSize, QXImageLimits 
 /// before it left there (a frame stays, gives way to nothing or to what it covered). Alpha is 0 or 255; the colour of
 /// clear pixels is black. The centre of each is that of the canvas, its delay the file's, 0 included.
 /// Of a file that breaks off or is damaged the frames before that, if there is one; what stands behind the end mark is
-/// not looked at. The limit of bytes holds for all frames of the file together, at least 256 for each, and before the
-/// first is decoded.
+/// not looked at. The limit of bytes holds for all frames of the file together, before the first is decoded; each counts
+/// as the canvas, as its own pixels where they are more, and as 256 at least.
 /// @param arrPictures  gets the frames, the caller's, behind its elements
 /// @param bFlip        1: the rows of each frame from bottom to top
 /// @return  1, or 0 with the list untouched: no frame, beyond the limits, lack of memory
