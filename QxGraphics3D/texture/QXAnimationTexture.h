@@ -98,7 +98,7 @@ public:
   /// Composes the pictures of an animated file to frames of 4-byte pixels, their edges padded to powers of two, and
   /// builds the table of times; a picture without a delay is shown for 100 milliseconds. Deletes the frame textures
   /// first. m_vecScale tells which part of a frame is picture. Frames are appended to those that were read before:
-  /// ReleaseImgData first replaces them.
+  /// ReleaseImgData first replaces them, their times and a current frame that there is no more.
   /// @param bUnused  not read
   /// @param bFlip    1: the frames upside down
   /// @return  0 for an empty path, a file of another type and when memory is short. Otherwise 1, also where the file

@@ -106,7 +106,11 @@ unsigned char QXAnimationTexture::ReadFrames(QdcUnicodeString const& strPath, un
     vecDelays.push_back(DelayOf(*pPicture));
     vecFrames.push_back(maker.Make(*pPicture));
   }
+  // Times of frames that are gone would be searched behind the new ones, and end in frames that there are not.
+  if (m_arrFrames.empty()) m_mapFrameEndTimes.clear();
   AppendFrames(std::move(vecFrames), vecDelays);
+  // A single frame is shown without a look at the clock, which would bring the index back.
+  if (m_nCurrentFrame >= m_arrFrames.size()) m_nCurrentFrame = 0;
   m_vecScale = maker.GetScale();
   m_strTexFilePath = strPath;
   return 1;

@@ -187,6 +187,29 @@ TEST_F(QXAnimationLoad, BeginsTheTimeAnewButKeepsEarlierFrames) {
   EXPECT_EQ(m_pTexture->m_mapFrameEndTimes, (std::map<unsigned int, unsigned int>{{0, 50}, {1, 200}}));
 }
 
+TEST_F(QXAnimationLoad, ShowsNothingOfEarlierFramesThatWereReleased) {
+  Feed(std::vector<QXGeoPicture*>{MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Red, 1, 1),
+      MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Red, 1, 1)});
+  ASSERT_EQ(Load(), 1);
+  m_pTexture->m_nCurrentFrame = 3;
+  m_pTexture->ReleaseImgData();
+  EXPECT_EQ(m_pTexture->m_mapFrameEndTimes.size(), 4u);
+  auto* const pLong = MakePicture(2, 2, Blue, 1, 1);
+  pLong->SetDelayTime(200);
+  Feed({MakePicture(2, 2, Blue, 1, 1), pLong});
+  ASSERT_EQ(m_pTexture->LoadImageData(L"/nowhere/b.gif", 0, 0), 1);
+  EXPECT_EQ(m_pTexture->m_mapFrameEndTimes, (std::map<unsigned int, unsigned int>{{0, 100}, {1, 2100}}));
+  EXPECT_EQ(m_pTexture->m_nCurrentFrame, 0u);
+  QdcTime::SetClock([] { return 2000u; });
+  m_pTexture->UpdateAnimation();
+  QdcTime::SetClock(nullptr);
+  EXPECT_EQ(m_pTexture->m_nCurrentFrame, 1u);
+  // A current frame that is still there stays.
+  Feed({MakePicture(2, 2, Blue, 1, 1), MakePicture(2, 2, Blue, 1, 1)});
+  ASSERT_EQ(m_pTexture->LoadAnimationImageData(L"/nowhere/c.gif", 0, 0), 1);
+  EXPECT_EQ(m_pTexture->m_nCurrentFrame, 1u);
+}
+
 TEST_F(QXAnimationLoad, LoadsOnlyWithoutAnImage) {
   m_pTexture = std::make_unique<QXBareAnimation>();
   m_pTexture->m_bLoadedImage = 1;
