@@ -56,9 +56,11 @@ QXTextureDataAnimation* ReadFrames(QdcUnicodeString const& strPath) {
   if (QXImgToolkit::ImageGIFToRGBA(*pCanvas, OpaqueAlpha) == 0) return nullptr;
   std::vector<QXTextureData> vecFrames;
   std::vector<unsigned int> vecDelays;
-  for (QXGeoPicture const* pPicture : arrPictures) {
+  for (QXGeoPicture* const pPicture : arrPictures) {
     if (pPicture == nullptr) continue;
     LayOnto(*pCanvas, *pPicture);
+    // All of them at once, frames and images, would need twice the memory.
+    pPicture->SetImage(nullptr);
     vecFrames.push_back(detail::TakeFrame(*detail::QXImageHolder(pCanvas->Clone())));
     vecDelays.push_back(DelayOf(*pPicture));
   }
