@@ -180,6 +180,17 @@ TEST(QXBmpReader, FieldsMayFollowTheHeader) {
   ExpectPattern(ReadBytes(TypeOf("a.bmp"), arrBytes).get(), 32, PatternOf("rgba", 8));
 }
 
+TEST(QXBmpReader, FieldsBesideAPaletteSayNothing) {
+  Bytes arrBytes = Packed(8, {5, 1, 0, 0, 5, 2, 0, 0, 5, 3, 0, 1});
+  arrBytes.insert(arrBytes.begin() + 54, 84, static_cast<unsigned char>(0xFF));
+  arrBytes[10] = 154;
+  arrBytes[14] = 124;
+  ExpectPicture(ReadBytes(TypeOf("a.bmp"), arrBytes).get(), 5, 3, 24, [](int, int y) {
+    int const nGrey = (3 - y) * 80;
+    return Bgra{nGrey, nGrey + 1, nGrey + 2, 255};
+  });
+}
+
 TEST(QXBmpReader, CodingsThatAreNotKnownAreRefused) {
   for (int const nCompression : {1, 2, 4, 5, 7, 11}) {
     Bytes arrBytes = FileBytes("bits24.bmp");

@@ -63,6 +63,8 @@ void ReadMasks(QXByteSource const& source, BmpHeader& header) {
     if (header.m_nBits == 32) header.m_arrMasks = {0xFF, 0xFF00, 0xFF0000, 0xFF000000};
     return;
   }
+  // Newer headers have them beside palettes too, where they say nothing.
+  if (header.m_nBits != 16 && header.m_nBits != 32) return;
   bool const bAlpha = header.m_nCompression == FIELDS_WITH_ALPHA || header.m_nHeaderBytes >= HEADER_WITH_ALPHA;
   header.m_arrMasks = {source.Little(RED + 8, 4), source.Little(RED + 4, 4), source.Little(RED, 4),
       bAlpha ? source.Little(RED + 12, 4) : 0};
