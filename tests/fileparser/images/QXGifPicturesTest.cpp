@@ -294,11 +294,14 @@ TEST(QXGifPictures, EndBeforeAFrameWithoutSize) {
 }
 
 TEST(QXGifPictures, AreNoneBeyondTheLimitOfBytesForAllOfThem) {
-  std::vector<GifFrame> const arrFrames(3, MakeFrame(0, 0, 1, 1, 1));
-  GifBytes const arrBytes = MakeGif(16, 8, arrFrames);
-  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 1536}).GetCount(), 3);
-  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 1535}).GetCount(), 0);
-  EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{15, 1536}).GetCount(), 0);
+  std::vector<GifFrame> arrFrames(3, MakeFrame(0, 0, 1, 1, 1));
+  for (bool const bLocalColours : {false, true}) {
+    for (GifFrame& frame : arrFrames) frame.m_bLocalColours = bLocalColours;
+    GifBytes const arrBytes = MakeGif(16, 8, arrFrames);
+    EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 1536}).GetCount(), 3);
+    EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{16, 1535}).GetCount(), 0);
+    EXPECT_EQ(Pictures(arrBytes, 0, QXImageLimits{15, 1536}).GetCount(), 0);
+  }
 }
 
 // Each costs more than its pixels.
