@@ -126,10 +126,10 @@ QXOgreFrames::QXOgreFrames(QXOgreDevice& device, unsigned char const* pBytes, st
 
 void QXOgreFrames::Advance() {
   unsigned int const nNow = QdcTime::GetMillisecond();
-  // Sums in 64 bits: a program that slept long comes back anywhere in the loop.
-  m_nPlayed = static_cast<unsigned int>((std::uint64_t{m_nPlayed} + (nNow - m_nLastUpdate)) % m_nTotal);
+  // A program that slept long comes back anywhere in the loop.
+  m_nPlayed = (m_nPlayed + (nNow - m_nLastUpdate)) % m_nTotal;
   m_nLastUpdate = nNow;
-  unsigned int nEnd = 0;
+  std::uint64_t nEnd = 0;
   for (std::size_t i = 0; i < m_arrTimes.size(); ++i) {
     nEnd += m_arrTimes[i];
     if (m_nPlayed > nEnd) continue;

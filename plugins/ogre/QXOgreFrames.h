@@ -2,7 +2,7 @@
 /// The frames of an animated image on the device.
 #pragma once
 
-#include <map>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -29,9 +29,11 @@ public:
 private:
   std::vector<std::unique_ptr<QXOgreImage>> m_arrImages;
   std::vector<unsigned int> m_arrTimes;
-  unsigned int m_nTotal;
+  /// In 64 bits, as are all sums of times: a file may have more frames than 32 bits have milliseconds for, and a sum
+  /// that wrapped around to 0 divides nothing.
+  std::uint64_t m_nTotal;
   /// Milliseconds into the loop at m_nLastUpdate.
-  unsigned int m_nPlayed;
+  std::uint64_t m_nPlayed;
   unsigned int m_nLastUpdate;
   std::size_t m_nCurrent;
 };

@@ -119,6 +119,17 @@ TEST_F(QXOgreTextureFrames, FramesFollowEachOtherByTheClockAndBeginAnew) {
   EXPECT_EQ(m_pGraphics3D->GetDrawOperationCount(), 1U);
 }
 
+TEST_F(QXOgreTextureFrames, FramesOfMoreThan49DaysPlay) {
+  // 5 * 2^32 milliseconds: counted in 32 bits the whole would last no time at all.
+  g_arrFrames.assign(32768, {1, 1, 0.5, 0.5, 65535, {0, 0, 255, 255}});
+  g_arrFrames.push_back({1, 1, 0.5, 0.5, 32768, {0, 255, 0, 255}});
+  QXTexture* const pTexture = MakeAnimated();
+  ASSERT_EQ(pTexture->IsLoaded(), 1) << Reason();
+  DrawTextured(pTexture);
+  EXPECT_EQ(At(0), RED_PIXEL);
+  EXPECT_EQ(At(4000000000U), RED_PIXEL);
+}
+
 TEST_F(QXOgreTextureFrames, AllDrawablesOfAFrameShowTheSame) {
   g_arrFrames = {{1, 1, 0.5, 0.5, 10, {0, 0, 255, 255}}, {1, 1, 0.5, 0.5, 10, {0, 255, 0, 255}}};
   QXTexture* const pTexture = MakeAnimated();
