@@ -164,10 +164,12 @@ std::unique_ptr<QXC::QXIndexPackage> MakeIndices(std::vector<unsigned int> const
   return pPackage;
 }
 
-/// Formats without materials get one that the importer made up; its grey is nobody's choice.
-bool IsMadeUp(QXC::QdcUnicodeString const& strName) {
-  return strName.IsEmpty() || strName == L"DefaultMaterial" || strName == L"%%%DEFAULT" ||
-         strName == L"$ColladaAutoName$_0" || strName == L"DefaultPLYMaterial";
+/// Formats without materials get one that the importer made up; its grey is nobody's choice. In glTF, whose made-up
+/// material is white and whose materials need no names, any other colour was chosen.
+bool IsMadeUp(QXC::QdcUnicodeString const& strName, aiColor4D const& color, bool bGltf) {
+  if (strName.IsEmpty()) return !bGltf || color == aiColor4D(1.0f, 1.0f, 1.0f, 1.0f);
+  return strName == L"DefaultMaterial" || strName == L"%%%DEFAULT" || strName == L"$ColladaAutoName$_0" ||
+         strName == L"DefaultPLYMaterial";
 }
 
 void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMesh& mesh) {
@@ -177,7 +179,7 @@ void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMes
   aiColor4D color(1.0f, 1.0f, 1.0f, 1.0f);
   bool const bColor = material.Get(AI_MATKEY_BASE_COLOR, color) == aiReturn_SUCCESS ||
                       material.Get(AI_MATKEY_COLOR_DIFFUSE, color) == aiReturn_SUCCESS;
-  if (!bColor || IsMadeUp(mesh.m_strMaterialName)) return;
+  if (!bColor || IsMadeUp(mesh.m_strMaterialName, color, bLinearColors)) return;
   float fOpacity = 1.0f;
   material.Get(AI_MATKEY_OPACITY, fOpacity);
   // Exporters disagree on which end of the scale is clear; what nobody could see was meant to be solid.

@@ -75,7 +75,8 @@ Assimp::IOStream* QXModelFolder::Open(char const* szFile, char const* szMode) {
   std::string strError;
   if (!ReadModelBytes(strPath, vecBytes, strError) || vecBytes.size() > m_nRemaining) return nullptr;
   m_nRemaining -= vecBytes.size();
-  if (std::filesystem::path(strPath).extension() == ".mtl") m_Maps.TakeOptions(vecBytes);
+  std::string const strEnding = std::filesystem::path(strPath).extension().string();
+  if (strEnding == ".mtl" || strEnding == ".MTL") m_Maps.TakeOptions(vecBytes);
   return new MemoryStream(std::move(vecBytes));
 }
 

@@ -1,6 +1,7 @@
 #include <plugins/assimp/QXMtlMaps.h>
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -23,6 +24,12 @@ std::string_view TakeWord(std::string_view& strText) {
   std::string_view const strWord = strText.substr(0, nEnd);
   strText = nEnd == std::string_view::npos ? std::string_view() : Trim(strText.substr(nEnd));
   return strWord;
+}
+
+/// As the importer reads keys: in any case.
+bool IsKey(std::string_view strWord, std::string_view strKey) {
+  return std::equal(strWord.begin(), strWord.end(), strKey.begin(), strKey.end(),
+      [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; });
 }
 
 bool ReadNumber(std::string_view strWord, float& fValue) {
@@ -60,8 +67,12 @@ void QXMtlMaps::TakeOptions(std::vector<unsigned char>& vecBytes) {
 std::string QXMtlMaps::RewriteLine(std::string const& strLine) {
   std::string_view strRest = Trim(strLine);
   std::string_view const strKey = TakeWord(strRest);
-  if (strKey == "newmtl") m_strMaterial = strRest;
-  if (strKey != "map_Kd" || strRest.empty() || strRest.front() != '-') return strLine;
+  if (strKey == "newmtl") {
+    m_strMaterial = strRest;
+    m_mapColors.try_emplace(m_strMaterial, false);
+  }
+  if (IsKey(strKey, "kd")) m_mapColors[m_strMaterial] = true;
+  if (!IsKey(strKey, "map_kd") || strRest.empty() || strRest.front() != '-') return strLine;
   QXMtlTransform transform;
   bool bTransform = false;
   std::string strClamp;
@@ -84,6 +95,11 @@ std::string QXMtlMaps::RewriteLine(std::string const& strLine) {
 QXMtlTransform const* QXMtlMaps::Find(std::string const& strMaterial) const {
   auto const itFound = m_mapTransforms.find(strMaterial);
   return itFound == m_mapTransforms.end() ? nullptr : &itFound->second;
+}
+
+bool QXMtlMaps::IsColorless(std::string const& strMaterial) const {
+  auto const itFound = m_mapColors.find(strMaterial);
+  return itFound != m_mapColors.end() && !itFound->second;
 }
 
 }  // namespace QXAssimp

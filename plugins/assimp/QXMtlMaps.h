@@ -24,12 +24,16 @@ public:
 
   /// Null for a material without scale and offset.
   QXMtlTransform const* Find(std::string const& strMaterial) const;
+  /// Whether the file gives a material no colour; the importer makes up a grey one then.
+  bool IsColorless(std::string const& strMaterial) const;
 
 private:
   std::string RewriteLine(std::string const& strLine);
 
   std::string m_strMaterial;
   std::map<std::string, QXMtlTransform> m_mapTransforms;
+  /// Whether each material has a colour; one that comes twice is one.
+  std::map<std::string, bool> m_mapColors;
 };
 
 }  // namespace QXAssimp

@@ -101,11 +101,17 @@ void SetAlpha(aiMaterial const& material, QXC::QXModelTexture& texture) {
   if (std::isfinite(fCutoff)) texture.m_dAlphaCutoff = static_cast<double>(fCutoff);
 }
 
-/// Modelling programs leave black under a picture where it shall stand alone, and their own formats mean it so with
-/// any colour.
-bool ReplacesColor(aiMaterial const& material, int nType) {
+std::string GetName(aiMaterial const& material) {
+  aiString strName;
+  material.Get(AI_MATKEY_NAME, strName);
+  return strName.C_Str();
+}
+
+/// Modelling programs leave black, or no colour at all, under a picture where it shall stand alone, and their own
+/// formats mean it so with any colour.
+bool ReplacesColor(aiMaterial const& material, int nType, QXMtlMaps const& maps) {
   if (IsGltf(nType)) return false;
-  if (nType != QXC::QXFileType::EM_MODEL_OBJ) return true;
+  if (nType != QXC::QXFileType::EM_MODEL_OBJ || maps.IsColorless(GetName(material))) return true;
   aiColor4D color(1.0f, 1.0f, 1.0f, 1.0f);
   material.Get(AI_MATKEY_COLOR_DIFFUSE, color);
   return color.r == 0.0f && color.g == 0.0f && color.b == 0.0f;
@@ -120,9 +126,7 @@ QXPictureCollector::QXPictureCollector(
 /// The identity without a transform, and where one gives no numbers.
 QXMatrix4d QXPictureCollector::MakeTransform(aiMaterial const& material, int nTextureType) const {
   aiUVTransform transform;
-  aiString strMaterial;
-  material.Get(AI_MATKEY_NAME, strMaterial);
-  if (QXMtlTransform const* pOptions = m_Maps.Find(strMaterial.C_Str())) {
+  if (QXMtlTransform const* pOptions = m_Maps.Find(GetName(material))) {
     transform.mScaling = aiVector2D(pOptions->m_fScale[0], pOptions->m_fScale[1]);
     transform.mTranslation = aiVector2D(pOptions->m_fOffset[0], pOptions->m_fOffset[1]);
   } else if (material.Get(_AI_MATKEY_UVTRANSFORM_BASE, static_cast<unsigned int>(nTextureType), 0, transform) !=
@@ -146,7 +150,7 @@ QXC::QXModelTexture QXPictureCollector::Collect(aiMaterial const& material, unsi
     texture.m_eWrapU = MakeWrap(material, _AI_MATKEY_MAPPINGMODE_U_BASE, eType);
     texture.m_eWrapV = MakeWrap(material, _AI_MATKEY_MAPPINGMODE_V_BASE, eType);
     texture.m_matTransform = MakeTransform(material, eType);
-    texture.m_bReplacesColor = ReplacesColor(material, m_nType) ? 1 : 0;
+    texture.m_bReplacesColor = ReplacesColor(material, m_nType, m_Maps) ? 1 : 0;
     SetAlpha(material, texture);
     break;
   }

@@ -84,6 +84,12 @@ std::string FindPicture(std::string const& strFolder, std::string const& strName
   fs::path const bare = fs::path(strPlain).filename();
   for (fs::path const& path : {FindNoCase(folder, strPlain), FindNoCase(folder, bare)})
     if (!path.empty() && IsFile(path)) return path.string();
+  // Importers hand on the comment that stands behind a name.
+  if (std::size_t const nComment = strName.find(" #"); nComment != std::string::npos) {
+    std::size_t const nEnd = strName.find_last_not_of(' ', nComment);
+    std::string const strPath = FindPicture(strFolder, strName.substr(0, nEnd == std::string::npos ? 0 : nEnd + 1));
+    if (IsFile(strPath)) return strPath;
+  }
   return (folder / strSlashes).string();
 }
 

@@ -54,6 +54,23 @@ TEST(QXMtlMaps, OtherOptionsGoAndClampStays) {
   EXPECT_EQ(maps.Find("a"), nullptr);
 }
 
+TEST(QXMtlMaps, KeysAreReadInAnyCase) {
+  QXMtlMaps maps;
+  EXPECT_EQ(Take(maps, "newmtl a\nmap_kd -s 2 2 a.png\nnewmtl b\nMAP_KD -o 1 b.png\nKD 1 1 1"),
+      "newmtl a\nmap_Kd a.png\nnewmtl b\nmap_Kd b.png\nKD 1 1 1");
+  EXPECT_NE(maps.Find("a"), nullptr);
+  EXPECT_NE(maps.Find("b"), nullptr);
+  EXPECT_FALSE(maps.IsColorless("b"));
+}
+
+TEST(QXMtlMaps, MaterialsWithoutAColorAreKnown) {
+  QXMtlMaps maps;
+  Take(maps, "newmtl a\nKa 1 1 1\nmap_Kd a.png\nnewmtl b\nmap_Kd b.png\n  Kd 0.5 0.5 0.5\nnewmtl b\nNs 10\n");
+  EXPECT_TRUE(maps.IsColorless("a"));
+  EXPECT_FALSE(maps.IsColorless("b"));
+  EXPECT_FALSE(maps.IsColorless("c"));
+}
+
 TEST(QXMtlMaps, BrokenLinesEnd) {
   QXMtlMaps maps;
   EXPECT_EQ(Take(maps, "map_Kd -s"), "map_Kd ");

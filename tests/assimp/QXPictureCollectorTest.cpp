@@ -115,6 +115,20 @@ TEST(QXPictureCollector, BlackUnderAPictureIsNoColor) {
   EXPECT_EQ(ReadObj(folder, MakeSignMtl("quarters.png", "0 0 1"))->GetMesh(0)->m_Texture.m_bReplacesColor, 0);
 }
 
+TEST(QXPictureCollector, NoColorUnderAPictureDoesNotDarkenIt) {
+  QXTestFolder const folder;
+  QXC::QXModelTexture const bare = ReadObj(folder, "newmtl sign\nmap_Kd quarters.png\n")->GetMesh(0)->m_Texture;
+  EXPECT_EQ(bare.m_nImage, 0);
+  EXPECT_EQ(bare.m_bReplacesColor, 1);
+}
+
+TEST(QXPictureCollector, OptionsAreReadInFilesNamedInCapitals) {
+  QXTestFolder const folder;
+  folder.Write("SIGN.MTL", "newmtl sign\nKd 1 1 1\nmap_Kd -s 2 4 quarters.png\n");
+  auto const pModel = Read(QXFileType::EM_MODEL_OBJ, ToBytes(MakeSignObj("SIGN.MTL")), folder.Path());
+  ExpectPictureAt(*pModel, 4.0, 4.0, 2.0, -3.0);
+}
+
 TEST(QXPictureCollector, MissingFileIsToldByItsName) {
   QXTestFolder const folder;
   auto const pModel = ReadObj(folder, MakeSignMtl("tex\\gone.png"));
@@ -181,6 +195,22 @@ TEST(QXPictureCollector, GltfWrapModes) {
   EXPECT_EQ(texture.m_eWrapU, QXC::QX_WRAP_CLAMP);
   EXPECT_EQ(texture.m_eWrapV, QXC::QX_WRAP_MIRROR);
   EXPECT_EQ(ReadGltf(QXGltfSign())->GetMesh(0)->m_Texture.m_eWrapU, QXC::QX_WRAP_REPEAT);
+}
+
+TEST(QXPictureCollector, GltfColorOfAMaterialWithoutANameIsMultiplied) {
+  auto const read = [](std::string const& strFactor) {
+    QXGltfSign sign;
+    sign.m_strTextureInfo = R"(},"baseColorFactor":)" + strFactor + R"(,"extras":{)";
+    std::string strText = MakeSignGltf(sign);
+    std::string const strName = R"("name":"sign",)";
+    strText.erase(strText.find(strName), strName.size());
+    return Read(QXFileType::EM_MODEL_GLTF, ToBytes(strText));
+  };
+  auto const pRed = read("[1,0,0,0.5]");
+  EXPECT_EQ(pRed->GetMesh(0)->m_bBaseColorSet, 1);
+  EXPECT_EQ(pRed->GetMesh(0)->m_BaseColor.g, 0.0);
+  EXPECT_EQ(pRed->GetMesh(0)->m_BaseColor.a, 0.5);
+  EXPECT_EQ(read("[1,1,1,1]")->GetMesh(0)->m_bBaseColorSet, 0) << "the same as no material";
 }
 
 TEST(QXPictureCollector, GltfSecondCoordinateSet) {

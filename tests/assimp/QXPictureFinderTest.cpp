@@ -65,6 +65,16 @@ TEST(QXPictureFinder, OnlyRegularFilesAreFound) {
   EXPECT_EQ(FindPicture(folder.Path(), "gone\\wall.png"), folder.Path("gone/wall.png"));
 }
 
+TEST(QXPictureFinder, CommentBehindANameIsPassedOverUnlessItBelongsToTheName) {
+  QXTestFolder const folder;
+  folder.Write("wall.png", "x");
+  EXPECT_EQ(FindPicture(folder.Path(), "wall.png  # the north side"), folder.Path("wall.png"));
+  EXPECT_EQ(FindPicture(folder.Path(), "gone.png #1"), folder.Path("gone.png #1"));
+  EXPECT_EQ(FindPicture(folder.Path(), " #"), folder.Path(" #"));
+  folder.Write("wall.png #2", "x");
+  EXPECT_EQ(FindPicture(folder.Path(), "wall.png #2"), folder.Path("wall.png #2"));
+}
+
 TEST(QXPictureFinder, CarriedPicturesGetNoPath) {
   QXTestFolder const folder;
   folder.Write("wall.png", "x");
