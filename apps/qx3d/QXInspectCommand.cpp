@@ -213,7 +213,8 @@ private:
       return TakeReason();
     QXC::QXImageData const* pFirst = frames.m_arrPictures[0]->GetImage();
     if (pFirst == nullptr) return TakeReason();
-    int nTotal = 0;
+    // The delays of a long animation have no place in 32 bits.
+    QXInt64 nTotal = 0;
     std::string strDelays;
     std::size_t nTransparent = 0;
     for (QXC::QXGeoPicture const* pPicture : frames.m_arrPictures) {

@@ -4,15 +4,23 @@
 #include <apps/qx3d/QXViewCommand.h>
 #include <apps/qx3d/QXViewOptions.h>
 
+#include <cstdio>
 #include <exception>
 #include <new>
+
+/// Whether what was printed arrived: the disk behind a redirection may be full.
+static int FinishOutput(int nExitStatus) {
+  if (nExitStatus != 0 || (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)) return nExitStatus;
+  QXApp::PrintFailure("the output cannot be written; make room on its disk or send it elsewhere");
+  return 1;
+}
 
 int main(int nArguments, char** pszArguments) {
   try {
     QXApp::QXCommandLine const commandLine = QXApp::ParseCommandLine(nArguments, pszArguments);
     if (!commandLine.m_bRun) return commandLine.m_nExitStatus;
-    if (!commandLine.m_strImage.empty()) return QXApp::RunInspect(commandLine.m_strImage);
-    return QXApp::RunView(commandLine.m_Options);
+    if (!commandLine.m_strImage.empty()) return FinishOutput(QXApp::RunInspect(commandLine.m_strImage));
+    return FinishOutput(QXApp::RunView(commandLine.m_Options));
   } catch (std::bad_alloc const&) {
     QXApp::PrintFailure("there is not enough memory; try a smaller model or picture");
   } catch (std::exception const& exception) {
