@@ -166,10 +166,11 @@ std::string QXModelPictures::Picture::LoadFile(QdcUnicodeString const& strPath) 
 }
 
 std::string QXModelPictures::Picture::LoadBytes(unsigned char const* pBytes, QXUInt64 nSize) {
-  if (QXC::QXFileParseToolkit::GetFileTypeByContent(pBytes, nSize) == QXFileType::EM_IMAGE_GIF)
-    return LoadAnimation(pBytes, nSize);
+  int const nType = QXC::QXFileParseToolkit::GetFileTypeByContent(pBytes, nSize);
+  if (nType == QXFileType::EM_IMAGE_GIF) return LoadAnimation(pBytes, nSize);
   QXC::QdcArray<QXC::QXImageData*> arrImages;
-  if (QXC::QXFileParseToolkit::GetImageDataFromMemory(pBytes, nSize, arrImages) == 0) return TakeReason();
+  if (QXC::QXFileParseToolkit::GetImageDataFromMemory(pBytes, nSize, arrImages) == 0)
+    return nType < 0 ? "unknown kind of picture; readable are" + ListImageKinds() : TakeReason();
   Pixels pixels;
   if (arrImages.GetSize() > 0 && arrImages[0] != nullptr) pixels = TakePixels(*arrImages[0]);
   for (QXC::QXImageData* pImage : arrImages) Dispose(pImage);

@@ -63,9 +63,15 @@ unsigned int GetIndex(QXC::QXIndexPackage const& package, unsigned int i) {
   return package.m_nIndexType == 1 ? package.GetIndices32()[i] : package.GetIndices16()[i];
 }
 
+/// So many transparent placements have a drawable of their own, by which the renderer sorts them; a forest of more is
+/// not worth as many draw operations.
+constexpr int MaxSortedParts = 1000;
+
 /// What the triangles of one drawable have in common; opaque ones come first.
 struct PartKey {
   bool m_bTransparent = false;
+  /// Number of a transparent placement, MaxSortedParts for all further ones and for what is opaque.
+  int m_nPlacement = MaxSortedParts;
   QXTextureKey m_Texture;
 
   // The check takes the zero inside the comparison that the compiler writes for a pointer.
@@ -79,17 +85,22 @@ public:
 
   void AddNode(QXC::QXModelMesh const& mesh, QXC::QXMatrix4d const& matWorld) {
     QXTextureChoice const texture(mesh, m_Pictures);
-    PartKey const key = {m_Colors.IsTransparent(mesh) || texture.IsTransparent(), texture.GetKey()};
-    QXVertexCollector& collector = m_mapCollectors[key];
     QXC::QXVertexDataPackage const& package = *mesh.m_pVertexPackage;
-    if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices) Close(key, collector);
+    PartKey key = {m_Colors.IsTransparent(mesh) || texture.IsTransparent(), MaxSortedParts, texture.GetKey()};
+    bool const bSorted = key.m_bTransparent && m_nSortedParts < MaxSortedParts;
+    if (bSorted) key.m_nPlacement = m_nSortedParts++;
+    Part& part = m_mapParts[key];
+    QXVertexCollector& collector = part.m_Collector;
+    // The zero of its coordinates is the place that the renderer sorts by.
+    part.m_vecOrigin = bSorted ? mesh.m_Bounds.GetCenter().MultiplyMatrix(matWorld) : m_Scene.m_vecOrigin;
+    if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices) Close(key, part);
     NormalTransform const normals(matWorld);
     unsigned int const nBase = collector.GetVertexCount();
     for (unsigned int i = 0; i < package.m_nVertexNum; ++i) {
       QXVector3d const vecPosition = Transform(package.m_pVertices + 3 * std::size_t{i}, matWorld);
       QXVector3d const vecNormal = normals.Apply(package.m_pNormals + 3 * std::size_t{i});
       collector.AddVertex(
-          vecPosition - m_Scene.m_vecOrigin, vecNormal, m_Colors.GetColor(mesh, i, vecPosition, vecNormal));
+          vecPosition - part.m_vecOrigin, vecNormal, m_Colors.GetColor(mesh, i, vecPosition, vecNormal));
       if (key.m_Texture.m_nImage < 0) continue;
       QXVector3d const vecPicture = texture.GetTexCoord(i);
       collector.AddTexCoord(vecPicture.x, vecPicture.y);
@@ -100,10 +111,15 @@ public:
   }
 
   void Finish() {
-    for (auto& [key, collector] : m_mapCollectors) Close(key, collector);
+    for (auto& [key, part] : m_mapParts) Close(key, part);
   }
 
 private:
+  struct Part {
+    QXVertexCollector m_Collector;
+    QXVector3d m_vecOrigin;
+  };
+
   void AddTriangles(
       QXC::QXIndexPackage const& package, unsigned int nBase, bool bMirrored, QXVertexCollector& collector) {
     unsigned int const nCount = static_cast<unsigned int>(package.m_nIndexNum) / 3;
@@ -115,21 +131,22 @@ private:
     m_Scene.m_nTriangles += nCount;
   }
 
-  void Close(PartKey const& key, QXVertexCollector& collector) {
-    if (collector.IsEmpty()) return;
+  void Close(PartKey const& key, Part& part) {
+    if (part.m_Collector.IsEmpty()) return;
     std::unique_ptr<QXC::QXTexturePackage> pTexture;
     if (key.m_Texture.m_nImage >= 0) {
       pTexture = std::make_unique<QXC::QXTexturePackage>();
       pTexture->m_strTextureName = QXC::QdcUnicodeString::FromUTF8(m_Pictures.GetTextureName(key.m_Texture).c_str());
     }
     m_Scene.m_vecParts.push_back(
-        {collector.Finish(m_Scene.m_vecOrigin, std::move(pTexture)), key.m_bTransparent, key.m_Texture});
+        {part.m_Collector.Finish(part.m_vecOrigin, std::move(pTexture)), key.m_bTransparent, key.m_Texture});
   }
 
   QXModelPictures const& m_Pictures;
   QXScene& m_Scene;
   QXModelColors m_Colors;
-  std::map<PartKey, QXVertexCollector> m_mapCollectors;
+  std::map<PartKey, Part> m_mapParts;
+  int m_nSortedParts = 0;
 };
 
 /// A place on one axis with the area of the triangle that lies there.

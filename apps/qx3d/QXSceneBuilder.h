@@ -18,7 +18,7 @@ class ModelDataInfo;
 namespace QXApp {
 
 /// One drawable: what to hand to QXRenderOperation3D::SetRenderOperationMultiIndex. Its vertices stand relative to its
-/// model matrix, a shift to the scene's middle.
+/// model matrix: a shift to the scene's middle, or to its own where it is transparent.
 struct QXScenePart {
   std::unique_ptr<QXC::QXRenderOperationMultiIndex> m_pOperation;
   bool m_bTransparent = false;
@@ -45,7 +45,8 @@ struct QXScene {
 
 /// Merges all placed meshes into drawables with one index range each, colours in the vertices: the number of draw
 /// operations follows the size of a model and not the number of its meshes and materials. Opaque and transparent
-/// triangles never share a drawable, nor do triangles with different textures.
+/// triangles never share a drawable, nor do triangles with different textures. Of transparent meshes each placement has
+/// a drawable, up to a thousand of them, so that the renderer blends them from back to front.
 ///
 /// Pictures: their transforms and mirrored repetitions go into the texture coordinates. A texture repeats or keeps to
 /// its edge on both axes alike; where a mesh asks for one of each, the axis decides on which it leaves the picture.

@@ -331,6 +331,20 @@ TEST(QXProgram, InspectListsFramesWithTheirDelays) {
   EXPECT_NE(strTwo.find("transparency       64 of 128 pixels\n"), std::string::npos) << strTwo;
 }
 
+TEST(QXProgram, InspectAddsDelaysUpBeyond32Bits) {
+  Folder const folder;
+  std::string const strLong = Inspect(folder, folder.Write("long.gif", MakeGif(std::vector<int>(4000, 1), 65535)));
+  EXPECT_NE(strLong.find("frames             4000, 2621400000 ms in all\n"), std::string::npos);
+}
+
+TEST(QXProgram, OutputThatIsLostIsAFailure) {
+  Folder const folder;
+  ProgramRun const run =
+      RunProgram(folder, "inspect " + Quote(QXAssimp::ModelPath("quarters.png")), "sh -c '\"$0\" \"$@\" > /dev/full'");
+  EXPECT_EQ(run.m_nExitStatus, 1);
+  EXPECT_NE(run.m_strError.find("cannot be written; "), std::string::npos) << run.m_strError;
+}
+
 TEST(QXProgram, StatsDoNotMeasureByAClockOfSteps) {
   Folder const folder;
   std::string const strModel = WriteSign(folder, "three.gif");
@@ -490,6 +504,27 @@ TEST(QXProgramWithDevice, TransformsAndWrapModesOfGltfAreSeen) {
   // A quarter turn of the coordinates against the clock, about the corner at the top left: (u, v) becomes (v, -u).
   sign.m_strTextureInfo = R"(,"extensions":{"KHR_texture_transform":{"rotation":1.5707963}})";
   EXPECT_EQ(read(), "blue red white green");
+}
+
+TEST(QXProgramWithDevice, PanesAreBlendedFromBackToFront) {
+  // Two of them one behind the other, in both orders of the file.
+  for (bool const bRedFirst : {true, false}) {
+    Folder const folder;
+    folder.Write("panes.mtl", "newmtl red\nKd 1 0 0\nd 0.7\nnewmtl blue\nKd 0 0 1\nd 0.7\n");
+    std::string strModel = "mtllib panes.mtl\nv 0 0 0\nv 4 0 0\nv 4 0 4\nv 0 0 4\nv 0 1 0\nv 4 1 0\nv 4 1 4\nv 0 1 4\n";
+    std::string const strRed = "o red\nusemtl red\nf 1 2 3 4\n";
+    std::string const strBlue = "o blue\nusemtl blue\nf 5 6 7 8\n";
+    strModel += bRedFirst ? strRed + strBlue : strBlue + strRed;
+    ProgramRun const run = RunProgram(folder,
+        "view " + Quote(folder.Write("panes.obj", strModel)) +
+            " --up z --renderer ogre --no-ground --size 64x64 --eye 2,-20,2 --look 2,0,2 --out " +
+            Quote(folder.Path("out.png")),
+        WithDisplay);
+    EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+    QXPicture const picture = ReadPicture(folder.Path("out.png"));
+    unsigned char const* p = picture.m_vecPixels.data() + 3 * (32 * static_cast<std::size_t>(picture.m_nWidth) + 32);
+    EXPECT_GT(p[0], p[2] + 50) << "the red pane is the nearer one";
+  }
 }
 
 TEST(QXProgramWithDevice, Ktx2BlocksCoverAModel) {

@@ -88,18 +88,37 @@ TEST(QXSceneBuilder, NormalsStayUprightUnderUnevenScaling) {
   EXPECT_NEAR(p[2], 2.0 / std::sqrt(5.0), 1e-6);
 }
 
-TEST(QXSceneBuilder, TransparentMeshesHaveADrawableOfTheirOwn) {
+TEST(QXSceneBuilder, TransparentPlacementsHaveDrawablesOfTheirOwn) {
   QXC::ModelDataInfo model;
   model.AddMesh(QXC::MakeTriangle());
   QXC::QXModelMesh* pGlass = QXC::MakeTriangle();
   pGlass->m_bBaseColorSet = 1;
   pGlass->m_BaseColor = QXC::QXColorValue3D(1.0, 1.0, 1.0, 0.5);
   model.AddMesh(pGlass);
-  for (int i = 0; i < 4; ++i) model.AddNode(QXC::MakeNode(i % 2, 0.0, 0.0, 0.0));
+  for (int i = 0; i < 4; ++i) model.AddNode(QXC::MakeNode(i % 2, 10.0 * i, 0.0, 0.0));
   QXScene const scene = BuildScene(model);
-  ASSERT_EQ(scene.m_vecParts.size(), 2u);
+  ASSERT_EQ(scene.m_vecParts.size(), 3u);
   EXPECT_FALSE(scene.m_vecParts[0].m_bTransparent);
-  EXPECT_TRUE(scene.m_vecParts[1].m_bTransparent);
+  for (std::size_t i = 1; i < 3; ++i) {
+    EXPECT_TRUE(scene.m_vecParts[i].m_bTransparent);
+    // The renderer sorts by the zero of the coordinates.
+    double const dLeft = 20.0 * static_cast<double>(i) - 10.0;
+    QXVector3d const vecZero = QXVector3d().MultiplyMatrix(*Part(scene, i).GetMatrix());
+    EXPECT_LT((vecZero - QXVector3d(dLeft + 1.0, 1.5, 0.5)).Length(), 1e-6);
+    EXPECT_LT((Position(Part(scene, i), 0) - QXVector3d(dLeft, 0.0, 0.0)).Length(), 1e-6);
+  }
+}
+
+TEST(QXSceneBuilder, ThousandsOfTransparentPlacementsShareADrawable) {
+  QXC::ModelDataInfo model;
+  QXC::QXModelMesh* pGlass = QXC::MakeTriangle();
+  pGlass->m_bBaseColorSet = 1;
+  pGlass->m_BaseColor = QXC::QXColorValue3D(1.0, 1.0, 1.0, 0.5);
+  model.AddMesh(pGlass);
+  for (int i = 0; i < 5000; ++i) model.AddNode(QXC::MakeNode(0, i, 0.0, 0.0));
+  QXScene const scene = BuildScene(model);
+  EXPECT_EQ(scene.m_vecParts.size(), 1001u);
+  EXPECT_EQ(scene.m_nTriangles, 5000u);
 }
 
 /// Adds a triangle with a picture; its coordinates are (0, 0), (0.5, 0), (0, 0.25).
