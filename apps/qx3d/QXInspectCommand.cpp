@@ -23,10 +23,6 @@ namespace {
 using QXC::QdcUnicodeString;
 using QXC::QXFileType;
 
-std::string Narrow(QdcUnicodeString const& strText) {
-  return strText.ToMBString().Cstr();
-}
-
 /// Extension of a type, the way in which people know it.
 std::string NameType(int nType) {
   std::string const strName = Narrow(QXFileType::FileTypeToExtName(nType));

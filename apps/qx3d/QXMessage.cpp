@@ -6,6 +6,10 @@
 
 namespace QXApp {
 
+std::string Narrow(QXC::QdcUnicodeString const& strText) {
+  return strText.ToMBString().Cstr();
+}
+
 std::string MakeOneLine(std::string strText) {
   for (char& c : strText)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = ' ';
@@ -16,7 +20,7 @@ std::string ListImageKinds() {
   QXC::QdcArray<QXC::QdcUnicodeString> arrExtNames;
   QXC::QXFileType::GetImageExtNames(arrExtNames);
   std::string strList;
-  for (QXC::QdcUnicodeString const& strExt : arrExtNames) strList += std::string(" ") + strExt.ToMBString().Cstr();
+  for (QXC::QdcUnicodeString const& strExt : arrExtNames) strList += " " + Narrow(strExt);
   return strList;
 }
 

@@ -2,9 +2,14 @@
 /// What the program tells a person.
 #pragma once
 
+#include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+
 #include <string>
 
 namespace QXApp {
+
+/// As UTF-8.
+std::string Narrow(QXC::QdcUnicodeString const& strText);
 
 /// A text without control characters: names of files may hold line ends, and sequences that a terminal obeys.
 std::string MakeOneLine(std::string strText);

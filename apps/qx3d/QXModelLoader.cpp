@@ -1,5 +1,7 @@
 #include <apps/qx3d/QXModelLoader.h>
 
+#include <apps/qx3d/QXMessage.h>
+
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParamsManager.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseManager.h>
@@ -17,10 +19,6 @@ namespace QXApp {
 namespace {
 
 using QXC::QdcUnicodeString;
-
-std::string Narrow(QdcUnicodeString const& strText) {
-  return strText.ToMBString().Cstr();
-}
 
 std::string ListReadable() {
   QXC::QdcArray<QdcUnicodeString> arrExtNames;

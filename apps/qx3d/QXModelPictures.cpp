@@ -28,10 +28,6 @@ using QXC::QXFileType;
 /// Every device takes textures of this edge, and a picture of twice the edge has a gigabyte.
 constexpr unsigned int MaxEdge = 8192;
 
-std::string Narrow(QdcUnicodeString const& strText) {
-  return strText.ToMBString().Cstr();
-}
-
 /// 4-byte pixels, blue, green, red, alpha, top row first.
 struct Pixels {
   unsigned int m_nWidth = 0;

@@ -1,5 +1,6 @@
 #include <apps/qx3d/QXRendererSession.h>
 
+#include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneBuilder.h>
 
 #include <QxGraphics3D/frame/QXGraphics3D.h>
@@ -24,10 +25,6 @@ using QXC::QdcUnicodeString;
 
 /// Format of the picture: 4 bytes blue, green, red, alpha.
 constexpr QXC::QX3DPixelFormat PictureFormat = static_cast<QXC::QX3DPixelFormat>(12);
-
-std::string Narrow(QdcUnicodeString const& strText) {
-  return strText.ToMBString().Cstr();
-}
 
 QdcUnicodeString Widen(std::string const& strText) {
   return QdcUnicodeString::FromUTF8(strText.c_str());

@@ -1,5 +1,7 @@
 #include <apps/qx3d/QXTextureShelf.h>
 
+#include <apps/qx3d/QXMessage.h>
+
 #include <QxGraphics3D/frame/QXGraphics3D.h>
 #include <QxGraphics3D/texture/QXTexture.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
@@ -44,7 +46,7 @@ QXC::QXTexture* QXTextureShelf::Take(
     return pTexture;
   }
   if (pTexture != nullptr) pManager->RemoveTexture(pTexture, 1);
-  std::string const strReason = graphics3D.GetErrorText().ToMBString().Cstr();
+  std::string const strReason = Narrow(graphics3D.GetErrorText());
   strProblem = "picture " + strName + ": the renderer cannot use it" + (strReason.empty() ? "" : ": " + strReason) +
                "; convert it to PNG";
   return nullptr;
