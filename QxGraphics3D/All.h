@@ -54,6 +54,8 @@
 #include <QxGraphics3D/frame/foundation/toolkit/QXRegistry.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXSingleton.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXStringEx.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXTextCodec.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXTextStyle.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXToolkit.h>
 
 #include <QxGraphics3D/frame/foundation/stream/QXFile.h>
@@ -128,5 +130,6 @@
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
 #include <QxGraphics3D/text/QXTextureFontManager.h>
+#include <QxGraphics3D/text/QXTrueType.h>
 
 #include <QxGraphics3D/model/QXModelManager.h>
