@@ -10,6 +10,10 @@ std::string Narrow(QXC::QdcUnicodeString const& strText) {
   return strText.ToMBString().Cstr();
 }
 
+bool IsUtf8(std::string const& strText) {
+  return Narrow(QXC::QdcUnicodeString::FromUTF8(strText.c_str())) == strText;
+}
+
 std::string MakeOneLine(std::string strText) {
   for (char& c : strText)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = ' ';

@@ -11,6 +11,9 @@ namespace QXApp {
 /// As UTF-8.
 std::string Narrow(QXC::QdcUnicodeString const& strText);
 
+/// Whether a text is UTF-8, so that it survives the way into the library and back.
+bool IsUtf8(std::string const& strText);
+
 /// A text without control characters: names of files may hold line ends, and sequences that a terminal obeys.
 std::string MakeOneLine(std::string strText);
 

@@ -1,0 +1,378 @@
+#include <apps/qx3d/QXSceneFile.h>
+
+#include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXSceneValue.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <system_error>
+
+namespace QXApp {
+
+namespace {
+
+/// A hundred thousand icons with comments have a tenth of it.
+constexpr std::uintmax_t MaxFileSize = std::uintmax_t{128} << 20;
+
+/// The scene while its file is read.
+struct Draft {
+  QXSceneFile m_Scene;
+  QXSceneProblems& m_Problems;
+
+  std::string Complete(std::string const& strName) const {
+    return (std::filesystem::path(m_Scene.m_strPath).parent_path() / strName).string();
+  }
+  QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
+  QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
+};
+
+/// Takes a value over. @return  empty, or what was expected
+using SetFunction = std::string (*)(Draft& draft, std::string const& strValue);
+
+struct Key {
+  char const* m_szName;
+  bool m_bRequired;
+  SetFunction m_pSet;
+};
+
+/// A kind of section. Adding one to the format is an entry in the table below.
+struct Section {
+  char const* m_szName;
+  /// Whether the file may hold many of it.
+  bool m_bMany;
+  /// Makes what the keys are set on. @return  empty, or why there can be none
+  std::string (*m_pBegin)(Draft& draft, int nLine);
+  /// Looks at the keys together. @return  empty, or what is wrong with them
+  std::string (*m_pEnd)(Draft& draft);
+  std::vector<Key> m_vecKeys;
+};
+
+template <class T>
+std::string AppendPlaced(std::vector<T>& vecPlaced, int nLine) {
+  if (vecPlaced.size() == MaxScenePlacements)
+    return "a scene has at most " + std::to_string(MaxScenePlacements) +
+           " of these; this one and all further ones are left out, so make two scenes of it";
+  vecPlaced.emplace_back();
+  vecPlaced.back().m_nLine = nLine;
+  return std::string();
+}
+
+std::string SetAngle(std::string const& strValue, double& dAngle) {
+  return ReadNumber(strValue, -360.0, 360.0, dAngle);
+}
+
+std::string NothingToDo(Draft&) {
+  return std::string();
+}
+
+Section MakeSceneSection() {
+  auto const setBackground = [](Draft& draft, std::string const& strValue) {
+    draft.m_Scene.m_bBackground = true;
+    return ReadColor(strValue, draft.m_Scene.m_nBackground);
+  };
+  auto const setGround = [](Draft& draft, std::string const& strValue) {
+    return ReadYesNo(strValue, draft.m_Scene.m_bGround);
+  };
+  return {"scene", false, [](Draft&, int) { return std::string(); }, NothingToDo,
+      {{"background", false, setBackground}, {"ground", false, setGround}}};
+}
+
+std::string BeginCamera(Draft& draft, int nLine) {
+  draft.m_Scene.m_Camera.m_nLine = nLine;
+  return std::string();
+}
+
+std::string EndCamera(Draft& draft) {
+  QXSceneCamera const& camera = draft.m_Scene.m_Camera;
+  if (camera.m_bEye && camera.m_bLook && camera.m_vecEye == camera.m_vecLook)
+    return "eye and look are the same point; move one of them";
+  return std::string();
+}
+
+Section MakeCameraSection() {
+  auto const setEye = [](Draft& draft, std::string const& strValue) {
+    draft.m_Scene.m_Camera.m_bEye = true;
+    return ReadPosition(strValue, draft.m_Scene.m_Camera.m_vecEye);
+  };
+  auto const setLook = [](Draft& draft, std::string const& strValue) {
+    draft.m_Scene.m_Camera.m_bLook = true;
+    return ReadPosition(strValue, draft.m_Scene.m_Camera.m_vecLook);
+  };
+  auto const setFov = [](Draft& draft, std::string const& strValue) {
+    return ReadNumber(strValue, 1.0, 150.0, draft.m_Scene.m_Camera.m_dFieldOfView);
+  };
+  return {"camera", false, BeginCamera, EndCamera,
+      {{"eye", false, setEye}, {"look", false, setLook}, {"field-of-view", false, setFov}}};
+}
+
+std::string BeginModel(Draft& draft, int nLine) {
+  return AppendPlaced(draft.m_Scene.m_vecModels, nLine);
+}
+
+std::string SetModelFile(Draft& draft, std::string const& strValue) {
+  if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a scene holds no scenes; name a model";
+  draft.GetModel().m_strFile = draft.Complete(strValue);
+  return std::string();
+}
+
+std::string SetModelUp(Draft& draft, std::string const& strValue) {
+  std::size_t nWord = 0;
+  std::string const strProblem = ReadWord(strValue, {"auto", "y", "z"}, nWord);
+  draft.GetModel().m_eUp = nWord == 0 ? UpAxis::Auto : (nWord == 1 ? UpAxis::Y : UpAxis::Z);
+  return strProblem;
+}
+
+Section MakeModelSection() {
+  auto const setPosition = [](Draft& draft, std::string const& strValue) {
+    return ReadPosition(strValue, draft.GetModel().m_vecPosition);
+  };
+  auto const setHeading = [](Draft& draft, std::string const& strValue) {
+    return SetAngle(strValue, draft.GetModel().m_dHeading);
+  };
+  auto const setPitch = [](Draft& draft, std::string const& strValue) {
+    return SetAngle(strValue, draft.GetModel().m_dPitch);
+  };
+  auto const setRoll = [](Draft& draft, std::string const& strValue) {
+    return SetAngle(strValue, draft.GetModel().m_dRoll);
+  };
+  auto const setScale = [](Draft& draft, std::string const& strValue) {
+    return ReadLength(strValue, draft.GetModel().m_dScale);
+  };
+  return {"model", true, BeginModel, NothingToDo,
+      {{"file", true, SetModelFile}, {"position", false, setPosition}, {"heading", false, setHeading},
+          {"pitch", false, setPitch}, {"roll", false, setRoll}, {"scale", false, setScale}, {"up", false, SetModelUp}}};
+}
+
+std::string BeginIcon(Draft& draft, int nLine) {
+  return AppendPlaced(draft.m_Scene.m_vecIcons, nLine);
+}
+
+std::string SetIconUnit(Draft& draft, std::string const& strValue) {
+  std::size_t nWord = 0;
+  std::string const strProblem = ReadWord(strValue, {"pixels", "world"}, nWord);
+  draft.GetIcon().m_eUnit = nWord == 0 ? QXIconUnit::Pixels : QXIconUnit::World;
+  return strProblem;
+}
+
+std::string SetIconTolerance(Draft& draft, std::string const& strValue) {
+  return ReadWholeNumber(strValue, 0, 255, draft.GetIcon().m_nTolerance);
+}
+
+std::string EndIcon(Draft& draft) {
+  QXSceneIcon const& icon = draft.GetIcon();
+  if (icon.m_eUnit == QXIconUnit::World && icon.m_dWidth == 0.0)
+    return "unit = world asks for a size in the world's units; add size = 20, or take unit away";
+  if (icon.m_nTolerance > 0 && !icon.m_bColorKey)
+    return "tolerance is about a colour key; add color-key = #FF00FF, or take tolerance away";
+  return std::string();
+}
+
+Section MakeIconSection() {
+  auto const setImage = [](Draft& draft, std::string const& strValue) {
+    draft.GetIcon().m_strImage = draft.Complete(strValue);
+    return std::string();
+  };
+  auto const setPosition = [](Draft& draft, std::string const& strValue) {
+    return ReadPosition(strValue, draft.GetIcon().m_vecPosition);
+  };
+  auto const setSize = [](Draft& draft, std::string const& strValue) {
+    return ReadLengths(strValue, draft.GetIcon().m_dWidth, draft.GetIcon().m_dHeight);
+  };
+  auto const setColorKey = [](Draft& draft, std::string const& strValue) {
+    draft.GetIcon().m_bColorKey = true;
+    return ReadColor(strValue, draft.GetIcon().m_nColorKey);
+  };
+  return {"icon", true, BeginIcon, EndIcon,
+      {{"image", true, setImage}, {"position", true, setPosition}, {"size", false, setSize},
+          {"unit", false, SetIconUnit}, {"color-key", false, setColorKey}, {"tolerance", false, SetIconTolerance}}};
+}
+
+/// Follows a file through its sections by their table.
+class SceneReader final : public QXSceneTextHandler {
+public:
+  explicit SceneReader(Draft& draft)
+      : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection()},
+        m_vecFirstLines(m_vecSections.size(), 0) {}
+
+  void BeginSection(std::string const& strName, int nLine) override {
+    Finish();
+    m_pSection = nullptr;
+    m_bBefore = false;
+    m_nSectionLine = nLine;
+    if (strName.empty()) return;
+    for (std::size_t i = 0; i < m_vecSections.size(); ++i) {
+      if (m_vecSections[i].m_szName == strName) {
+        Enter(m_vecSections[i], m_vecFirstLines[i], nLine);
+        return;
+      }
+    }
+    m_Draft.m_Problems.Add(nLine, "there is no section [" + strName + "]; known are " + ListSections());
+  }
+
+  void TakeValue(std::string const& strKey, std::string const& strValue, int nLine) override {
+    if (m_pSection == nullptr) {
+      // Of a section that was refused already, its lines are not as well.
+      if (m_bBefore)
+        m_Draft.m_Problems.Add(nLine, "'" + strKey + "' stands before the first section; known are " + ListSections());
+      return;
+    }
+    std::vector<Key> const& vecKeys = m_pSection->m_vecKeys;
+    for (std::size_t i = 0; i < vecKeys.size(); ++i) {
+      if (vecKeys[i].m_szName != strKey) continue;
+      std::string const strProblem = m_vecKeyLines[i] == 0
+                                         ? vecKeys[i].m_pSet(m_Draft, strValue)
+                                         : "'" + strKey + "' stands in line " + std::to_string(m_vecKeyLines[i]) +
+                                               " already; leave one of the two out";
+      if (m_vecKeyLines[i] == 0) m_vecKeyLines[i] = nLine;
+      Report(nLine, strProblem);
+      return;
+    }
+    Report(nLine, "[" + std::string(m_pSection->m_szName) + "] has no key '" + strKey + "'; known are " + ListKeys());
+  }
+
+  /// Behind the last line.
+  void Finish() {
+    if (m_pSection == nullptr) return;
+    bool bComplete = !m_bFaulty;
+    for (std::size_t i = 0; i < m_vecKeyLines.size(); ++i) {
+      Key const& key = m_pSection->m_vecKeys[i];
+      if (!key.m_bRequired || m_vecKeyLines[i] != 0) continue;
+      Report(m_nSectionLine, "[" + std::string(m_pSection->m_szName) + "] lacks '" + key.m_szName + "'; add it");
+      bComplete = false;
+    }
+    // Keys that were refused would be told a second time, as missing.
+    if (bComplete) Report(m_nSectionLine, m_pSection->m_pEnd(m_Draft));
+  }
+
+private:
+  void Enter(Section const& section, int& nFirstLine, int nLine) {
+    if (!section.m_bMany && nFirstLine != 0) {
+      m_Draft.m_Problems.Add(nLine, "there is a section [" + std::string(section.m_szName) + "] in line " +
+                                        std::to_string(nFirstLine) + " already; make one of the two");
+      return;
+    }
+    bool const bFull = nFirstLine < 0;
+    nFirstLine = nFirstLine == 0 ? nLine : nFirstLine;
+    if (bFull) return;
+    std::string const strProblem = section.m_pBegin(m_Draft, nLine);
+    if (!strProblem.empty()) {
+      // Told once: a file that goes on for a million icons has no million problems.
+      m_Draft.m_Problems.Add(nLine, strProblem);
+      nFirstLine = -1;
+      return;
+    }
+    m_pSection = &section;
+    m_bFaulty = false;
+    m_vecKeyLines.assign(section.m_vecKeys.size(), 0);
+  }
+
+  void Report(int nLine, std::string const& strProblem) {
+    if (strProblem.empty()) return;
+    m_Draft.m_Problems.Add(nLine, strProblem);
+    m_bFaulty = true;
+  }
+
+  std::string ListSections() const {
+    std::string strList;
+    for (Section const& section : m_vecSections)
+      strList += (strList.empty() ? "[" : ", [") + std::string(section.m_szName) + "]";
+    return strList;
+  }
+
+  std::string ListKeys() const {
+    std::string strList;
+    for (Key const& key : m_pSection->m_vecKeys) strList += (strList.empty() ? "" : ", ") + std::string(key.m_szName);
+    return strList;
+  }
+
+  Draft& m_Draft;
+  std::vector<Section> const m_vecSections;
+  /// Of each kind the line of the first section, 0 for none yet, -1 where no more are taken.
+  std::vector<int> m_vecFirstLines;
+  Section const* m_pSection = nullptr;
+  int m_nSectionLine = 0;
+  bool m_bBefore = true;
+  bool m_bFaulty = false;
+  /// Where each key of the section stands, 0 for nowhere.
+  std::vector<int> m_vecKeyLines;
+};
+
+/// What is wrong with a file that a scene names, for a model or an image.
+std::string CheckFile(std::string const& strPath) {
+  std::error_code error;
+  std::filesystem::file_status const status = std::filesystem::status(strPath, error);
+  if (!std::filesystem::exists(status))
+    return strPath + ": no such file; correct the name, which counts from the scene's folder";
+  if (std::filesystem::is_directory(status)) return strPath + ": this is a directory; name a file inside it";
+  if (!std::filesystem::is_regular_file(status)) return strPath + ": this is no regular file; name another one";
+  return std::string();
+}
+
+/// Each missing file is told once, where it is named first.
+void CheckFiles(QXSceneFile const& scene, QXSceneProblems& problems) {
+  std::set<std::string> setSeen;
+  auto const check = [&](std::string const& strPath, int nLine) {
+    if (strPath.empty() || !setSeen.insert(strPath).second) return;
+    std::string const strProblem = CheckFile(strPath);
+    if (!strProblem.empty()) problems.Add(nLine, strProblem);
+  };
+  for (QXSceneModel const& model : scene.m_vecModels) check(model.m_strFile, model.m_nLine);
+  for (QXSceneIcon const& icon : scene.m_vecIcons) check(icon.m_strImage, icon.m_nLine);
+}
+
+/// @return  empty, or why there are no bytes
+std::string ReadWhole(std::string const& strPath, std::string& strBytes) {
+  if (!IsUtf8(strPath)) return "the name is no UTF-8 text; rename the file";
+  std::error_code error;
+  std::filesystem::file_status const status = std::filesystem::status(strPath, error);
+  if (!std::filesystem::exists(status)) return "no such file; correct the name";
+  if (std::filesystem::is_directory(status)) return "this is a directory; give the scene file inside it";
+  if (!std::filesystem::is_regular_file(status)) return "this is no regular file; give a scene file";
+  std::uintmax_t const nSize = std::filesystem::file_size(strPath, error);
+  if (error || nSize > MaxFileSize) return "the file is larger than 128 MiB; make several scenes of it";
+  std::ifstream file(strPath, std::ios::binary);
+  if (!file) return "the file cannot be read; change its permissions";
+  strBytes.resize(static_cast<std::size_t>(nSize));
+  file.read(strBytes.data(), static_cast<std::streamsize>(nSize));
+  strBytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
+  return file ? std::string() : "the file cannot be read to its end; get another copy";
+}
+
+}  // namespace
+
+bool IsSceneName(std::string const& strPath) {
+  std::string strExtension = std::filesystem::path(strPath).extension().string();
+  for (char& c : strExtension)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 'a' - 'A');
+  return strExtension == ".qxscene";
+}
+
+QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems) {
+  Draft draft{QXSceneFile(), problems};
+  draft.m_Scene.m_strPath = strPath;
+  SceneReader reader(draft);
+  ReadSceneText(bytes, reader, problems);
+  reader.Finish();
+  if (problems.IsEmpty() && draft.m_Scene.m_vecModels.empty() && draft.m_Scene.m_vecIcons.empty())
+    problems.Add(0, "there is nothing to show; add a [model] with its file, or an [icon]");
+  return std::move(draft.m_Scene);
+}
+
+QXSceneFile ReadSceneFile(std::string const& strPath, std::vector<std::string>& vecProblems) {
+  QXSceneProblems problems(strPath);
+  QXSceneFile scene;
+  std::string strBytes;
+  std::string const strReason = ReadWhole(strPath, strBytes);
+  if (strReason.empty()) {
+    scene = ParseScene(strBytes, strPath, problems);
+    CheckFiles(scene, problems);
+  } else {
+    problems.Add(0, strReason);
+  }
+  vecProblems = problems.GetLines();
+  return scene;
+}
+
+}  // namespace QXApp
