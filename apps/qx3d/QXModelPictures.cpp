@@ -2,6 +2,7 @@
 
 #include <apps/qx3d/QXHostTexture.h>
 #include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXPixels.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
@@ -11,7 +12,6 @@
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 #include <QxGraphics3D/frame/foundation/geometry/QXGeoPicture.h>
-#include <QxGraphics3D/frame/foundation/toolkit/QXImgToolkit.h>
 
 #include <algorithm>
 #include <cstring>
@@ -28,37 +28,12 @@ using QXC::QXFileType;
 /// Every device takes textures of this edge, and a picture of twice the edge has a gigabyte.
 constexpr unsigned int MaxEdge = 8192;
 
-/// 4-byte pixels, blue, green, red, alpha, top row first.
-struct Pixels {
-  unsigned int m_nWidth = 0;
-  unsigned int m_nHeight = 0;
-  std::unique_ptr<unsigned char[]> m_pBytes;
-
-  std::size_t GetPixelCount() const { return std::size_t{m_nWidth} * m_nHeight; }
-};
-
-/// Takes the block out of an image record, widened to 4 bytes a pixel. Without a block if that cannot be.
-Pixels TakePixels(QXC::QXImageData& image) {
-  Pixels pixels;
-  if (image.m_nCompression != 0 || QXC::QXImgToolkit::ImageDataToRGBA(image, 255) == 0) return pixels;
-  pixels.m_nWidth = image.m_nWidth;
-  pixels.m_nHeight = image.m_nHeight;
-  pixels.m_pBytes.reset(static_cast<unsigned char*>(std::exchange(image.m_pPixels, nullptr)));
-  return pixels;
-}
-
-void Dispose(QXC::QXImageData* pImage) {
-  if (pImage == nullptr) return;
-  delete[] static_cast<unsigned char*>(pImage->m_pPixels);
-  delete pImage;
-}
-
 /// Textures have power-of-two edges; the picture is stretched, so that its coordinates stay true.
-bool Stretch(Pixels& pixels) {
+bool Stretch(QXPixels& pixels) {
   unsigned int const nWidth = std::min(QXC::QXMathEngine::NextP2(std::min(pixels.m_nWidth, MaxEdge)), MaxEdge);
   unsigned int const nHeight = std::min(QXC::QXMathEngine::NextP2(std::min(pixels.m_nHeight, MaxEdge)), MaxEdge);
   if (nWidth == pixels.m_nWidth && nHeight == pixels.m_nHeight) return true;
-  Pixels target{nWidth, nHeight, std::make_unique_for_overwrite<unsigned char[]>(std::size_t{4} * nWidth * nHeight)};
+  QXPixels target = MakePixels(nWidth, nHeight);
   if (QXC::QXMathEngine::ScaleImageInternal(4, static_cast<int>(pixels.m_nWidth), static_cast<int>(pixels.m_nHeight),
           pixels.m_pBytes.get(), static_cast<int>(nWidth), static_cast<int>(nHeight), target.m_pBytes.get(), -1) == 0)
     return false;
@@ -66,16 +41,9 @@ bool Stretch(Pixels& pixels) {
   return true;
 }
 
-bool HasTransparentPixels(Pixels const& pixels) {
-  for (std::size_t i = 0; i < pixels.GetPixelCount(); ++i)
-    if (pixels.m_pBytes[4 * i + 3] != 255) return true;
-  return false;
-}
-
 /// A copy that holds the picture and its mirror images.
-Pixels CopyMirrored(Pixels const& source, bool bMirrorU, bool bMirrorV) {
-  Pixels target{source.m_nWidth * (bMirrorU ? 2 : 1), source.m_nHeight * (bMirrorV ? 2 : 1), nullptr};
-  target.m_pBytes = std::make_unique_for_overwrite<unsigned char[]>(4 * target.GetPixelCount());
+QXPixels CopyMirrored(QXPixels const& source, bool bMirrorU, bool bMirrorV) {
+  QXPixels target = MakePixels(source.m_nWidth * (bMirrorU ? 2 : 1), source.m_nHeight * (bMirrorV ? 2 : 1));
   for (unsigned int y = 0; y < target.m_nHeight; ++y) {
     unsigned int const nRow = y < source.m_nHeight ? y : target.m_nHeight - 1 - y;
     unsigned char const* pSource = source.m_pBytes.get() + std::size_t{4} * source.m_nWidth * nRow;
@@ -87,23 +55,12 @@ Pixels CopyMirrored(Pixels const& source, bool bMirrorU, bool bMirrorV) {
   return target;
 }
 
-void ApplyAlpha(QXTextureKey const& key, Pixels& pixels) {
+void ApplyAlpha(QXTextureKey const& key, QXPixels& pixels) {
   if (key.m_eAlpha == QXC::QX_ALPHA_AUTO) return;
   for (std::size_t i = 0; i < pixels.GetPixelCount(); ++i) {
     unsigned char& nAlpha = pixels.m_pBytes[4 * i + 3];
     nAlpha = key.m_eAlpha == QXC::QX_ALPHA_OPAQUE || nAlpha >= key.m_nThreshold ? 255 : 0;
   }
-}
-
-/// Why the library could not read a picture; it does not say so everywhere.
-std::string TakeReason() {
-  std::string strReason = Narrow(QXC::QXFileParseToolkit::GetErrorText());
-  return strReason.empty() ? "it is broken or larger than the library reads" : strReason;
-}
-
-/// A reason without advice gets the usual one.
-std::string AddAdvice(std::string const& strReason) {
-  return strReason.find(';') != std::string::npos ? strReason : strReason + "; get another copy of the picture";
 }
 
 }  // namespace
@@ -114,7 +71,7 @@ struct QXModelPictures::Picture {
   std::string m_strName;
   bool m_bUsable = false;
   bool m_bTransparent = false;
-  Pixels m_Still;
+  QXPixels m_Still;
   std::vector<unsigned char> m_vecAnimation;
   std::unique_ptr<QXHostTexture> m_pKtx2;
 
@@ -126,7 +83,7 @@ private:
   std::string LoadBytes(unsigned char const* pBytes, QXUInt64 nSize);
   std::string LoadAnimation(unsigned char const* pBytes, QXUInt64 nSize);
   std::string LoadKtx2(QdcUnicodeString const& strPath);
-  std::string SetStill(Pixels&& pixels);
+  std::string SetStill(QXPixels&& pixels);
 };
 
 std::string QXModelPictures::Picture::Load(QXC::QXModelImage const& image) {
@@ -138,7 +95,7 @@ std::string QXModelPictures::Picture::Load(QXC::QXModelImage const& image) {
   else
     strReason = LoadFile(image.m_strFilePath);
   m_bUsable = strReason.empty();
-  return m_bUsable ? strReason : AddAdvice(strReason);
+  return m_bUsable ? strReason : AddPictureAdvice(strReason);
 }
 
 std::string QXModelPictures::Picture::LoadFile(QdcUnicodeString const& strPath) {
@@ -155,9 +112,9 @@ std::string QXModelPictures::Picture::LoadFile(QdcUnicodeString const& strPath) 
     return LoadAnimation(pFile->m_pPixels, pFile->m_nDataSize);
   }
   QXC::QXImageData* pImage = nullptr;
-  if (QXC::QXTexture::LoadImageData(strPath, 0, pImage, 0) == 0 || pImage == nullptr) return TakeReason();
-  Pixels pixels = TakePixels(*pImage);
-  Dispose(pImage);
+  if (QXC::QXTexture::LoadImageData(strPath, 0, pImage, 0) == 0 || pImage == nullptr) return TakePictureReason();
+  QXPixels pixels = TakePixels(*pImage);
+  DisposeImage(pImage);
   return SetStill(std::move(pixels));
 }
 
@@ -166,10 +123,10 @@ std::string QXModelPictures::Picture::LoadBytes(unsigned char const* pBytes, QXU
   if (nType == QXFileType::EM_IMAGE_GIF) return LoadAnimation(pBytes, nSize);
   QXC::QdcArray<QXC::QXImageData*> arrImages;
   if (QXC::QXFileParseToolkit::GetImageDataFromMemory(pBytes, nSize, arrImages) == 0)
-    return nType < 0 ? "unknown kind of picture; readable are" + ListImageKinds() : TakeReason();
-  Pixels pixels;
+    return nType < 0 ? "unknown kind of picture; readable are" + ListImageKinds() : TakePictureReason();
+  QXPixels pixels;
   if (arrImages.GetSize() > 0 && arrImages[0] != nullptr) pixels = TakePixels(*arrImages[0]);
-  for (QXC::QXImageData* pImage : arrImages) Dispose(pImage);
+  for (QXC::QXImageData* pImage : arrImages) DisposeImage(pImage);
   return SetStill(std::move(pixels));
 }
 
@@ -178,12 +135,13 @@ std::string QXModelPictures::Picture::LoadBytes(unsigned char const* pBytes, QXU
 std::string QXModelPictures::Picture::LoadAnimation(unsigned char const* pBytes, QXUInt64 nSize) {
   QXC::QdcArray<QXC::QXGeoPicture*> arrFrames;
   std::string strReason;
-  if (QXC::QXFileParseToolkit::GetDynamicIMGDataFromMemory(pBytes, nSize, arrFrames, 0) == 0) strReason = TakeReason();
-  Pixels first;
+  if (QXC::QXFileParseToolkit::GetDynamicIMGDataFromMemory(pBytes, nSize, arrFrames, 0) == 0)
+    strReason = TakePictureReason();
+  QXPixels first;
   if (arrFrames.GetSize() > 0 && arrFrames[0]->GetImage() != nullptr) {
     // The clear pixels of any frame show what is behind the picture.
     for (QXC::QXGeoPicture* pFrame : arrFrames) {
-      Pixels frame;
+      QXPixels frame;
       if (pFrame->GetImage() != nullptr) frame = TakePixels(*pFrame->GetImage());
       if (frame.m_pBytes == nullptr) continue;
       m_bTransparent = m_bTransparent || HasTransparentPixels(frame);
@@ -207,7 +165,7 @@ std::string QXModelPictures::Picture::LoadKtx2(QdcUnicodeString const& strPath) 
   return std::string();
 }
 
-std::string QXModelPictures::Picture::SetStill(Pixels&& pixels) {
+std::string QXModelPictures::Picture::SetStill(QXPixels&& pixels) {
   if (pixels.m_pBytes == nullptr || pixels.GetPixelCount() == 0 || !Stretch(pixels)) return "it holds no image";
   m_Still = std::move(pixels);
   m_bTransparent = HasTransparentPixels(m_Still);
@@ -293,7 +251,7 @@ void QXModelPictures::Fill(QXTextureKey const& key, QXC::QXTexture& texture) con
     texture.SetTextureData(file);
     return;
   }
-  Pixels pixels = CopyMirrored(picture.m_Still, key.m_bMirrorU, key.m_bMirrorV);
+  QXPixels pixels = CopyMirrored(picture.m_Still, key.m_bMirrorU, key.m_bMirrorV);
   ApplyAlpha(key, pixels);
   texture.m_bHasTransparentData = picture.m_bTransparent && key.m_eAlpha != QXC::QX_ALPHA_OPAQUE ? 1 : 0;
   texture.SetTextureData(static_cast<int>(pixels.m_nWidth), static_cast<int>(pixels.m_nHeight),
