@@ -77,6 +77,9 @@ by the clock, with --out by --frame-time from frame to frame, so that the same c
 
 Colours: a mesh shows its material colour times its vertex colours. A mesh with neither is coloured by its faces:
 light ground, pale walls, brick roofs. If every colour of a file is dark, all are mixed with a light paper tone.
+A scene is a text file with placed models, icons, a camera and a background; doc/scenes.md has the format. What the
+command line says about the eye, the point to look at and the ground goes before what the scene says.
+
 z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
 down, and else OBJ has y up and the others z, unless --up tells.)";
 
@@ -84,6 +87,10 @@ constexpr char const* InspectFooter =
     R"(Printed are the type by name and by content, the size and depth in the file, the pixel format, size and levels of
 a texture that loads it, and how many pixels let something through. A file whose bytes are of another type than its
 name says is not read; the message tells which type they are. The exit status is 0 only for an image that loads.)";
+
+constexpr char const* AtlasFooter =
+    R"(Small images of a scene share large textures, the pages of an atlas. Each page is written as a PNG in which the
+places are outlined and numbered; printed are its size and format, how many places it has and how much of it they fill.)";
 
 struct RawOptions {
   std::string m_strSize;
@@ -93,8 +100,20 @@ struct RawOptions {
   bool m_bNoGround = false;
 };
 
+void DefineRenderer(CLI::App& command, std::string& strRenderer, std::vector<std::string>& vecPluginFolders) {
+  command.add_option("--renderer", strRenderer, "Renderer plug-in by name, such as ogre or null")
+      ->type_name("NAME")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  command.add_option("--plugins", vecPluginFolders, "Folder with further plug-in configurations")
+      ->type_name("DIR")
+      ->check(CLI::Validator(CheckNotEmpty, ""))
+      ->expected(1)
+      ->take_all();
+}
+
 void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
-  view.add_option("model", options.m_strModel, "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx")
+  view.add_option("model", options.m_strModel,
+          "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx; or a scene of several: .qxscene")
       ->required()
       ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")
@@ -103,14 +122,7 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
   view.add_option("--size", raw.m_strSize, "Width and height in pixels (1280x720)")
       ->type_name("WxH")
       ->check(CLI::Validator(CheckSizeSyntax, ""));
-  view.add_option("--renderer", options.m_strRenderer, "Renderer plug-in by name, such as ogre or null")
-      ->type_name("NAME")
-      ->check(CLI::Validator(CheckNotEmpty, ""));
-  view.add_option("--plugins", options.m_vecPluginFolders, "Folder with further plug-in configurations")
-      ->type_name("DIR")
-      ->check(CLI::Validator(CheckNotEmpty, ""))
-      ->expected(1)
-      ->take_all();
+  DefineRenderer(view, options.m_strRenderer, options.m_vecPluginFolders);
   view.add_option("--eye", raw.m_strEye, "Position of the eye (default: the model fills the picture)")
       ->type_name("x,y,z")
       ->check(CLI::Validator(CheckPointSyntax, ""));
@@ -149,6 +161,18 @@ void DefineInspect(CLI::App& inspect, std::string& strImage) {
   inspect.footer(InspectFooter);
 }
 
+void DefineAtlas(CLI::App& atlas, QXAtlasOptions& options) {
+  atlas.add_option("scene", options.m_strScene, "Scene file: .qxscene")
+      ->required()
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  atlas.add_option("--out", options.m_strOut, "Folder for the pictures, made if it is missing")
+      ->type_name("DIR")
+      ->required()
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  DefineRenderer(atlas, options.m_strRenderer, options.m_vecPluginFolders);
+  atlas.footer(AtlasFooter);
+}
+
 /// What follows once the syntax is right. An empty string, or the line that says what cannot be.
 std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   options.m_bGround = !raw.m_bNoGround;
@@ -179,24 +203,29 @@ QXCommandLine Leave(int nExitStatus, std::string const& strLine) {
 }  // namespace
 
 QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) {
-  CLI::App app("Shows 3D models through a renderer plug-in, and what images become as textures.", "qx3d");
+  CLI::App app("Shows 3D models and scenes through a renderer plug-in, and what images become as textures.", "qx3d");
   app.set_version_flag("--version", std::string("qx3d ") + QXC::GetLibraryVersion());
   app.require_subcommand(1);
   QXCommandLine result;
   RawOptions raw;
-  CLI::App* pView = app.add_subcommand("view", "Show a model in a window, or write a picture of it");
+  CLI::App* pView = app.add_subcommand("view", "Show a model or a scene in a window, or write a picture of it");
   DefineView(*pView, result.m_Options, raw);
   CLI::App* pInspect = app.add_subcommand("inspect", "Print what the library sees in an image file");
   DefineInspect(*pInspect, result.m_strImage);
+  CLI::App* pAtlas = app.add_subcommand("atlas", "Write the textures that a scene's small images share");
+  DefineAtlas(*pAtlas, result.m_Atlas);
   try {
     app.parse(nArguments, pszArguments);
   } catch (CLI::Success const& success) {
     app.exit(success);  // prints help or version
     return Leave(0, std::string());
   } catch (CLI::ParseError const& error) {
-    char const* szCommand = pView->parsed() ? " view" : (pInspect->parsed() ? " inspect" : "");
-    return Leave(2, std::string(error.what()) + "; see 'qx3d" + szCommand + " --help'");
+    std::string strCommand;
+    for (CLI::App const* pCommand : app.get_subcommands()) strCommand = " " + pCommand->get_name();
+    return Leave(2, std::string(error.what()) + "; see 'qx3d" + strCommand + " --help'");
   }
+  if (pInspect->parsed()) result.m_eCommand = QXCommand::Inspect;
+  if (pAtlas->parsed()) result.m_eCommand = QXCommand::Atlas;
   std::string const strImpossible = TakeOver(raw, result.m_Options);
   if (!strImpossible.empty()) return Leave(1, strImpossible);
   result.m_bRun = true;

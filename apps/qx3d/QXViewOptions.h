@@ -12,6 +12,7 @@ enum class UpAxis { Auto, Y, Z };
 
 /// What `qx3d view` was asked for.
 struct QXViewOptions {
+  /// A model, or a scene by its extension.
   std::string m_strModel;
   /// Picture to write; empty: show a window.
   std::string m_strOut;
@@ -21,6 +22,7 @@ struct QXViewOptions {
   std::string m_strRenderer;
   /// Folders with further plug-in configurations.
   std::vector<std::string> m_vecPluginFolders;
+  /// Whether and where the first view's eye was placed.
   bool m_bEye = false;
   double m_dEye[3] = {0.0, 0.0, 0.0};
   bool m_bLook = false;
@@ -37,13 +39,28 @@ struct QXViewOptions {
   UpAxis m_eUp = UpAxis::Auto;
 };
 
+/// What `qx3d atlas` was asked for.
+struct QXAtlasOptions {
+  std::string m_strScene;
+  /// Folder for the pictures.
+  std::string m_strOut;
+  /// Name of the renderer plug-in; empty: the configured default.
+  std::string m_strRenderer;
+  /// Folders with further plug-in configurations.
+  std::vector<std::string> m_vecPluginFolders;
+};
+
+enum class QXCommand { View, Inspect, Atlas };
+
 /// Outcome of reading the command line: either options to act on, or an exit status to leave with.
 struct QXCommandLine {
   bool m_bRun = false;
   int m_nExitStatus = 0;
+  QXCommand m_eCommand = QXCommand::View;
+  // Of these the one of the command is filled.
   QXViewOptions m_Options;
-  /// Image to inspect; empty: a model is to be viewed.
   std::string m_strImage;
+  QXAtlasOptions m_Atlas;
 };
 
 /// Reads the command line. Help and version are printed to the standard output; a mistake is one line on the standard

@@ -1,4 +1,5 @@
 // The host program: shows what the library does, and is its largest example.
+#include <apps/qx3d/QXAtlasCommand.h>
 #include <apps/qx3d/QXInspectCommand.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXViewCommand.h>
@@ -15,12 +16,19 @@ static int FinishOutput(int nExitStatus) {
   return 1;
 }
 
+static int RunCommand(QXApp::QXCommandLine const& commandLine) {
+  switch (commandLine.m_eCommand) {
+  case QXApp::QXCommand::Inspect: return QXApp::RunInspect(commandLine.m_strImage);
+  case QXApp::QXCommand::Atlas: return QXApp::RunAtlas(commandLine.m_Atlas);
+  default: return QXApp::RunView(commandLine.m_Options);
+  }
+}
+
 int main(int nArguments, char** pszArguments) {
   try {
     QXApp::QXCommandLine const commandLine = QXApp::ParseCommandLine(nArguments, pszArguments);
     if (!commandLine.m_bRun) return commandLine.m_nExitStatus;
-    if (!commandLine.m_strImage.empty()) return FinishOutput(QXApp::RunInspect(commandLine.m_strImage));
-    return FinishOutput(QXApp::RunView(commandLine.m_Options));
+    return FinishOutput(RunCommand(commandLine));
   } catch (std::bad_alloc const&) {
     QXApp::PrintFailure("there is not enough memory; try a smaller model or picture");
   } catch (std::exception const& exception) {
