@@ -61,6 +61,8 @@ void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene
   view.m_matProjection = m_matProjection;
   view.m_dVerticalExaggeration = pTarget->GetVerticalExaggeration();
   view.m_ePolygonMode = pTarget->GetPolygonMode();
+  view.m_nWidth = pViewport->GetActualWidth();
+  view.m_nHeight = pViewport->GetActualHeight();
   pTarget->DrawViewport(*pViewport, FindScene(pViewport), view, bRenderScene);
   m_bRefresh = 0;
   if (m_pfnSceneRender) m_pfnSceneRender(m_nSceneRenderHandle, this, pViewport, bRenderScene);

@@ -96,7 +96,7 @@ void QXOgreDevice::Open(std::string const& strMediaFolder) {
   LoadRenderSystem(strMediaFolder);
   OpenHiddenWindow();
   m_nMaxTargetSize = 16384;
-  m_pSceneFactory = std::make_unique<QXOgreSceneFactory>();
+  m_pSceneFactory = std::make_unique<QXOgreSceneFactory>(*this);
   m_pRoot->addSceneManagerFactory(m_pSceneFactory.get());
   m_pMaterials = std::make_unique<QXOgreMaterials>(m_Log);
   auto const& capabilities = *m_pRenderSystem->getCapabilities();

@@ -46,8 +46,7 @@ QXBoundingBox Exaggerated(QXBoundingBox const& box, double dFactor) {
 
 }  // namespace
 
-QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
-    : m_pDevice(pDevice), m_pScene(nullptr), m_matToEye(Ogre::Matrix4::IDENTITY), m_bVisible(1) {
+QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice) : m_pDevice(pDevice), m_pScene(nullptr), m_bVisible(1) {
   if (m_pDevice) m_pDevice->AddDrawable(this);
 }
 
@@ -78,7 +77,7 @@ void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source, QXTe
   m_Geometry.Upload(source);
   for (QXOgreRange const& range : m_Geometry.GetRanges()) {
     m_arrRenderables.push_back(std::make_unique<QXOgreRenderable>(*m_pDevice, m_Geometry.GetVertexData(),
-        range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_matToEye));
+        range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_Place));
   }
   TakeTextures(source, pManager);
   if (source.GetMatrix()) m_matModel = *source.GetMatrix();
@@ -164,23 +163,28 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
 
-void QXOgreDrawable::Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXOgreCounts& counts) {
+void QXOgreDrawable::Queue(
+    QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
   if (!IsSeen(view)) return;
   QXMatrix4d matModel = m_matModel;
   for (int i = 0; i < 4; ++i) matModel[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
-  m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matModel * Translation(-view.m_vecOrigin) * view.m_matView);
-  if (!IsFinite(m_matToEye)) return;
-  // OGRE counts priorities in 16 bits without sign.
-  auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + 0x8000);
+  m_Place.m_matToEye =
+      ToOgre(Translation(m_Geometry.GetZero()) * matModel * Translation(-view.m_vecOrigin) * view.m_matView);
+  if (!IsFinite(m_Place.m_matToEye)) return;
+  m_Place.m_fDepth = -m_Place.m_matToEye.getTrans().z;
+  auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
   unsigned int nRanges = 0;
+  bool bBlended = false;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
     if (!m_arrRenderables[i]->IsVisible()) continue;
     if (!m_arrRenderables[i]->PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
     queue.addRenderable(m_arrRenderables[i].get(), Ogre::RENDER_QUEUE_MAIN, nPriority);
+    bBlended = bBlended || m_arrRenderables[i]->IsBlended();
     counts.m_nTriangles += m_Geometry.GetRanges()[i].m_nTriangleCount;
     ++nRanges;
   }
+  if (bBlended) arrDepths.push_back(m_Place.m_fDepth);
   counts.m_nDrawOperations += nRanges;
   if (nRanges > 0) counts.m_nVertices += m_Geometry.GetVertexCount();
 }

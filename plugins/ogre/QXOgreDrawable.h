@@ -6,7 +6,6 @@
 #include <memory>
 #include <vector>
 
-#include <OgreMatrix4.h>
 #include <OgrePrerequisites.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
@@ -15,14 +14,13 @@
 
 #include <plugins/ogre/QXOgreGeometry.h>
 #include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreRenderable.h>
 #include <plugins/ogre/QXOgreTextureSet.h>
 #include <plugins/ogre/QXOgreView.h>
 
 namespace QXC {
 
 class QXOgreDevice;
-class QXOgreRenderable;
-struct QXOgreBinding;
 class QXOgreScene;
 class QXTextureManager;
 class QXRenderOperationMultiIndex;
@@ -93,7 +91,12 @@ public:
   void SetLook(QXOgreLook const& look);
 
   /// Puts the ranges into the queue if the view may see any of them, and counts them.
-  void Queue(QXOgreView const& view, Ogre::RenderQueue& queue, QXOgreCounts& counts);
+  /// @param arrDepths  receives the depth if a range is blended
+  void Queue(
+      QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts);
+
+  /// OGRE's number of the priority 0: it counts priorities in 16 bits without sign.
+  static constexpr unsigned short PLAIN_PRIORITY = 0x8000;
 
 private:
   bool IsSeen(QXOgreView const& view) const;
@@ -114,8 +117,8 @@ private:
   QXBoundingBox m_Bounds;
   QXBoundingBox m_WorldBounds;
   QXOgreLook m_Look;
-  /// From buffer coordinates to the eye's, of the view that is being drawn; the renderables point here.
-  Ogre::Matrix4 m_matToEye;
+  /// Of the buffers' zero; the renderables point here.
+  QXOgrePlace m_Place;
   unsigned char m_bVisible;
 };
 

@@ -1,7 +1,10 @@
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 
+#include <plugins/ogre/QXOgreBillboard.h>
+#include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreRenderOperation3D.h>
+#include <plugins/ogre/QXOgreScene.h>
 
 namespace QXC {
 
@@ -59,6 +62,13 @@ unsigned char QXOgreRenderOperationManager::AttachRenderOperation3D(
 
 void QXOgreRenderOperationManager::DetachRenderOperation3D(QXRenderOperation3D* pOperation) {
   if (QXOgreRenderOperation3D* const pOwn = Own(pOperation)) pOwn->GetDrawable().SetScene(nullptr);
+}
+
+QXBillboard* QXOgreRenderOperationManager::CreateBillboard(QdcUnicodeString const& strSceneName) {
+  if (QXOgreScene* const pScene = m_Graphics3D.FindScene(strSceneName))
+    return new QXOgreBillboard(pScene->GetBillboards());
+  m_Graphics3D.SetErrorText("a billboard needs a scene that exists: '" + ToUtf8(strSceneName) + "'");
+  return nullptr;
 }
 
 QXOgreRenderOperation3D* QXOgreRenderOperationManager::Own(QXRenderOperation3D* pOperation) const {

@@ -12,8 +12,8 @@ namespace QXC {
 class QXOgreGraphics3D;
 class QXOgreRenderOperation3D;
 
-/// Makes drawables, and knows those that exist. Billboards, overlays, particles, ribbons, queries and skeletons are not
-/// there yet: null.
+/// Makes drawables, and knows those that exist, and billboards. Overlays, particles, ribbons, queries and skeletons are
+/// not there yet: null.
 class QXOgreRenderOperationManager final : public QXRenderOperationManager {
 public:
   explicit QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D);
@@ -38,7 +38,8 @@ public:
   void DestroyRenderOperation3D(QXRenderOperation3D* pOperation) override;
   unsigned char AttachRenderOperation3D(QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) override;
   void DetachRenderOperation3D(QXRenderOperation3D* pOperation) override;
-  QXBillboard* CreateBillboard(QdcUnicodeString const&) override { return nullptr; }
+  /// Null for a scene that does not exist, since nobody could put it into another one later.
+  QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) override;
   QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const&) override { return nullptr; }
   QXParticleSystem3D* CreateParticleSystem(QdcUnicodeString const&, QdcUnicodeString const&) override {
     return nullptr;

@@ -1,5 +1,6 @@
 #include <plugins/ogre/QXOgreRenderable.h>
 
+#include <OgreMaterial.h>
 #include <OgreRenderSystem.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
@@ -55,13 +56,17 @@ bool IsStack(QXOgreBinding const& binding) {
 }  // namespace
 
 QXOgreRenderable::QXOgreRenderable(QXOgreDevice& device, Ogre::VertexData* pVertexData, Ogre::IndexData* pIndexData,
-    int eOperationType, QXColorValue3D const& color, Ogre::Matrix4 const& matToEye)
-    : m_Device(device), m_matToEye(matToEye), m_Color(color), m_bVisible(1), m_bTransparentTextures(false) {
+    int eOperationType, QXColorValue3D const& color, QXOgrePlace const& place)
+    : m_Device(device), m_Place(place), m_Color(color), m_bVisible(1), m_bTransparentTextures(false) {
   m_Operation.vertexData = pVertexData;
   m_Operation.indexData = pIndexData;
   m_Operation.useIndexes = true;
   m_Operation.operationType = ToOgre(eOperationType);
   setUseIdentityView(true);
+}
+
+bool QXOgreRenderable::IsBlended() const {
+  return m_pMaterial && m_pMaterial->isTransparent();
 }
 
 void QXOgreRenderable::SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bLight) {
@@ -72,8 +77,8 @@ void QXOgreRenderable::SetLook(QXColorValue3D const& tint, QXColorValue3D const&
   setCustomParameter(QX_OGRE_SHADING, Ogre::Vector4(bLight && bFaces ? 1.0F : 0.0F, 0.0F, 0.0F, 0.0F));
 }
 
-void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> arrBindings) {
-  m_arrBindings = std::move(arrBindings);
+void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> const& arrBindings) {
+  m_arrBindings = arrBindings;
   m_bTransparentTextures = false;
   for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
     m_bTransparentTextures = m_bTransparentTextures || IsTransparent(m_arrBindings[i]);
@@ -146,10 +151,6 @@ bool QXOgreRenderable::preRender(Ogre::SceneManager*, Ogre::RenderSystem* pRende
 void QXOgreRenderable::getRenderOperation(Ogre::RenderOperation& operation) {
   operation = m_Operation;
   operation.srcRenderable = this;
-}
-
-Ogre::Real QXOgreRenderable::getSquaredViewDepth(Ogre::Camera const*) const {
-  return m_matToEye.getTrans().squaredLength();
 }
 
 Ogre::LightList const& QXOgreRenderable::getLights() const {

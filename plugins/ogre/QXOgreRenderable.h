@@ -20,9 +20,9 @@ class QXOgreTextureUse;
 
 /// One texture as a renderable shows it.
 struct QXOgreBinding {
-  QXOgreTextureUse const* m_pUse;
-  unsigned int m_nUnit;
-  int m_nCoordSet;
+  QXOgreTextureUse const* m_pUse = nullptr;
+  unsigned int m_nUnit = 0;
+  int m_nCoordSet = 0;
   /// Of the coordinates; the texture's own scale and offset follow it.
   QXMatrix4d m_matTexture;
   bool m_bStack = false;
@@ -34,14 +34,23 @@ struct QXOgreBinding {
   bool m_bTold = false;
 };
 
+/// Where what is drawn stands, in the view that is being drawn.
+struct QXOgrePlace {
+  /// From the buffers to the eye: it is multiplied in double and narrowed once, so the view matrix that OGRE has in float
+  /// is left out.
+  Ogre::Matrix4 m_matToEye = Ogre::Matrix4::IDENTITY;
+  /// How far in front of the eye, along the view: the order in which transparent things are blended. Not the distance,
+  /// which puts what lies at the side of a parallel view behind what it covers.
+  Ogre::Real m_fDepth = 0.0F;
+};
+
 /// One index range of a drawable.
 class QXOgreRenderable final : public Ogre::Renderable {
 public:
-  /// Data and matrix must outlive this object. The matrix goes from the buffers to the eye: it is multiplied in double
-  /// and narrowed once, so the view matrix that OGRE has in float is left out.
+  /// Data and place must outlive this object.
   /// @param pIndexData  null: never visible
   QXOgreRenderable(QXOgreDevice& device, Ogre::VertexData* pVertexData, Ogre::IndexData* pIndexData, int eOperationType,
-      QXColorValue3D const& color, Ogre::Matrix4 const& matToEye);
+      QXColorValue3D const& color, QXOgrePlace const& place);
 
   void SetVisible(unsigned char bVisible) { m_bVisible = bVisible; }
   unsigned char IsVisible() const { return m_bVisible && m_Operation.indexData; }
@@ -49,11 +58,13 @@ public:
   void SetColor(QXColorValue3D const& color) { m_Color = color; }
   QXColorValue3D const& GetColor() const { return m_Color; }
   void SetMaterial(Ogre::MaterialPtr const& pMaterial) { m_pMaterial = pMaterial; }
+  /// Whether the material lets through what is behind it.
+  bool IsBlended() const;
   /// Hands the programs what differs from drawable to drawable. Points and lines have no face that could be lit.
   void SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bLight);
 
   /// The textures that are multiplied with the colour; the uses must outlive this object or the next call.
-  void SetBindings(std::vector<QXOgreBinding> arrBindings);
+  void SetBindings(std::vector<QXOgreBinding> const& arrBindings);
   /// What a surface needs to know of them: the coordinate set of each.
   std::string GetCoordSets() const;
   /// Whether a texture that is shown needs blending.
@@ -64,9 +75,9 @@ public:
 
   Ogre::MaterialPtr const& getMaterial() const override { return m_pMaterial; }
   void getRenderOperation(Ogre::RenderOperation& operation) override;
-  void getWorldTransforms(Ogre::Matrix4* pTransform) const override { *pTransform = m_matToEye; }
-  /// Of the buffers' zero: the order in which transparent ranges are blended.
-  Ogre::Real getSquaredViewDepth(Ogre::Camera const* pCamera) const override;
+  void getWorldTransforms(Ogre::Matrix4* pTransform) const override { *pTransform = m_Place.m_matToEye; }
+  /// The depth of the place, unsquared: OGRE only compares.
+  Ogre::Real getSquaredViewDepth(Ogre::Camera const*) const override { return m_Place.m_fDepth; }
   Ogre::LightList const& getLights() const override;
   /// Binds the textures: the material has none.
   bool preRender(Ogre::SceneManager* pScene, Ogre::RenderSystem* pRenderSystem) override;
@@ -77,7 +88,7 @@ private:
   QXOgreDevice& m_Device;
   Ogre::RenderOperation m_Operation;
   Ogre::MaterialPtr m_pMaterial;
-  Ogre::Matrix4 const& m_matToEye;
+  QXOgrePlace const& m_Place;
   QXColorValue3D m_Color;
   std::vector<QXOgreBinding> m_arrBindings;
   unsigned char m_bVisible;

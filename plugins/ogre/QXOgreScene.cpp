@@ -7,6 +7,7 @@
 #include <OgreSceneNode.h>
 #include <OgreViewport.h>
 
+#include <plugins/ogre/QXOgreBillboardSet.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreDrawable.h>
 
@@ -31,8 +32,9 @@ bool IsFiniteBox(QXBoundingBox const& box) {
 
 Ogre::String const QXOgreScene::TYPE_NAME = "QXOgreScene";
 
-QXOgreScene::QXOgreScene(Ogre::String const& strName)
-    : Ogre::SceneManager(strName), m_pCamera(nullptr), m_pView(nullptr) {
+QXOgreScene::QXOgreScene(Ogre::String const& strName, QXOgreDevice& device)
+    : Ogre::SceneManager(strName), m_pBillboards(std::make_unique<QXOgreBillboardSet>(device)), m_pCamera(nullptr),
+      m_pView(nullptr) {
   m_pCamera = createCamera("view");
   getRootSceneNode()->attachObject(m_pCamera);
 }
@@ -53,6 +55,7 @@ QXBoundingBox QXOgreScene::GetBounds() const {
   QXBoundingBox box;
   for (QXOgreDrawable const* const pDrawable : m_arrDrawables)
     if (pDrawable->IsVisible() && IsFiniteBox(pDrawable->GetWorldBounds())) box.Merge(pDrawable->GetWorldBounds());
+  box.Merge(m_pBillboards->GetBounds());
   return box;
 }
 
@@ -81,11 +84,14 @@ Ogre::String const& QXOgreScene::getTypeName() const {
 
 void QXOgreScene::_findVisibleObjects(Ogre::Camera*, Ogre::VisibleObjectsBoundsInfo*, bool) {
   if (!m_pView) return;
-  for (QXOgreDrawable* const pDrawable : m_arrDrawables) pDrawable->Queue(*m_pView, *getRenderQueue(), m_Counts);
+  m_arrDepths.clear();
+  for (QXOgreDrawable* const pDrawable : m_arrDrawables)
+    pDrawable->Queue(*m_pView, *getRenderQueue(), m_arrDepths, m_Counts);
+  m_pBillboards->Queue(*m_pView, m_arrDepths, *getRenderQueue(), m_Counts);
 }
 
 Ogre::SceneManager* QXOgreSceneFactory::createInstance(Ogre::String const& strName) {
-  return new QXOgreScene(strName);
+  return new QXOgreScene(strName, m_Device);
 }
 
 void QXOgreSceneFactory::destroyInstance(Ogre::SceneManager* pScene) {

@@ -2,6 +2,7 @@
 /// A scene of drawables as OGRE sees it.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,18 +14,21 @@
 
 namespace QXC {
 
+class QXOgreBillboardSet;
+class QXOgreDevice;
 class QXOgreDrawable;
 
 /// OGRE's scene manager with the drawables in place of OGRE's own objects: culling is the library's, on world bounds in
 /// double, and OGRE sorts and draws what is left. Made and deleted by the device.
 class QXOgreScene final : public Ogre::SceneManager {
 public:
-  explicit QXOgreScene(Ogre::String const& strName);
+  QXOgreScene(Ogre::String const& strName, QXOgreDevice& device);
   ~QXOgreScene() override;
 
   void Add(QXOgreDrawable* pDrawable);
   /// The drawables keep no order among themselves. Cost: linear.
   void Remove(QXOgreDrawable* pDrawable);
+  QXOgreBillboardSet& GetBillboards() { return *m_pBillboards; }
   /// Around everything visible, in world coordinates; null if there is nothing. A drawable whose bounds are no numbers
   /// is left out: it would take all others out of sight. Cost: linear in the drawables.
   QXBoundingBox GetBounds() const;
@@ -43,6 +47,9 @@ public:
 
 private:
   std::vector<QXOgreDrawable*> m_arrDrawables;
+  std::unique_ptr<QXOgreBillboardSet> m_pBillboards;
+  /// Of the transparent drawables in OGRE's queue.
+  std::vector<Ogre::Real> m_arrDepths;
   Ogre::Camera* m_pCamera;
   /// Set while Draw runs.
   QXOgreView const* m_pView;
@@ -52,11 +59,15 @@ private:
 /// Makes scenes for OGRE's root.
 class QXOgreSceneFactory final : public Ogre::SceneManagerFactory {
 public:
+  explicit QXOgreSceneFactory(QXOgreDevice& device) : m_Device(device) {}
   Ogre::SceneManager* createInstance(Ogre::String const& strName) override;
   void destroyInstance(Ogre::SceneManager* pScene) override;
 
 protected:
   void initMetaData() const override;
+
+private:
+  QXOgreDevice& m_Device;
 };
 
 }  // namespace QXC

@@ -23,6 +23,9 @@ struct QXOgreView {
   double m_dVerticalExaggeration;
   /// Of the whole picture: filled, edges or corners.
   Ogre::PolygonMode m_ePolygonMode;
+  /// Of the viewport, pixels.
+  int m_nWidth;
+  int m_nHeight;
 };
 
 /// What was drawn.
