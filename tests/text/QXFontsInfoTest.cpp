@@ -6,7 +6,7 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-#include <cstring>
+#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <random>

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <cstdio>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace QXC {
@@ -99,7 +102,7 @@ TEST(QXTextCodec, RandomTextsComeBack) {
     for (wchar_t& letter : text) {
       std::uint32_t code = 0;
       do {
-        code = 1 + random() % (random() % 2 ? 0x10FFFF : 0x2FF);
+        code = static_cast<std::uint32_t>(1 + random() % (random() % 2 ? 0x10FFFF : 0x2FF));
       } while (code >= 0xD800 && code <= 0xDFFF);
       letter = static_cast<wchar_t>(code);
       if (code > 0xFFFF) put(0xD800 + ((code - 0x10000) >> 10));
