@@ -45,13 +45,13 @@ private:
 };
 
 TEST_F(QXDataFiles, NothingInstalledGivesEmptyTextsAndTheSystemsFonts) {
-  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/truetype/", "", ""}));
+  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/", "", ""}));
 }
 
 TEST_F(QXDataFiles, FilesBesideTheLibraryAreRead) {
   GetFolder().Write(QX_DATA_FOLDER "/registry.ini", "[Graphics3DDefaultFonts]\nDejaVuSans = a.ttf\n");
   GetFolder().Write(QX_DATA_FOLDER "/strings.ini", "IMl001 = Stra\303\237e Sans\n");
-  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/truetype/", "Stra\303\237e Sans", "a.ttf"}));
+  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/", "Stra\303\237e Sans", "a.ttf"}));
 }
 
 TEST_F(QXDataFiles, InstalledFontsFolderComesBeforeTheSystems) {
@@ -64,13 +64,13 @@ TEST_F(QXDataFiles, InstalledFontsFolderComesBeforeTheSystems) {
 
 TEST_F(QXDataFiles, FileNamedFontsIsNoFontsFolder) {
   GetFolder().Write(QX_DATA_FOLDER "/fonts", "");
-  EXPECT_EQ(Found()[0], "/usr/share/fonts/truetype/");
+  EXPECT_EQ(Found()[0], "/usr/share/fonts/");
 }
 
 TEST_F(QXDataFiles, BrokenFilesLeaveEverythingEmpty) {
   GetFolder().Write(QX_DATA_FOLDER "/registry.ini", "[Graphics3DDefaultFonts]\nDejaVuSans = a.ttf\nno value here\n");
   GetFolder().Write(QX_DATA_FOLDER "/strings.ini", std::string_view("IMl001 = x\n\0", 12));
-  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/truetype/", "", ""}));
+  EXPECT_EQ(Found(), (std::vector<std::string>{"/usr/share/fonts/", "", ""}));
 }
 
 }  // namespace

@@ -126,7 +126,7 @@ TEST_F(QXRegistryTest, RandomBytesNeverBreakIt) {
 TEST_F(QXRegistryTest, RootHoldsTheInstalledConfigurationOnce) {
   QXRegistry& root = QXRegistry::Root();
   EXPECT_EQ(&root, &QXRegistry::Root());
-  EXPECT_TRUE(Value(root.SubFile(L"Graphics3DDefaultFonts"), L"DejaVuSans") == L"dejavu/DejaVuSans.ttf");
+  EXPECT_TRUE(Value(root.SubFile(L"Graphics3DDefaultFonts"), L"DejaVuSans") == L"truetype/dejavu/DejaVuSans.ttf");
   // Whether floating-point textures are used is the device's matter until a host says otherwise.
   EXPECT_TRUE(Value(root, L"IsSupportFloatTexture") == L"(none)");
 }

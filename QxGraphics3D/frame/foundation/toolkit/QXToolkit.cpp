@@ -9,7 +9,7 @@ namespace QXC {
 
 namespace {
 
-constexpr wchar_t szSystemFonts[] = L"/usr/share/fonts/truetype/";
+constexpr wchar_t szSystemFonts[] = L"/usr/share/fonts/";
 
 struct FontsFolder {
   QXMutex m_Mutex{0};
