@@ -129,8 +129,9 @@ std::string QXRendererSession::AddGround(QXScene const& scene) {
 }
 
 void QXRendererSession::AddTexture(
-    QXScenePart& part, QXModelPictures const& pictures, std::vector<std::string>& vecProblems) {
+    QXScenePart& part, std::vector<QXModelPictures> const& vecPictures, std::vector<std::string>& vecProblems) {
   if (part.m_Texture.m_nImage < 0) return;
+  QXModelPictures const& pictures = vecPictures[static_cast<std::size_t>(part.m_nModel)];
   std::string strProblem;
   QXC::QXTexturePackage& package = *part.m_pOperation->GetTexturePackageArray()[0];
   package.m_pTextures[0] = m_Textures.Take(*m_pGraphics3D, pictures, part.m_Texture, strProblem);
@@ -139,8 +140,8 @@ void QXRendererSession::AddTexture(
     vecProblems.push_back(strProblem);
 }
 
-std::string QXRendererSession::Show(
-    QXScene& scene, QXModelPictures const& pictures, bool bGround, std::vector<std::string>& vecProblems) {
+std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures> const& vecPictures, bool bGround,
+    std::vector<std::string>& vecProblems) {
   m_Bounds = scene.m_Bounds;
   m_pGraphics3D->SetRelativeOrigin(scene.m_vecOrigin);
   m_SceneFigures.m_nModelTriangles = scene.m_nTriangles;
@@ -148,7 +149,7 @@ std::string QXRendererSession::Show(
   std::string const strGround = bGround ? AddGround(scene) : std::string();
   if (!strGround.empty()) return strGround;
   for (QXScenePart& part : scene.m_vecParts) {
-    AddTexture(part, pictures, vecProblems);
+    AddTexture(part, vecPictures, vecProblems);
     std::string const strReason = AddPart(part);
     if (!strReason.empty()) return strReason;
   }
@@ -162,6 +163,12 @@ std::string QXRendererSession::Show(
   return std::string();
 }
 
+void QXRendererSession::SetBackground(double dRed, double dGreen, double dBlue) {
+  m_dBackground[0] = dRed;
+  m_dBackground[1] = dGreen;
+  m_dBackground[2] = dBlue;
+}
+
 std::string QXRendererSession::AddView(QXCell const& cell) {
   int const nView = static_cast<int>(m_vecViews.size());
   QdcUnicodeString strName;
@@ -173,7 +180,7 @@ std::string QXRendererSession::AddView(QXCell const& cell) {
   QXC::QXViewport* pViewport =
       m_pTarget->AddViewport(pCamera, nView, cell.m_dLeft, cell.m_dBottom, cell.m_dWidth, cell.m_dHeight);
   if (pViewport == nullptr) return DescribeFailure("no viewport can be made");
-  pViewport->m_BackgroundColor = QXC::QXColorValue3D(0.78, 0.87, 0.95, 1.0);
+  pViewport->m_BackgroundColor = QXC::QXColorValue3D(m_dBackground[0], m_dBackground[1], m_dBackground[2], 1.0);
   m_vecViews.back().m_pViewport = pViewport;
   return std::string();
 }
@@ -190,10 +197,10 @@ void QXRendererSession::SetPose(int nView, QXPose const& pose) {
   ComputeNearFar(pose, m_Bounds, m_dGroundReach, dNear, dFar);
   double const dAspect = GetAspect(nView);
   camera.SetAspect(dAspect);
-  camera.SetFov(FieldOfView);
+  camera.SetFov(m_dFov);
   camera.SetNearDist(dNear);
   camera.SetFarDist(dFar);
-  camera.SetProjectionMatrix(MakePerspective(FieldOfView, dAspect, dNear, dFar));
+  camera.SetProjectionMatrix(MakePerspective(m_dFov, dAspect, dNear, dFar));
   camera.SetRelativeOrigin(m_pGraphics3D->GetRelativeOrigin());
   camera.SetPosition(pose.GetEye());
   camera.SetOrientation(pose.GetOrientation());

@@ -60,10 +60,17 @@ public:
   /// Opens the target in a window of the program.
   std::string OpenWindow(HWND hWindow, int nWidth, int nHeight);
 
-  /// Hands a model's drawables over, with light from the south-west. The parts' buffers are freed on the way.
+  /// Hands a scene's drawables over, with light from the south-west. The parts' buffers are freed on the way.
+  /// @param vecPictures  of the models, by the index that a part has of its model
   /// @param vecProblems  gets one line for each picture that the renderer cannot use; the model is shown all the same
-  std::string Show(
-      QXScene& scene, QXModelPictures const& pictures, bool bGround, std::vector<std::string>& vecProblems);
+  std::string Show(QXScene& scene, std::vector<QXModelPictures> const& vecPictures, bool bGround,
+      std::vector<std::string>& vecProblems);
+
+  /// What viewports added from then on have behind everything; red, green, blue from 0 to 1. The sky, unless set.
+  void SetBackground(double dRed, double dGreen, double dBlue);
+  /// Vertical, radians; for poses set from then on.
+  void SetFieldOfView(double dFov) { m_dFov = dFov; }
+  double GetFieldOfView() const { return m_dFov; }
 
   /// Adds a viewport with a camera of its own, below those that come after it.
   std::string AddView(QXCell const& cell);
@@ -89,9 +96,6 @@ public:
   unsigned int GetTextureCount() const { return m_Textures.GetCount(); }
   std::string GetRendererName() const;
 
-  /// Vertical field of view of every camera, radians.
-  static constexpr double FieldOfView = 0.55;
-
 private:
   struct View {
     QXC::QXCamera* m_pCamera;
@@ -103,7 +107,8 @@ private:
   std::string AttachTarget(QXC::QXRenderTarget* pTarget);
   std::string AddPart(QXScenePart& part);
   std::string AddGround(QXScene const& scene);
-  void AddTexture(QXScenePart& part, QXModelPictures const& pictures, std::vector<std::string>& vecProblems);
+  void AddTexture(
+      QXScenePart& part, std::vector<QXModelPictures> const& vecPictures, std::vector<std::string>& vecProblems);
 
   std::unique_ptr<QXC::QXPluginModule> m_pModule;
   QXC::QXGraphics3D* m_pGraphics3D = nullptr;
@@ -113,6 +118,8 @@ private:
   QXTextureShelf m_Textures;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
+  double m_dFov = 0.55;
+  double m_dBackground[3] = {0.78, 0.87, 0.95};
   QXFrameFigures m_Figures;
   QXSceneFigures m_SceneFigures;
   std::wstring m_strScene;

@@ -72,35 +72,79 @@ struct PartKey {
   bool m_bTransparent = false;
   /// Number of a transparent placement, MaxSortedParts for all further ones and for what is opaque.
   int m_nPlacement = MaxSortedParts;
+  /// Whose pictures the texture is about; those of all models share drawables without one.
+  int m_nModel = 0;
   QXTextureKey m_Texture;
+  /// Cell of the world, level axes, counted from the scene's origin.
+  int m_nCellX = 0;
+  int m_nCellY = 0;
 
   // The check takes the zero inside the comparison that the compiler writes for a pointer.
   auto operator<=>(PartKey const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
+/// How wide a cell of a scene is: 64 km, in which floats still have steps of 4 mm, and that scenes of a city or a county
+/// do not leave; more where a scene is so wide that this gave thousands of drawables.
+double GetCellSize(QXC::QXBoundingBox const& bounds) {
+  QXVector3d const vecSize = bounds.GetMax() - bounds.GetMin();
+  return std::max({65536.0, vecSize.x / 32.0, vecSize.y / 32.0});
+}
+
+/// One mesh as one node of a model places it, in one place of the model.
+struct PlacedMesh {
+  QXC::QXModelMesh const& m_Mesh;
+  QXC::QXMatrix4d const& m_matNode;
+  QXC::QXMatrix4d const& m_matPlace;
+
+  QXVector3d GetCenter() const {
+    return m_Mesh.m_Bounds.GetCenter().MultiplyMatrix(m_matNode).MultiplyMatrix(m_matPlace);
+  }
+};
+
 class Merger {
 public:
-  Merger(QXC::ModelDataInfo const& model, QXModelPictures const& pictures, QXScene& scene)
-      : m_Pictures(pictures), m_Scene(scene), m_Colors(model, scene.m_Bounds, pictures) {}
+  explicit Merger(QXScene& scene) : m_Scene(scene), m_dCellSize(GetCellSize(scene.m_Bounds)) {}
 
-  void AddNode(QXC::QXModelMesh const& mesh, QXC::QXMatrix4d const& matWorld) {
-    QXTextureChoice const texture(mesh, m_Pictures);
+  void AddModel(QXPlacedModel const& placed, int nModel) {
+    QXC::ModelDataInfo const& model = *placed.m_pModel;
+    QXModelColors const colors(model, model.GetBoundingBox(), *placed.m_pPictures);
+    for (QXC::QXMatrix4d const& matPlace : placed.m_vecPlaces) {
+      for (int i = 0; i < model.GetNodeCount(); ++i) {
+        QXC::QXModelNode const& node = *model.GetNode(i);
+        AddNode({*model.GetMesh(node.m_nMesh), node.m_matWorld, matPlace}, *placed.m_pPictures, nModel, colors);
+      }
+    }
+  }
+
+  void Finish(std::vector<QXPlacedModel> const& vecModels) {
+    for (auto& [key, part] : m_mapParts)
+      Close(key, part, *vecModels[static_cast<std::size_t>(key.m_nModel)].m_pPictures);
+  }
+
+private:
+  struct Part {
+    QXVertexCollector m_Collector;
+    QXVector3d m_vecOrigin;
+  };
+
+  void AddNode(PlacedMesh const& placed, QXModelPictures const& pictures, int nModel, QXModelColors const& colors) {
+    QXC::QXModelMesh const& mesh = placed.m_Mesh;
+    QXTextureChoice const texture(mesh, pictures);
     QXC::QXVertexDataPackage const& package = *mesh.m_pVertexPackage;
-    PartKey key = {m_Colors.IsTransparent(mesh) || texture.IsTransparent(), MaxSortedParts, texture.GetKey()};
-    bool const bSorted = key.m_bTransparent && m_nSortedParts < MaxSortedParts;
-    if (bSorted) key.m_nPlacement = m_nSortedParts++;
+    PartKey const key = MakeKey(placed, texture, nModel, colors);
     Part& part = m_mapParts[key];
     QXVertexCollector& collector = part.m_Collector;
-    // The zero of its coordinates is the place that the renderer sorts by.
-    part.m_vecOrigin = bSorted ? mesh.m_Bounds.GetCenter().MultiplyMatrix(matWorld) : m_Scene.m_vecOrigin;
-    if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices) Close(key, part);
-    NormalTransform const normals(matWorld);
+    part.m_vecOrigin = GetOrigin(key, placed);
+    if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices)
+      Close(key, part, pictures);
+    NormalTransform const modelNormals(placed.m_matNode);
+    NormalTransform const normals(placed.m_matNode * placed.m_matPlace);
     unsigned int const nBase = collector.GetVertexCount();
     for (unsigned int i = 0; i < package.m_nVertexNum; ++i) {
-      QXVector3d const vecPosition = Transform(package.m_pVertices + 3 * std::size_t{i}, matWorld);
-      QXVector3d const vecNormal = normals.Apply(package.m_pNormals + 3 * std::size_t{i});
-      collector.AddVertex(
-          vecPosition - part.m_vecOrigin, vecNormal, m_Colors.GetColor(mesh, i, vecPosition, vecNormal));
+      QXVector3d const vecInModel = Transform(package.m_pVertices + 3 * std::size_t{i}, placed.m_matNode);
+      float const* pNormal = package.m_pNormals + 3 * std::size_t{i};
+      collector.AddVertex(vecInModel.MultiplyMatrix(placed.m_matPlace) - part.m_vecOrigin, normals.Apply(pNormal),
+          colors.GetColor(mesh, i, vecInModel, modelNormals.Apply(pNormal)));
       if (key.m_Texture.m_nImage < 0) continue;
       QXVector3d const vecPicture = texture.GetTexCoord(i);
       collector.AddTexCoord(vecPicture.x, vecPicture.y);
@@ -110,15 +154,28 @@ public:
     m_Scene.m_nVertices += package.m_nVertexNum;
   }
 
-  void Finish() {
-    for (auto& [key, part] : m_mapParts) Close(key, part);
+  PartKey MakeKey(PlacedMesh const& placed, QXTextureChoice const& texture, int nModel, QXModelColors const& colors) {
+    PartKey key;
+    key.m_bTransparent = colors.IsTransparent(placed.m_Mesh) || texture.IsTransparent();
+    key.m_Texture = texture.GetKey();
+    if (key.m_Texture.m_nImage >= 0) key.m_nModel = nModel;
+    if (key.m_bTransparent && m_nSortedParts < MaxSortedParts) {
+      key.m_nPlacement = m_nSortedParts++;
+    } else {
+      QXVector3d const vec = placed.GetCenter() - m_Scene.m_vecOrigin;
+      key.m_nCellX = static_cast<int>(std::lround(vec.x / m_dCellSize));
+      key.m_nCellY = static_cast<int>(std::lround(vec.y / m_dCellSize));
+    }
+    return key;
   }
 
-private:
-  struct Part {
-    QXVertexCollector m_Collector;
-    QXVector3d m_vecOrigin;
-  };
+  /// Where the zero of a part's coordinates stands: where floats are fine, and of a transparent one by which the renderer
+  /// sorts it.
+  QXVector3d GetOrigin(PartKey const& key, PlacedMesh const& placed) const {
+    if (key.m_nPlacement != MaxSortedParts) return placed.GetCenter();
+    return m_Scene.m_vecOrigin +
+           QXVector3d(std::round(key.m_nCellX * m_dCellSize), std::round(key.m_nCellY * m_dCellSize), 0.0);
+  }
 
   void AddTriangles(
       QXC::QXIndexPackage const& package, unsigned int nBase, bool bMirrored, QXVertexCollector& collector) {
@@ -131,20 +188,19 @@ private:
     m_Scene.m_nTriangles += nCount;
   }
 
-  void Close(PartKey const& key, Part& part) {
+  void Close(PartKey const& key, Part& part, QXModelPictures const& pictures) {
     if (part.m_Collector.IsEmpty()) return;
     std::unique_ptr<QXC::QXTexturePackage> pTexture;
     if (key.m_Texture.m_nImage >= 0) {
       pTexture = std::make_unique<QXC::QXTexturePackage>();
-      pTexture->m_strTextureName = QXC::QdcUnicodeString::FromUTF8(m_Pictures.GetTextureName(key.m_Texture).c_str());
+      pTexture->m_strTextureName = QXC::QdcUnicodeString::FromUTF8(pictures.GetTextureName(key.m_Texture).c_str());
     }
-    m_Scene.m_vecParts.push_back(
-        {part.m_Collector.Finish(part.m_vecOrigin, std::move(pTexture)), key.m_bTransparent, key.m_Texture});
+    m_Scene.m_vecParts.push_back({part.m_Collector.Finish(part.m_vecOrigin, std::move(pTexture)), key.m_bTransparent,
+        key.m_nModel, key.m_Texture});
   }
 
-  QXModelPictures const& m_Pictures;
   QXScene& m_Scene;
-  QXModelColors m_Colors;
+  double m_dCellSize;
   std::map<PartKey, Part> m_mapParts;
   int m_nSortedParts = 0;
 };
@@ -162,7 +218,9 @@ struct TrianglePlaces {
   std::vector<WeightedPlace> m_vecY;
 };
 
-void CollectPlaces(QXC::QXModelMesh const& mesh, QXC::QXMatrix4d const& matWorld, TrianglePlaces& places) {
+void CollectPlaces(PlacedMesh const& placed, TrianglePlaces& places) {
+  QXC::QXModelMesh const& mesh = placed.m_Mesh;
+  QXC::QXMatrix4d const matWorld = placed.m_matNode * placed.m_matPlace;
   float const* pVertices = mesh.m_pVertexPackage->m_pVertices;
   for (QXC::QXIndexPackage const* pPackage : mesh.m_arrIndexPackages) {
     for (unsigned int i = 0; i + 2 < static_cast<unsigned int>(pPackage->m_nIndexNum); i += 3) {
@@ -195,15 +253,46 @@ void FindMiddlePart(std::vector<WeightedPlace>& vecPlaces, double dOutside, doub
   dMax = itBack->m_dPlace;
 }
 
-QXC::QXBoundingBox FindCore(QXC::ModelDataInfo const& model, QXScene const& scene) {
-  // Of a handful of triangles every one counts.
-  if (scene.m_nTriangles < 1000) return scene.m_Bounds;
-  TrianglePlaces places;
-  for (int i = 0; i < model.GetNodeCount(); ++i) {
-    QXC::QXModelNode const& node = *model.GetNode(i);
-    CollectPlaces(*model.GetMesh(node.m_nMesh), node.m_matWorld, places);
+/// Calls a function with every mesh as placed.
+template <class Function>
+void ForEachPlacedMesh(std::vector<QXPlacedModel> const& vecModels, Function const& function) {
+  for (QXPlacedModel const& placed : vecModels) {
+    for (QXC::QXMatrix4d const& matPlace : placed.m_vecPlaces) {
+      for (int i = 0; i < placed.m_pModel->GetNodeCount(); ++i) {
+        QXC::QXModelNode const& node = *placed.m_pModel->GetNode(i);
+        function(PlacedMesh{*placed.m_pModel->GetMesh(node.m_nMesh), node.m_matWorld, matPlace});
+      }
+    }
   }
-  QXC::QXBoundingBox core = scene.m_Bounds;
+}
+
+/// Box of all vertices as placed; a null box without any.
+QXC::QXBoundingBox FindBounds(std::vector<QXPlacedModel> const& vecModels) {
+  QXC::QXBoundingBox bounds;
+  bounds.SetNULL();
+  ForEachPlacedMesh(vecModels, [&bounds](PlacedMesh const& placed) {
+    QXC::QXVertexDataPackage const& package = *placed.m_Mesh.m_pVertexPackage;
+    QXVector3d vecMin(1e300, 1e300, 1e300);
+    QXVector3d vecMax(-1e300, -1e300, -1e300);
+    for (unsigned int i = 0; i < package.m_nVertexNum; ++i) {
+      QXVector3d const vec =
+          Transform(package.m_pVertices + 3 * std::size_t{i}, placed.m_matNode).MultiplyMatrix(placed.m_matPlace);
+      vecMin = QXVector3d(std::min(vecMin.x, vec.x), std::min(vecMin.y, vec.y), std::min(vecMin.z, vec.z));
+      vecMax = QXVector3d(std::max(vecMax.x, vec.x), std::max(vecMax.y, vec.y), std::max(vecMax.z, vec.z));
+    }
+    if (package.m_nVertexNum > 0) bounds.Merge(QXC::QXBoundingBox(vecMin, vecMax));
+  });
+  return bounds;
+}
+
+/// @param models  box of the models alone
+QXC::QXBoundingBox FindCore(
+    std::vector<QXPlacedModel> const& vecModels, QXC::QXBoundingBox const& models, unsigned int nTriangles) {
+  // Of a handful of triangles every one counts.
+  if (nTriangles < 1000) return models;
+  TrianglePlaces places;
+  ForEachPlacedMesh(vecModels, [&places](PlacedMesh const& placed) { CollectPlaces(placed, places); });
+  QXC::QXBoundingBox core = models;
   constexpr double Outside = 0.025;
   FindMiddlePart(places.m_vecX, Outside, core.m_dMin[0], core.m_dMax[0]);
   FindMiddlePart(places.m_vecY, Outside, core.m_dMin[1], core.m_dMax[1]);
@@ -218,19 +307,25 @@ bool QXScene::HasOutskirts() const {
   return false;
 }
 
-QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictures) {
+QXScene BuildScene(std::vector<QXPlacedModel> const& vecModels, QXC::QXBoundingBox const& others) {
   QXScene scene;
-  scene.m_Bounds = model.GetBoundingBox();
+  QXC::QXBoundingBox const models = FindBounds(vecModels);
+  scene.m_Bounds = models;
+  scene.m_Bounds.Merge(others);
   QXVector3d const vecCenter = scene.m_Bounds.GetCenter();
   scene.m_vecOrigin = QXVector3d(std::round(vecCenter.x), std::round(vecCenter.y), std::round(vecCenter.z));
-  Merger merger(model, pictures, scene);
-  for (int i = 0; i < model.GetNodeCount(); ++i) {
-    QXC::QXModelNode const& node = *model.GetNode(i);
-    merger.AddNode(*model.GetMesh(node.m_nMesh), node.m_matWorld);
-  }
-  merger.Finish();
-  scene.m_Core = FindCore(model, scene);
+  Merger merger(scene);
+  for (std::size_t i = 0; i < vecModels.size(); ++i) merger.AddModel(vecModels[i], static_cast<int>(i));
+  merger.Finish(vecModels);
+  scene.m_Core = FindCore(vecModels, models, scene.m_nTriangles);
+  scene.m_Core.Merge(others);
   return scene;
+}
+
+QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictures) {
+  QXC::QXBoundingBox nothing;
+  nothing.SetNULL();
+  return BuildScene({{&model, &pictures, {QXC::QXMatrix4d()}}}, nothing);
 }
 
 double GetGroundRadius(QXScene const& scene) {
@@ -257,7 +352,7 @@ QXScenePart BuildGround(QXScene const& scene) {
     collector.AddIndex(nMiddle + 1 + i);
     collector.AddIndex(nMiddle + 1 + (i + 1) % Sectors);
   }
-  return {collector.Finish(scene.m_vecOrigin, nullptr), false, QXTextureKey()};
+  return {collector.Finish(scene.m_vecOrigin, nullptr), false, 0, QXTextureKey()};
 }
 
 }  // namespace QXApp

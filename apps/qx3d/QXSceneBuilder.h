@@ -5,6 +5,7 @@
 #include <apps/qx3d/QXModelPictures.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 
@@ -17,29 +18,41 @@ class ModelDataInfo;
 
 namespace QXApp {
 
+/// A model, z up, with its pictures and its places.
+struct QXPlacedModel {
+  QXC::ModelDataInfo const* m_pModel = nullptr;
+  /// Meshes whose picture is not usable are shown in their colours.
+  QXModelPictures const* m_pPictures = nullptr;
+  /// From the model's coordinates into the world.
+  std::vector<QXC::QXMatrix4d> m_vecPlaces;
+};
+
 /// One drawable: what to hand to QXRenderOperation3D::SetRenderOperationMultiIndex. Its vertices stand relative to its
-/// model matrix: a shift to the scene's middle, or to its own where it is transparent.
+/// model matrix: a shift to the scene's middle, to a place near them where a scene is very wide, or to their own middle
+/// where they are transparent.
 struct QXScenePart {
   std::unique_ptr<QXC::QXRenderOperationMultiIndex> m_pOperation;
   bool m_bTransparent = false;
+  /// Index of the model that the texture's key is about.
+  int m_nModel = 0;
   /// The texture for the operation's one package, which holds its name; without a picture there is no package.
   QXTextureKey m_Texture;
 };
 
-/// A model merged into few drawables.
+/// Models merged into few drawables.
 struct QXScene {
   std::vector<QXScenePart> m_vecParts;
-  /// Middle of the model, world coordinates: the origin for floats.
+  /// Middle of the scene, world coordinates: the origin for floats.
   QXC::QXVector3d m_vecOrigin;
-  /// Everything that is drawn of the model, world coordinates.
+  /// Everything that is drawn, world coordinates.
   QXC::QXBoundingBox m_Bounds;
-  /// Where most of the model is: nineteen twentieths of its surface on each level axis, heights whole. A road that
+  /// Where most of the models is: nineteen twentieths of their surface on each level axis, heights whole. A road that
   /// leaves the city does not make the city small.
   QXC::QXBoundingBox m_Core;
   unsigned int m_nTriangles = 0;
   unsigned int m_nVertices = 0;
 
-  /// Whether parts of the model lie around its core.
+  /// Whether parts of the models lie around the core.
   bool HasOutskirts() const;
 };
 
@@ -53,10 +66,13 @@ struct QXScene {
 ///
 /// Colours: material times vertex colour times picture. A mesh with neither is coloured by its faces: ground where it is level and
 /// low, roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is mixed with a
-/// light paper tone.
+/// light paper tone. All of this is decided by the model alone, so that it looks alike wherever it is placed.
 ///
-/// @param pictures  of the model; meshes whose picture is not usable are shown in their colours
+/// @param others  bounds of what stands in the scene besides, part of its core; a null box for nothing
 /// Cost: linear in the placed vertices.
+QXScene BuildScene(std::vector<QXPlacedModel> const& vecModels, QXC::QXBoundingBox const& others);
+
+/// The scene of one model where its coordinates put it.
 QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictures = QXModelPictures());
 
 /// Radius of the ground of a scene: far behind the edges of every first view.

@@ -2,59 +2,52 @@
 
 #include <apps/qx3d/QXFrameClock.h>
 #include <apps/qx3d/QXMessage.h>
-#include <apps/qx3d/QXModelLoader.h>
-#include <apps/qx3d/QXModelPictures.h>
+#include <apps/qx3d/QXPluginFolders.h>
 #include <apps/qx3d/QXPngWriter.h>
 #include <apps/qx3d/QXProgress.h>
 #include <apps/qx3d/QXRendererSession.h>
-#include <apps/qx3d/QXSceneBuilder.h>
+#include <apps/qx3d/QXSceneFile.h>
+#include <apps/qx3d/QXSceneModels.h>
 #include <apps/qx3d/QXStatsReport.h>
 #include <apps/qx3d/QXViewOptions.h>
 #include <apps/qx3d/QXWindow.h>
 
-#include <QxGraphics3D/frame/QXPluginConfigs.h>
-#include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
-
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
+#include <numbers>
 #include <optional>
-#include <system_error>
 #include <vector>
 
 namespace QXApp {
 
 namespace {
 
-/// The work of one call of `qx3d view`; every step answers with an empty string or the line to leave with.
+/// A model alone is a scene of one, whose messages are about the model and no line of a file.
+QXSceneFile MakeSceneOf(std::string const& strModel) {
+  QXSceneFile scene;
+  scene.m_strPath = strModel;
+  scene.m_vecModels.emplace_back();
+  scene.m_vecModels.back().m_strFile = strModel;
+  return scene;
+}
+
+/// The work of one call of `qx3d view`; every step answers with the lines to leave with, none where it went well.
 class ViewRun {
 public:
   explicit ViewRun(QXViewOptions const& options) : m_Options(options) {}
 
-  std::string Run() {
-    // First of all: the model reader is a plug-in as well.
-    std::string strError = AddPluginFolders();
+  std::vector<std::string> Run() {
+    std::string strError = AddPluginFolders(m_Options.m_vecPluginFolders);
     if (strError.empty()) strError = CheckOutput();
-    if (strError.empty()) strError = Load();
-    if (strError.empty()) strError = OpenRenderer();
-    if (strError.empty()) strError = AddViews();
-    if (strError.empty()) strError = m_Options.m_strOut.empty() ? RunWindow() : WritePicture();
+    if (!strError.empty()) return {strError};
+    std::vector<std::string> const vecProblems = Load();
+    if (vecProblems.empty()) strError = Show();
     m_Progress.Clear();
-    return strError;
+    return strError.empty() ? vecProblems : std::vector<std::string>{strError};
   }
 
 private:
   bool IsPicture() const { return !m_Options.m_strOut.empty(); }
-
-  std::string AddPluginFolders() const {
-    for (std::string const& strFolder : m_Options.m_vecPluginFolders) {
-      std::error_code error;
-      if (!std::filesystem::is_directory(strFolder, error))
-        return "--plugins " + strFolder + ": there is no such folder; create it or give another name";
-      QXC::QXPluginConfigs::AddSearchFolder(QXC::QdcUnicodeString::FromUTF8(strFolder.c_str()));
-    }
-    return std::string();
-  }
 
   /// Before any work: whoever waited for a large model should not learn only then that the name was wrong.
   std::string CheckOutput() const {
@@ -63,19 +56,30 @@ private:
     return strReason.empty() ? strReason : m_Options.m_strOut + ": " + strReason;
   }
 
-  std::string Load() {
-    m_Progress.Show("reading " + m_Options.m_strModel);
-    std::string strReason;
-    std::unique_ptr<QXC::ModelDataInfo> const pModel = LoadModel(m_Options.m_strModel, m_Options.m_eUp, strReason);
-    if (pModel == nullptr) return m_Options.m_strModel + ": " + strReason;
-    m_Progress.Show("preparing " + std::to_string(pModel->GetTriangleCount()) + " triangles");
+  std::vector<std::string> Load() {
     std::vector<std::string> vecProblems;
-    m_Pictures.Load(*pModel, vecProblems);
-    Warn(vecProblems);
-    m_Scene = BuildScene(*pModel, m_Pictures);
+    m_File = IsSceneName(m_Options.m_strModel) ? ReadSceneFile(m_Options.m_strModel, vecProblems)
+                                               : MakeSceneOf(m_Options.m_strModel);
+    if (!vecProblems.empty()) return vecProblems;
+    QXSceneProblems problems(m_Options.m_strModel);
+    std::vector<std::string> vecPictureProblems;
+    m_Models.Load(
+        m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, problems,
+        vecPictureProblems);
+    Warn(vecPictureProblems);
+    if (!problems.IsEmpty()) return problems.GetLines();
+    m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
+    m_Scene = m_Models.Build(GetIconBounds(m_File));
     // Whoever waits in front of a window wants the picture to move by the clock on the wall.
-    if (IsPicture() && m_Pictures.HasAnimated()) m_Clock.emplace();
-    return std::string();
+    if (IsPicture() && m_Models.HasAnimated()) m_Clock.emplace();
+    return vecProblems;
+  }
+
+  std::string Show() {
+    std::string strError = OpenRenderer();
+    if (strError.empty()) strError = AddViews();
+    if (strError.empty()) strError = IsPicture() ? WritePicture() : RunWindow();
+    return strError;
   }
 
   /// A model is worth showing without one of its pictures.
@@ -97,15 +101,19 @@ private:
     }
     if (!strError.empty()) return strError;
     std::vector<std::string> vecProblems;
-    strError = m_Session.Show(m_Scene, m_Pictures, m_Options.m_bGround, vecProblems);
+    strError = m_Session.Show(m_Scene, m_Models.GetPictures(), m_Options.m_bGround && m_File.m_bGround, vecProblems);
     Warn(vecProblems);
-    m_Pictures = QXModelPictures();  // the renderer has its own
+    m_Models.FreePictures();
     return strError;
   }
 
   QXCell GetCell(int nView) const { return GetViewCell(nView, m_Options.m_nViews, m_nWidth, m_nHeight); }
 
   std::string AddViews() {
+    unsigned char const(&nColor)[3] = m_File.m_nBackground;
+    if (m_File.m_bBackground) m_Session.SetBackground(nColor[0] / 255.0, nColor[1] / 255.0, nColor[2] / 255.0);
+    double const dFov = m_File.m_Camera.m_dFieldOfView;
+    if (dFov > 0.0) m_Session.SetFieldOfView(dFov * std::numbers::pi / 180.0);
     for (int i = 0; i < m_Options.m_nViews; ++i) {
       std::string const strError = m_Session.AddView(GetCell(i));
       if (!strError.empty()) return strError;
@@ -121,7 +129,7 @@ private:
       GetViewAngles(i, dHeading, dElevation);
       QXPose& pose = m_vecPoses[static_cast<std::size_t>(i)];
       // What lies around the core fills the rim of the picture; a model that ends at its bounds needs a margin.
-      pose = FrameBox(m_Scene.m_Core, dHeading, dElevation, QXRendererSession::FieldOfView, m_Session.GetAspect(i),
+      pose = FrameBox(m_Scene.m_Core, dHeading, dElevation, m_Session.GetFieldOfView(), m_Session.GetAspect(i),
           m_Scene.HasOutskirts() ? 0.97 : 1.12);
     }
     std::string const strError = ApplyEyeAndLook();
@@ -129,19 +137,24 @@ private:
     return strError;
   }
 
-  /// --eye and --look are about the first view.
+  /// What the command line and the file say about eye and look is about the first view.
   std::string ApplyEyeAndLook() {
-    if (!m_Options.m_bEye && !m_Options.m_bLook) return std::string();
+    QXSceneCamera const& camera = m_File.m_Camera;
+    bool const bEye = m_Options.m_bEye || camera.m_bEye;
+    bool const bLook = m_Options.m_bLook || camera.m_bLook;
+    if (!bEye && !bLook) return std::string();
     QXPose& pose = m_vecPoses[0];
-    QXC::QXVector3d vecLook = m_Scene.m_Core.GetCenter();
+    QXC::QXVector3d vecLook = bLook ? camera.m_vecLook : m_Scene.m_Core.GetCenter();
     if (m_Options.m_bLook) vecLook = QXC::QXVector3d(m_Options.m_dLook[0], m_Options.m_dLook[1], m_Options.m_dLook[2]);
-    if (!m_Options.m_bEye) {
+    if (!bEye) {
       pose.m_vecTarget = vecLook;
       return std::string();
     }
-    QXC::QXVector3d const vecEye(m_Options.m_dEye[0], m_Options.m_dEye[1], m_Options.m_dEye[2]);
-    if (!pose.SetEyeAndTarget(vecEye, vecLook)) return "--eye and --look are the same point; move one of them";
-    return std::string();
+    QXC::QXVector3d vecEye = camera.m_vecEye;
+    if (m_Options.m_bEye) vecEye = QXC::QXVector3d(m_Options.m_dEye[0], m_Options.m_dEye[1], m_Options.m_dEye[2]);
+    if (pose.SetEyeAndTarget(vecEye, vecLook)) return std::string();
+    if (m_Options.m_bEye && m_Options.m_bLook) return "--eye and --look are the same point; move one of them";
+    return m_Options.m_strModel + ": the eye and the point that it looks at are the same; move one of them";
   }
 
   void ApplyPoses() {
@@ -204,7 +217,7 @@ private:
     constexpr double RadiansPerPixel = 0.006;
     pose.Orbit(input.m_dOrbitX * RadiansPerPixel, -input.m_dOrbitY * RadiansPerPixel);
     // What is grabbed stays under the mouse: the picture is 2 tan(fov / 2) of the distance high.
-    double const dPerPixel = 2.0 * std::tan(0.5 * QXRendererSession::FieldOfView) / m_nHeight;
+    double const dPerPixel = 2.0 * std::tan(0.5 * m_Session.GetFieldOfView()) / m_nHeight;
     pose.Pan(-input.m_dPanX * dPerPixel, input.m_dPanY * dPerPixel);
     pose.Zoom(std::pow(0.85, input.m_dZoom));
     ApplyPoses();
@@ -233,7 +246,8 @@ private:
   // Before the session, which still asks the time while it ends.
   std::optional<QXFrameClock> m_Clock;
   bool m_bDrawn = false;
-  QXModelPictures m_Pictures;
+  QXSceneFile m_File;
+  QXSceneModels m_Models;
   QXScene m_Scene;
   QXWindow m_Window;
   // After the window, so that the renderer goes first: it draws into it.
@@ -247,10 +261,9 @@ private:
 
 int RunView(QXViewOptions const& options) {
   ViewRun run(options);
-  std::string const strError = run.Run();
-  if (strError.empty()) return 0;
-  PrintFailure(strError);
-  return 1;
+  std::vector<std::string> const vecErrors = run.Run();
+  for (std::string const& strError : vecErrors) PrintFailure(strError);
+  return vecErrors.empty() ? 0 : 1;
 }
 
 }  // namespace QXApp

@@ -6,8 +6,8 @@ namespace QXApp {
 
 struct QXViewOptions;
 
-/// Shows a model: writes a picture of it, or opens a window until the person closes it.
-/// @return  the exit status; 1 after one line on the standard error output
+/// Shows a model or a scene: writes a picture of it, or opens a window until the person closes it.
+/// @return  the exit status; 1 after one line on the standard error output, for a scene one for each problem in it
 int RunView(QXViewOptions const& options);
 
 }  // namespace QXApp

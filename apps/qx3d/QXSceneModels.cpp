@@ -1,0 +1,160 @@
+#include <apps/qx3d/QXSceneModels.h>
+
+#include <apps/qx3d/QXModelLoader.h>
+
+#include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <numbers>
+#include <utility>
+
+namespace QXApp {
+
+namespace {
+
+using QXC::QXMatrix4d;
+using QXC::QXVector3d;
+
+/// Sine and cosine, exact at quarter turns: walls along the axes stay along them.
+struct Angle {
+  explicit Angle(double dDegrees) {
+    double const dQuarters = dDegrees / 90.0;
+    if (dQuarters == std::floor(dQuarters)) {
+      constexpr double Sines[] = {0.0, 1.0, 0.0, -1.0};
+      auto const nQuarter = static_cast<unsigned int>(static_cast<int>(dQuarters) & 3);
+      m_dSin = Sines[nQuarter];
+      m_dCos = Sines[(nQuarter + 1) & 3];
+      return;
+    }
+    double const dRadians = dDegrees * std::numbers::pi / 180.0;
+    m_dSin = std::sin(dRadians);
+    m_dCos = std::cos(dRadians);
+  }
+  double m_dSin;
+  double m_dCos;
+};
+
+/// Turns axis nFrom towards axis nTo.
+QXMatrix4d MakeTurn(Angle const& angle, int nFrom, int nTo) {
+  QXMatrix4d mat;
+  mat[nFrom][nFrom] = angle.m_dCos;
+  mat[nFrom][nTo] = angle.m_dSin;
+  mat[nTo][nFrom] = -angle.m_dSin;
+  mat[nTo][nTo] = angle.m_dCos;
+  return mat;
+}
+
+/// Coordinates that devices still show, see LoadModel.
+bool IsShowable(QXC::QXBoundingBox const& box, QXMatrix4d const& matPlace) {
+  constexpr double Max = 1e15;
+  for (QXVector3d const& vecCorner : box.GetCorners()) {
+    QXVector3d const vec = vecCorner.MultiplyMatrix(matPlace);
+    if (!(std::abs(vec.x) <= Max && std::abs(vec.y) <= Max && std::abs(vec.z) <= Max)) return false;
+  }
+  return true;
+}
+
+void AppendNew(std::vector<std::string> const& vecLines, std::vector<std::string>& vecAll) {
+  for (std::string const& strLine : vecLines)
+    if (std::find(vecAll.begin(), vecAll.end(), strLine) == vecAll.end()) vecAll.push_back(strLine);
+}
+
+/// What makes two placements share what is read.
+using FileKey = std::pair<std::string, UpAxis>;
+
+FileKey MakeFileKey(QXSceneModel const& model, UpAxis eUp) {
+  return {std::filesystem::path(model.m_strFile).lexically_normal().string(),
+      model.m_eUp == UpAxis::Auto ? eUp : model.m_eUp};
+}
+
+}  // namespace
+
+QXMatrix4d MakePlacement(QXSceneModel const& model) {
+  QXMatrix4d mat;
+  for (int i = 0; i < 3; ++i) mat[i][i] = model.m_dScale;
+  mat = mat * MakeTurn(Angle(model.m_dRoll), 2, 0) * MakeTurn(Angle(model.m_dPitch), 1, 2) *
+        MakeTurn(Angle(model.m_dHeading), 1, 0);
+  mat.SetTrans(model.m_vecPosition);
+  return mat;
+}
+
+QXC::QXBoundingBox GetIconBounds(QXSceneFile const& scene) {
+  QXC::QXBoundingBox bounds;
+  bounds.SetNULL();
+  for (QXSceneIcon const& icon : scene.m_vecIcons) {
+    // It turns to the eye, so that it may reach half its longer side to all directions.
+    double const dReach = icon.m_eUnit == QXIconUnit::World ? 0.5 * std::max(icon.m_dWidth, icon.m_dHeight) : 0.0;
+    QXVector3d const vecReach(dReach, dReach, dReach);
+    bounds.Merge(QXC::QXBoundingBox(icon.m_vecPosition - vecReach, icon.m_vecPosition + vecReach));
+  }
+  return bounds;
+}
+
+QXSceneModels::QXSceneModels() = default;
+QXSceneModels::~QXSceneModels() = default;
+
+void QXSceneModels::LoadOne(
+    std::string const& strPath, UpAxis eUp, std::vector<std::string>& vecPictureProblems, std::string& strError) {
+  std::unique_ptr<QXC::ModelDataInfo> pModel = LoadModel(strPath, eUp, strError);
+  if (pModel == nullptr) return;
+  QXModelPictures pictures;
+  std::vector<std::string> vecProblems;
+  pictures.Load(*pModel, vecProblems);
+  AppendNew(vecProblems, vecPictureProblems);
+  QXC::QXBoundingBox const box = pModel->GetBoundingBox();
+  m_vecModels.push_back({std::move(pModel), box, {}});
+  m_vecPictures.push_back(std::move(pictures));
+}
+
+std::string QXSceneModels::Place(Model& model, QXSceneModel const& placed) {
+  QXMatrix4d const matPlace = MakePlacement(placed);
+  if (!IsShowable(model.m_Box, matPlace))
+    return "it is placed beyond 1e15, farther than can be shown; give a smaller scale or a nearer position";
+  m_nTriangles += model.m_pModel->GetTriangleCount();
+  m_nVertices += model.m_pModel->GetVertexCount();
+  if (std::max(m_nTriangles, m_nVertices) > ms_nMaxPlaced)
+    return "from here on the models have more than " + std::to_string(ms_nMaxPlaced) +
+           " triangles or vertices together, more than can be shown; leave some out";
+  model.m_vecPlaces.push_back(matPlace);
+  return std::string();
+}
+
+void QXSceneModels::Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
+    QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems) {
+  // Of each file its index, or -1 where it cannot be read.
+  std::map<FileKey, int> mapFiles;
+  for (QXSceneModel const& placed : scene.m_vecModels) {
+    FileKey const key = MakeFileKey(placed, eUp);
+    auto const [it, bNew] = mapFiles.insert({key, -1});
+    std::string strReason;
+    if (bNew) {
+      progress("reading " + placed.m_strFile);
+      LoadOne(placed.m_strFile, key.second, vecPictureProblems, strReason);
+      if (strReason.empty()) it->second = static_cast<int>(m_vecModels.size()) - 1;
+    }
+    if (it->second >= 0) strReason = Place(m_vecModels[static_cast<std::size_t>(it->second)], placed);
+    if (strReason.empty()) continue;
+    // A model that is shown alone has no line, and its path is the problems' own.
+    problems.Add(placed.m_nLine, placed.m_nLine > 0 ? placed.m_strFile + ": " + strReason : strReason);
+    if (m_nTriangles > ms_nMaxPlaced || m_nVertices > ms_nMaxPlaced) return;
+  }
+}
+
+QXScene QXSceneModels::Build(QXC::QXBoundingBox const& others) {
+  std::vector<QXPlacedModel> vecPlaced;
+  for (std::size_t i = 0; i < m_vecModels.size(); ++i)
+    vecPlaced.push_back({m_vecModels[i].m_pModel.get(), &m_vecPictures[i], std::move(m_vecModels[i].m_vecPlaces)});
+  QXScene scene = BuildScene(vecPlaced, others);
+  m_vecModels.clear();
+  return scene;
+}
+
+bool QXSceneModels::HasAnimated() const {
+  return std::any_of(m_vecPictures.begin(), m_vecPictures.end(),
+      [](QXModelPictures const& pictures) { return pictures.HasAnimated(); });
+}
+
+}  // namespace QXApp

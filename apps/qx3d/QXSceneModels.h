@@ -1,0 +1,70 @@
+/// @file
+/// The models of a scene, from their files to their places.
+#pragma once
+
+#include <apps/qx3d/QXSceneBuilder.h>
+#include <apps/qx3d/QXSceneFile.h>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace QXApp {
+
+/// From a model's coordinates, z up, into the world. Quarter turns are exact.
+QXC::QXMatrix4d MakePlacement(QXSceneModel const& model);
+
+/// Where the icons of a scene are, with those that have a size in the world in full. A null box without any.
+QXC::QXBoundingBox GetIconBounds(QXSceneFile const& scene);
+
+/// Reads each file of a scene once, however often it is placed.
+class QXSceneModels {
+public:
+  /// Most triangles, and most vertices, that the models of a scene may have together, each counted as often as placed.
+  static constexpr unsigned long long ms_nMaxPlaced = 100000000;
+
+  QXSceneModels();
+  QXSceneModels(QXSceneModels const&) = delete;
+  QXSceneModels& operator=(QXSceneModels const&) = delete;
+  ~QXSceneModels();
+
+  /// @param eUp       for models that have no up axis of their own in the scene
+  /// @param progress  is told what is read
+  /// @param problems  gets each model that cannot be read or shown, at its line
+  /// @param vecPictureProblems  gets one line for each picture that cannot be read; the models are good all the same
+  void Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
+      QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
+
+  /// Merges what was read; the models, not their pictures, are freed.
+  /// @param others  bounds of what stands in the scene besides
+  QXScene Build(QXC::QXBoundingBox const& others);
+
+  /// Triangles as placed.
+  unsigned long long GetTriangleCount() const { return m_nTriangles; }
+  /// By the index of a part's model.
+  std::vector<QXModelPictures> const& GetPictures() const { return m_vecPictures; }
+  bool HasAnimated() const;
+  /// Once the renderer has its own.
+  void FreePictures() { m_vecPictures.clear(); }
+
+private:
+  struct Model {
+    std::unique_ptr<QXC::ModelDataInfo> m_pModel;
+    QXC::QXBoundingBox m_Box;
+    std::vector<QXC::QXMatrix4d> m_vecPlaces;
+  };
+
+  void LoadOne(
+      std::string const& strPath, UpAxis eUp, std::vector<std::string>& vecPictureProblems, std::string& strError);
+  std::string Place(Model& model, QXSceneModel const& placed);
+
+  std::vector<Model> m_vecModels;
+  std::vector<QXModelPictures> m_vecPictures;
+  unsigned long long m_nTriangles = 0;
+  unsigned long long m_nVertices = 0;
+};
+
+}  // namespace QXApp
