@@ -20,6 +20,8 @@ constexpr std::uintmax_t MaxFileSize = std::uintmax_t{128} << 20;
 struct Draft {
   QXSceneFile m_Scene;
   QXSceneProblems& m_Problems;
+  /// Of the value that is taken over.
+  int m_nLine = 0;
 
   std::string Complete(std::string const& strName) const {
     return (std::filesystem::path(m_Scene.m_strPath).parent_path() / strName).string();
@@ -114,6 +116,7 @@ std::string BeginModel(Draft& draft, int nLine) {
 std::string SetModelFile(Draft& draft, std::string const& strValue) {
   if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a scene holds no scenes; name a model";
   draft.GetModel().m_strFile = draft.Complete(strValue);
+  draft.GetModel().m_nLine = draft.m_nLine;
   return std::string();
 }
 
@@ -172,6 +175,7 @@ std::string EndIcon(Draft& draft) {
 Section MakeIconSection() {
   auto const setImage = [](Draft& draft, std::string const& strValue) {
     draft.GetIcon().m_strImage = draft.Complete(strValue);
+    draft.GetIcon().m_nLine = draft.m_nLine;
     return std::string();
   };
   auto const setPosition = [](Draft& draft, std::string const& strValue) {
@@ -218,6 +222,7 @@ public:
         m_Draft.m_Problems.Add(nLine, "'" + strKey + "' stands before the first section; known are " + ListSections());
       return;
     }
+    m_Draft.m_nLine = nLine;
     std::vector<Key> const& vecKeys = m_pSection->m_vecKeys;
     for (std::size_t i = 0; i < vecKeys.size(); ++i) {
       if (vecKeys[i].m_szName != strKey) continue;
@@ -350,7 +355,7 @@ bool IsSceneName(std::string const& strPath) {
 }
 
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems) {
-  Draft draft{QXSceneFile(), problems};
+  Draft draft{QXSceneFile(), problems, 0};
   draft.m_Scene.m_strPath = strPath;
   SceneReader reader(draft);
   ReadSceneText(bytes, reader, problems);

@@ -59,7 +59,7 @@ struct QXSceneCamera {
   int m_nLine = 0;
 };
 
-/// A scene file. The placed things stand in the order of the file, each with the line of its section.
+/// A scene file. The placed things stand in the order of the file, each with the line that names its file.
 struct QXSceneFile {
   std::string m_strPath;
   /// Red, green, blue of what lies behind everything.
