@@ -11,13 +11,6 @@
 #include <QxGraphics3D/testing/QXNullRenderTarget.h>
 
 namespace QXC {
-namespace {
-
-double Sign(double dValue) {
-  return dValue > 0.0 ? 1.0 : (dValue < 0.0 ? -1.0 : 0.0);
-}
-
-}  // namespace
 
 QXNullDevice::QXNullDevice(std::shared_ptr<QXCallLog> pLog) : QXNullObject(std::move(pLog), "graphics") {}
 
@@ -83,17 +76,7 @@ void QXNullDevice::ConvertProjectionMatrix(QXMatrix4d const& matIn, QXMatrix4d& 
 }
 
 void QXNullDevice::ApplyObliqueDepthProjection(QXMatrix4d& matProjection, QXPlane const& plane) const {
-  // Lengyel, "Oblique View Frustum Depth Projection and Clipping" (2005): q is the corner of the frustum opposite the
-  // plane, and the column that gives z is replaced so that the plane maps to the near end and q to the far one.
-  QXMatrix4d& mat = matProjection;
-  QXVector3d const& normal = plane.GetNormal();
-  double const q[4] = {(Sign(normal.x) + mat[2][0]) / mat[0][0], (Sign(normal.y) + mat[2][1]) / mat[1][1], -1.0,
-      (1.0 + mat[2][2]) / mat[3][2]};
-  double const dScale = 2.0 / (normal.x * q[0] + normal.y * q[1] + normal.z * q[2] + plane.GetPlaneDistance() * q[3]);
-  mat[0][2] = normal.x * dScale;
-  mat[1][2] = normal.y * dScale;
-  mat[2][2] = normal.z * dScale + 1.0;
-  mat[3][2] = plane.GetPlaneDistance() * dScale;
+  QXMathEngine::ApplyObliqueDepth(matProjection, plane);
 }
 
 void QXNullDevice::BeginScreenProjection() {

@@ -1,6 +1,6 @@
 // Projections, patches, read-back and objects by their selection identifiers.
 
-#include <cmath>
+#include <algorithm>
 #include <cstring>
 #include <set>
 
@@ -15,14 +15,6 @@
 #include <plugins/ogre/QXOgreScene.h>
 
 namespace QXC {
-
-namespace {
-
-double Sign(double dValue) {
-  return dValue > 0.0 ? 1.0 : dValue < 0.0 ? -1.0 : 0.0;
-}
-
-}  // namespace
 
 void QXOgreGraphics3D::MakeProjectionMatrix(
     double dFovY, double dAspect, double dNear, double dFar, QXMatrix4d& matOut) {
@@ -39,18 +31,8 @@ void QXOgreGraphics3D::MakeOrthoMatrix(
   matOut = QXMathEngine::ComputeOrthoMatrix(dLeft, dRight, dBottom, dTop, dNear, dFar);
 }
 
-// E. Lengyel, Oblique View Frustum Depth Projection and Clipping, Journal of Game Development 1 (2005): the plane
-// becomes the near plane, and is scaled so that the far plane passes the corner of the frustum opposite to it.
 void QXOgreGraphics3D::ApplyObliqueDepthProjection(QXMatrix4d& matProjection, QXPlane const& plane) const {
-  QXVector3d const vecNormal = plane.GetNormal();
-  double const dPlane[4] = {vecNormal.x, vecNormal.y, vecNormal.z, plane.GetPlaneDistance()};
-  double const dCorner[4] = {(Sign(dPlane[0]) + matProjection[2][0]) / matProjection[0][0],
-      (Sign(dPlane[1]) + matProjection[2][1]) / matProjection[1][1], -1.0,
-      (1.0 + matProjection[2][2]) / matProjection[3][2]};
-  double dDot = 0.0;
-  for (int i = 0; i < 4; ++i) dDot += dPlane[i] * dCorner[i];
-  if (dDot == 0.0 || !std::isfinite(dDot)) return;
-  for (int i = 0; i < 4; ++i) matProjection[i][2] = dPlane[i] * (2.0 / dDot) - matProjection[i][3];
+  QXMathEngine::ApplyObliqueDepth(matProjection, plane);
 }
 
 void QXOgreGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,

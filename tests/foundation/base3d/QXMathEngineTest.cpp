@@ -1,11 +1,14 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXPlane.h>
+
 #include "QXTestMath.h"
 
 #include <glm/gtc/matrix_transform.hpp>
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 using namespace QXC;
 using QXTest::ExpectNear;
@@ -53,6 +56,40 @@ TEST(QXMathEngine, AgreesWithTheOracleOnPerspectiveProjections) {
       glm::frustumRH_NO(-3.0, 7.0, -2.0, 11.0, 1.0, 20000.0), 1e-12);
   ExpectNear(
       QXMathEngine::ComputePerspectiveMatrix(0.8, 1.5, 0.5, 900), glm::perspectiveRH_NO(0.8, 1.5, 0.5, 900.0), 1e-12);
+}
+
+/// Depth of a point of view space after the division.
+double DepthOf(QXMatrix4d const& matProjection, QXVector3d const& point) {
+  auto const column = [&](int n) {
+    return point.x * matProjection[0][n] + point.y * matProjection[1][n] + point.z * matProjection[2][n] +
+           matProjection[3][n];
+  };
+  return column(2) / column(3);
+}
+
+TEST(QXMathEngine, ObliqueDepthPutsThePlaneNearAndTheOppositeCornerFar) {
+  QXMatrix4d const matBefore = QXMathEngine::ComputeFrustumMatrix(-1.0, 2.0, -1.0, 1.0, 1.0, 100.0);
+  QXMatrix4d mat = matBefore;
+  // Kept is what lies beyond z = -5, leaning a little to the right and downwards.
+  QXMathEngine::ApplyObliqueDepth(mat, QXPlane(QXVector3d(0.1, -0.2, -1.0), -5.0));
+  EXPECT_NEAR(DepthOf(mat, {0.0, 0.0, -5.0}), -1.0, 1e-12);
+  EXPECT_NEAR(DepthOf(mat, {2.0, 1.0, -5.0}), -1.0, 1e-12);
+  EXPECT_LT(DepthOf(mat, {0.0, 0.0, -4.0}), -1.0);
+  EXPECT_GT(DepthOf(mat, {0.0, 0.0, -6.0}), -1.0);
+  // The corner at the far right bottom.
+  EXPECT_NEAR(DepthOf(mat, {200.0, -100.0, -100.0}), 1.0, 1e-12);
+  for (int nRow = 0; nRow < 4; ++nRow) {
+    for (int const nColumn : {0, 1, 3}) EXPECT_EQ(mat[nRow][nColumn], matBefore[nRow][nColumn]);
+  }
+}
+
+TEST(QXMathEngine, ObliqueDepthOfNoPlaneChangesNothing) {
+  QXMatrix4d const matBefore = QXMathEngine::ComputePerspectiveMatrix(1.0, 1.5, 1.0, 100.0);
+  QXMatrix4d mat = matBefore;
+  QXMathEngine::ApplyObliqueDepth(mat, QXPlane());
+  EXPECT_EQ(mat, matBefore);
+  QXMathEngine::ApplyObliqueDepth(mat, QXPlane(QXVector3d(0.0, std::numeric_limits<double>::infinity(), 0.0), 1.0));
+  EXPECT_EQ(mat, matBefore);
 }
 
 TEST(QXMathEngine, RoundsUpToPowersOfTwo) {

@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXPlane.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXQuaternion4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResample.h>
@@ -9,6 +10,14 @@
 #include <cstdint>
 
 namespace QXC {
+
+namespace {
+
+double Sign(double dValue) {
+  return dValue > 0.0 ? 1.0 : dValue < 0.0 ? -1.0 : 0.0;
+}
+
+}  // namespace
 
 _Graphics3DType QXMathEngine::m_msGraphics3DType = GRAPHICS3D_UNKNOWN;
 
@@ -55,6 +64,19 @@ QXMatrix4d QXMathEngine::ComputePerspectiveMatrix(double dFovY, double dAspect, 
   double const dTop = dNear * std::tan(dFovY / 2.0);
   double const dRight = dTop * dAspect;
   return ComputeFrustumMatrix(-dRight, dRight, -dTop, dTop, dNear, dFar);
+}
+
+void QXMathEngine::ApplyObliqueDepth(QXMatrix4d& matProjection, QXPlane const& plane) {
+  QXVector3d const& normal = plane.GetNormal();
+  double const arrPlane[4] = {normal.x, normal.y, normal.z, plane.GetPlaneDistance()};
+  // The corner of the frustum opposite to the plane.
+  double const arrCorner[4] = {(Sign(normal.x) + matProjection[2][0]) / matProjection[0][0],
+      (Sign(normal.y) + matProjection[2][1]) / matProjection[1][1], -1.0,
+      (1.0 + matProjection[2][2]) / matProjection[3][2]};
+  double dDot = 0.0;
+  for (int i = 0; i < 4; ++i) dDot += arrPlane[i] * arrCorner[i];
+  if (dDot == 0.0 || !std::isfinite(dDot)) return;
+  for (int i = 0; i < 4; ++i) matProjection[i][2] = arrPlane[i] * (2.0 / dDot) - matProjection[i][3];
 }
 
 unsigned int QXMathEngine::NextP2(unsigned int nValue) {

@@ -8,6 +8,7 @@
 
 namespace QXC {
 
+class QXPlane;
 class QXQuaternion4d;
 class QXVector3d;
 
@@ -38,6 +39,14 @@ public:
   /// @param dFovY    whole vertical angle, radians
   /// @param dAspect  width by height
   static QXMatrix4d ComputePerspectiveMatrix(double dFovY, double dAspect, double dNear, double dFar);
+
+  /// Makes a plane of view space the near plane of a perspective projection, for plug-ins; the far plane then passes the
+  /// corner of the frustum opposite to it. A plane that no scale brings there, such as one without a normal, changes
+  /// nothing.
+  /// Source: E. Lengyel, Oblique View Frustum Depth Projection and Clipping, Journal of Game Development 1 (2005),
+  /// transposed for row vectors.
+  /// @param plane  its normal points to what is kept
+  static void ApplyObliqueDepth(QXMatrix4d& matProjection, QXPlane const& plane);
 
   /// The smallest power of two not below the argument: 1 for 0, and 0 above 2^31, where 32 bits hold none.
   static unsigned int NextP2(unsigned int nValue);
