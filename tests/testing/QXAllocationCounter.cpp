@@ -7,6 +7,8 @@
 namespace {
 
 std::atomic<long> g_nAllocations{0};
+/// The count of the call to be refused.
+std::atomic<long> g_nRefused{0};
 
 }  // namespace
 
@@ -16,10 +18,15 @@ long GetAllocationCount() {
   return g_nAllocations.load(std::memory_order_relaxed);
 }
 
+void RefuseAllocation(long nNumber) {
+  g_nRefused.store(nNumber == 0 ? 0 : GetAllocationCount() + nNumber, std::memory_order_relaxed);
+}
+
 }  // namespace QXC
 
 void* operator new(std::size_t nSize) {
-  g_nAllocations.fetch_add(1, std::memory_order_relaxed);
+  long const nNumber = g_nAllocations.fetch_add(1, std::memory_order_relaxed) + 1;
+  if (nNumber == g_nRefused.load(std::memory_order_relaxed)) throw std::bad_alloc();
   if (void* const pMemory = std::malloc(nSize > 0 ? nSize : 1)) {
     return pMemory;
   }

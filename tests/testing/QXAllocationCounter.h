@@ -8,4 +8,7 @@ namespace QXC {
 /// Calls of operator new in this process so far, in all its forms but the over-aligned one.
 long GetAllocationCount();
 
+/// Refuses one of the calls of this process from now on: the next one for 1, and so on; none for 0.
+void RefuseAllocation(long nNumber);
+
 }  // namespace QXC

@@ -9,6 +9,7 @@
 
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace QXC {
 
@@ -42,10 +43,25 @@ QdcUnicodeString& ErrorText() {
   return strError;
 }
 
-void Remember(ManagerState& state, QXFileParser* pParser, QXFileParserDestroyProc pfnDestroy) {
-  std::lock_guard const lock(state.m_Mutex);
-  state.m_mapParsers[pParser] = pfnDestroy;
-}
+/// What is remembered of a parser, made before the parser is: if memory ran out afterwards, nobody would have it to give
+/// it back.
+class ParserRecord {
+public:
+  explicit ParserRecord(QXFileParserDestroyProc pfnDestroy) {
+    std::map<QXFileParser*, QXFileParserDestroyProc> mapOne{{nullptr, pfnDestroy}};
+    m_Node = mapOne.extract(mapOne.begin());
+  }
+
+  void Enter(ManagerState& state, QXFileParser* pParser) {
+    m_Node.key() = pParser;
+    std::lock_guard const lock(state.m_Mutex);
+    auto const result = state.m_mapParsers.insert(std::move(m_Node));
+    if (!result.inserted) result.position->second = result.node.mapped();
+  }
+
+private:
+  std::map<QXFileParser*, QXFileParserDestroyProc>::node_type m_Node;
+};
 
 /// The procedures of a type; null ones if there are none. What was registered for the type alone stands before its row.
 ParserProcs FindProcs(ManagerState& state, int nType, QXFileTypeRow const& row) {
@@ -55,12 +71,13 @@ ParserProcs FindProcs(ManagerState& state, int nType, QXFileTypeRow const& row) 
 }
 
 QXFileParser* CreateByProcs(ManagerState& state, int nType, ParserProcs const& procs) {
+  ParserRecord record(procs.m_pfnDestroy);
   QXFileParser* pParser = procs.m_pfnCreate();
   if (pParser == nullptr) {
     ErrorText().Format(L"the parser registered for file type %d could not be made", nType);
     return nullptr;
   }
-  Remember(state, pParser, procs.m_pfnDestroy);
+  record.Enter(state, pParser);
   return pParser;
 }
 
@@ -71,9 +88,10 @@ QXFileParser* CreateFromModule(ManagerState& state) {
     state.m_pModelReader = QXPluginModule::Load(configs, QX_PLUGIN_KIND_MODEL_READER, L"", ErrorText());
     if (state.m_pModelReader == nullptr) return nullptr;
   }
+  ParserRecord record(nullptr);
   // The module gives the address of a QXFileParseModel, so that is what it must be turned back into first.
   auto* pParser = static_cast<QXFileParseModel*>(state.m_pModelReader->Create(ErrorText()));
-  if (pParser != nullptr) Remember(state, pParser, nullptr);
+  if (pParser != nullptr) record.Enter(state, pParser);
   return pParser;
 }
 
