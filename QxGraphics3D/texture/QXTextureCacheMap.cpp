@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <cwchar>
+#include <new>
 #include <stdexcept>
 
 namespace QXC {
@@ -35,7 +36,7 @@ QXTextureCacheMap::QXTextureCacheMap(std::initializer_list<value_type> items) : 
 
 QXTextureCacheMap::QXTextureCacheMap(QXTextureCacheMap const& other) : QXTextureCacheMap(other.m_mapItems) {}
 
-QXTextureCacheMap::QXTextureCacheMap(QXTextureCacheMap&& other) {
+QXTextureCacheMap::QXTextureCacheMap(QXTextureCacheMap&& other) noexcept {
   swap(other);
 }
 
@@ -45,7 +46,7 @@ QXTextureCacheMap& QXTextureCacheMap::operator=(QXTextureCacheMap const& other) 
   return *this;
 }
 
-QXTextureCacheMap& QXTextureCacheMap::operator=(QXTextureCacheMap&& other) {
+QXTextureCacheMap& QXTextureCacheMap::operator=(QXTextureCacheMap&& other) noexcept {
   QXTextureCacheMap moved(std::move(other));
   swap(moved);
   return *this;
@@ -122,6 +123,15 @@ void QXTextureCacheMap::RemovePlace(const_iterator place) {
 void QXTextureCacheMap::Refill() {
   for (Slot& slot : m_arrSlots) slot.m_pText = nullptr;
   for (iterator place = m_mapItems.begin(); place != m_mapItems.end(); ++place) AddPlace(place);
+}
+
+void QXTextureCacheMap::BuildIndex() noexcept {
+  try {
+    Reserve(size());
+    Refill();
+  } catch (std::bad_alloc const&) {
+    GiveUpIndex();
+  }
 }
 
 void QXTextureCacheMap::GiveUpIndex() {
@@ -251,25 +261,21 @@ void QXTextureCacheMap::clear() {
   m_mapItems.clear();
 }
 
-void QXTextureCacheMap::swap(QXTextureCacheMap& other) {
+void QXTextureCacheMap::swap(QXTextureCacheMap& other) noexcept {
   if (this == &other) return;
+  m_mapItems.swap(other.m_mapItems);
   if (m_bIndexed && other.m_bIndexed) {
-    m_mapItems.swap(other.m_mapItems);
     m_arrSlots.swap(other.m_arrSlots);
     return;
   }
   // Whoever holds a reference holds it on one of the two objects: that one stays without an index, whatever it holds.
-  Reserve(other.size());
-  other.Reserve(size());
-  m_mapItems.swap(other.m_mapItems);
-  Refill();
-  other.Refill();
+  BuildIndex();
+  other.BuildIndex();
 }
 
-void QXTextureCacheMap::swap(Map& other) {
-  Reserve(other.size());
+void QXTextureCacheMap::swap(Map& other) noexcept {
   m_mapItems.swap(other);
-  Refill();
+  BuildIndex();
 }
 
 }  // namespace QXC

@@ -53,10 +53,11 @@ public:
   QXTextureCacheMap(Map mapItems);
   QXTextureCacheMap(std::initializer_list<value_type> items);
   QXTextureCacheMap(QXTextureCacheMap const& other);
-  /// The other is empty afterwards. It throws where the other had given up its index, which is then built anew.
-  QXTextureCacheMap(QXTextureCacheMap&& other);
+  /// The other is empty afterwards. Where the other had given up its index, this object builds one anew; without memory
+  /// for it, look-ups go through the map from then on. The same holds for assignment and swapping.
+  QXTextureCacheMap(QXTextureCacheMap&& other) noexcept;
   QXTextureCacheMap& operator=(QXTextureCacheMap const& other);
-  QXTextureCacheMap& operator=(QXTextureCacheMap&& other);
+  QXTextureCacheMap& operator=(QXTextureCacheMap&& other) noexcept;
   ~QXTextureCacheMap();
 
   /// The plain map, to look at.
@@ -140,10 +141,10 @@ public:
   node_type extract(const_iterator position);
   node_type extract(key_type const& strName);
   void clear();
-  void swap(QXTextureCacheMap& other);
-  void swap(Map& other);
+  void swap(QXTextureCacheMap& other) noexcept;
+  void swap(Map& other) noexcept;
 
-  friend void swap(QXTextureCacheMap& first, QXTextureCacheMap& second) { first.swap(second); }
+  friend void swap(QXTextureCacheMap& first, QXTextureCacheMap& second) noexcept { first.swap(second); }
   friend bool operator==(QXTextureCacheMap const& first, QXTextureCacheMap const& second) {
     return first.m_mapItems == second.m_mapItems;
   }
@@ -165,6 +166,8 @@ private:
   void RemovePlace(const_iterator place);
   /// Fills the slots from the map; there must be enough of them.
   void Refill();
+  /// The index of whatever the map holds now, or none if memory is short.
+  void BuildIndex() noexcept;
   void GiveUpIndex();
 
   Map m_mapItems;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 namespace QXC {
@@ -36,6 +37,40 @@ TEST(QXTextureCacheAllocation, LeavingAllocatesNothing) {
   manager.RemoveTexture(pTexture, 1);
   EXPECT_EQ(GetAllocationCount(), nBefore);
   EXPECT_TRUE(manager.m_mapCache.empty());
+}
+
+TEST(QXTextureCacheAllocation, MovesWithoutMemoryForAnIndexKeepTheirEntries) {
+  QXTextureCacheMap::mapped_type const pEntry = nullptr;
+  for (long nRefused = 1; nRefused <= 2; ++nRefused) {
+    QXTextureCacheMap source{{L"a", pEntry}, {L"b", pEntry}};
+    QXTextureCacheMap::Map& plain = source;
+    RefuseAllocation(nRefused);
+    QXTextureCacheMap moved(std::move(source));
+    RefuseAllocation(0);
+    // It asks for memory once.
+    EXPECT_EQ(moved.IsIndexed(), nRefused == 1 ? 0 : 1);
+    EXPECT_EQ(moved.count(L"b"), 1u);
+    plain[L"c"] = pEntry;
+    RefuseAllocation(nRefused);
+    moved = std::move(source);
+    RefuseAllocation(0);
+    EXPECT_EQ(moved.count(L"b"), 0u);
+    EXPECT_EQ(moved.count(L"c"), 1u);
+    moved[L"d"] = pEntry;
+    EXPECT_EQ(moved.count(L"d"), 1u);
+    EXPECT_TRUE(source.empty());
+  }
+}
+
+TEST(QXTextureCacheAllocation, SwapWithAPlainMapWithoutMemoryForAnIndexIsDone) {
+  QXTextureCacheMap map;
+  QXTextureCacheMap::Map plain{{L"a", nullptr}};
+  RefuseAllocation(1);
+  map.swap(plain);
+  RefuseAllocation(0);
+  EXPECT_EQ(map.IsIndexed(), 0);
+  EXPECT_EQ(map.count(L"a"), 1u);
+  EXPECT_TRUE(plain.empty());
 }
 
 }  // namespace

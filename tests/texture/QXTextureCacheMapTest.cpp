@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -197,6 +198,13 @@ TEST(QXTextureCacheMap, EraseIfRemovesWhatThePredicateNames) {
   for (unsigned int i = 0; i < 100; ++i) map[NameOf(i)] = EntryOf(i % 2);
   EXPECT_EQ(erase_if(map, [](auto const& item) { return item.second == EntryOf(1); }), 50u);
   for (unsigned int i = 0; i < 100; ++i) EXPECT_EQ(map.count(NameOf(i)), 1 - i % 2);
+}
+
+// A container that holds such maps moves them when it grows only if nothing can be thrown on the way.
+TEST(QXTextureCacheMap, MovesThrowNothing) {
+  EXPECT_TRUE(std::is_nothrow_move_constructible_v<QXTextureCacheMap>);
+  EXPECT_TRUE(std::is_nothrow_move_assignable_v<QXTextureCacheMap>);
+  EXPECT_TRUE(std::is_nothrow_swappable_v<QXTextureCacheMap>);
 }
 
 TEST(QXTextureCacheMap, CopiesAndMovesFindTheirOwnEntries) {
