@@ -129,6 +129,7 @@
 
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
+#include <QxGraphics3D/text/QXCharBitmapData.h>
 #include <QxGraphics3D/text/QXTextureFontManager.h>
 #include <QxGraphics3D/text/QXTrueType.h>
 

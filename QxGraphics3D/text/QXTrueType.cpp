@@ -3,9 +3,7 @@
 #include <QxGraphics3D/frame/foundation/toolkit/QXRegistry.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXStringEx.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXToolkit.h>
-
-#include <ft2build.h>
-#include FT_FREETYPE_H
+#include <QxGraphics3D/text/detail/QXGlyphRasteriser.h>
 
 namespace QXC {
 
@@ -66,6 +64,7 @@ QXTrueType::QXTrueType() {
 }
 
 QXTrueType::~QXTrueType() {
+  delete m_pRasteriser;  // it holds sizes of the faces
   FT_Done_Face(m_pDefaultFace);
   for (auto position = m_dictFaces.GetStartPosition(); !m_dictFaces.IsEOF(position); ++position) {
     for (FT_Face const face : position->second) {

@@ -17,6 +17,10 @@ struct FT_LibraryRec_;
 
 namespace QXC {
 
+namespace detail {
+class QXGlyphRasteriser;
+}
+
 class QXTrueType;
 struct QXCharBitmapData;
 extern template class QXGRAPHICS3D_API QXSingleton<QXTrueType>;
@@ -162,6 +166,11 @@ private:
       QdcUnicodeString const& strFamily, FaceStyle eStyle, QdcUnicodeString& strPath, int& nFaceIndex);
   /// Enters a new face under its family and gives what a request for eStyle gets.
   FT_FaceRec_* KeepFace(QdcUnicodeString const& strFamily, FT_FaceRec_* pFace, FaceStyle eStyle);
+  /// The face that a character is drawn with and the glyph in it, 0 if no face has the character: the style's font, then
+  /// the default font, then the fonts of the catalogue.
+  unsigned int FindFaceOf(int nCharacter, FaceStyle eStyle, FT_FaceRec_*& pFace);
+
+  detail::QXGlyphRasteriser* m_pRasteriser = nullptr;  ///< made with the first glyph
 };
 
 }  // namespace QXC
