@@ -127,6 +127,8 @@
 #include <QxGraphics3D/texture/QXTextureMemory.h>
 #include <QxGraphics3D/texture/QXTextureMemoryManager.h>
 
+#include <QxGraphics3D/atlas/QXRenderTextureManager.h>
+#include <QxGraphics3D/atlas/QXRenderTexturePatch.h>
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
 #include <QxGraphics3D/text/QXCharBitmapData.h>
