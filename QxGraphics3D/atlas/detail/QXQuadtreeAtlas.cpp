@@ -16,6 +16,11 @@ int QXQuadtreeAtlas::GetUsedCount(int nIndex) const {
   return pPage != nullptr ? pPage->m_nUsedCount : 0;
 }
 
+bool QXQuadtreeAtlas::IsPageOf(int nIndex, unsigned int nFormat, unsigned int nCompression) const {
+  Page const* const pPage = FindPage(nIndex);
+  return pPage != nullptr && pPage->m_Family->first == GetFamilyKey(nFormat, nCompression);
+}
+
 QXQuadtreePage const* QXQuadtreeAtlas::GetPage(int nIndex) const {
   Page const* const pPage = FindPage(nIndex);
   return pPage != nullptr ? &pPage->m_Tree : nullptr;

@@ -65,6 +65,8 @@ public:
   bool HasPage(int nIndex) const { return FindPage(nIndex) != nullptr; }
   /// Tiles that were placed and not released; 0 for an unknown page and where the rules do not count.
   int GetUsedCount(int nIndex) const;
+  /// True if the page is there and takes tiles of that format and compression.
+  bool IsPageOf(int nIndex, unsigned int nFormat, unsigned int nCompression) const;
   /// The marks of a page; null for an unknown one.
   QXQuadtreePage const* GetPage(int nIndex) const;
   /// The smallest index of a page that is not below nFirst, or -1: for (i = 0; (i = GetPageFrom(i)) != -1; ++i).
