@@ -129,6 +129,9 @@
 
 #include <QxGraphics3D/atlas/QXRenderTextureManager.h>
 #include <QxGraphics3D/atlas/QXRenderTexturePatch.h>
+#include <QxGraphics3D/atlas/QXTextureImage.h>
+#include <QxGraphics3D/atlas/QXTextureImageEx.h>
+#include <QxGraphics3D/atlas/QXTextureImageManager.h>
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
 #include <QxGraphics3D/text/QXCharBitmapData.h>

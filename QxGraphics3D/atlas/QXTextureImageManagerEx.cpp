@@ -1,11 +1,38 @@
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
+#include <limits>
+
+#include <QxGraphics3D/atlas/detail/QXImageRecords.h>
+#include <QxGraphics3D/atlas/detail/QXTextureStoreLock.h>
+#include <QxGraphics3D/atlas/detail/QXUploadBlock.h>
+#include <QxGraphics3D/texture/QXTexture.h>
+
 namespace QXC {
 
 template class QXSingleton<QXTextureImageManagerEx>;
 
-QXTextureImageManagerEx::QXTextureImageManagerEx() = default;
-QXTextureImageManagerEx::~QXTextureImageManagerEx() = default;
+namespace {
+
+QdcUnicodeString GetPoolKey(QXTextureImageEx const& image) {
+  QdcUnicodeString strKey;
+  strKey.Format(L"%d_%d_%d_%d", static_cast<int>(image.m_nFormat), static_cast<int>(image.m_nCompression),
+      static_cast<int>(image.m_nWidth), static_cast<int>(image.m_nHeight));
+  return strKey;
+}
+
+void DeletePixels(QXTextureImageEx& image) {
+  delete image.m_pTextureData;
+  image.m_pTextureData = nullptr;
+}
+
+}  // namespace
+
+QXTextureImageManagerEx::QXTextureImageManagerEx()
+    : m_pImages(std::make_unique<detail::QXImageRecords<QXTextureImageEx>>()) {}
+
+QXTextureImageManagerEx::~QXTextureImageManagerEx() {
+  Clear();
+}
 
 QXTextureImageManagerEx& QXTextureImageManagerEx::GetSingleton() {
   return *GetSingletonPtr();
@@ -16,6 +43,109 @@ QXTextureImageManagerEx* QXTextureImageManagerEx::GetSingletonPtr() {
   return ms_pSingleton;
 }
 
-void QXTextureImageManagerEx::Clear() {}
+QXTextureImageEx* QXTextureImageManagerEx::GetTextureImage(QdcUnicodeString const& strName) {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  QXTextureImageEx& image = m_pImages->Get(strName, this);
+  ++image.m_nRefCount;
+  return &image;
+}
+
+// --- Upload ---
+
+void QXTextureImageManagerEx::LoadTexture(unsigned char bKeepTextures) {
+  if (!m_pTextureManager) return;
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  m_pImages->UploadWaiting([this](QXTextureImageEx& image) { return Upload(image); });
+  m_pImages->RemoveUseless(
+      [bKeepTextures](QdcUnicodeString const& strName) { GetSingleton().RemoveTextureImage(strName, bKeepTextures); });
+}
+
+bool QXTextureImageManagerEx::Upload(QXTextureImageEx& image) {
+  // Before anything else of the record: its owner's thread set it behind all that it wrote.
+  if (!image.m_bReady) return false;
+  if (image.m_bLoaded || image.m_pTexture) return false;
+  if (!image.m_pTextureData || !image.m_pTextureData->m_pPixels) return false;
+  if (!UploadToKept(image) && !UploadToNew(image)) return false;
+  image.m_bLoaded = 1;
+  DeletePixels(image);
+  return true;
+}
+
+bool QXTextureImageManagerEx::UploadToKept(QXTextureImageEx& image) {
+  QdcUnicodeString const strKey = GetPoolKey(image);
+  // The first of its kind that came: find would give any of them.
+  auto const kept = m_mapTexturePools.lower_bound(strKey);
+  if (kept == m_mapTexturePools.end() || kept->first != strKey) return false;
+  // The key is what the owner wrote into the record; a new texture is measured by the pixels themselves.
+  if (!detail::HasUploadBlock(*image.m_pTextureData, image.m_nWidth, image.m_nHeight)) return false;
+  image.m_pTexture = kept->second;
+  m_mapTexturePools.erase(kept);
+  int const nWidth = static_cast<int>(image.m_nWidth);
+  int const nHeight = static_cast<int>(image.m_nHeight);
+  image.m_pTexture->LoadSubTexture(0, 0, nWidth, nHeight, nWidth, nHeight, image.m_pTextureData->m_pPixels, 0);
+  return true;
+}
+
+bool QXTextureImageManagerEx::UploadToNew(QXTextureImageEx& image) {
+  // Further numbers would be those of textures that are in use.
+  if (m_nTextureCounter == std::numeric_limits<int>::max()) return false;
+  QXTexture* pTexture = nullptr;
+  {
+    detail::QXTextureStoreLock const lock(*m_pTextureManager);
+    QdcUnicodeString strName;
+    strName.Format(L"TextureImage_%d", m_nTextureCounter++);
+    pTexture = m_pTextureManager->GetTexture(strName, 1);
+  }
+  if (!pTexture) return false;
+  // One image drawn at about its own size; levels would have to be made anew for each image that is sent into it later.
+  pTexture->SetTextureMipMap(0);
+  pTexture->SetTextureData(static_cast<QXTextureData const*>(image.m_pTextureData));
+  pTexture->LoadTexture(1, 0);
+  pTexture->AddRef();
+  image.m_pTexture = pTexture;
+  return true;
+}
+
+// --- Removal ---
+
+void QXTextureImageManagerEx::RemoveTextureImage(QdcUnicodeString const& strName, unsigned char bKeepTextures) {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  auto const place = m_pImages->Find(strName);
+  if (m_pImages->IsEnd(place)) return;
+  QXTextureImageEx& image = *place->second;
+  if (--image.m_nRefCount != 0) return;
+  if (image.m_bLoaded && image.m_pTexture) {
+    if (bKeepTextures) {
+      m_mapTexturePools.emplace(GetPoolKey(image), image.m_pTexture);
+    } else if (m_pTextureManager) {
+      detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
+      m_pTextureManager->RemoveTexture(image.m_pTexture, 1);
+    }
+  }
+  m_pImages->Erase(place);
+}
+
+void QXTextureImageManagerEx::AddUselessTexture(QdcArray<QXTextureImageEx*> arrImages) {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  m_pImages->AddUseless(arrImages);
+}
+
+void QXTextureImageManagerEx::Clear() {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  if (m_pTextureManager) {
+    detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
+    m_pImages->Clear([this](QXTextureImageEx const& image) {
+      if (image.m_pTexture) m_pTextureManager->RemoveTexture(image.m_pTexture, 1);
+    });
+    for (auto const& [strKey, pTexture] : m_mapTexturePools) m_pTextureManager->RemoveTexture(pTexture, 1);
+    m_mapTexturePools.clear();
+  }
+  m_pImages->ForgetUseless();
+}
 
 }  // namespace QXC

@@ -1,0 +1,120 @@
+/// @file
+/// The records of an image atlas.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <set>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include <QxGraphics3D/Platform.h>
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
+#include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+
+namespace QXC::detail {
+
+/// Records by name, owned, with two things beside them that keep a frame short and safe: which records still wait for
+/// their upload, so that a frame without new images does not walk over all of those that are uploaded, and which
+/// addresses are records, so that a list of useless ones can name what was deleted meanwhile.
+///
+/// A record waits from its making until UploadWaiting is told that it was uploaded, whatever its fields say: owners may
+/// change those without a call. Threads: the manager's mutex is held.
+template <class Image>
+class QXImageRecords {
+  using Map = std::map<QdcUnicodeString, std::unique_ptr<Image>>;
+
+public:
+  using Place = typename Map::iterator;
+
+  /// The record of that name, made for pManager if there is none. Failure: std::bad_alloc, nothing changed.
+  template <class Manager>
+  Image& Get(QdcUnicodeString const& strName, Manager* pManager) {
+    auto [place, bNew] = m_mapImages.try_emplace(strName);
+    try {
+      if (bNew) {
+        place->second = std::make_unique<Image>(pManager);
+        place->second->m_strName = strName;
+        m_mapLive.emplace(place->second.get(), ++m_nLastSerial);
+      }
+      // Also one that its owner took back from the uploaded ones and asks for again.
+      if (!place->second->m_bLoaded) m_setWaiting.insert(place);
+    } catch (...) {
+      if (bNew) Erase(place);
+      throw;
+    }
+    return *place->second;
+  }
+
+  /// The place of the record of that name; IsEnd of it if there is none.
+  Place Find(QdcUnicodeString const& strName) { return m_mapImages.find(strName); }
+  bool IsEnd(Place place) const { return place == m_mapImages.end(); }
+  std::size_t GetCount() const { return m_mapImages.size(); }
+
+  void Erase(Place place) {
+    m_setWaiting.erase(place);
+    m_mapLive.erase(place->second.get());
+    m_mapImages.erase(place);
+  }
+
+  /// Deletes every record, in the order of the names, after release has seen it. What was listed as useless stays
+  /// listed, and is no record any more.
+  template <class Release>
+  void Clear(Release release) {
+    while (!m_mapImages.empty()) {
+      release(*m_mapImages.begin()->second);
+      Erase(m_mapImages.begin());
+    }
+  }
+
+  /// Calls upload for each waiting record, in the order of the names; those for which it returns true wait no more.
+  /// It may make records but not erase any.
+  template <class Upload>
+  void UploadWaiting(Upload upload) {
+    for (auto waiting = m_setWaiting.begin(); waiting != m_setWaiting.end();) {
+      bool const bUploaded = upload(*(*waiting)->second);
+      waiting = bUploaded ? m_setWaiting.erase(waiting) : std::next(waiting);
+    }
+  }
+
+  /// Lists records as useless. Addresses that are no records are left out.
+  void AddUseless(QdcArray<Image*> const& arrImages) {
+    for (Image* const pImage : arrImages) {
+      if (auto const live = m_mapLive.find(pImage); live != m_mapLive.end()) m_arrUseless.push_back(*live);
+    }
+  }
+
+  /// Empties the list, calling remove with the name of each entry that is still a record when its turn comes. What is
+  /// listed meanwhile stays for the next time.
+  template <class Remove>
+  void RemoveUseless(Remove remove) {
+    std::vector<Useless> const arrUseless = std::exchange(m_arrUseless, std::vector<Useless>());
+    for (auto const& [pImage, nSerial] : arrUseless) {
+      auto const live = m_mapLive.find(pImage);
+      // The serial tells a record from a later one that got the same address.
+      if (live == m_mapLive.end() || live->second != nSerial) continue;
+      // A copy: the record dies while its name is still in use.
+      QdcUnicodeString const strName = pImage->m_strName;
+      remove(strName);
+    }
+  }
+
+  void ForgetUseless() { m_arrUseless = std::vector<Useless>(); }
+
+private:
+  using Useless = std::pair<Image const*, QXUInt64>;
+
+  struct ByName {
+    bool operator()(Place first, Place second) const { return first->first < second->first; }
+  };
+
+  Map m_mapImages;
+  std::set<Place, ByName> m_setWaiting;
+  std::unordered_map<Image const*, QXUInt64> m_mapLive;  // serial numbers
+  std::vector<Useless> m_arrUseless;
+  QXUInt64 m_nLastSerial = 0;
+};
+
+}  // namespace QXC::detail
