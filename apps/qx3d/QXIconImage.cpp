@@ -110,10 +110,13 @@ QXIconTile MakeIconTile(QXPixels const& pixels) {
   unsigned int const nEdge = QXC::QXMathEngine::NextP2(std::max(pixels.m_nWidth, pixels.m_nHeight) + 2);
   QXIconTile tile{MakePixels(nEdge, nEdge), (nEdge - pixels.m_nWidth) / 2, (nEdge - pixels.m_nHeight) / 2};
   for (unsigned int y = 0; y < nEdge; ++y) {
-    unsigned int const nRow = std::clamp(y, tile.m_nTop, tile.m_nTop + pixels.m_nHeight - 1) - tile.m_nTop;
+    unsigned int const nRow = std::clamp(y, tile.m_nTop, tile.m_nTop + pixels.m_nHeight - 1);
     for (unsigned int x = 0; x < nEdge; ++x) {
-      unsigned int const nColumn = std::clamp(x, tile.m_nLeft, tile.m_nLeft + pixels.m_nWidth - 1) - tile.m_nLeft;
-      std::memcpy(tile.m_Pixels.At(x, y), pixels.At(nColumn, nRow), 4);
+      unsigned int const nColumn = std::clamp(x, tile.m_nLeft, tile.m_nLeft + pixels.m_nWidth - 1);
+      unsigned char* p = tile.m_Pixels.At(x, y);
+      std::memcpy(p, pixels.At(nColumn - tile.m_nLeft, nRow - tile.m_nTop), 4);
+      bool const bNear = x + 1 >= nColumn && x <= nColumn + 1 && y + 1 >= nRow && y <= nRow + 1;
+      if (!bNear) p[3] = 0;
     }
   }
   return tile;

@@ -45,6 +45,7 @@ QXRendererSession::~QXRendererSession() {
   if (m_pGraphics3D == nullptr) return;
   if (QXC::QXRenderOperationManager* pManager = m_pGraphics3D->GetRenderOperationManager())
     for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
+  m_Icons.GiveBack(*m_pGraphics3D);
   m_Textures.GiveBack(*m_pGraphics3D);
   // Targets before cameras: a viewport holds its camera.
   m_pGraphics3D->ShutDown();
@@ -167,6 +168,11 @@ void QXRendererSession::SetBackground(double dRed, double dGreen, double dBlue) 
   m_dBackground[0] = dRed;
   m_dBackground[1] = dGreen;
   m_dBackground[2] = dBlue;
+}
+
+void QXRendererSession::ShowIcons(
+    std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSceneProblems& problems) {
+  m_Icons.Show(*m_pGraphics3D, m_strScene, vecIcons, pictures, problems);
 }
 
 std::string QXRendererSession::AddView(QXCell const& cell) {

@@ -2,6 +2,7 @@
 /// A renderer plug-in at work: one target, its views and what they show.
 #pragma once
 
+#include <apps/qx3d/QXIconSet.h>
 #include <apps/qx3d/QXPose.h>
 #include <apps/qx3d/QXTextureShelf.h>
 
@@ -72,6 +73,11 @@ public:
   void SetFieldOfView(double dFov) { m_dFov = dFov; }
   double GetFieldOfView() const { return m_dFov; }
 
+  /// Hands a scene's icons over, after Show where there is a model.
+  /// @param pictures  loaded with the same icons; their pixels are gone afterwards
+  /// @param problems  gets the icons that the renderer cannot show; they are left out
+  void ShowIcons(std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSceneProblems& problems);
+
   /// Adds a viewport with a camera of its own, below those that come after it.
   std::string AddView(QXCell const& cell);
   /// Size of a viewport as width over height.
@@ -89,10 +95,14 @@ public:
   /// Width times height times four bytes, blue, green, red, alpha, top row first.
   std::string ReadPicture(std::vector<unsigned char>& vecPixels);
 
+  /// Reads a page of an atlas back from the device.
+  std::string ReadPage(QXAtlasPage& page) { return ReadAtlasPage(*m_pGraphics3D, page); }
+
   QXC::QXRenderTarget const* GetTarget() const { return m_pTarget; }
   /// Of the last frame.
   QXFrameFigures const& GetFigures() const { return m_Figures; }
   QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
+  QXIconSet const& GetIcons() const { return m_Icons; }
   unsigned int GetTextureCount() const { return m_Textures.GetCount(); }
   std::string GetRendererName() const;
 
@@ -116,6 +126,7 @@ private:
   std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;
   std::vector<View> m_vecViews;
   QXTextureShelf m_Textures;
+  QXIconSet m_Icons;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
   double m_dFov = 0.55;

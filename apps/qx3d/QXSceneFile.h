@@ -32,7 +32,7 @@ struct QXSceneModel {
 
 enum class QXIconUnit { Pixels, World };
 
-/// An image that faces the eye, with its middle at a position.
+/// An image that faces the eye and stands on a position with the middle of its lower edge.
 struct QXSceneIcon {
   /// As the scene file's folder completes it.
   std::string m_strImage;

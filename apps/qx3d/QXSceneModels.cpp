@@ -85,8 +85,8 @@ QXC::QXBoundingBox GetIconBounds(QXSceneFile const& scene) {
   QXC::QXBoundingBox bounds;
   bounds.SetNULL();
   for (QXSceneIcon const& icon : scene.m_vecIcons) {
-    // It turns to the eye, so that it may reach half its longer side to all directions.
-    double const dReach = icon.m_eUnit == QXIconUnit::World ? 0.5 * std::max(icon.m_dWidth, icon.m_dHeight) : 0.0;
+    // It stands on its position and turns to the eye, so that its upper corners may reach to all directions.
+    double const dReach = icon.m_eUnit == QXIconUnit::World ? std::hypot(0.5 * icon.m_dWidth, icon.m_dHeight) : 0.0;
     QXVector3d const vecReach(dReach, dReach, dReach);
     bounds.Merge(QXC::QXBoundingBox(icon.m_vecPosition - vecReach, icon.m_vecPosition + vecReach));
   }

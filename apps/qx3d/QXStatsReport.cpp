@@ -29,6 +29,13 @@ void PrintTimes(QXC::QXRenderTarget::FrameStats const& stats) {
       static_cast<unsigned long long>(stats.worstFrameTime));
 }
 
+void PrintIcons(QXIconFigures const& figures) {
+  if (figures.m_nIcons == 0) return;
+  std::printf("icons              %u of %u %s, on %u %s of an atlas, %.1f %% full\n", figures.m_nIcons, figures.m_nImages,
+      figures.m_nImages == 1 ? "image" : "images", figures.m_nPages, figures.m_nPages == 1 ? "page" : "pages",
+      100.0 * figures.m_dFill);
+}
+
 }  // namespace
 
 void PrintStats(QXRendererSession const& session, int nFrameTime) {
@@ -49,6 +56,7 @@ void PrintStats(QXRendererSession const& session, int nFrameTime) {
   PrintDrawn("vertices", figures.m_nVertices, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("textures           %u\n", session.GetTextureCount());
+  PrintIcons(session.GetIcons().GetFigures());
 }
 
 }  // namespace QXApp

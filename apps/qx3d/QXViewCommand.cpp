@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXViewCommand.h>
 
 #include <apps/qx3d/QXFrameClock.h>
+#include <apps/qx3d/QXIconPictures.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXPluginFolders.h>
 #include <apps/qx3d/QXPngWriter.h>
@@ -68,6 +69,10 @@ private:
         vecPictureProblems);
     Warn(vecPictureProblems);
     if (!problems.IsEmpty()) return problems.GetLines();
+    if (!m_File.m_vecIcons.empty()) {
+      m_Progress.Show("reading the images of " + std::to_string(m_File.m_vecIcons.size()) + " icons");
+      m_Icons.Load(m_File.m_vecIcons, m_IconProblems);
+    }
     m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
     m_Scene = m_Models.Build(GetIconBounds(m_File));
     // Whoever waits in front of a window wants the picture to move by the clock on the wall.
@@ -104,6 +109,9 @@ private:
     strError = m_Session.Show(m_Scene, m_Models.GetPictures(), m_Options.m_bGround && m_File.m_bGround, vecProblems);
     Warn(vecProblems);
     m_Models.FreePictures();
+    if (strError.empty()) m_Session.ShowIcons(m_File.m_vecIcons, m_Icons, m_IconProblems);
+    // The scene is worth showing without one of its icons.
+    Warn(m_IconProblems.GetLines());
     return strError;
   }
 
@@ -248,6 +256,8 @@ private:
   bool m_bDrawn = false;
   QXSceneFile m_File;
   QXSceneModels m_Models;
+  QXIconPictures m_Icons;
+  QXSceneProblems m_IconProblems{m_Options.m_strModel};
   QXScene m_Scene;
   QXWindow m_Window;
   // After the window, so that the renderer goes first: it draws into it.

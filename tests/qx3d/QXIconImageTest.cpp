@@ -111,5 +111,16 @@ TEST(QXIconImage, RimGoesOnWithTheOutermostPixels) {
   EXPECT_EQ(At(tile.m_Pixels, 0, 3)[3], 255);
 }
 
+TEST(QXIconImage, BeyondTheRimTheSquareIsClear) {
+  // 3 x 1 pixels at 2, 3 of 8 x 8.
+  QXIconTile const tile = MakeIconTile(Make(3, 1, {{1, 0, 0, 255}, {2, 0, 0, 255}, {3, 0, 0, 255}}));
+  for (unsigned int y = 0; y < 8; ++y)
+    for (unsigned int x = 0; x < 8; ++x) {
+      bool const bRim = x >= 1 && x <= 5 && y >= 2 && y <= 4;
+      EXPECT_EQ(At(tile.m_Pixels, x, y)[3], bRim ? 255 : 0) << x << " " << y;
+      EXPECT_EQ(At(tile.m_Pixels, x, y)[0], x <= 2 ? 1 : (x == 3 ? 2 : 3)) << x << " " << y;
+    }
+}
+
 }  // namespace
 }  // namespace QXApp

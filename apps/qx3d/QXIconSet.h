@@ -1,0 +1,80 @@
+/// @file
+/// The icons of a shown scene.
+#pragma once
+
+#include <apps/qx3d/QXAtlasPicture.h>
+#include <apps/qx3d/QXIconPictures.h>
+
+#include <QxGraphics3D/frame/foundation/base/QdcRect.h>
+
+#include <string>
+#include <vector>
+
+namespace QXC {
+class QXBillboard;
+class QXGraphics3D;
+class QXTexture;
+class QXTextureImage;
+}  // namespace QXC
+
+namespace QXApp {
+
+struct QXSceneIcon;
+class QXSceneProblems;
+
+/// What the icons take.
+struct QXIconFigures {
+  unsigned int m_nIcons = 0;
+  unsigned int m_nImages = 0;
+  unsigned int m_nPages = 0;
+  /// Part of all pages that places take, 0 to 1.
+  double m_dFill = 0.0;
+};
+
+/// Icons as billboards that show parts of few shared textures, the pages of the library's image atlas. On the rendering
+/// thread.
+class QXIconSet {
+public:
+  QXIconSet() = default;
+  QXIconSet(QXIconSet const&) = delete;
+  QXIconSet& operator=(QXIconSet const&) = delete;
+
+  /// Makes the icons of a scene. Those that cannot be shown are left out and told; the scene is shown all the same.
+  /// @param pictures  loaded with the same icons; their pixels go to the atlas and are gone afterwards
+  void Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, std::vector<QXSceneIcon> const& vecIcons,
+      QXIconPictures& pictures, QXSceneProblems& problems);
+
+  /// Gives billboards and places back. Before the renderer goes.
+  void GiveBack(QXC::QXGraphics3D& graphics3D);
+
+  QXIconFigures GetFigures() const;
+
+  /// The pages by their numbers, with their places but without pixels.
+  std::vector<QXAtlasPage> GetPages() const;
+
+private:
+  struct Place {
+    QXC::QXTextureImage* m_pImage;
+    /// The page, null if there is none.
+    QXC::QXTexture* m_pTexture;
+    /// Of the picture in the page, in texture coordinates.
+    QXC::QdcRect2D m_rcPart;
+    unsigned int m_nFileWidth;
+    unsigned int m_nFileHeight;
+  };
+
+  void TakePlaces(QXIconPictures& pictures, QXSceneProblems& problems);
+  void FindTextures(QXC::QXGraphics3D& graphics3D, QXIconPictures& pictures, QXSceneProblems& problems);
+  bool AddIcon(
+      QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneIcon const& icon, Place const& place);
+
+  /// Of each picture.
+  std::vector<Place> m_vecPlaces;
+  std::vector<QXC::QXBillboard*> m_vecBillboards;
+};
+
+/// Reads a page back from the device.
+/// @return  empty, or the reason
+std::string ReadAtlasPage(QXC::QXGraphics3D& graphics3D, QXAtlasPage& page);
+
+}  // namespace QXApp
