@@ -2,6 +2,7 @@
 
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace QXApp {
@@ -11,6 +12,8 @@ std::string Narrow(QXC::QdcUnicodeString const& strText) {
 }
 
 bool IsUtf8(std::string const& strText) {
+  // Nearly all lines and names are, and long files have many lines.
+  if (std::all_of(strText.begin(), strText.end(), [](char c) { return c > 0; })) return true;
   return Narrow(QXC::QdcUnicodeString::FromUTF8(strText.c_str())) == strText;
 }
 

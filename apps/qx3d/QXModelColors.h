@@ -22,9 +22,12 @@ public:
   /// @param pictures  of the model; outlive this object
   QXModelColors(QXC::ModelDataInfo const& model, QXC::QXBoundingBox const& box, QXModelPictures const& pictures);
 
+  /// Whether a mesh is coloured by where its faces lie and look.
+  bool UsesPlace(QXC::QXModelMesh const& mesh) const { return !HasPicture(mesh) && !HasColors(mesh); }
+
   /// Colour of a vertex, packed by QDCRGBA; on a mesh with a picture what the picture is multiplied with.
-  /// @param vecPosition  in the world
-  /// @param vecNormal    in the world, of length 1
+  /// @param vecPosition  in the model; read if UsesPlace
+  /// @param vecNormal    in the model, of length 1; read if UsesPlace
   unsigned int GetColor(QXC::QXModelMesh const& mesh, unsigned int nVertex, QXC::QXVector3d const& vecPosition,
       QXC::QXVector3d const& vecNormal) const;
 

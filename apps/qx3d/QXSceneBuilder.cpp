@@ -96,6 +96,7 @@ struct PlacedMesh {
   QXC::QXMatrix4d const& m_matNode;
   QXC::QXMatrix4d const& m_matPlace;
 
+  QXC::QXMatrix4d GetWorldMatrix() const { return m_matNode * m_matPlace; }
   QXVector3d GetCenter() const {
     return m_Mesh.m_Bounds.GetCenter().MultiplyMatrix(m_matNode).MultiplyMatrix(m_matPlace);
   }
@@ -137,14 +138,18 @@ private:
     part.m_vecOrigin = GetOrigin(key, placed);
     if (!collector.IsEmpty() && collector.GetVertexCount() + package.m_nVertexNum > MaxVertices)
       Close(key, part, pictures);
+    QXC::QXMatrix4d const matWorld = placed.GetWorldMatrix();
+    NormalTransform const normals(matWorld);
     NormalTransform const modelNormals(placed.m_matNode);
-    NormalTransform const normals(placed.m_matNode * placed.m_matPlace);
+    bool const bUsesPlace = colors.UsesPlace(mesh);
     unsigned int const nBase = collector.GetVertexCount();
     for (unsigned int i = 0; i < package.m_nVertexNum; ++i) {
-      QXVector3d const vecInModel = Transform(package.m_pVertices + 3 * std::size_t{i}, placed.m_matNode);
+      float const* pPosition = package.m_pVertices + 3 * std::size_t{i};
       float const* pNormal = package.m_pNormals + 3 * std::size_t{i};
-      collector.AddVertex(vecInModel.MultiplyMatrix(placed.m_matPlace) - part.m_vecOrigin, normals.Apply(pNormal),
-          colors.GetColor(mesh, i, vecInModel, modelNormals.Apply(pNormal)));
+      unsigned int const nColor =
+          bUsesPlace ? colors.GetColor(mesh, i, Transform(pPosition, placed.m_matNode), modelNormals.Apply(pNormal))
+                     : colors.GetColor(mesh, i, QXVector3d(), QXVector3d());
+      collector.AddVertex(Transform(pPosition, matWorld) - part.m_vecOrigin, normals.Apply(pNormal), nColor);
       if (key.m_Texture.m_nImage < 0) continue;
       QXVector3d const vecPicture = texture.GetTexCoord(i);
       collector.AddTexCoord(vecPicture.x, vecPicture.y);
@@ -220,7 +225,7 @@ struct TrianglePlaces {
 
 void CollectPlaces(PlacedMesh const& placed, TrianglePlaces& places) {
   QXC::QXModelMesh const& mesh = placed.m_Mesh;
-  QXC::QXMatrix4d const matWorld = placed.m_matNode * placed.m_matPlace;
+  QXC::QXMatrix4d const matWorld = placed.GetWorldMatrix();
   float const* pVertices = mesh.m_pVertexPackage->m_pVertices;
   for (QXC::QXIndexPackage const* pPackage : mesh.m_arrIndexPackages) {
     for (unsigned int i = 0; i + 2 < static_cast<unsigned int>(pPackage->m_nIndexNum); i += 3) {
@@ -272,11 +277,11 @@ QXC::QXBoundingBox FindBounds(std::vector<QXPlacedModel> const& vecModels) {
   bounds.SetNULL();
   ForEachPlacedMesh(vecModels, [&bounds](PlacedMesh const& placed) {
     QXC::QXVertexDataPackage const& package = *placed.m_Mesh.m_pVertexPackage;
+    QXC::QXMatrix4d const matWorld = placed.GetWorldMatrix();
     QXVector3d vecMin(1e300, 1e300, 1e300);
     QXVector3d vecMax(-1e300, -1e300, -1e300);
     for (unsigned int i = 0; i < package.m_nVertexNum; ++i) {
-      QXVector3d const vec =
-          Transform(package.m_pVertices + 3 * std::size_t{i}, placed.m_matNode).MultiplyMatrix(placed.m_matPlace);
+      QXVector3d const vec = Transform(package.m_pVertices + 3 * std::size_t{i}, matWorld);
       vecMin = QXVector3d(std::min(vecMin.x, vec.x), std::min(vecMin.y, vec.y), std::min(vecMin.z, vec.z));
       vecMax = QXVector3d(std::max(vecMax.x, vec.x), std::max(vecMax.y, vec.y), std::max(vecMax.z, vec.z));
     }
