@@ -3,11 +3,13 @@
 #include <QxGraphics3D/frame/foundation/base/detail/QXWideFormat.h>
 
 #include <algorithm>
-#include <filesystem>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include <dirent.h>
 #include <sys/stat.h>
 
 namespace QXC {
@@ -60,27 +62,55 @@ bool MatchesFilter(wchar_t const* szName, wchar_t const* szFilter) {
 }
 
 struct Listing {
-  std::filesystem::path m_pathRoot;
+  /// Ends in a '/'.
+  std::string m_strRoot;
   QdcUnicodeString m_strFilter;
   /// Folders that wait, relative to the root and with a '/' at their end.
   std::vector<std::string> m_vecFolders{std::string()};
   std::vector<std::pair<QdcUnicodeString, QdcUnicodeString>> m_vecFound;
 };
 
+enum class EntryKind { File, Folder, Other };
+
+EntryKind KindOf(mode_t nMode) {
+  if (S_ISREG(nMode)) return EntryKind::File;
+  return S_ISDIR(nMode) ? EntryKind::Folder : EntryKind::Other;
+}
+
+/// Most folders say of their entries what they are; only links, and entries of folders that do not, are looked at.
+EntryKind KindOf(dirent const& entry, std::string const& strPath) {
+  if (entry.d_type == DT_REG) return EntryKind::File;
+  if (entry.d_type == DT_DIR) return EntryKind::Folder;
+  if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return EntryKind::Other;
+  struct stat status = {};
+  if (lstat(strPath.c_str(), &status) != 0) return EntryKind::Other;
+  if (!S_ISLNK(status.st_mode)) return KindOf(status.st_mode);
+  // What a link leads to counts if it is a file; a folder behind a link may hold the link itself.
+  return stat(strPath.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? EntryKind::File : EntryKind::Other;
+}
+
+bool Matches(Listing const& listing, char const* szName) {
+  return listing.m_strFilter.IsEmpty() != 0 ||
+         MatchesFilter(QdcUnicodeString::FromUTF8(szName).Cstr(), listing.m_strFilter.Cstr());
+}
+
+struct CloseFolder {
+  void operator()(DIR* pFolder) const { closedir(pFolder); }
+};
+
 void ListFolder(Listing& listing, std::string const& strFolder, bool bSubFolders) {
-  std::error_code error;
-  std::filesystem::directory_iterator it(listing.m_pathRoot / strFolder, error);
-  for (; !error && it != std::filesystem::directory_iterator(); it.increment(error)) {
-    std::error_code statusError;
-    std::string const strPath = strFolder + it->path().filename().native();
-    if (it->symlink_status(statusError).type() == std::filesystem::file_type::directory) {
+  std::unique_ptr<DIR, CloseFolder> const pFolder(opendir((listing.m_strRoot + strFolder).c_str()));
+  if (!pFolder) return;
+  while (dirent const* const pEntry = readdir(pFolder.get())) {
+    std::string_view const name = pEntry->d_name;
+    if (name == "." || name == "..") continue;
+    std::string const strPath = strFolder + pEntry->d_name;
+    EntryKind const kind = KindOf(*pEntry, listing.m_strRoot + strPath);
+    if (kind == EntryKind::Folder) {
       if (bSubFolders) listing.m_vecFolders.push_back(strPath + '/');
-    } else if (it->is_regular_file(statusError)) {
-      QdcUnicodeString const strName = QdcUnicodeString::FromUTF8(it->path().filename().c_str());
-      if (listing.m_strFilter.IsEmpty() != 0 || MatchesFilter(strName.Cstr(), listing.m_strFilter.Cstr())) {
-        QdcUnicodeString const strWide = QdcUnicodeString::FromUTF8(strPath.c_str());
-        listing.m_vecFound.emplace_back(QXFile::StripExt(strWide), strWide);
-      }
+    } else if (kind == EntryKind::File && Matches(listing, pEntry->d_name)) {
+      QdcUnicodeString const strWide = QdcUnicodeString::FromUTF8(strPath.c_str());
+      listing.m_vecFound.emplace_back(QXFile::StripExt(strWide), strWide);
     }
   }
 }
@@ -104,7 +134,9 @@ unsigned char QXFile::IsExist(QdcUnicodeString const& strPath) {
 void QXFile::ListFiles(QdcUnicodeString const& strFolder, QdcArray<QdcUnicodeString>& arrFiles,
     QdcUnicodeString const& strFilter, int nFlags) {
   Listing listing;
-  listing.m_pathRoot = std::filesystem::path(strFolder.ToMBString().Cstr());
+  listing.m_strRoot = strFolder.ToMBString().Cstr();
+  if (listing.m_strRoot.empty()) return;
+  if (listing.m_strRoot.back() != '/') listing.m_strRoot += '/';
   listing.m_strFilter = strFilter;
   while (!listing.m_vecFolders.empty()) {
     std::string const strNext = std::move(listing.m_vecFolders.back());
