@@ -66,6 +66,20 @@ void TakeName(QXTrueType::QXFontInfo& info, FT_SfntName const& name, QdcUnicodeS
   }
 }
 
+/// All .ttf files, then all .ttc files, as two listings would give them; the folders are walked once for both.
+QdcArray<QdcUnicodeString> FontFiles(QdcUnicodeString const& strFolder) {
+  QdcArray<QdcUnicodeString> files;
+  if (strFolder.IsEmpty()) return files;
+  QdcArray<QdcUnicodeString> listed;
+  QXFile::ListFiles(strFolder, listed, L"*.tt?", QXFile::LIST_SUB_FOLDERS);
+  for (wchar_t const* const szEnd : {L".ttf", L".ttc"}) {
+    for (QdcUnicodeString const& file : listed) {
+      if (file.Right(4).CompareNoCase(szEnd) == 0) files.Add(file);
+    }
+  }
+  return files;
+}
+
 /// Reads the record that holds the Chinese family name in the two shapes of name table that GetFontIndex knows.
 bool ReadProbedName(FT_Face face, FT_SfntName& name) {
   FT_UInt const count = FT_Get_Sfnt_Name_Count(face);
@@ -89,11 +103,7 @@ void QXTrueType::InitFontsInfo() {
   m_arrFontsInfo.RemoveAll();
   m_arrFontsInfo.FreeExtra();
   QdcUnicodeString const folder = QXToolkit::GetFontsPath();
-  QdcArray<QdcUnicodeString> files;
-  if (!folder.IsEmpty()) {
-    QXFile::ListFiles(folder, files, L"*.ttf", QXFile::LIST_SUB_FOLDERS);
-    QXFile::ListFiles(folder, files, L"*.ttc", QXFile::LIST_SUB_FOLDERS);
-  }
+  QdcArray<QdcUnicodeString> const files = FontFiles(folder);
   ScopedLibrary library;
   if (library.m_pLibrary == nullptr) return;
   for (QdcUnicodeString const& file : files) {

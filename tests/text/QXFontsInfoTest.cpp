@@ -219,12 +219,14 @@ TEST_F(QXFontsInfo, NoFaceGivesAnEmptyRecord) {
 // --- the catalogue ---
 
 TEST_F(QXFontsInfo, AllTtfFilesStandBeforeAllTtcFiles) {
-  for (char const* const szName : {"b.ttc", "z.ttf", "A.TTF", "A-Bold.ttf", "sub/a.ttc", "sub/deep/x.ttf", "m.ttf"}) {
+  for (char const* const szName :
+      {"b.ttc", "z.ttf", "A.TTF", "A-Bold.ttf", "m.TtC", ".ttf", "sub/a.ttc", "sub/deep/x.ttf", "m.ttf"}) {
     WriteFont(szName, SimpleFont(u"F"));
   }
-  for (char const* const szName : {"a.otf", "b.ttf.bak", "ttf", "c.pfb"}) WriteFont(szName, SimpleFont(u"F"));
-  EXPECT_EQ(Made(), (Lines{"A.TTF:0:F", "A-Bold.ttf:0:F", "m.ttf:0:F", "sub/deep/x.ttf:0:F", "z.ttf:0:F", "b.ttc:0:F",
-                        "sub/a.ttc:0:F"}));
+  for (char const* const szName : {"a.otf", "b.ttf.bak", "ttf", "c.pfb", "d.ttx", "e.tt"})
+    WriteFont(szName, SimpleFont(u"F"));
+  EXPECT_EQ(Made(), (Lines{".ttf:0:F", "A.TTF:0:F", "A-Bold.ttf:0:F", "m.ttf:0:F", "sub/deep/x.ttf:0:F", "z.ttf:0:F",
+                        "b.ttc:0:F", "m.TtC:0:F", "sub/a.ttc:0:F"}));
 }
 
 TEST_F(QXFontsInfo, PathIsTheFolderAndTheFile) {
