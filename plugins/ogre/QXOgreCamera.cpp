@@ -39,11 +39,17 @@ QXMatrix4d Translation(QXVector3d const& vecOffset) {
 
 QXOgreCamera::QXOgreCamera(
     QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName)
-    : m_Graphics3D(graphics3D), m_strSceneName(strSceneName), m_matOwnProjection(QXMatrix4d::ZERO) {
+    : m_Graphics3D(graphics3D), m_strSceneName(strSceneName), m_pScene(nullptr), m_pNode(nullptr),
+      m_matOwnProjection(QXMatrix4d::ZERO) {
   SetName(strName);
   SetRelativeOrigin(graphics3D.GetRelativeOrigin());
   // The view of a camera that was never moved is the one from its default place, and not a matrix of zeros.
   InvalidateView();
+}
+
+void QXOgreCamera::SetScene(QXOgreScene& scene, QXOgreSceneNode const* pNode) {
+  m_pScene = &scene;
+  m_pNode = pNode;
 }
 
 void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene) {
@@ -61,6 +67,7 @@ void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene
   view.m_matProjection = m_matProjection;
   view.m_dVerticalExaggeration = pTarget->GetVerticalExaggeration();
   view.m_ePolygonMode = pTarget->GetPolygonMode();
+  view.m_pNode = m_pNode;
   view.m_nWidth = pViewport->GetActualWidth();
   view.m_nHeight = pViewport->GetActualHeight();
   pTarget->DrawViewport(*pViewport, FindScene(pViewport), view, bRenderScene);
@@ -78,6 +85,7 @@ void QXOgreCamera::UpdateProMatrix() {
 }
 
 QXOgreScene* QXOgreCamera::FindScene(QXViewport const* pViewport) const {
+  if (m_pScene) return m_pScene;
   if (!m_strSceneName.IsEmpty()) return m_Graphics3D.FindScene(m_strSceneName);
   QXRenderTarget const* const pTarget = pViewport ? pViewport->GetTarget() : nullptr;
   bool const bNamed = pTarget && !pTarget->GetSceneName().IsEmpty();

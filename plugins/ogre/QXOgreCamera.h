@@ -8,6 +8,7 @@ namespace QXC {
 
 class QXOgreGraphics3D;
 class QXOgreScene;
+class QXOgreSceneNode;
 
 /// Draws what stands in its scene. While the host has set no projection matrix, the camera computes one for each
 /// viewport from projection type, field of view, aspect of the viewport, near and far; a distance that is not set
@@ -18,6 +19,8 @@ public:
   QXOgreCamera(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName);
 
   QdcUnicodeString const& GetSceneName() const { return m_strSceneName; }
+  /// Draws this scene from now on, and of it only what hangs under a node; null: everything.
+  void SetScene(QXOgreScene& scene, QXOgreSceneNode const* pNode);
 
   void RenderScene(QXViewport* pViewport, unsigned char bRenderScene) override;
   void UpdateViewMatrix(QXViewport* pViewport) override;
@@ -32,6 +35,9 @@ private:
 
   QXOgreGraphics3D& m_Graphics3D;
   QdcUnicodeString m_strSceneName;
+  /// Null: the one of the name.
+  QXOgreScene* m_pScene;
+  QXOgreSceneNode const* m_pNode;
   /// The projection that this camera computed last, by which the host's is told.
   QXMatrix4d m_matOwnProjection;
 };

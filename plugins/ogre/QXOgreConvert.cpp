@@ -32,6 +32,10 @@ bool IsFinite(Ogre::Vector3 const& vec) {
   return std::isfinite(vec.x) && std::isfinite(vec.y) && std::isfinite(vec.z);
 }
 
+bool IsFinite(QXBoundingBox const& box) {
+  return IsFinite(ToOgre(box.GetMin())) && IsFinite(ToOgre(box.GetMax()));
+}
+
 std::string ToUtf8(QdcUnicodeString const& strText) {
   return strText.ToMBString().Cstr();
 }

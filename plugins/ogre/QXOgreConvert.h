@@ -9,6 +9,7 @@
 #include <OgreMatrix4.h>
 
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
@@ -25,6 +26,7 @@ Ogre::ColourValue ToOgre(QXColorValue3D const& color);
 /// Whether every entry is a number that float holds.
 bool IsFinite(Ogre::Matrix4 const& mat);
 bool IsFinite(Ogre::Vector3 const& vec);
+bool IsFinite(QXBoundingBox const& box);
 
 std::string ToUtf8(QdcUnicodeString const& strText);
 QdcUnicodeString FromUtf8(std::string const& strText);

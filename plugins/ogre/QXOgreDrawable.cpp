@@ -12,6 +12,7 @@
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreRenderable.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreSceneNode.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
 
 namespace QXC {
@@ -46,7 +47,8 @@ QXBoundingBox Exaggerated(QXBoundingBox const& box, double dFactor) {
 
 }  // namespace
 
-QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice) : m_pDevice(pDevice), m_pScene(nullptr), m_bVisible(1) {
+QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
+    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_bVisible(1) {
   if (m_pDevice) m_pDevice->AddDrawable(this);
 }
 
@@ -57,9 +59,17 @@ QXOgreDrawable::~QXOgreDrawable() {
 
 void QXOgreDrawable::SetScene(QXOgreScene* pScene) {
   if (m_pScene == pScene) return;
+  SetNode(nullptr);
   if (m_pScene) m_pScene->Remove(this);
   m_pScene = pScene;
   if (m_pScene) m_pScene->Add(this);
+}
+
+void QXOgreDrawable::SetNode(QXOgreSceneNode* pNode) {
+  if (m_pNode) m_pNode->Remove(this);
+  m_pNode = pNode;
+  if (m_pNode) m_pNode->Add(this);
+  UpdateWorld();
 }
 
 void QXOgreDrawable::LeaveDevice() {
@@ -84,7 +94,7 @@ void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source, QXTe
   // White is what an operation has that was given no colour.
   if (!(source.m_Color == QXColorValue3D::White)) m_Look.m_Color = source.m_Color;
   UpdateMaterials();
-  UpdateWorldBounds();
+  UpdateWorld();
 }
 
 void QXOgreDrawable::TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager) {
@@ -103,12 +113,12 @@ void QXOgreDrawable::ClearGeometry() {
   m_arrRenderables.clear();
   m_arrRangeTextures.clear();
   m_Geometry.Clear();
-  UpdateWorldBounds();
+  UpdateWorld();
 }
 
 unsigned char QXOgreDrawable::UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions) {
   unsigned char const bDone = m_Geometry.UpdatePositions(nFirst, nCount, pPositions);
-  UpdateWorldBounds();
+  UpdateWorld();
   return bDone;
 }
 
@@ -136,12 +146,12 @@ unsigned int QXOgreDrawable::GetTriangleCount() const {
 
 void QXOgreDrawable::SetModelMatrix(QXMatrix4d const& matModel) {
   m_matModel = matModel;
-  UpdateWorldBounds();
+  UpdateWorld();
 }
 
 void QXOgreDrawable::SetBounds(QXBoundingBox const& box) {
   m_Bounds = box;
-  UpdateWorldBounds();
+  UpdateWorld();
 }
 
 QXBoundingBox const& QXOgreDrawable::GetBounds() const {
@@ -153,12 +163,18 @@ void QXOgreDrawable::SetLook(QXOgreLook const& look) {
   UpdateMaterials();
 }
 
+bool QXOgreDrawable::IsShown() const {
+  return m_bVisible && (!m_pNode || m_pNode->IsVisible());
+}
+
 bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
-  if (!m_bVisible || m_arrRenderables.empty() || m_WorldBounds.IsNULL()) return false;
+  if (!IsShown() || m_arrRenderables.empty() || m_WorldBounds.IsNULL()) return false;
+  if (view.m_pNode && !(m_pNode && m_pNode->IsUnder(*view.m_pNode))) return false;
   QXBoundingBox const box = Exaggerated(m_WorldBounds, view.m_dVerticalExaggeration);
-  if (m_Look.m_dNear > 0.0 || m_Look.m_dFar > 0.0) {
+  if (m_pNode || m_Look.m_dNear > 0.0 || m_Look.m_dFar > 0.0) {
     double const dDistance = (box.GetCenter() - view.m_vecOrigin).MultiplyMatrix(view.m_matView).Length();
     if (dDistance < m_Look.m_dNear || (m_Look.m_dFar > 0.0 && dDistance > m_Look.m_dFar)) return false;
+    if (m_pNode && !m_pNode->IsWithin(dDistance)) return false;
   }
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
@@ -166,11 +182,11 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
 void QXOgreDrawable::Queue(
     QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
   if (!IsSeen(view)) return;
-  QXMatrix4d matModel = m_matModel;
-  for (int i = 0; i < 4; ++i) matModel[i][2] *= view.m_dVerticalExaggeration;
+  QXMatrix4d matWorld = m_matWorld;
+  for (int i = 0; i < 4; ++i) matWorld[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
   m_Place.m_matToEye =
-      ToOgre(Translation(m_Geometry.GetZero()) * matModel * Translation(-view.m_vecOrigin) * view.m_matView);
+      ToOgre(Translation(m_Geometry.GetZero()) * matWorld * Translation(-view.m_vecOrigin) * view.m_matView);
   if (!IsFinite(m_Place.m_matToEye)) return;
   m_Place.m_fDepth = -m_Place.m_matToEye.getTrans().z;
   auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
@@ -240,8 +256,9 @@ std::vector<QXOgreBinding> QXOgreDrawable::FindBindings(std::size_t nRange) cons
   return arrBindings;
 }
 
-void QXOgreDrawable::UpdateWorldBounds() {
-  m_WorldBounds = Transformed(GetBounds(), m_matModel);
+void QXOgreDrawable::UpdateWorld() {
+  m_matWorld = m_pNode ? m_matModel * m_pNode->GetMatrix() : m_matModel;
+  m_WorldBounds = Transformed(GetBounds(), m_matWorld);
 }
 
 }  // namespace QXC

@@ -22,6 +22,7 @@ namespace QXC {
 
 class QXOgreDevice;
 class QXOgreScene;
+class QXOgreSceneNode;
 class QXTextureManager;
 class QXRenderOperationMultiIndex;
 
@@ -53,8 +54,13 @@ public:
   QXOgreDrawable(QXOgreDrawable const&) = delete;
   QXOgreDrawable& operator=(QXOgreDrawable const&) = delete;
 
-  /// Moves into a scene of the same device; null takes it out of the one where it stands.
+  /// Moves into a scene of the same device, off its node; null takes it out of the one where it stands.
   void SetScene(QXOgreScene* pScene);
+  QXOgreScene* GetScene() const { return m_pScene; }
+  /// Hangs it under a node of its scene; null: under the root.
+  void SetNode(QXOgreSceneNode* pNode);
+  /// Null for the root.
+  QXOgreSceneNode const* GetNode() const { return m_pNode; }
   /// Called by the device at its end: everything on the GPU goes.
   void LeaveDevice();
 
@@ -85,8 +91,12 @@ public:
   QXBoundingBox const& GetBounds() const;
   /// In world coordinates; null if there is nothing to draw.
   QXBoundingBox const& GetWorldBounds() const { return m_WorldBounds; }
+  /// Called when a node above moves.
+  void UpdateWorld();
   void SetVisible(unsigned char bVisible) { m_bVisible = bVisible; }
   unsigned char IsVisible() const { return m_bVisible; }
+  /// Whether both it and its node are visible.
+  bool IsShown() const;
   QXOgreLook const& GetLook() const { return m_Look; }
   void SetLook(QXOgreLook const& look);
 
@@ -103,10 +113,10 @@ private:
   void TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
   void UpdateMaterial(std::size_t nRange);
   std::vector<QXOgreBinding> FindBindings(std::size_t nRange) const;
-  void UpdateWorldBounds();
 
   QXOgreDevice* m_pDevice;
   QXOgreScene* m_pScene;
+  QXOgreSceneNode* m_pNode;
   QXOgreGeometry m_Geometry;
   QXOgreTextureSet m_Textures;
   /// One a range, or none at all.
@@ -114,6 +124,8 @@ private:
   /// One a range.
   std::vector<std::unique_ptr<QXOgreRenderable>> m_arrRenderables;
   QXMatrix4d m_matModel;
+  /// The model matrix and those of the nodes above.
+  QXMatrix4d m_matWorld;
   QXBoundingBox m_Bounds;
   QXBoundingBox m_WorldBounds;
   QXOgreLook m_Look;

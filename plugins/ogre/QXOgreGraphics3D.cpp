@@ -44,7 +44,8 @@ GPUVendor ToVendor(Ogre::GPUVendor eVendor, std::string const& strDevice) {
 
 QXOgreGraphics3D::QXOgreGraphics3D()
     : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)),
-      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)), m_strName(L"ogre"), m_nDrawOperationCount(0) {
+      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)), m_pTextureScene(nullptr), m_strName(L"ogre"),
+      m_nDrawOperationCount(0), m_nNodesMade(0) {
   m_pRenderOperationManager = m_pManager.get();
   m_pTextureManager = m_pTextures.get();
 }
@@ -58,6 +59,8 @@ QXOgreGraphics3D::~QXOgreGraphics3D() {
   m_arrCameras.clear();
   for (auto const& [strName, pScene] : m_mapScenes) m_pDevice->DestroyScene(pScene);
   m_mapScenes.clear();
+  if (m_pTextureScene) m_pDevice->DestroyScene(m_pTextureScene);
+  m_pTextureScene = nullptr;
   // Models and atlases give their textures back to a manager that is still there.
   ClearResource();
   m_pTextures->LeaveDevice();
@@ -75,6 +78,16 @@ QXOgreDevice& QXOgreGraphics3D::RequireDevice() const {
 QXOgreScene* QXOgreGraphics3D::FindScene(QdcUnicodeString const& strName) const {
   auto const position = m_mapScenes.find(strName);
   return position == m_mapScenes.end() ? nullptr : position->second;
+}
+
+QXOgreScene* QXOgreGraphics3D::FindNodeScene(QdcUnicodeString const& strName) const {
+  return strName.IsEmpty() ? m_pTextureScene : FindScene(strName);
+}
+
+QXOgreRenderTarget* QXOgreGraphics3D::FindTarget(QdcUnicodeString const& strName) const {
+  for (QXOgreRenderTarget* const pTarget : m_setTargets)
+    if (pTarget->GetName() == strName) return pTarget;
+  return nullptr;
 }
 
 void QXOgreGraphics3D::Count(QXOgreCounts const& counts) {
@@ -118,7 +131,7 @@ unsigned char QXOgreGraphics3D::Initialize(QdcUnicodeString const& strResourcePa
   }
   FillCapabilities();
   QXMathEngine::m_msGraphics3DType = GRAPHICS3D_IMMEDIATE;
-  return CreateScene(MAIN_SCENE);
+  return Try([this] { m_pTextureScene = m_pDevice->CreateScene(); }) && CreateScene(MAIN_SCENE);
 }
 
 void QXOgreGraphics3D::FillCapabilities() {
@@ -188,9 +201,7 @@ QXCamera* QXOgreGraphics3D::GetCamera(QdcUnicodeString const& strName) const {
 
 unsigned char QXOgreGraphics3D::CanMakeTarget(
     QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight) {
-  bool const bTaken = std::any_of(m_setTargets.begin(), m_setTargets.end(),
-      [&](QXOgreRenderTarget const* pTarget) { return pTarget->GetName() == strName; });
-  if (!m_pDevice || strName.IsEmpty() || bTaken) {
+  if (!m_pDevice || strName.IsEmpty() || FindTarget(strName)) {
     SetErrorText("a target needs an initialised renderer and a name of its own: '" + ToUtf8(strName) + "'");
     return 0;
   }

@@ -19,6 +19,7 @@ class QXOgreCamera;
 class QXOgreRenderOperationManager;
 class QXOgreRenderTarget;
 class QXOgreScene;
+class QXOgreSceneNode;
 class QXOgreTextureManager;
 
 /// The renderer. It owns the device, the scenes and the cameras, and knows its targets and drawables, which hosts own:
@@ -37,6 +38,11 @@ public:
   QXOgreTextureManager& GetTextures() const { return *m_pTextures; }
   /// Null if there is none of that name.
   QXOgreScene* FindScene(QdcUnicodeString const& strName) const;
+  /// The scene in which nodes of a name stand. The empty one is that of the textures that are drawn: their targets have
+  /// no scene's name, and what is drawn into them would be seen in any other.
+  QXOgreScene* FindNodeScene(QdcUnicodeString const& strName) const;
+  /// Null if there is none of that name.
+  QXOgreRenderTarget* FindTarget(QdcUnicodeString const& strName) const;
   /// Called by the targets themselves.
   void AddTarget(QXOgreRenderTarget* pTarget) { m_setTargets.insert(pTarget); }
   void RemoveTarget(QXOgreRenderTarget* pTarget) { m_setTargets.erase(pTarget); }
@@ -88,6 +94,26 @@ public:
   void RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,
       QXRenderTarget* pTarget, QdcRect2D const& rcPatch) override;
   QXTexture* GetRenderTargetTexture(QXRenderTarget* pTarget) const override;
+  unsigned char CreateSceneNode(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strParentName,
+      QdcUnicodeString const& strNodeName) override;
+  QdcUnicodeString CreateSceneNode() override;
+  unsigned char DestroySceneNode(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName) override;
+  void DestroySceneNode(QdcUnicodeString strNodeName) override;
+  void SetSceneNodePosition(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
+      QXVector3d const& vecPosition) override;
+  void SetSceneNodeOrientation(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
+      QXQuaternion4d const& orientation) override;
+  void SetSceneNodeScale(
+      QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXVector3d const& vecScale) override;
+  void SetSceneNodeVisible(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
+      unsigned char bVisible, unsigned char bCascade) override;
+  void SetSceneNodeVisible(QdcUnicodeString const& strNodeName, unsigned char bVisible) override;
+  void SetSceneNodeVisibleDistance(QdcUnicodeString const& strNodeName, double dNear, double dFar) override;
+  unsigned char AttachToSceneNode(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
+      QXRenderOperation3D* pRenderOperation) override;
+  void DetachFromSceneNode(QdcUnicodeString const& strSceneName, QXRenderOperation3D* pRenderOperation) override;
+  void GetSceneNodeBoundingBox(
+      QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXBoundingBox& box) const override;
   void SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) override;
   void ClearSelectedObjects() override;
   void SetSelectionColor(QXColorValue3D const& color) override;
@@ -115,6 +141,8 @@ protected:
   unsigned char Refuse(char const* szWhat) override;
 
 private:
+  /// Null if there is none.
+  QXOgreSceneNode* FindNode(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName) const;
   /// Whether a target may be made; sets the error text if not.
   unsigned char CanMakeTarget(QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight);
   /// Makes a target of a kind; null with the reason as error text if OGRE cannot.
@@ -129,10 +157,12 @@ private:
   std::unordered_set<QXOgreRenderTarget*> m_setTargets;
   std::unique_ptr<QXOgreRenderOperationManager> m_pManager;
   std::unique_ptr<QXOgreTextureManager> m_pTextures;
+  QXOgreScene* m_pTextureScene;
   QXVector3d m_vecRelativeOrigin;
   QdcUnicodeString m_strName;
   QdcUnicodeString m_strError;
   unsigned int m_nDrawOperationCount;
+  int m_nNodesMade;
 };
 
 template <class Work>

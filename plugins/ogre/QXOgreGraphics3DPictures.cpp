@@ -13,6 +13,7 @@
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 #include <plugins/ogre/QXOgreRenderTarget.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreSceneNode.h>
 
 namespace QXC {
 
@@ -39,14 +40,17 @@ void QXOgreGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeigh
     QXRenderTarget* pTarget, QdcRect2D const& rcPatch) {
   auto* const pOwn = dynamic_cast<QXOgreRenderTarget*>(pTarget);
   if (!pOwn || !m_pDevice) return;
-  QdcUnicodeString const strScene = pOwn->GetSceneName().IsEmpty() ? GetSceneName(0) : pOwn->GetSceneName();
-  QXOgreScene const* const pScene = FindScene(strScene);
+  // A node of the target's name has what belongs into it, and nothing else of its scene does.
+  QXOgreSceneNode const* const pNode = FindNode(pOwn->GetSceneName(), pOwn->GetName());
+  bool const bNamed = pNode || !pOwn->GetSceneName().IsEmpty();
+  QXOgreScene* const pScene = bNamed ? FindNodeScene(pOwn->GetSceneName()) : FindScene(GetSceneName(0));
   if (!pScene) return;
-  QXBoundingBox const box = pScene->GetBounds();
+  QXBoundingBox const box = pNode ? pNode->GetBounds(true) : pScene->GetBounds();
   double const dExaggeration = pOwn->GetVerticalExaggeration();
   double const dTop = std::max(box.GetMin().z * dExaggeration, box.GetMax().z * dExaggeration);
   double const dLow = std::min(box.GetMin().z * dExaggeration, box.GetMax().z * dExaggeration);
-  QXOgreCamera camera(*this, L"patch", strScene);
+  QXOgreCamera camera(*this, L"patch", L"");
+  camera.SetScene(*pScene, pNode);
   camera.SetPosition(dHalfWidth, dHalfHeight, dTop + 1.0);
   camera.SetProjectionType(PROJECTION_ORTHOGRAPHIC);
   camera.SetProjectionMatrix(QXMathEngine::ComputeOrthoMatrix(

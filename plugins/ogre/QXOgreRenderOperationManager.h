@@ -30,6 +30,8 @@ public:
   QXOgreRenderOperation3D* Find(unsigned int nSelectionID) const;
 
   QXOgreGraphics3D& GetGraphics3D() const { return m_Graphics3D; }
+  /// The drawable as this plug-in's own, null if it is another's.
+  QXOgreRenderOperation3D* Own(QXRenderOperation3D* pOperation) const;
   /// Of the drawables that exist and of those to come.
   void SetSelectionColor(QXColorValue3D const& color);
 
@@ -52,9 +54,6 @@ public:
   QXSkeletonAnimation* CreateSkeletonAnimation(QdcUnicodeString const&) override { return nullptr; }
 
 private:
-  /// The drawable as this plug-in's own, null if it is another's.
-  QXOgreRenderOperation3D* Own(QXRenderOperation3D* pOperation) const;
-
   QXOgreGraphics3D& m_Graphics3D;
   std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
   QXColorValue3D m_SelectionColor;

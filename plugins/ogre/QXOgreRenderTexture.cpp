@@ -10,6 +10,7 @@
 
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreTexture.h>
+#include <plugins/ogre/QXOgreTextureManager.h>
 
 namespace QXC {
 
@@ -32,16 +33,12 @@ void QXOgreRenderTexture::MakeDevice(unsigned int nWidth, unsigned int nHeight, 
   ReleaseDevice();
   m_pOgreTexture = pTexture;
   SetOgreTarget(m_pOgreTexture->getBuffer()->getRenderTarget());
-  if (m_pTexture) m_pTexture->ShowForeign(*GetRenderer()->GetDevice(), m_pOgreTexture);
+  if (!m_pTexture) m_pTexture = std::make_unique<QXOgreTexture>(GetRenderer()->GetTextures());
+  m_pTexture->ShowForeign(*GetRenderer()->GetDevice(), m_pOgreTexture);
+  GetRenderer()->GetTextures().AddPicture(m_strName, m_pTexture.get());
 }
 
 QXTexture* QXOgreRenderTexture::GetTexture() const {
-  if (m_pTexture || !m_pOgreTexture) return m_pTexture.get();
-  GetRenderer()->Try([&] {
-    auto pTexture = std::make_unique<QXOgreTexture>(GetRenderer()->GetTextures());
-    pTexture->ShowForeign(*GetRenderer()->GetDevice(), m_pOgreTexture);
-    m_pTexture = std::move(pTexture);
-  });
   return m_pTexture.get();
 }
 
@@ -53,6 +50,7 @@ void QXOgreRenderTexture::CopyFromMemory(unsigned char const* pPixels, unsigned 
 
 void QXOgreRenderTexture::ReleaseDevice() {
   if (!m_pOgreTexture) return;
+  GetRenderer()->GetTextures().RemovePicture(m_strName);
   if (m_pTexture) m_pTexture->LeaveDevice();
   SetOgreTarget(nullptr);
   Ogre::TextureManager::getSingleton().remove(m_pOgreTexture);

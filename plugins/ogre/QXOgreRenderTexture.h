@@ -21,7 +21,8 @@ public:
   ~QXOgreRenderTexture() override;
 
   unsigned char IsTextureTarget() const override { return 1; }
-  /// The picture as a texture: v = 0 is its first row. It follows the target's sizes and ends with the target.
+  /// The picture as a texture: v = 0 is its first row. It follows the target's sizes and ends with the target. The
+  /// texture manager knows it by the target's name.
   QXTexture* GetTexture() const override;
   void CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) override;
 
@@ -35,8 +36,7 @@ protected:
 
 private:
   Ogre::TexturePtr m_pOgreTexture;
-  /// Made when somebody asks for it.
-  mutable std::unique_ptr<QXOgreTexture> m_pTexture;
+  std::unique_ptr<QXOgreTexture> m_pTexture;
   int m_nMipmaps;
 };
 

@@ -24,10 +24,6 @@ bool IsUsable(Ogre::Matrix4 const& matProjection) {
          IsFinite(matInverse * Ogre::Vector3(0.5F, -0.5F, 0.0F));
 }
 
-bool IsFiniteBox(QXBoundingBox const& box) {
-  return IsFinite(ToOgre(box.GetMin())) && IsFinite(ToOgre(box.GetMax()));
-}
-
 }  // namespace
 
 Ogre::String const QXOgreScene::TYPE_NAME = "QXOgreScene";
@@ -54,8 +50,15 @@ void QXOgreScene::Remove(QXOgreDrawable* pDrawable) {
 QXBoundingBox QXOgreScene::GetBounds() const {
   QXBoundingBox box;
   for (QXOgreDrawable const* const pDrawable : m_arrDrawables)
-    if (pDrawable->IsVisible() && IsFiniteBox(pDrawable->GetWorldBounds())) box.Merge(pDrawable->GetWorldBounds());
+    if (pDrawable->IsShown() && IsFinite(pDrawable->GetWorldBounds())) box.Merge(pDrawable->GetWorldBounds());
   box.Merge(m_pBillboards->GetBounds());
+  return box;
+}
+
+QXBoundingBox QXOgreScene::GetDrawableBounds() const {
+  QXBoundingBox box;
+  for (QXOgreDrawable const* const pDrawable : m_arrDrawables)
+    if (IsFinite(pDrawable->GetWorldBounds())) box.Merge(pDrawable->GetWorldBounds());
   return box;
 }
 
@@ -87,7 +90,8 @@ void QXOgreScene::_findVisibleObjects(Ogre::Camera*, Ogre::VisibleObjectsBoundsI
   m_arrDepths.clear();
   for (QXOgreDrawable* const pDrawable : m_arrDrawables)
     pDrawable->Queue(*m_pView, *getRenderQueue(), m_arrDepths, m_Counts);
-  m_pBillboards->Queue(*m_pView, m_arrDepths, *getRenderQueue(), m_Counts);
+  // No node has billboards.
+  if (!m_pView->m_pNode) m_pBillboards->Queue(*m_pView, m_arrDepths, *getRenderQueue(), m_Counts);
 }
 
 Ogre::SceneManager* QXOgreSceneFactory::createInstance(Ogre::String const& strName) {

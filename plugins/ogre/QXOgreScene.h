@@ -10,6 +10,7 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 
+#include <plugins/ogre/QXOgreSceneNode.h>
 #include <plugins/ogre/QXOgreView.h>
 
 namespace QXC {
@@ -29,9 +30,12 @@ public:
   /// The drawables keep no order among themselves. Cost: linear.
   void Remove(QXOgreDrawable* pDrawable);
   QXOgreBillboardSet& GetBillboards() { return *m_pBillboards; }
+  QXOgreSceneNodes& GetNodes() { return m_Nodes; }
   /// Around everything visible, in world coordinates; null if there is nothing. A drawable whose bounds are no numbers
   /// is left out: it would take all others out of sight. Cost: linear in the drawables.
   QXBoundingBox GetBounds() const;
+  /// Around every drawable, visible or not.
+  QXBoundingBox GetDrawableBounds() const;
 
   /// Clears the viewport as it says and draws into it what the view sees.
   /// Without an inverse of the projection, or with entries that are no numbers, nothing can be seen: it clears only.
@@ -46,6 +50,7 @@ public:
   static Ogre::String const TYPE_NAME;
 
 private:
+  QXOgreSceneNodes m_Nodes;
   std::vector<QXOgreDrawable*> m_arrDrawables;
   std::unique_ptr<QXOgreBillboardSet> m_pBillboards;
   /// Of the transparent drawables in OGRE's queue.

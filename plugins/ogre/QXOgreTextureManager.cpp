@@ -23,6 +23,8 @@ QXOgreTextureManager::~QXOgreTextureManager() {
 
 QXTexture* QXOgreTextureManager::GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) {
   std::scoped_lock const lock(m_Mutex);
+  auto const picture = m_mapPictures.find(strName);
+  if (picture != m_mapPictures.end()) return picture->second;
   if (QXTextureCacheEntry* const pEntry = FindCacheEntry(strName)) {
     pEntry->SetLastAccess(static_cast<double>(std::clock()));
     return pEntry->GetTexture();
@@ -38,7 +40,7 @@ QXTexture* QXOgreTextureManager::GetTexture(QdcUnicodeString const& strName, uns
 
 unsigned char QXOgreTextureManager::ManagerOperation2(QdcUnicodeString const& strName) const {
   std::scoped_lock const lock(m_Mutex);
-  return FindCacheEntry(strName) != nullptr;
+  return m_mapPictures.contains(strName) || FindCacheEntry(strName) != nullptr;
 }
 
 QXTexture* QXOgreTextureManager::CreateTexture() {
@@ -66,6 +68,16 @@ void QXOgreTextureManager::Add(QXOgreTextureSource* pSource) {
 void QXOgreTextureManager::Remove(QXOgreTextureSource* pSource) {
   std::scoped_lock const lock(m_Mutex);
   m_setSources.erase(pSource);
+}
+
+void QXOgreTextureManager::AddPicture(QdcUnicodeString const& strTarget, QXTexture* pPicture) {
+  std::scoped_lock const lock(m_Mutex);
+  m_mapPictures[strTarget] = pPicture;
+}
+
+void QXOgreTextureManager::RemovePicture(QdcUnicodeString const& strTarget) {
+  std::scoped_lock const lock(m_Mutex);
+  m_mapPictures.erase(strTarget);
 }
 
 void QXOgreTextureManager::LeaveDevice() {

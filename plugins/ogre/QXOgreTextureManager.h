@@ -2,6 +2,7 @@
 /// Textures of this renderer by name.
 #pragma once
 
+#include <map>
 #include <unordered_set>
 
 #include <QxGraphics3D/texture/QXTextureManager.h>
@@ -21,7 +22,7 @@ public:
   QXOgreTextureManager(QXOgreTextureManager const&) = delete;
   QXOgreTextureManager& operator=(QXOgreTextureManager const&) = delete;
 
-  /// A name with the extension of an animated file gives a QXAnimationTexture.
+  /// A name with the extension of an animated file gives a QXAnimationTexture, that of a texture target its picture.
   QXTexture* GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) override;
   unsigned char ManagerOperation2(QdcUnicodeString const& strName) const override;
   QXTexture* CreateTexture() override;
@@ -32,6 +33,10 @@ public:
   /// Called by the textures themselves.
   void Add(QXOgreTextureSource* pSource);
   void Remove(QXOgreTextureSource* pSource);
+  /// The picture of a texture target, found under the target's name: whoever draws with what was drawn knows that alone.
+  /// It is the target's, so no cache holds it. Called by the targets themselves.
+  void AddPicture(QdcUnicodeString const& strTarget, QXTexture* pPicture);
+  void RemovePicture(QdcUnicodeString const& strTarget);
   /// Takes all textures off the device, which goes.
   void LeaveDevice();
 
@@ -46,6 +51,7 @@ public:
 private:
   QXOgreGraphics3D& m_Graphics3D;
   std::unordered_set<QXOgreTextureSource*> m_setSources;
+  std::map<QdcUnicodeString, QXTexture*> m_mapPictures;
 };
 
 }  // namespace QXC

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QxGraphics3D/frame/QXGraphics3D.h>
-#include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 
 namespace QXC {
 
@@ -106,17 +105,7 @@ public:
     return nullptr;
   }
 
-  // Nodes and overlays.
-  void SetSceneNodePosition(QdcUnicodeString const&, QdcUnicodeString const&, QXVector3d const&) override {}
-  void SetSceneNodeOrientation(QdcUnicodeString const&, QdcUnicodeString const&, QXQuaternion4d const&) override {}
-  void SetSceneNodeScale(QdcUnicodeString const&, QdcUnicodeString const&, QXVector3d const&) override {}
-  unsigned char AttachToSceneNode(QdcUnicodeString const&, QdcUnicodeString const&, QXRenderOperation3D*) override {
-    return Refuse("scene nodes");
-  }
-  void DetachFromSceneNode(QdcUnicodeString const&, QXRenderOperation3D*) override {}
-  void GetSceneNodeBoundingBox(QdcUnicodeString const&, QdcUnicodeString const&, QXBoundingBox& box) const override {
-    box.SetNULL();
-  }
+  // Overlays.
   void DestroyOverlay(QdcUnicodeString const&) override {}
   void SetOverlayPosition(QdcUnicodeString const&, double, double) override {}
   void SetOverlayZOrder(QdcUnicodeString const&, int) override {}

@@ -10,6 +10,7 @@
 namespace QXC {
 
 class QXFrustum;
+class QXOgreSceneNode;
 
 /// One viewport's view of a scene, made by the camera for the length of one RenderScene.
 struct QXOgreView {
@@ -23,6 +24,8 @@ struct QXOgreView {
   double m_dVerticalExaggeration;
   /// Of the whole picture: filled, edges or corners.
   Ogre::PolygonMode m_ePolygonMode;
+  /// Null: everything, else only what hangs under this node.
+  QXOgreSceneNode const* m_pNode;
   /// Of the viewport, pixels.
   int m_nWidth;
   int m_nHeight;
