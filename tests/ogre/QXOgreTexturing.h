@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/renderop/QXTexCoordBlock.h>
 #include <QxGraphics3D/renderop/QXTexturePackage.h>
 #include <QxGraphics3D/texture/QXTexture.h>
@@ -21,6 +22,28 @@ inline unsigned char* NewBlock(std::vector<unsigned char> const& arrBytes) {
   std::memcpy(pBlock, arrBytes.data(), arrBytes.size());
   return pBlock;
 }
+
+/// A texture as read back from the device.
+class QXTexels {
+public:
+  explicit QXTexels(QXTexture* pTexture) {
+    EXPECT_NE(pTexture, nullptr);
+    m_pImage.reset(pTexture ? pTexture->BlitToMemory() : nullptr);
+    EXPECT_NE(m_pImage, nullptr) << "the texture cannot be read back";
+    if (m_pImage) m_pPixels.reset(static_cast<unsigned char*>(m_pImage->m_pPixels));
+  }
+  unsigned int GetWidth() const { return m_pImage ? m_pImage->m_nWidth : 0; }
+  /// Counted from the upper left corner.
+  QXPixel At(unsigned int x, unsigned int y) const {
+    if (!m_pPixels || x >= m_pImage->m_nWidth || y >= m_pImage->m_nHeight) return {-1, -1, -1, -1};
+    unsigned char const* const p = m_pPixels.get() + std::size_t{y} * m_pImage->m_nPitch + std::size_t{x} * 4;
+    return {p[2], p[1], p[0], p[3]};
+  }
+
+private:
+  std::unique_ptr<QXImageData> m_pImage;
+  std::unique_ptr<unsigned char[]> m_pPixels;
+};
 
 /// The scenery with textures that look like their pixels: filters are the nearest pixel's. Textures that MakeTexture
 /// made live as long as the fixture's renderer.
