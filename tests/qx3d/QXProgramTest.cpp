@@ -3,12 +3,10 @@
 #include <tests/assimp/QXTexturedModels.h>
 #include <tests/qx3d/QXGifMaker.h>
 #include <tests/qx3d/QXPngReader.h>
+#include <tests/qx3d/QXProgramRun.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace QXApp {
@@ -16,39 +14,9 @@ namespace {
 
 using Folder = QXAssimp::QXTestFolder;
 
-struct ProgramRun {
-  int m_nExitStatus = -1;
-  std::string m_strOut;
-  std::string m_strError;
-};
-
-std::string Quote(std::string const& strText) {
-  return "'" + strText + "'";
-}
-
-std::string ReadText(std::string const& strPath) {
-  std::vector<unsigned char> const vecBytes = QXAssimp::ReadTestFile(strPath);
-  return std::string(vecBytes.begin(), vecBytes.end());
-}
-
-constexpr char const* kWithoutDisplay = "env -u DISPLAY -u WAYLAND_DISPLAY";
-
-/// Runs the program by a launcher: without a display, if no other is given.
-ProgramRun RunProgram(
-    Folder const& folder, std::string const& strArguments, std::string const& strLauncher = kWithoutDisplay) {
-  std::string const strCommand = strLauncher + " " + Quote(QX_PROGRAM) + " " + strArguments + " > " +
-                                 Quote(folder.Path("stdout")) + " 2> " + Quote(folder.Path("stderr")) + " < /dev/null";
-  int const nStatus = std::system(strCommand.c_str());
-  ProgramRun run;
-  if (WIFEXITED(nStatus)) run.m_nExitStatus = WEXITSTATUS(nStatus);
-  run.m_strOut = ReadText(folder.Path("stdout"));
-  run.m_strError = ReadText(folder.Path("stderr"));
-  return run;
-}
-
 /// One line that holds all parts, the given status and no picture.
 void ExpectFailure(Folder const& folder, std::string const& strArguments, int nExitStatus,
-    std::vector<std::string> const& vecParts, std::string const& strLauncher = kWithoutDisplay) {
+    std::vector<std::string> const& vecParts, std::string const& strLauncher = WithoutDisplay) {
   ProgramRun const run = RunProgram(folder, strArguments, strLauncher);
   EXPECT_EQ(run.m_nExitStatus, nExitStatus) << strArguments;
   EXPECT_EQ(run.m_strOut, "") << strArguments;
@@ -168,7 +136,7 @@ TEST(QXProgram, UnreadableModelIsNamed) {
   std::filesystem::permissions(strModel, std::filesystem::perms::none);
   // The superuser reads everything, unless the program is started without that right.
   std::string const strLauncher =
-      geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search" : kWithoutDisplay;
+      geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search" : WithoutDisplay;
   ExpectFailure(folder, ViewArguments(folder, strModel), 1, {strModel, "permissions"}, strLauncher);
 }
 
@@ -402,8 +370,6 @@ std::string NameColor(QXPicture const& picture, int x, int y) {
   if (p[2] > p[0] && p[1] > p[0]) return "sky";
   return "other";
 }
-
-constexpr char const* WithDisplay = "xvfb-run -a";
 
 TEST(QXProgramWithDevice, ModelStandsInTheMiddleUnderTheSky) {
   Folder const folder;
