@@ -34,9 +34,12 @@ bool HasSizeProgram(FT_Face pFace) {
 }  // namespace
 
 QXGlyphSizes::~QXGlyphSizes() {
-  for (Record const& record : m_arrRecords) {
-    if (record.m_pSize != nullptr) FT_Done_Size(record.m_pSize);
-  }
+  for (Record& record : m_arrRecords) Free(record);
+}
+
+void QXGlyphSizes::Free(Record& record) {
+  if (record.m_pSize != nullptr) FT_Done_Size(record.m_pSize);
+  record = Record();
 }
 
 FT_Error QXGlyphSizes::SetSize(FT_Face pFace, FT_F26Dot6 nSize) {
@@ -65,8 +68,7 @@ FT_Size QXGlyphSizes::Make(FT_Face pFace, FT_F26Dot6 nSize) {
   Record& record = *std::min_element(m_arrRecords.begin(), m_arrRecords.end(),
       [](Record const& a, Record const& b) { return a.m_nLastUse < b.m_nLastUse; });
   if (!Renew(record, pFace, nSize)) {
-    if (record.m_pSize != nullptr) FT_Done_Size(record.m_pSize);
-    record = Record();
+    Free(record);
     return nullptr;
   }
   record.m_nSize = nSize;
@@ -79,10 +81,14 @@ bool QXGlyphSizes::Renew(Record& record, FT_Face pFace, FT_F26Dot6 nSize) {
     ScopedSize const active(pFace, record.m_pSize);
     return SetSize(pFace, nSize) == 0;
   }
-  if (record.m_pSize != nullptr) FT_Done_Size(record.m_pSize);
-  record = Record();
+  Free(record);
   if (FT_New_Size(pFace, &record.m_pSize) != 0) return false;
   record.m_pFace = pFace;
+  // A face takes its size objects with it when it is closed.
+  record.m_pSize->generic.data = &record;
+  record.m_pSize->generic.finalizer = [](void* pSize) {
+    *static_cast<Record*>(static_cast<FT_Size>(pSize)->generic.data) = Record();
+  };
   ScopedSize const active(pFace, record.m_pSize);
   if (SetSize(pFace, nSize) != 0) return false;
   // At its first glyph a size object runs the font's program twice, the second time over what the first left behind. A

@@ -18,7 +18,7 @@ namespace QXC::detail {
 /// change them.
 ///
 /// Bounds:  64 size objects in all; the one that was not used for longest makes room.
-/// Threads: no lock. Faces must outlive the object.
+/// Threads: no lock.
 class QXGlyphSizes {
 public:
   QXGlyphSizes() = default;
@@ -44,6 +44,7 @@ private:
   /// Null if the face is better off with its own.
   FT_Size Find(FT_Face pFace, FT_F26Dot6 nSize);
   FT_Size Make(FT_Face pFace, FT_F26Dot6 nSize);
+  static void Free(Record& record);
   static bool Renew(Record& record, FT_Face pFace, FT_F26Dot6 nSize);
 
   std::array<Record, 64> m_arrRecords;
