@@ -235,7 +235,7 @@ TEST_F(QXTrueTypeGlyph, EdgeOfTheLargestPictureIsInside) {
   // Boxes 700 units high of 1000 an em: 0.7 * 4 / 3 pixels a point, and a margin.
   OpenAs(L"f", WriteWith("a.ttf", u"F", {'A'}).ToMBString().Cstr());
   int largest = 0;
-  for (int size = 17549; size < 17554; ++size) {
+  for (int size = 17550; size < 17553; ++size) {
     SetStyle(L"f", size);
     auto const picture = Draw('A', true);
     if (!picture) break;
@@ -250,7 +250,7 @@ TEST_F(QXTrueTypeGlyph, HugeSizesOfEveryFontNeverCrash) {
     OpenAs(L"f", font.m_szFile, font.m_nFace);
     for (int const size : {40000, 49151}) {
       SetStyle(L"f", size, size == 49151);
-      for (int const character : {int{'.'}, int{'W'}, 0x416, 0x9F98}) Draw(character, size == 40000);
+      for (int const character : {int{' '}, int{'W'}, 0x416, 0x9F98}) Draw(character, size == 40000);
     }
     m_pFonts.reset();
   }
