@@ -1,5 +1,7 @@
 #include <QxGraphics3D/texture/detail/QXTextHash.h>
 
+#include <QxGraphics3D/frame/foundation/base/detail/QXInstructionSets.h>
+
 #include <cstring>
 
 #if defined(QX_TEXT_HASH_AVX2)
@@ -110,8 +112,7 @@ __attribute__((target("avx2"))) std::uint64_t HashTextAvx2(wchar_t const* pText,
 }
 
 unsigned char CanHashTextAvx2() {
-  __builtin_cpu_init();  // constructors run in no fixed order against the one that usually does this
-  return __builtin_cpu_supports("avx2") && sizeof(wchar_t) == 4 ? 1 : 0;
+  return HasAvx2() && sizeof(wchar_t) == 4 ? 1 : 0;
 }
 
 std::uint64_t HashText(wchar_t const* pText, std::size_t nLength) {

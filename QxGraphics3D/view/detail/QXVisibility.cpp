@@ -1,5 +1,6 @@
 #include <QxGraphics3D/view/detail/QXVisibility.h>
 
+#include <QxGraphics3D/frame/foundation/base/detail/QXInstructionSets.h>
 #include <QxGraphics3D/view/detail/QXVisibilityX86.h>
 
 namespace QXC::detail {
@@ -33,22 +34,6 @@ unsigned char IsSphereVisiblePlain(QXPlane const* pPlanes, QXBoundingSphere cons
   return nRejecting == 0 ? 1 : 0;
 }
 
-unsigned char HasPlain() {
-  return 1;
-}
-
-#if defined(QX_VISIBILITY_X86)
-unsigned char HasAvx2() {
-  __builtin_cpu_init();  // constructors run in no fixed order against the one that usually does this
-  return __builtin_cpu_supports("avx2") ? 1 : 0;
-}
-
-unsigned char HasAvx512() {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") ? 1 : 0;
-}
-#endif
-
 constexpr QXVisibilityTests kTests[] = {
     {"plain", &HasPlain, &IsBoxVisiblePlain, &IsSphereVisiblePlain},
 #if defined(QX_VISIBILITY_X86)
@@ -71,11 +56,9 @@ namespace {
 
 struct Chooser {
   Chooser() {
-    for (QXVisibilityTests const& tests : kTests) {
-      if (!tests.m_pfnIsSupported()) continue;
-      g_pfnBoxTest = tests.m_pfnBox;
-      g_pfnSphereTest = tests.m_pfnSphere;
-    }
+    QXVisibilityTests const* const pTests = ChooseForm<QXVisibilityTests>(kTests);
+    g_pfnBoxTest = pTests->m_pfnBox;
+    g_pfnSphereTest = pTests->m_pfnSphere;
   }
 };
 

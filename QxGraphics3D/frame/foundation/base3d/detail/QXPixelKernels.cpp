@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernels.h>
 
+#include <QxGraphics3D/frame/foundation/base/detail/QXInstructionSets.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelKernelsX86.h>
 
 #include <algorithm>
@@ -45,17 +46,6 @@ unsigned char HasAlphaBelow255Plain(unsigned char const* pPixels, std::size_t nC
   return 0;
 }
 
-unsigned char HasPlain() {
-  return 1;
-}
-
-#if defined(QX_PIXELS_X86)
-unsigned char HasAvx2() {
-  __builtin_cpu_init();  // constructors run in no fixed order against the one that usually does this
-  return __builtin_cpu_supports("avx2") ? 1 : 0;
-}
-#endif
-
 constexpr QXPixelKernels kKernels[] = {
     {"plain", &HasPlain, &FlipRowsPlain, &Widen3To4Plain, &WidenGrayTo4Plain, &HasAlphaBelow255Plain},
 #if defined(QX_PIXELS_X86)
@@ -67,11 +57,7 @@ constexpr QXPixelKernels kKernels[] = {
 constinit QXPixelKernels const* g_pKernels = kKernels;
 
 struct Chooser {
-  Chooser() {
-    for (QXPixelKernels const& kernels : kKernels) {
-      if (kernels.m_pfnIsSupported()) g_pKernels = &kernels;
-    }
-  }
+  Chooser() { g_pKernels = ChooseForm<QXPixelKernels>(kKernels); }
 };
 
 Chooser const g_chooser;

@@ -70,68 +70,75 @@ std::size_t CountToAligned(unsigned char const* pTarget, std::size_t nCount) {
   return nBytes % 4 == 0 ? std::min(nBytes / 4, nCount) : nCount;
 }
 
-inline void Widen3Pixels(
+/// Pixels of three bytes.
+struct Widen3 {
+  static constexpr std::size_t kSourceBytes = 3;
+  /// Four bytes more are read than belong to eight pixels: they must be there.
+  static constexpr std::size_t kReadAhead = 2;
+
+  QX_AVX2 static __m256i Order() {
+    return _mm256_setr_epi8(
+        0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1, 0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
+  }
+  QX_AVX2 static __m256i Load8Pixels(unsigned char const* pSource) {
+    __m128i const low = _mm_loadu_si128(reinterpret_cast<__m128i const*>(pSource));
+    __m128i const high = _mm_loadu_si128(reinterpret_cast<__m128i const*>(pSource + 12));
+    return _mm256_set_m128i(high, low);
+  }
+  static void WidenPixel(unsigned char const* pSource, unsigned char* pTarget) { std::memcpy(pTarget, pSource, 3); }
+};
+
+/// Gray pixels.
+struct WidenGray {
+  static constexpr std::size_t kSourceBytes = 1;
+  static constexpr std::size_t kReadAhead = 0;
+
+  QX_AVX2 static __m256i Order() {
+    return _mm256_setr_epi8(
+        0, 0, 0, -1, 1, 1, 1, -1, 2, 2, 2, -1, 3, 3, 3, -1, 4, 4, 4, -1, 5, 5, 5, -1, 6, 6, 6, -1, 7, 7, 7, -1);
+  }
+  QX_AVX2 static __m256i Load8Pixels(unsigned char const* pSource) { return _mm256_set1_epi64x(Load8(pSource)); }
+  static void WidenPixel(unsigned char const* pSource, unsigned char* pTarget) { std::memset(pTarget, *pSource, 3); }
+};
+
+template <class Form>
+inline void WidenPixels(
     unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
   for (std::size_t i = 0; i < nCount; ++i) {
-    std::memcpy(pTarget + 4 * i, pSource + 3 * i, 3);
+    Form::WidenPixel(pSource + Form::kSourceBytes * i, pTarget + 4 * i);
     pTarget[4 * i + 3] = nAlpha;
   }
 }
 
-/// Eight pixels of 24 bytes, 28 of which are read.
-QX_AVX2 inline __m256i Widen8(unsigned char const* pSource, __m256i order, __m256i alpha) {
-  __m128i const low = _mm_loadu_si128(reinterpret_cast<__m128i const*>(pSource));
-  __m128i const high = _mm_loadu_si128(reinterpret_cast<__m128i const*>(pSource + 12));
-  return _mm256_or_si256(_mm256_shuffle_epi8(_mm256_set_m128i(high, low), order), alpha);
-}
-
-template <bool bStream>
-QX_AVX2 std::size_t Widen3Blocks(
+/// Returns how many pixels it widened.
+template <class Form, bool bStream>
+QX_AVX2 std::size_t WidenBlocks(
     unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
-  __m256i const order = _mm256_setr_epi8(
-      0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1, 0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
+  __m256i const order = Form::Order();
   __m256i const alpha = _mm256_set1_epi32(static_cast<int>(static_cast<unsigned int>(nAlpha) << 24));
   std::size_t i = 0;
-  // Two more pixels than are written must be there, since four bytes more are read.
-  for (; i + 66 <= nCount; i += 64) {
-    PrefetchAhead<3>(pSource + 3 * i);
+  for (; i + 64 + Form::kReadAhead <= nCount; i += 64) {
+    PrefetchAhead<Form::kSourceBytes>(pSource + Form::kSourceBytes * i);
     for (std::size_t n = i; n < i + 64; n += 8) {
-      StoreOrStream<bStream>(pTarget + 4 * n, Widen8(pSource + 3 * n, order, alpha));
+      __m256i const pixels = Form::Load8Pixels(pSource + Form::kSourceBytes * n);
+      StoreOrStream<bStream>(pTarget + 4 * n, _mm256_or_si256(_mm256_shuffle_epi8(pixels, order), alpha));
     }
   }
   if constexpr (bStream) _mm_sfence();
   return i;
 }
 
-/// Eight gray pixels.
-QX_AVX2 inline __m256i WidenGray8(unsigned char const* pSource, __m256i order, __m256i alpha) {
-  __m256i const gray = _mm256_set1_epi64x(Load8(pSource));
-  return _mm256_or_si256(_mm256_shuffle_epi8(gray, order), alpha);
-}
-
-template <bool bStream>
-QX_AVX2 std::size_t WidenGrayBlocks(
-    unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
-  __m256i const order = _mm256_setr_epi8(
-      0, 0, 0, -1, 1, 1, 1, -1, 2, 2, 2, -1, 3, 3, 3, -1, 4, 4, 4, -1, 5, 5, 5, -1, 6, 6, 6, -1, 7, 7, 7, -1);
-  __m256i const alpha = _mm256_set1_epi32(static_cast<int>(static_cast<unsigned int>(nAlpha) << 24));
-  std::size_t i = 0;
-  for (; i + 64 <= nCount; i += 64) {
-    PrefetchAhead<1>(pSource + i);
-    for (std::size_t n = i; n < i + 64; n += 8) {
-      StoreOrStream<bStream>(pTarget + 4 * n, WidenGray8(pSource + n, order, alpha));
-    }
+template <class Form>
+QX_AVX2 void WidenTo4(unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
+  std::size_t nDone = 0;
+  if (nCount >= kStreamBytes / 4 && reinterpret_cast<std::uintptr_t>(pTarget) % 4 == 0) {
+    nDone = CountToAligned(pTarget, nCount);
+    WidenPixels<Form>(pSource, pTarget, nDone, nAlpha);
+    nDone += WidenBlocks<Form, true>(pSource + Form::kSourceBytes * nDone, pTarget + 4 * nDone, nCount - nDone, nAlpha);
+  } else {
+    nDone = WidenBlocks<Form, false>(pSource, pTarget, nCount, nAlpha);
   }
-  if constexpr (bStream) _mm_sfence();
-  return i;
-}
-
-inline void WidenGrayPixels(
-    unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
-  for (std::size_t i = 0; i < nCount; ++i) {
-    std::memset(pTarget + 4 * i, pSource[i], 3);
-    pTarget[4 * i + 3] = nAlpha;
-  }
+  WidenPixels<Form>(pSource + Form::kSourceBytes * nDone, pTarget + 4 * nDone, nCount - nDone, nAlpha);
 }
 
 }  // namespace
@@ -142,30 +149,12 @@ QX_AVX2 void FlipRowsAvx2(unsigned char* pPixels, std::size_t nRowBytes, std::si
   }
 }
 
-QX_AVX2 void Widen3To4Avx2(
-    unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
-  std::size_t nDone = 0;
-  if (nCount >= kStreamBytes / 4 && reinterpret_cast<std::uintptr_t>(pTarget) % 4 == 0) {
-    nDone = CountToAligned(pTarget, nCount);
-    Widen3Pixels(pSource, pTarget, nDone, nAlpha);
-    nDone += Widen3Blocks<true>(pSource + 3 * nDone, pTarget + 4 * nDone, nCount - nDone, nAlpha);
-  } else {
-    nDone = Widen3Blocks<false>(pSource, pTarget, nCount, nAlpha);
-  }
-  Widen3Pixels(pSource + 3 * nDone, pTarget + 4 * nDone, nCount - nDone, nAlpha);
+void Widen3To4Avx2(unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
+  WidenTo4<Widen3>(pSource, pTarget, nCount, nAlpha);
 }
 
-QX_AVX2 void WidenGrayTo4Avx2(
-    unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
-  std::size_t nDone = 0;
-  if (nCount >= kStreamBytes / 4 && reinterpret_cast<std::uintptr_t>(pTarget) % 4 == 0) {
-    nDone = CountToAligned(pTarget, nCount);
-    WidenGrayPixels(pSource, pTarget, nDone, nAlpha);
-    nDone += WidenGrayBlocks<true>(pSource + nDone, pTarget + 4 * nDone, nCount - nDone, nAlpha);
-  } else {
-    nDone = WidenGrayBlocks<false>(pSource, pTarget, nCount, nAlpha);
-  }
-  WidenGrayPixels(pSource + nDone, pTarget + 4 * nDone, nCount - nDone, nAlpha);
+void WidenGrayTo4Avx2(unsigned char const* pSource, unsigned char* pTarget, std::size_t nCount, unsigned char nAlpha) {
+  WidenTo4<WidenGray>(pSource, pTarget, nCount, nAlpha);
 }
 
 QX_AVX2 unsigned char HasAlphaBelow255Avx2(unsigned char const* pPixels, std::size_t nCount) {

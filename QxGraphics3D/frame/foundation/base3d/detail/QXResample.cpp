@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResample.h>
 
+#include <QxGraphics3D/frame/foundation/base/detail/QXInstructionSets.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResampleAxis.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXResampleX86.h>
 
@@ -35,17 +36,6 @@ void ShrinkRow(
   }
 }
 
-unsigned char HasPlain() {
-  return 1;
-}
-
-#if defined(QX_RESAMPLE_X86)
-unsigned char HasAvx2() {
-  __builtin_cpu_init();  // constructors run in no fixed order against the one that usually does this
-  return __builtin_cpu_supports("avx2") ? 1 : 0;
-}
-#endif
-
 constexpr QXResampleKernels kKernels[] = {
     {"plain", &HasPlain, &GrowRowPlain, &BlendRowsPlain},
 #if defined(QX_RESAMPLE_X86)
@@ -57,11 +47,7 @@ constexpr QXResampleKernels kKernels[] = {
 constinit QXResampleKernels const* g_pKernels = kKernels;
 
 struct Chooser {
-  Chooser() {
-    for (QXResampleKernels const& kernels : kKernels) {
-      if (kernels.m_pfnIsSupported()) g_pKernels = &kernels;
-    }
-  }
+  Chooser() { g_pKernels = ChooseForm<QXResampleKernels>(kKernels); }
 };
 
 Chooser const g_chooser;
