@@ -24,18 +24,15 @@ unsigned char QXNullDevice::Fail(QdcUnicodeString const& strReason) {
 // --- Matrices ---
 
 void QXNullDevice::SetViewMatrix(QXMatrix4d const& matView) {
-  Record("SetViewMatrix", matView);
-  m_matView = matView;
+  RecordAndKeep("SetViewMatrix", matView, m_matView);
 }
 
 void QXNullDevice::SetProjectionMatrix(QXMatrix4d const& matProjection) {
-  Record("SetProjectionMatrix", matProjection);
-  m_matProjection = matProjection;
+  RecordAndKeep("SetProjectionMatrix", matProjection, m_matProjection);
 }
 
 void QXNullDevice::SetWorldMatrix(QXMatrix4d const& matWorld) {
-  Record("SetWorldMatrix", matWorld);
-  m_matWorld = matWorld;
+  RecordAndKeep("SetWorldMatrix", matWorld, m_matWorld);
 }
 
 void QXNullDevice::PushMatrix() {
@@ -111,8 +108,7 @@ unsigned char QXNullDevice::GetScreenPosition(QXVector3d const& vecWorld, QXVect
 }
 
 void QXNullDevice::SetRelativeOrigin(QXVector3d const& vecOrigin) {
-  Record("SetRelativeOrigin", vecOrigin);
-  m_vecRelativeOrigin = vecOrigin;
+  RecordAndKeep("SetRelativeOrigin", vecOrigin, m_vecRelativeOrigin);
 }
 
 // --- The frame ---
@@ -186,8 +182,7 @@ double QXNullDevice::ReadDepth(QXRenderTarget* /*pTarget*/, int /*nX*/, int /*nY
 // --- State that can be asked for ---
 
 void QXNullDevice::SetCullingMode(CullingMode eMode) {
-  Record("SetCullingMode", eMode);
-  m_eCullingMode = eMode;
+  RecordAndKeep("SetCullingMode", eMode, m_eCullingMode);
 }
 
 void QXNullDevice::SetInvertVertexWinding(unsigned char bInvert) {
@@ -196,18 +191,15 @@ void QXNullDevice::SetInvertVertexWinding(unsigned char bInvert) {
 }
 
 void QXNullDevice::SetStereoMode(int nMode) {
-  Record("SetStereoMode", nMode);
-  m_nStereoMode = nMode;
+  RecordAndKeep("SetStereoMode", nMode, m_nStereoMode);
 }
 
 void QXNullDevice::SetHMDMode(HMDMode eMode) {
-  Record("SetHMDMode", eMode);
-  m_eHMDMode = eMode;
+  RecordAndKeep("SetHMDMode", eMode, m_eHMDMode);
 }
 
 void QXNullDevice::SetCamera4QX(QXCamera* pCamera) {
-  Record("SetCamera4QX", pCamera);
-  m_pCamera4QX = pCamera;
+  RecordAndKeep("SetCamera4QX", pCamera, m_pCamera4QX);
 }
 
 void QXNullDevice::SetSkyDome(

@@ -35,6 +35,13 @@ protected:
     }
   }
 
+  /// Of a state that is only remembered.
+  template <class Value, class Member>
+  void RecordAndKeep(char const* szCall, Value const& value, Member& member) {
+    Record(szCall, value);
+    member = value;
+  }
+
   std::shared_ptr<QXCallLog> m_pLog;
   std::string m_strLabel;
 };

@@ -173,13 +173,11 @@ void QXNullTexture::SetTextureMipMap(unsigned char bMipmapEnabled) {
 }
 
 void QXNullTexture::SetMipmapBaseLevel(int nLevel) {
-  Record("SetMipmapBaseLevel", nLevel);
-  m_nBaseLevel = nLevel;
+  RecordAndKeep("SetMipmapBaseLevel", nLevel, m_nBaseLevel);
 }
 
 void QXNullTexture::SetMipmapMaxLevel(int nLevel) {
-  Record("SetMipmapMaxLevel", nLevel);
-  m_nMaxLevel = nLevel;
+  RecordAndKeep("SetMipmapMaxLevel", nLevel, m_nMaxLevel);
 }
 
 QXImageData* QXNullTexture::BlitToMemory() {
