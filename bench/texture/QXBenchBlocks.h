@@ -4,9 +4,9 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXPixelBlock.h>
 
-#include <benchmark/benchmark.h>
+#include <bench/QXBenchClock.h>
 
-#include <time.h>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -20,12 +20,6 @@
 #endif
 
 namespace QXBench {
-
-inline double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
 
 /// A block as loaded images have them, written once so that no page is missing.
 class Block {

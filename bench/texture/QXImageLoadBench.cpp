@@ -8,9 +8,12 @@
 
 #include <QxGraphics3D/texture/QXTexture.h>
 
+#include <bench/QXBenchClock.h>
+#include <tests/QXBareTexture.h>
+#include <tests/fileparser/images/QXJpegMaker.h>
+
 #include <benchmark/benchmark.h>
 
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,11 +21,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,22 +35,10 @@ using namespace QXC;
 
 namespace {
 
+using QXBench::Quickest;
+
 using Bytes = std::vector<unsigned char>;
 using Block = std::unique_ptr<unsigned char[]>;
-
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-class Texture : public QXTexture {
-public:
-  void RendererOperation1(int, int, int) override {}
-  void RendererOperation2() override {}
-  void LoadTexture(unsigned char, unsigned char) override {}
-  void LoadSubTexture(int, int, int, int, int, int, void const*, unsigned int) override {}
-};
 
 struct Size {
   explicit Size(benchmark::State const& state)
@@ -103,29 +92,8 @@ Bytes WritePng(Bytes const& arrPixels, Size const& size) {
 }
 
 Bytes WriteJpeg(Bytes const& arrPixels, Size const& size) {
-  jpeg_compress_struct info{};
-  jpeg_error_mgr errors{};
-  info.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&info);
-  unsigned char* pFile = nullptr;
-  unsigned long nFile = 0;
-  jpeg_mem_dest(&info, &pFile, &nFile);
-  info.image_width = size.m_nWidth;
-  info.image_height = size.m_nHeight;
-  info.input_components = 3;
-  info.in_color_space = JCS_RGB;
-  jpeg_set_defaults(&info);
-  jpeg_set_quality(&info, 90, TRUE);
-  jpeg_start_compress(&info, TRUE);
-  while (info.next_scanline < size.m_nHeight) {
-    auto* pRow = const_cast<JSAMPROW>(arrPixels.data() + info.next_scanline * size.GetRowBytes());
-    jpeg_write_scanlines(&info, &pRow, 1);
-  }
-  jpeg_finish_compress(&info);
-  jpeg_destroy_compress(&info);
-  Bytes arrFile(pFile, pFile + nFile);
-  std::free(pFile);
-  return arrFile;
+  return qxtest::MakeJpeg({size.m_nWidth, size.m_nHeight, 3, JCS_RGB, 90},
+      [&](unsigned int y) { return arrPixels.data() + y * size.GetRowBytes(); });
 }
 
 Block DecodePng(Bytes const& arrFile, Size const& size) {
@@ -206,13 +174,6 @@ bool IsSamePicture(QXTextureData const& data, unsigned char const* pDecoded, Siz
   return nWide == nPixels;
 }
 
-template <class Pass>
-void KeepQuickest(double& dSeconds, Pass pass) {
-  double const dStart = ThreadSeconds();
-  pass();
-  dSeconds = std::min(dSeconds, ThreadSeconds() - dStart);
-}
-
 using Writer = Bytes (*)(Bytes const&, Size const&);
 using Decoder = Block (*)(Bytes const&, Size const&);
 
@@ -221,20 +182,20 @@ void Load(benchmark::State& state, Writer pfnWrite, Decoder pfnDecode, char cons
   Bytes const arrFile = pfnWrite(MakePhoto(size), size);
   TempFile const file(arrFile, szExtension);
   QdcUnicodeString const strPath = file.GetPath();
-  Texture texture;
+  QXBareTexture texture;
   texture.LoadImageData(strPath, 0, 1, 0);
   if (!IsSamePicture(texture.m_TextureData, pfnDecode(arrFile, size).get(), size)) {
     return state.SkipWithError("the texture is not the picture");
   }
-  double dLoad = std::numeric_limits<double>::infinity(), dDecode = dLoad;
+  Quickest load, decode;
   for (auto _ : state) {
-    KeepQuickest(dDecode, [&] { benchmark::DoNotOptimize(pfnDecode(arrFile, size)); });
-    KeepQuickest(dLoad, [&] { texture.LoadImageData(strPath, 0, 1, 0); });
+    decode.Time([&] { benchmark::DoNotOptimize(pfnDecode(arrFile, size)); });
+    load.Time([&] { texture.LoadImageData(strPath, 0, 1, 0); });
   }
   state.counters["bits_per_pixel"] = 8.0 * static_cast<double>(arrFile.size()) / size.m_nWidth / size.m_nHeight;
-  state.counters["load_ms"] = 1e3 * dLoad;
-  state.counters["decode_ms"] = 1e3 * dDecode;
-  state.counters["ratio"] = dLoad / dDecode;
+  state.counters["load_ms"] = 1e3 * load.m_dSeconds;
+  state.counters["decode_ms"] = 1e3 * decode.m_dSeconds;
+  state.counters["ratio"] = load.m_dSeconds / decode.m_dSeconds;
 }
 
 void Sizes(benchmark::internal::Benchmark* pCase) {

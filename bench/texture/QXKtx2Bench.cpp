@@ -12,9 +12,9 @@
 
 #include "QXBasisLzMaker.h"
 
-#include <benchmark/benchmark.h>
+#include <bench/QXBenchClock.h>
 
-#include <time.h>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cmath>
@@ -31,15 +31,11 @@ using namespace QXC::detail;
 
 namespace {
 
+using QXBench::ThreadSeconds;
+
 using Bytes = std::vector<unsigned char>;
 
 constexpr unsigned int kSeed = 20261121;
-
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
 
 void Store(Bytes& bytes, std::size_t nPlace, std::uint64_t nValue) {
   for (std::size_t i = 0; i < 8; ++i) bytes[nPlace + i] = static_cast<unsigned char>(nValue >> (8 * i));

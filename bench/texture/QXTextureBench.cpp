@@ -8,9 +8,10 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/texture/QXTexture.h>
 
-#include <benchmark/benchmark.h>
+#include <bench/QXBenchClock.h>
+#include <tests/QXBareTexture.h>
 
-#include <time.h>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -23,19 +24,7 @@ using namespace QXC;
 
 namespace {
 
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-class Texture : public QXTexture {
-public:
-  void RendererOperation1(int, int, int) override {}
-  void RendererOperation2() override {}
-  void LoadTexture(unsigned char, unsigned char) override {}
-  void LoadSubTexture(int, int, int, int, int, int, void const*, unsigned int) override {}
-};
+using QXBench::Quickest;
 
 struct Size {
   explicit Size(benchmark::State const& state)
@@ -61,23 +50,26 @@ void Give(QXTexture& texture, Size const& size, Block pBlock, QX3DPixelFormat eF
       static_cast<int>(size.m_nWidth), static_cast<int>(size.m_nHeight), pBlock.release(), 0, eFormat);
 }
 
-/// The quickest of the passes that were timed with it.
-struct Quickest {
-  template <class Pass>
-  double Time(Pass pass) {
-    double const dStart = ThreadSeconds();
-    pass();
-    double const dPassed = ThreadSeconds() - dStart;
-    m_dSeconds = std::min(m_dSeconds, dPassed);
-    return dPassed;
-  }
-  double m_dSeconds = std::numeric_limits<double>::infinity();
-};
-
 void CopyBytes(unsigned char* pTarget, unsigned char const* pSource, std::size_t nBytes) {
   std::memcpy(pTarget, pSource, nBytes);
   benchmark::DoNotOptimize(pTarget);
   benchmark::ClobberMemory();
+}
+
+/// Times passes in turn with copies of nBytes from block to block. prepare runs before each pass, untimed.
+template <class Prepare, class Pass>
+void TimeBesideCopies(benchmark::State& state, std::size_t nBytes, Prepare prepare, Pass pass) {
+  Block const pSource = MakeImage(nBytes);
+  Block const pTarget = MakeImage(nBytes);
+  Quickest quickest;
+  Quickest copy;
+  for (auto _ : state) {
+    copy.Time([&] { CopyBytes(pTarget.get(), pSource.get(), nBytes); });
+    prepare();
+    state.SetIterationTime(quickest.Time(pass));
+  }
+  state.counters["ms"] = 1e3 * quickest.m_dSeconds;
+  state.counters["per_copy"] = quickest.m_dSeconds / copy.m_dSeconds;
 }
 
 void Flip(benchmark::State& state) {
@@ -85,8 +77,7 @@ void Flip(benchmark::State& state) {
   std::size_t const nRow = size.m_nWidth * 4;
   std::size_t const nBytes = nRow * size.m_nHeight;
   Block const pImage = MakeImage(nBytes);
-  Block const pCopy = MakeImage(nBytes);
-  Texture texture;
+  QXBareTexture texture;
   Give(texture, size, MakeImage(nBytes), PF_A8R8G8B8);
   texture.FlipTexture();
   for (std::size_t nLine = 0; nLine < size.m_nHeight; ++nLine) {
@@ -95,26 +86,19 @@ void Flip(benchmark::State& state) {
       return state.SkipWithError("a row is not where it belongs");
     }
   }
-  Quickest flip;
-  Quickest copy;
-  for (auto _ : state) {
-    copy.Time([&] { CopyBytes(pCopy.get(), pImage.get(), nBytes); });
-    state.SetIterationTime(flip.Time([&] { texture.FlipTexture(); }));
-  }
-  state.counters["ms"] = 1e3 * flip.m_dSeconds;
-  state.counters["per_copy"] = flip.m_dSeconds / copy.m_dSeconds;
+  TimeBesideCopies(
+      state, nBytes, [] {}, [&] { texture.FlipTexture(); });
 }
 
 void Widen(benchmark::State& state) {
   Size const size(state);
   std::size_t const nWide = size.GetPixels() * 4;
   Block const pWide = MakeImage(nWide);
-  Block const pCopy = MakeImage(nWide);
   // The library's own copies of blocks stand in huge pages where it reads images, too.
-  Texture narrow;
+  QXBareTexture narrow;
   Give(narrow, size, MakeImage(size.GetPixels() * 3), PF_R8G8B8);
   unsigned char const* const pNarrow = narrow.m_TextureData.m_pPixels;
-  Texture texture;
+  QXBareTexture texture;
   texture.SetTextureData(narrow.m_TextureData);
   texture.m_TextureData.RGBToRGBA();
   for (std::size_t nPixel = 0; nPixel < size.GetPixels(); ++nPixel) {
@@ -124,19 +108,17 @@ void Widen(benchmark::State& state) {
     }
   }
   Quickest widen;
-  Quickest copy;
   Quickest fresh;
-  for (auto _ : state) {
-    copy.Time([&] { CopyBytes(pCopy.get(), pWide.get(), nWide); });
-    fresh.Time([&] {
-      Block pFresh(new unsigned char[nWide]);
-      CopyBytes(pFresh.get(), pWide.get(), nWide);
-    });
-    texture.SetTextureData(narrow.m_TextureData);
-    state.SetIterationTime(widen.Time([&] { texture.m_TextureData.RGBToRGBA(); }));
-  }
-  state.counters["ms"] = 1e3 * widen.m_dSeconds;
-  state.counters["per_copy"] = widen.m_dSeconds / copy.m_dSeconds;
+  TimeBesideCopies(
+      state, nWide,
+      [&] {
+        fresh.Time([&] {
+          Block pFresh(new unsigned char[nWide]);
+          CopyBytes(pFresh.get(), pWide.get(), nWide);
+        });
+        texture.SetTextureData(narrow.m_TextureData);
+      },
+      [&] { widen.Time([&] { texture.m_TextureData.RGBToRGBA(); }); });
   state.counters["per_fresh_copy"] = widen.m_dSeconds / fresh.m_dSeconds;
 }
 
@@ -154,9 +136,7 @@ QXImageData* MakeRecord(Size const& size, unsigned char* pPixels) {
 void ScanAlpha(benchmark::State& state) {
   Size const size(state);
   std::size_t const nBytes = size.GetPixels() * 4;
-  Block const pImage = MakeImage(nBytes);
-  Block const pCopy = MakeImage(nBytes);
-  Texture texture;
+  QXBareTexture texture;
   QXImageData* pRecord = MakeRecord(size, MakeImage(nBytes).release());
   texture.SetTextureData(pRecord, 0, 0, 0, 1);
   unsigned char* const pPixels = texture.m_TextureData.m_pPixels;
@@ -168,41 +148,28 @@ void ScanAlpha(benchmark::State& state) {
     return state.SkipWithError("the last pixel was not looked at");
   }
   pPixels[nBytes - 1] = 255;
-  Quickest scan;
-  Quickest copy;
-  for (auto _ : state) {
-    copy.Time([&] { CopyBytes(pCopy.get(), pImage.get(), nBytes); });
-    state.SetIterationTime(scan.Time([&] {
-      pRecord = MakeRecord(size, pPixels);
-      texture.SetTextureData(pRecord, 0, 0, 0, 1);
-    }));
-  }
-  state.counters["ms"] = 1e3 * scan.m_dSeconds;
-  state.counters["per_copy"] = scan.m_dSeconds / copy.m_dSeconds;
+  TimeBesideCopies(
+      state, nBytes, [] {},
+      [&] {
+        pRecord = MakeRecord(size, pPixels);
+        texture.SetTextureData(pRecord, 0, 0, 0, 1);
+      });
 }
 
 /// A block that changes owner: the time must not depend on the image.
 void HandOver(benchmark::State& state) {
   Size const size(state);
   std::size_t const nBytes = size.GetPixels() * 4;
-  Block const pImage = MakeImage(nBytes);
-  Block const pCopy = MakeImage(nBytes);
-  Texture texture;
+  QXBareTexture texture;
   QXImageData* pRecord = MakeRecord(size, MakeImage(nBytes).release());
   auto* const pPixels = static_cast<unsigned char*>(pRecord->m_pPixels);
   texture.SetTextureData(pRecord, 0, 0, 0, 0);
   if (texture.m_TextureData.m_pPixels != pPixels) {
     return state.SkipWithError("the block was copied");
   }
-  Quickest handOver;
-  Quickest copy;
-  for (auto _ : state) {
-    copy.Time([&] { CopyBytes(pCopy.get(), pImage.get(), nBytes); });
-    pRecord = MakeRecord(size, pPixels);
-    state.SetIterationTime(handOver.Time([&] { texture.SetTextureData(pRecord, 0, 0, 0, 0); }));
-  }
-  state.counters["ms"] = 1e3 * handOver.m_dSeconds;
-  state.counters["per_copy"] = handOver.m_dSeconds / copy.m_dSeconds;
+  TimeBesideCopies(
+      state, nBytes, [&] { pRecord = MakeRecord(size, pPixels); },
+      [&] { texture.SetTextureData(pRecord, 0, 0, 0, 0); });
 }
 
 void Sizes(benchmark::internal::Benchmark* pCase) {

@@ -13,9 +13,9 @@
 #include <QxGraphics3D/texture/QXTextureCacheEntry.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
 
-#include <benchmark/benchmark.h>
+#include <bench/QXBenchClock.h>
 
-#include <time.h>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -29,15 +29,11 @@ using namespace QXC;
 
 namespace {
 
+using QXBench::ThreadSeconds;
+
 constexpr unsigned int kSeed = 20261121;
 constexpr int kRounds = 100;
 constexpr std::size_t kLeastLookUps = 20000;
-
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
 
 class Manager : public QXTextureManager {
 public:

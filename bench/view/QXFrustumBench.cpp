@@ -10,6 +10,8 @@
 #include <QxGraphics3D/view/QXFrustum.h>
 #include <QxGraphics3D/view/detail/QXVisibility.h>
 
+#include <bench/QXBenchClock.h>
+
 #include <benchmark/benchmark.h>
 #if defined(QX_BENCH_OGRE)
 #  include <OgreAxisAlignedBox.h>
@@ -20,8 +22,6 @@
 #  include <OgreRoot.h>
 #  include <OgreSphere.h>
 #endif
-
-#include <time.h>
 
 #include <algorithm>
 #include <array>
@@ -38,14 +38,10 @@ using namespace QXC;
 
 namespace {
 
+using QXBench::ThreadSeconds;
+
 constexpr std::size_t kCount = 1000000;
 constexpr unsigned int kSeed = 20261121;
-
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
 
 /// 90 degrees of field, near 1, far 1000, looking along -z from the origin.
 class Frustum : public QXFrustum {

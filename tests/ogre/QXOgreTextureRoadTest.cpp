@@ -3,35 +3,14 @@
 #include <map>
 #include <sstream>
 
-#include <QxGraphics3D/frame/foundation/base/QdcColor.h>
-#include <QxGraphics3D/frame/foundation/base/QdcColorDictTable.h>
-#include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
-#include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
-#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
-
-#include <tests/foundation/toolkit/QXTestFolder.h>
 #include <tests/foundation/toolkit/ktx2/QXSha256.h>
 #include <tests/ogre/QXOgreTexturing.h>
-#include <tests/texture/QXFedParser.h>
-#include <tests/texture/QXSmallFiles.h>
+#include <tests/texture/QXPictureRoad.h>
 
 namespace QXC {
 
-namespace {
-
-struct PictureColor {
-  char const* m_szName;
-  unsigned int m_nColor;
-};
-
-void PrintTo(PictureColor const& color, std::ostream* pStream) {
-  *pStream << color.m_szName;
-}
-
-}  // namespace
-
 /// A picture of one colour before a ground of (200, 100, 40), through which it shows where it is transparent.
-class QXOgreTextureRoad : public QXOgreTexturing, public testing::WithParamInterface<PictureColor> {
+class QXOgreTextureRoad : public QXOgreTexturing, public QXPictureRoad {
 protected:
   void SetUp() override {
     QXOgreTexturing::SetUp();
@@ -40,117 +19,70 @@ protected:
     DrawTextured(m_pTexture);
   }
 
-  static unsigned int Color() { return GetParam().m_nColor; }
-  static int Alpha() { return static_cast<int>(QDCALPHAVAL(Color())); }
-  /// One pixel as image files and readers have it.
-  static std::string BlueGreenRed() {
-    return {static_cast<char>(QDCBLUEVAL(Color())), static_cast<char>(QDCGREENVAL(Color())),
-        static_cast<char>(QDCREDVAL(Color()))};
-  }
-  static std::string BlueGreenRedAlpha() { return BlueGreenRed() + static_cast<char>(Alpha()); }
-  QdcUnicodeString WriteTarga(unsigned int nWidth, unsigned int nHeight) {
-    return Wide(m_Folder.Write("a.tga", MakeTarga(nWidth, nHeight, BlueGreenRedAlpha())));
-  }
-  QdcUnicodeString WriteBitmap() { return Wide(m_Folder.Write("a.bmp", MakeBitmap(4, 3, BlueGreenRed()))); }
-
-  /// Uploads the image, and looks at four places of the frame.
-  void ExpectOnScreen(int nAlpha) {
+  /// At four places of the frame.
+  void ExpectShown(unsigned int nColor) override {
     m_pTexture->LoadTexture(0, 0);
     ASSERT_EQ(m_pTexture->IsLoaded(), 1) << Reason();
     QXPicture const picture = Frame();
-    double const dAlpha = nAlpha / 255.0;
+    double const dAlpha = QDCALPHAVAL(nColor) / 255.0;
     for (unsigned int const nAt : {1U, 20U, 40U, 62U}) {
       QXPixel const pixel = picture.At(nAt, nAt);
-      EXPECT_NEAR(pixel.r, QDCREDVAL(Color()) * dAlpha + 200 * (1.0 - dAlpha), 1.01);
-      EXPECT_NEAR(pixel.g, QDCGREENVAL(Color()) * dAlpha + 100 * (1.0 - dAlpha), 1.01);
-      EXPECT_NEAR(pixel.b, QDCBLUEVAL(Color()) * dAlpha + 40 * (1.0 - dAlpha), 1.01);
+      EXPECT_NEAR(pixel.r, QDCREDVAL(nColor) * dAlpha + 200 * (1.0 - dAlpha), 1.01);
+      EXPECT_NEAR(pixel.g, QDCGREENVAL(nColor) * dAlpha + 100 * (1.0 - dAlpha), 1.01);
+      EXPECT_NEAR(pixel.b, QDCBLUEVAL(nColor) * dAlpha + 40 * (1.0 - dAlpha), 1.01);
       EXPECT_EQ(pixel.a, 255);
     }
   }
-
-  QXTestFolder m_Folder;
-  QXTexture* m_pTexture = nullptr;
 };
 
 TEST_P(QXOgreTextureRoad, MemberLoad) {
-  ASSERT_EQ(m_pTexture->LoadImageData(WriteTarga(4, 4), 0, 0, 0), 1);
-  ExpectOnScreen(Alpha());
-  ASSERT_EQ(m_pTexture->LoadImageData(WriteTarga(5, 3), 0, 0, 1), 1);
-  ExpectOnScreen(Alpha());
+  GoMemberLoad();
 }
 
 TEST_P(QXOgreTextureRoad, MemberLoadOfThreeBytes) {
-  for (unsigned char bWiden = 0; bWiden <= 1; ++bWiden) {
-    ASSERT_EQ(m_pTexture->LoadImageData(WriteBitmap(), 0, 0, bWiden), 1);
-    ExpectOnScreen(255);
-  }
+  GoMemberLoadOfThreeBytes();
 }
 
 TEST_P(QXOgreTextureRoad, StaticLoad) {
-  QXImageData* pImage = nullptr;
-  ASSERT_EQ(QXTexture::LoadImageData(WriteTarga(5, 3), 0, pImage, 0), 1);
-  ASSERT_EQ(m_pTexture->SetTextureData(pImage, 0, 0, 0, 1), 1);
-  ExpectOnScreen(Alpha());
-  pImage = QXTexture::LoadImageDataEx(WriteBitmap(), nullptr);
-  ASSERT_EQ(m_pTexture->SetTextureData(pImage, 0, 0, 0, 0), 1);
-  m_pTexture->m_bHasTransparentData = 1;
-  ExpectOnScreen(255);
+  GoStaticLoad();
+}
+
+TEST_P(QXOgreTextureRoad, StaticLoadWithoutConversion) {
+  GoStaticLoadWithoutConversion();
 }
 
 TEST_P(QXOgreTextureRoad, TextureData) {
-  std::unique_ptr<QXTextureData> const pData(QXTexture::GetTextureData(WriteTarga(5, 3)));
-  ASSERT_NE(pData, nullptr);
-  m_pTexture->SetTextureData(*pData);
-  ExpectOnScreen(Alpha());
-  m_pTexture->SetTextureData(pData.get());
-  ExpectOnScreen(Alpha());
+  GoTextureData();
+}
+
+TEST_P(QXOgreTextureRoad, ColourRamp) {
+  GoColourRamp();
 }
 
 TEST_P(QXOgreTextureRoad, FramesOfAnAnimation) {
+  GoAnimation();
+}
+
+// The bytes of the file, which the plug-in takes apart.
+TEST_P(QXOgreTextureRoad, BytesOfAnAnimation) {
   QXFedType const type(QXFileType::EM_IMAGE_GIF);
-  g_Fed.m_FillPictures = [](QdcArray<QXGeoPicture*>& arrPictures) {
-    auto* const pPicture = new QXGeoPicture;
-    pPicture->SetImage(MakeFedImage(4, 4, 32));
-    pPicture->SetCenterPoint(QdcPoint2D(2, 2));
-    std::string strPixels;
-    PutPixels(strPixels, 16, BlueGreenRedAlpha());
-    std::copy(strPixels.begin(), strPixels.end(), static_cast<char*>(pPicture->GetImage()->m_pPixels));
-    arrPictures.Add(pPicture);
-  };
-  std::unique_ptr<QXTextureDataAnimation> const pData(QXTexture::GetTextureDataAnimation(L"a.gif"));
-  ASSERT_NE(pData, nullptr);
-  m_pTexture->SetTextureData(pData->GetFrameDataByIndex(0));
-  ExpectOnScreen(Alpha());
-  // The bytes of the file, which the plug-in takes apart.
+  FeedPictures({MakePicture(4, 4, Pixel(), 2, 2)});
   std::unique_ptr<QXTextureData> const pRaw(
       QXTexture::GetTextureData(Wide(m_Folder.Write("b.gif", "GIF89a as the parser likes it"))));
   ASSERT_NE(pRaw, nullptr);
   m_pTexture->SetTextureData(*pRaw);
-  ExpectOnScreen(Alpha());
-}
-
-TEST_P(QXOgreTextureRoad, ColourRamp) {
-  QdcColorDictTable table;
-  table.Add(1.0, Color());
-  ASSERT_EQ(m_pTexture->SetTextureDataByColorDictTable(&table), 1);
-  ExpectOnScreen(Alpha());
+  ExpectShown(Color());
 }
 
 TEST_P(QXOgreTextureRoad, Ktx2) {
-  std::string const strPixel{static_cast<char>(QDCREDVAL(Color())), static_cast<char>(QDCGREENVAL(Color())),
-      static_cast<char>(QDCBLUEVAL(Color())), static_cast<char>(Alpha())};
-  QdcUnicodeString const strPath = Wide(m_Folder.Write("a.ktx2", MakeKtx2(5, 3, strPixel)));
-  ASSERT_EQ(m_pTexture->LoadImageData(strPath, 0, 0, 0), 1);
-  ExpectOnScreen(Alpha());
+  GoKtx2();
   for (int const nLevel : {1, 2}) {
     m_pTexture->SetMipmapBaseLevel(nLevel);
-    ExpectOnScreen(Alpha());
+    ExpectShown(Color());
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Pictures, QXOgreTextureRoad,
-    testing::Values(PictureColor{"red", QDCRGBA(255, 0, 0, 255)}, PictureColor{"green", QDCRGBA(0, 255, 0, 255)},
-        PictureColor{"blue", QDCRGBA(0, 0, 255, 128)}, PictureColor{"other", QDCRGBA(10, 20, 30, 40)}));
+INSTANTIATE_TEST_SUITE_P(Pictures, QXOgreTextureRoad, PictureColors());
 
 /// A ramp from the lowest colour in the first row to the highest in the last one.
 using QXOgreTextureFile = QXOgreTexturing;

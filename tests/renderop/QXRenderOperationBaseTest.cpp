@@ -4,23 +4,12 @@
 
 #include <QxGraphics3D/renderop/QXRenderOperationBase.h>
 
+#include "QXRenderOperationParts.h"
+
 namespace QXC {
 namespace {
 
-QXMatrix4d MakeTranslation(double x, double y, double z) {
-  QXMatrix4d matrix;
-  matrix.SetTrans(QXVector3d(x, y, z));
-  return matrix;
-}
-
 // Copies share what they point to: a test that destroys both takes the pointers out of one of them first.
-void Detach(QXRenderOperationBase& operation) {
-  operation.m_pMatrix = nullptr;
-  operation.m_pVertexIndexPackage = nullptr;
-  operation.m_pVertexBlock = nullptr;
-  operation.m_pIndexBlock = nullptr;
-}
-
 void FillCopied(QXRenderOperationBase& operation) {
   operation.m_eType = static_cast<QXRenderOperationType>(7);
   operation.m_pMatrix = new QXMatrix4d(MakeTranslation(1.0, 2.0, 3.0));

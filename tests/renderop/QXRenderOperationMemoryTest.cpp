@@ -8,6 +8,8 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexDataPackage.h>
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
 
+#include "QXRenderOperationParts.h"
+
 // This program replaces the allocator, so that it sees what is asked for and can refuse it.
 namespace {
 
@@ -189,11 +191,8 @@ TEST_F(QXRenderOperationMemory, AssignmentThatFailsOverTheNameLeavesTheTargetAsI
 }
 
 TEST_F(QXRenderOperationMemory, NewIndicesReplaceTheCopyOfASharedArrayAtOnce) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation source;
-  source.m_pIndices = shared;
-  source.m_nIndexNum = 3;
-  source.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& source = shared.m_Operation;
   QXRenderOperation copy(source);
   std::ptrdiff_t const live = g_nLive;
   copy.SetIndexNum(7);
@@ -201,11 +200,8 @@ TEST_F(QXRenderOperationMemory, NewIndicesReplaceTheCopyOfASharedArrayAtOnce) {
 }
 
 TEST_F(QXRenderOperationMemory, CopiesOfSharedIndicesFreeTheirArrays) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation source;
-  source.m_pIndices = shared;
-  source.m_nIndexNum = 3;
-  source.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& source = shared.m_Operation;
   QXRenderOperation const copy(source);
   QXRenderOperation assigned(copy);
   assigned = source;

@@ -6,15 +6,14 @@
 
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 
+#include "QXRenderOperationParts.h"
+
 namespace QXC {
 namespace {
 
 // Takes out of a copy what the other copy will free.
-void Detach(QXRenderOperationMultiIndex& operation) {
-  operation.m_pMatrix = nullptr;
-  operation.m_pVertexIndexPackage = nullptr;
-  operation.m_pVertexBlock = nullptr;
-  operation.m_pIndexBlock = nullptr;
+void DetachAll(QXRenderOperationMultiIndex& operation) {
+  Detach(operation);
   operation.m_pTexCoordBlock = nullptr;
   operation.m_arrIndexPackages.RemoveAll();
   operation.m_arrTexturePackages.RemoveAll();
@@ -171,7 +170,7 @@ TEST(QXRenderOperationMultiIndex, CopiesShareEverythingAndOneIsDestroyed) {
     EXPECT_EQ(pCopy->m_dFactor1, 1.0);
     EXPECT_EQ(pCopy->m_nCount2, 1);
     EXPECT_EQ(pCopy->m_nMode0, 0);
-    Detach(*pCopy);
+    DetachAll(*pCopy);
   }
 }
 

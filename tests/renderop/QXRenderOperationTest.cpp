@@ -10,15 +10,10 @@
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
 
 #include "../QXBareTexture.h"
+#include "QXRenderOperationParts.h"
 
 namespace QXC {
 namespace {
-
-QXMatrix4d MakeTranslation(double x, double y, double z) {
-  QXMatrix4d matrix;
-  matrix.SetTrans(QXVector3d(x, y, z));
-  return matrix;
-}
 
 template <class T>
 std::vector<T> Read(T const* pItems, std::size_t nNum) {
@@ -413,15 +408,12 @@ TEST(QXRenderOperation, FewerColoursThanCountedStillCopyWithinTheArray) {
 }
 
 TEST(QXRenderOperation, SetIndexNumLetsGoOfASharedArray) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation operation;
-  operation.m_pIndices = shared;
-  operation.m_nIndexNum = 3;
-  operation.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& operation = shared.m_Operation;
   operation.SetIndexNum(2);
   EXPECT_EQ(operation.m_bIndexShared, 0);
-  EXPECT_NE(operation.m_pIndices, shared);
-  EXPECT_EQ(shared[2], 3);
+  EXPECT_NE(operation.m_pIndices, shared.m_arrIndices);
+  EXPECT_EQ(shared.m_arrIndices[2], 3);
   operation.SetIndexValue(1, 9);
   EXPECT_EQ(operation.m_pIndices[1], 9);
 }
@@ -533,43 +525,43 @@ TEST(QXRenderOperation, SetMatrixTakesItsOwnMatrix) {
 
 // --- Copies -----------------------------------------------------------------------------------------------------
 
-TEST(QXRenderOperation, CopyConstructionCarriesEachFieldByItsRule) {
-  QXRenderOperation source;
-  FillCopiedByBoth(source);
-  FillTexParameters(source);
-  FillNotCopied(source);
-  FillArrays(source);
-  source.m_nTexUnitNum = 5;
-  source.m_bDirty = 0;
-  QXMatrix4d matrix = MakeTranslation(1.0, 2.0, 3.0);
-  source.SetMatrix(matrix);
-  int external = 0;
-  source.m_pExternalBuffer = &external;
+// A source of which every field says whether it was carried.
+class QXRenderOperationCopy : public testing::Test {
+protected:
+  QXRenderOperationCopy() {
+    FillCopiedByBoth(m_Source);
+    FillTexParameters(m_Source);
+    FillNotCopied(m_Source);
+    FillArrays(m_Source);
+    m_Source.m_nTexUnitNum = 5;
+    QXMatrix4d matrix = MakeTranslation(1.0, 2.0, 3.0);
+    m_Source.SetMatrix(matrix);
+    m_Source.m_pExternalBuffer = &m_nExternal;
+    m_Source.m_bDirty = 0;
+  }
+  void ExpectCarried(QXRenderOperation const& copy) const {
+    ExpectCopiedByBoth(copy);
+    ExpectDefaultNotCopied(copy);
+    ExpectArrays(copy);
+    ExpectNoSharedArrays(copy, m_Source);
+    EXPECT_EQ(copy.m_pExternalBuffer, &m_nExternal);
+    EXPECT_EQ(copy.m_nDiffuseStride, 77) << "the source's vertex stride";
+  }
 
-  QXRenderOperation const copy(source);
-  ExpectCopiedByBoth(copy);
+  QXRenderOperation m_Source;
+  int m_nExternal = 0;
+};
+
+TEST_F(QXRenderOperationCopy, ConstructionCarriesEachFieldByItsRule) {
+  QXRenderOperation const copy(m_Source);
+  ExpectCarried(copy);
   ExpectTexParameters(copy);
-  ExpectDefaultNotCopied(copy);
-  ExpectArrays(copy);
-  ExpectNoSharedArrays(copy, source);
   EXPECT_EQ(copy.m_bDirty, 1);
   EXPECT_EQ(copy.m_pMatrix, nullptr);
-  EXPECT_EQ(copy.m_pExternalBuffer, &external);
-  EXPECT_EQ(copy.m_nDiffuseStride, 77) << "the source's vertex stride";
 }
 
-TEST(QXRenderOperation, AssignmentCarriesEachFieldByItsRule) {
-  QXRenderOperation source;
-  FillCopiedByBoth(source);
-  FillTexParameters(source);
-  FillNotCopied(source);
-  FillArrays(source);
-  source.m_nTexUnitNum = 5;
-  QXMatrix4d sourceMatrix = MakeTranslation(1.0, 2.0, 3.0);
-  source.SetMatrix(sourceMatrix);
-  int external = 0;
-  source.m_pExternalBuffer = &external;
-
+TEST_F(QXRenderOperationCopy, AssignmentCarriesEachFieldByItsRule) {
+  m_Source.m_bDirty = 1;
   QXRenderOperation target;
   target.SetVertexNormTextureNum(9);
   target.SetIndexNum(9);
@@ -580,18 +572,13 @@ TEST(QXRenderOperation, AssignmentCarriesEachFieldByItsRule) {
   QXMatrix4d targetMatrix = MakeTranslation(9.0, 9.0, 9.0);
   target.SetMatrix(targetMatrix);
   target.m_bDirty = 0;
-  target = source;
+  target = m_Source;
 
-  ExpectCopiedByBoth(target);
+  ExpectCarried(target);
   ExpectDefaultTexParameters(target);
-  ExpectDefaultNotCopied(target);
-  ExpectArrays(target);
-  ExpectNoSharedArrays(target, source);
   EXPECT_EQ(target.m_bDirty, 0);
   ASSERT_NE(target.m_pMatrix, nullptr);
   EXPECT_EQ(*target.m_pMatrix, targetMatrix);
-  EXPECT_EQ(target.m_pExternalBuffer, &external);
-  EXPECT_EQ(target.m_nDiffuseStride, 77) << "the source's vertex stride";
 }
 
 TEST(QXRenderOperation, AssignmentKeepsFieldsThatNoCopyCarries) {
@@ -709,15 +696,12 @@ TEST(QXRenderOperation, AssignmentTakesReferencesAndCopyConstructionDoesNot) {
 // --- Shared index arrays ----------------------------------------------------------------------------------------
 
 TEST(QXRenderOperation, CopyOfSharedIndicesIsAnArrayOfItsOwnUnderTheFlag) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation source;
-  source.m_pIndices = shared;
-  source.m_nIndexNum = 3;
-  source.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& source = shared.m_Operation;
   {
     QXRenderOperation const copy(source);
     EXPECT_EQ(copy.m_bIndexShared, 1);
-    EXPECT_NE(copy.m_pIndices, shared);
+    EXPECT_NE(copy.m_pIndices, shared.m_arrIndices);
     EXPECT_EQ(Read(copy.m_pIndices, 3), (std::vector<unsigned short>{1, 2, 3}));
     QXRenderOperation assigned;
     assigned.SetIndexNum(4);
@@ -727,15 +711,12 @@ TEST(QXRenderOperation, CopyOfSharedIndicesIsAnArrayOfItsOwnUnderTheFlag) {
     assigned = copy;
     EXPECT_EQ(Read(assigned.m_pIndices, 3), (std::vector<unsigned short>{1, 2, 3}));
   }
-  EXPECT_EQ(shared[0], 1);
+  EXPECT_EQ(shared.m_arrIndices[0], 1);
 }
 
 TEST(QXRenderOperation, ReleaseOfACopyOfSharedIndicesLeavesItsArrayReadable) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation source;
-  source.m_pIndices = shared;
-  source.m_nIndexNum = 3;
-  source.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& source = shared.m_Operation;
   QXRenderOperation copy(source);
   unsigned short const* const pIndices = copy.m_pIndices;
   copy.Release();
@@ -744,11 +725,8 @@ TEST(QXRenderOperation, ReleaseOfACopyOfSharedIndicesLeavesItsArrayReadable) {
 }
 
 TEST(QXRenderOperation, FlagClearedByHandOnACopyFreesItsArrayOnce) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation source;
-  source.m_pIndices = shared;
-  source.m_nIndexNum = 3;
-  source.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& source = shared.m_Operation;
   QXRenderOperation released(source);
   released.m_bIndexShared = 0;
   released.Release();
@@ -757,22 +735,19 @@ TEST(QXRenderOperation, FlagClearedByHandOnACopyFreesItsArrayOnce) {
   replaced.m_bIndexShared = 0;
   replaced.SetIndexNum(5);
   QXRenderOperation repointed(source);
-  repointed.m_pIndices = shared;
+  repointed.m_pIndices = shared.m_arrIndices;
   repointed.SetIndexNum(5);
-  EXPECT_EQ(shared[1], 2);
+  EXPECT_EQ(shared.m_arrIndices[1], 2);
 }
 
 TEST(QXRenderOperation, AssignmentOverSharedIndicesLeavesTheForeignArrayAlone) {
-  unsigned short shared[3] = {1, 2, 3};
   QXRenderOperation source;
   FillArrays(source);
-  QXRenderOperation target;
-  target.m_pIndices = shared;
-  target.m_nIndexNum = 3;
-  target.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& target = shared.m_Operation;
   target = source;
   EXPECT_EQ(target.m_bIndexShared, 0);
-  EXPECT_EQ(shared[1], 2);
+  EXPECT_EQ(shared.m_arrIndices[1], 2);
   ExpectArrays(target);
 }
 
@@ -827,11 +802,8 @@ TEST(QXRenderOperation, SetNullForgetsArraysAndKeepsCounts) {
 }
 
 TEST(QXRenderOperation, SetNullHandsOnTheCopyOfASharedArrayToo) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation source;
-  source.m_pIndices = shared;
-  source.m_nIndexNum = 3;
-  source.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& source = shared.m_Operation;
   QXRenderOperation copy(source);
   unsigned short* const pIndices = copy.m_pIndices;
   copy.SetNull();
@@ -875,16 +847,13 @@ TEST(QXRenderOperation, ReleaseFreesArraysAndResetsThreeCounts) {
 }
 
 TEST(QXRenderOperation, ReleaseLeavesASharedIndexArrayInPlace) {
-  unsigned short shared[3] = {1, 2, 3};
-  QXRenderOperation operation;
-  operation.m_pIndices = shared;
-  operation.m_nIndexNum = 3;
-  operation.m_bIndexShared = 1;
+  QXSharedIndices shared;
+  QXRenderOperation& operation = shared.m_Operation;
   operation.Release();
-  EXPECT_EQ(operation.m_pIndices, shared);
+  EXPECT_EQ(operation.m_pIndices, shared.m_arrIndices);
   EXPECT_EQ(operation.m_nIndexNum, 0u);
   EXPECT_EQ(operation.m_bIndexShared, 1);
-  EXPECT_EQ(shared[2], 3);
+  EXPECT_EQ(shared.m_arrIndices[2], 3);
 }
 
 }  // namespace

@@ -5,11 +5,10 @@
 #include <tests/fileparser/images/QXTestGif.h>
 #include <tests/foundation/toolkit/QXTestFolder.h>
 #include <tests/texture/QXBareAnimation.h>
-#include <tests/texture/QXFedParser.h>
+#include <tests/texture/QXFedPictures.h>
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -20,22 +19,12 @@
 namespace QXC {
 namespace {
 
-using Pixel = std::array<unsigned char, 4>;
+using Pixel = QXFedPixel;
 
 constexpr Pixel Red{9, 0, 200, 255};
 constexpr Pixel Blue{0, 0, 9, 255};
 constexpr Pixel Faint{200, 100, 9, 254};
 constexpr Pixel Clear{1, 2, 3, 0};
-
-QXGeoPicture* MakePicture(unsigned int nWidth, unsigned int nHeight, Pixel const& pixel, double dX, double dY) {
-  QXImageData* const pImage = MakeFedImage(nWidth, nHeight, 32);
-  for (std::size_t i = 0; i < std::size_t{nWidth} * nHeight; ++i)
-    std::copy(pixel.begin(), pixel.end(), static_cast<unsigned char*>(pImage->m_pPixels) + i * 4);
-  auto* const pPicture = new QXGeoPicture;
-  pPicture->SetImage(pImage);
-  pPicture->SetCenterPoint(QdcPoint2D(dX, dY));
-  return pPicture;
-}
 
 /// Counts those that live.
 class MortalTexture final : public QXBareTexture {
@@ -47,26 +36,18 @@ public:
 
 class QXAnimationLoad : public testing::Test {
 protected:
-  void Feed(std::vector<QXGeoPicture*> vecPictures) {
-    g_Fed.m_FillPictures = [vecPictures](QdcArray<QXGeoPicture*>& arrPictures) {
-      for (QXGeoPicture* pPicture : vecPictures) arrPictures.Add(pPicture);
-    };
-  }
   /// Into a texture without frames.
   unsigned char Load(unsigned char bFlip = 0) {
     m_pTexture = std::make_unique<QXBareAnimation>();
     return m_pTexture->LoadAnimationImageData(L"/nowhere/a.gif", 1, bFlip);
   }
   Pixel PixelAt(std::size_t nFrame, int nX, int nY) const {
-    QXTextureData const& frame = m_pTexture->m_arrFrames[nFrame];
-    unsigned char const* const p =
-        frame.m_pPixels + (static_cast<std::size_t>(nY) * frame.m_nWidth + static_cast<std::size_t>(nX)) * 4;
-    return {p[0], p[1], p[2], p[3]};
+    return PixelOf(m_pTexture->m_arrFrames[nFrame], static_cast<unsigned int>(nX), static_cast<unsigned int>(nY));
   }
   /// A canvas of 4 by 4 red pixels, the picture laid onto it, and where it then shows.
   void ExpectPlace(QXGeoPicture* pPicture, Pixel const& pixel, int nLeft, int nTop, int nRight, int nBottom,
       unsigned char bFlip = 0) {
-    Feed({MakePicture(4, 4, Red, 2, 2), pPicture});
+    FeedPictures({MakePicture(4, 4, Red, 2, 2), pPicture});
     ASSERT_EQ(Load(bFlip), 1);
     ASSERT_EQ(m_pTexture->m_arrFrames.size(), 2u);
     for (int nY = 0; nY < 4; ++nY) {
@@ -89,7 +70,7 @@ protected:
 };
 
 TEST_F(QXAnimationLoad, HandsPathAndFlipToTheParser) {
-  Feed({MakePicture(2, 2, Red, 1, 1)});
+  FeedPictures({MakePicture(2, 2, Red, 1, 1)});
   EXPECT_EQ(Load(1), 1);
   EXPECT_TRUE(g_Fed.m_strPath == L"/nowhere/a.gif");
   EXPECT_EQ(g_Fed.m_nFlip, 1);
@@ -97,7 +78,7 @@ TEST_F(QXAnimationLoad, HandsPathAndFlipToTheParser) {
 }
 
 TEST_F(QXAnimationLoad, StoresFlagsPathAndTimes) {
-  Feed({MakePicture(4, 2, Red, 2, 1), MakePicture(1, 1, Blue, 0.5, 0.5)});
+  FeedPictures({MakePicture(4, 2, Red, 2, 1), MakePicture(1, 1, Blue, 0.5, 0.5)});
   ASSERT_EQ(Load(), 1);
   EXPECT_EQ(m_pTexture->m_bLoadedImage, 1);
   EXPECT_EQ(m_pTexture->m_bNeedLoadTexture, 1);
@@ -139,7 +120,7 @@ TEST_F(QXAnimationLoad, RefusesOtherTypesAndHasNoTexturesThen) {
 }
 
 TEST_F(QXAnimationLoad, TakesTheExtensionInAnyCase) {
-  Feed({MakePicture(2, 2, Red, 1, 1)});
+  FeedPictures({MakePicture(2, 2, Red, 1, 1)});
   m_pTexture = std::make_unique<QXBareAnimation>();
   EXPECT_EQ(m_pTexture->LoadAnimationImageData(L"/x/a.GIF", 0, 0), 1);
   EXPECT_EQ(m_pTexture->m_arrFrames.size(), 1u);
@@ -152,15 +133,15 @@ TEST_F(QXAnimationLoad, SucceedsWithoutPictures) {
   EXPECT_EQ(Load(), 1);
   ExpectNothingLoaded();
   g_Fed.m_bReads = 1;
-  Feed({nullptr});
+  FeedPictures({nullptr});
   EXPECT_EQ(Load(), 1);
   ExpectNothingLoaded();
-  Feed({new QXGeoPicture});
+  FeedPictures({new QXGeoPicture});
   EXPECT_EQ(Load(), 1);
   ExpectNothingLoaded();
   auto* const pUnknown = new QXGeoPicture;
   pUnknown->SetImage(MakeFedImage(4, 4, 16, 4));
-  Feed({pUnknown});
+  FeedPictures({pUnknown});
   EXPECT_EQ(Load(), 1);
   ExpectNothingLoaded();
 }
@@ -176,11 +157,11 @@ TEST_F(QXAnimationLoad, FindsNothingWhereTheParserRaises) {
 }
 
 TEST_F(QXAnimationLoad, BeginsTheTimeAnewButKeepsEarlierFrames) {
-  Feed({MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Blue, 1, 1)});
+  FeedPictures({MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Blue, 1, 1)});
   ASSERT_EQ(Load(), 1);
   auto* const pPicture = MakePicture(2, 2, Blue, 1, 1);
   pPicture->SetDelayTime(5);
-  Feed({pPicture});
+  FeedPictures({pPicture});
   ASSERT_EQ(m_pTexture->LoadAnimationImageData(L"/nowhere/a.gif", 0, 0), 1);
   EXPECT_EQ(m_pTexture->m_arrFrames.size(), 3u);
   EXPECT_EQ(m_pTexture->m_nTotalTime, 50u);
@@ -188,7 +169,7 @@ TEST_F(QXAnimationLoad, BeginsTheTimeAnewButKeepsEarlierFrames) {
 }
 
 TEST_F(QXAnimationLoad, ShowsNothingOfEarlierFramesThatWereReleased) {
-  Feed(std::vector<QXGeoPicture*>{MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Red, 1, 1),
+  FeedPictures(std::vector<QXGeoPicture*>{MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Red, 1, 1),
       MakePicture(2, 2, Red, 1, 1), MakePicture(2, 2, Red, 1, 1)});
   ASSERT_EQ(Load(), 1);
   m_pTexture->m_nCurrentFrame = 3;
@@ -196,7 +177,7 @@ TEST_F(QXAnimationLoad, ShowsNothingOfEarlierFramesThatWereReleased) {
   EXPECT_EQ(m_pTexture->m_mapFrameEndTimes.size(), 4u);
   auto* const pLong = MakePicture(2, 2, Blue, 1, 1);
   pLong->SetDelayTime(200);
-  Feed({MakePicture(2, 2, Blue, 1, 1), pLong});
+  FeedPictures({MakePicture(2, 2, Blue, 1, 1), pLong});
   ASSERT_EQ(m_pTexture->LoadImageData(L"/nowhere/b.gif", 0, 0), 1);
   EXPECT_EQ(m_pTexture->m_mapFrameEndTimes, (std::map<unsigned int, unsigned int>{{0, 100}, {1, 2100}}));
   EXPECT_EQ(m_pTexture->m_nCurrentFrame, 0u);
@@ -205,7 +186,7 @@ TEST_F(QXAnimationLoad, ShowsNothingOfEarlierFramesThatWereReleased) {
   QdcTime::SetClock(nullptr);
   EXPECT_EQ(m_pTexture->m_nCurrentFrame, 1u);
   // A current frame that is still there stays.
-  Feed({MakePicture(2, 2, Blue, 1, 1), MakePicture(2, 2, Blue, 1, 1)});
+  FeedPictures({MakePicture(2, 2, Blue, 1, 1), MakePicture(2, 2, Blue, 1, 1)});
   ASSERT_EQ(m_pTexture->LoadAnimationImageData(L"/nowhere/c.gif", 0, 0), 1);
   EXPECT_EQ(m_pTexture->m_nCurrentFrame, 1u);
 }
@@ -218,7 +199,7 @@ TEST_F(QXAnimationLoad, LoadsOnlyWithoutAnImage) {
   EXPECT_EQ(g_Fed.m_nMade, 0);
   m_pTexture->m_bLoadedImage = 0;
   EXPECT_EQ(m_pTexture->LoadImageData(L"", 0, 0), 0);
-  Feed({MakePicture(2, 2, Red, 1, 1)});
+  FeedPictures({MakePicture(2, 2, Red, 1, 1)});
   EXPECT_EQ(m_pTexture->LoadImageData(L"/nowhere/a.gif", 0, 1), 1);
   EXPECT_EQ(g_Fed.m_nFlip, 1);
   EXPECT_EQ(m_pTexture->m_arrFrames.size(), 1u);
@@ -272,7 +253,7 @@ TEST_F(QXAnimationLoad, ClipsAtTheCanvas) {
 }
 
 TEST_F(QXAnimationLoad, PadsFramesToPowersOfTwoAndTellsTheirScale) {
-  Feed({MakePicture(5, 3, Red, 2.5, 1.5), MakePicture(5, 3, Blue, 2.5, 1.5)});
+  FeedPictures({MakePicture(5, 3, Red, 2.5, 1.5), MakePicture(5, 3, Blue, 2.5, 1.5)});
   ASSERT_EQ(Load(), 1);
   EXPECT_EQ(m_pTexture->m_vecScale, QXVector3d(5.0 / 8.0, 3.0 / 4.0, 1.0));
   for (std::size_t i = 0; i < 2; ++i) {
@@ -284,7 +265,7 @@ TEST_F(QXAnimationLoad, PadsFramesToPowersOfTwoAndTellsTheirScale) {
 }
 
 TEST_F(QXAnimationLoad, ScalesNothingWhereTheEdgesArePowersOfTwo) {
-  Feed({MakePicture(4, 1, Red, 2, 0.5)});
+  FeedPictures({MakePicture(4, 1, Red, 2, 0.5)});
   ASSERT_EQ(Load(), 1);
   EXPECT_EQ(m_pTexture->m_vecScale, QXVector3d(1, 1, 1));
 }
@@ -299,7 +280,7 @@ TEST_F(QXAnimationLoad, WidensPicturesWithOpaqueAlpha) {
     pFirst->SetCenterPoint(QdcPoint2D(1, 1));
     auto const* const p = static_cast<unsigned char const*>(pSmall->GetImage()->m_pPixels);
     Pixel const pixel = nBitDepth == 8 ? Pixel{p[0], p[0], p[0], 255} : Pixel{p[0], p[1], p[2], 255};
-    Feed({pFirst, pSmall});
+    FeedPictures({pFirst, pSmall});
     ASSERT_EQ(Load(), 1);
     EXPECT_EQ(m_pTexture->m_arrFrames[0].m_eFormat, PF_A8R8G8B8);
     EXPECT_EQ(PixelAt(1, 1, 0), pixel);
@@ -310,7 +291,7 @@ TEST_F(QXAnimationLoad, KeepsTheCanvasWhereAPictureHasNoImage) {
   auto* const pUnknown = new QXGeoPicture;
   pUnknown->SetImage(MakeFedImage(4, 4, 16, 4));
   pUnknown->SetCenterPoint(QdcPoint2D(2, 2));
-  Feed({MakePicture(4, 4, Red, 2, 2), new QXGeoPicture, nullptr, pUnknown});
+  FeedPictures({MakePicture(4, 4, Red, 2, 2), new QXGeoPicture, nullptr, pUnknown});
   ASSERT_EQ(Load(), 1);
   ASSERT_EQ(m_pTexture->m_arrFrames.size(), 3u);
   EXPECT_EQ(m_pTexture->m_mapFrameEndTimes.size(), 3u);
@@ -331,7 +312,7 @@ TEST_F(QXAnimationLoad, TakesDelaysAsTwoBytesWithSign) {
     arrPictures.push_back(MakePicture(1, 1, Red, 0.5, 0.5));
     arrPictures.back()->SetDelayTime(delay.m_dHundredths);
   }
-  Feed(arrPictures);
+  FeedPictures(arrPictures);
   ASSERT_EQ(Load(), 1);
   unsigned int nEnd = 0;
   for (std::size_t i = 0; i < arrDelays.size(); ++i) {

@@ -3,11 +3,10 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 
-#include <tests/texture/QXFedParser.h>
+#include <tests/texture/QXFedPictures.h>
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -16,23 +15,13 @@
 namespace QXC {
 namespace {
 
-using Pixel = std::array<unsigned char, 4>;
+using Pixel = QXFedPixel;
 
 constexpr Pixel Red{9, 0, 200, 255};
 constexpr Pixel Blue{200, 0, 9, 77};
 constexpr Pixel Nothing{0, 50, 60, 255};
 constexpr Pixel Eraser{0, 50, 60, 128};
 constexpr Pixel Clear{0, 0, 0, 0};
-
-QXGeoPicture* MakePicture(unsigned int nWidth, unsigned int nHeight, Pixel const& pixel, double dX, double dY) {
-  QXImageData* const pImage = MakeFedImage(nWidth, nHeight, 32);
-  for (std::size_t i = 0; i < std::size_t{nWidth} * nHeight; ++i)
-    std::copy(pixel.begin(), pixel.end(), static_cast<unsigned char*>(pImage->m_pPixels) + i * 4);
-  auto* const pPicture = new QXGeoPicture;
-  pPicture->SetImage(pImage);
-  pPicture->SetCenterPoint(QdcPoint2D(dX, dY));
-  return pPicture;
-}
 
 QXGeoPicture* Delayed(QXGeoPicture* pPicture, double dDelayTime) {
   pPicture->SetDelayTime(dDelayTime);
@@ -41,20 +30,13 @@ QXGeoPicture* Delayed(QXGeoPicture* pPicture, double dDelayTime) {
 
 class QXTextureAnimation : public testing::Test {
 protected:
-  void Feed(std::vector<QXGeoPicture*> vecPictures) {
-    g_Fed.m_FillPictures = [vecPictures](QdcArray<QXGeoPicture*>& arrPictures) {
-      for (QXGeoPicture* pPicture : vecPictures) arrPictures.Add(pPicture);
-    };
-  }
   void Read() { m_pData.reset(QXTexture::GetTextureDataAnimation(L"/nowhere/a.gif")); }
   Pixel PixelAt(int nFrame, unsigned int nX, unsigned int nY) {
-    QXTextureData const& frame = m_pData->GetFrameDataByIndex(nFrame);
-    unsigned char const* const p = frame.m_pPixels + (std::size_t{nY} * frame.m_nWidth + nX) * 4;
-    return {p[0], p[1], p[2], p[3]};
+    return PixelOf(m_pData->GetFrameDataByIndex(nFrame), nX, nY);
   }
   /// A canvas of 4 by 4 red pixels, the picture laid onto it, and where it then shows.
   void ExpectPlace(QXGeoPicture* pPicture, Pixel const& pixel, int nLeft, int nTop, int nRight, int nBottom) {
-    Feed({MakePicture(4, 4, Red, 2, 2), pPicture});
+    FeedPictures({MakePicture(4, 4, Red, 2, 2), pPicture});
     Read();
     ASSERT_EQ(m_pData->GetNumFrame(), 2);
     for (int nY = 0; nY < 4; ++nY) {
@@ -80,14 +62,14 @@ TEST_F(QXTextureAnimation, HandsPathAndNoFlipToTheParser) {
 TEST_F(QXTextureAnimation, WithoutPicturesIsNone) {
   Read();
   EXPECT_EQ(m_pData, nullptr);
-  Feed({nullptr});
+  FeedPictures({nullptr});
   Read();
   EXPECT_EQ(m_pData, nullptr);
-  Feed({new QXGeoPicture});
+  FeedPictures({new QXGeoPicture});
   Read();
   EXPECT_EQ(m_pData, nullptr);
   g_Fed.m_bReads = 0;
-  Feed({MakePicture(2, 2, Red, 1, 1)});
+  FeedPictures({MakePicture(2, 2, Red, 1, 1)});
   Read();
   EXPECT_EQ(m_pData, nullptr);
   EXPECT_EQ(QXTexture::GetTextureDataAnimation(L""), nullptr);
@@ -104,7 +86,7 @@ TEST_F(QXTextureAnimation, CatchesWhateverTheParserRaises) {
 }
 
 TEST_F(QXTextureAnimation, HasTheSizeOfTheFirstPictureInEachFrame) {
-  Feed({MakePicture(5, 3, Red, 2.5, 1.5), MakePicture(1, 2, Blue, 0.5, 1)});
+  FeedPictures({MakePicture(5, 3, Red, 2.5, 1.5), MakePicture(1, 2, Blue, 0.5, 1)});
   Read();
   ASSERT_NE(m_pData, nullptr);
   EXPECT_EQ(m_pData->m_nCompression, 16u);
@@ -166,7 +148,7 @@ TEST_F(QXTextureAnimation, WidensPicturesWithOpaqueAlpha) {
   pPicture->SetCenterPoint(QdcPoint2D(2, 2));
   auto const* const p = static_cast<unsigned char const*>(pPicture->GetImage()->m_pPixels);
   Pixel const first{p[0], p[1], p[2], 255};
-  Feed({pPicture});
+  FeedPictures({pPicture});
   Read();
   ASSERT_NE(m_pData, nullptr);
   EXPECT_EQ(m_pData->GetFrameDataByIndex(0).m_eFormat, PF_A8R8G8B8);
@@ -177,7 +159,7 @@ TEST_F(QXTextureAnimation, KeepsTheCanvasWhereAPictureHasNoImage) {
   auto* const pUnknown = new QXGeoPicture;
   pUnknown->SetImage(MakeFedImage(4, 4, 16, 4));
   pUnknown->SetCenterPoint(QdcPoint2D(2, 2));
-  Feed({MakePicture(4, 4, Red, 2, 2), new QXGeoPicture, nullptr, pUnknown});
+  FeedPictures({MakePicture(4, 4, Red, 2, 2), new QXGeoPicture, nullptr, pUnknown});
   Read();
   ASSERT_NE(m_pData, nullptr);
   ASSERT_EQ(m_pData->GetNumFrame(), 3);
@@ -187,7 +169,7 @@ TEST_F(QXTextureAnimation, KeepsTheCanvasWhereAPictureHasNoImage) {
 
 TEST_F(QXTextureAnimation, CountsMillisecondsAndTakes100ForNone) {
   auto const make = [](double dDelayTime) { return Delayed(MakePicture(1, 1, Red, 0.5, 0.5), dDelayTime); };
-  Feed({make(7.0), make(0.0), make(0.5e-10), make(-0.5e-10), make(2.55), make(1e-10), make(-3.0), make(1e300)});
+  FeedPictures({make(7.0), make(0.0), make(0.5e-10), make(-0.5e-10), make(2.55), make(1e-10), make(-3.0), make(1e300)});
   Read();
   ASSERT_NE(m_pData, nullptr);
   ASSERT_EQ(m_pData->GetNumFrame(), 8);

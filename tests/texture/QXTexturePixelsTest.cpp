@@ -89,6 +89,21 @@ void ColourReference(Bytes& bytes, int nFormat, std::size_t nCount) {
   }
 }
 
+/// Textures without a block, without columns and without rows stay as they are.
+void ExpectNothingDoneToNothing(void (QXTexture::*pfnOperation)()) {
+  QXBareTexture texture;
+  (texture.*pfnOperation)();
+  texture.SetTextureData(4, 4, nullptr, 0, PF_L8);
+  (texture.*pfnOperation)();
+  EXPECT_EQ(texture.m_TextureData.m_eFormat, PF_L8);
+  EXPECT_EQ(texture.m_TextureData.m_pPixels, nullptr);
+  for (auto const& [nWidth, nHeight] : {std::pair(0U, 7U), std::pair(7U, 0U)}) {
+    Fill(texture, nWidth, nHeight, PF_A8R8G8B8, {1});
+    (texture.*pfnOperation)();
+    EXPECT_EQ(GetBytes(texture, 1), Bytes{1});
+  }
+}
+
 // --- flip ----------------------------------------------------------------------------------------------------------
 
 TEST(QXTextureFlip, ExchangesRowsAndLeavesAMiddleOne) {
@@ -135,16 +150,7 @@ TEST(QXTextureFlip, LeavesABlockThatIsTooShort) {
 }
 
 TEST(QXTextureFlip, LeavesATextureWithoutPixelsOrRows) {
-  QXBareTexture texture;
-  texture.FlipTexture();
-  texture.SetTextureData(100, 100, nullptr, 0, PF_A8R8G8B8);
-  texture.FlipTexture();
-  EXPECT_EQ(texture.m_TextureData.m_pPixels, nullptr);
-  Fill(texture, 0, 7, PF_A8R8G8B8, {1});
-  texture.FlipTexture();
-  Fill(texture, 7, 0, PF_A8R8G8B8, {1});
-  texture.FlipTexture();
-  EXPECT_EQ(GetBytes(texture, 1), Bytes{1});
+  ExpectNothingDoneToNothing(&QXTexture::FlipTexture);
 }
 
 // --- scale ---------------------------------------------------------------------------------------------------------
@@ -280,16 +286,7 @@ TEST(QXTextureEdge, OfOneRowOrOneColumnIsEverything) {
 }
 
 TEST(QXTextureEdge, OfNothingIsNothing) {
-  QXBareTexture texture;
-  texture.SetEdgeTransparency();
-  texture.SetTextureData(4, 4, nullptr, 0, PF_L8);
-  texture.SetEdgeTransparency();
-  EXPECT_EQ(texture.m_TextureData.m_eFormat, PF_L8);
-  Fill(texture, 0, 3, PF_A8R8G8B8, {1});
-  texture.SetEdgeTransparency();
-  Fill(texture, 3, 0, PF_A8R8G8B8, {1});
-  texture.SetEdgeTransparency();
-  EXPECT_EQ(GetBytes(texture, 1), Bytes{1});
+  ExpectNothingDoneToNothing(&QXTexture::SetEdgeTransparency);
 }
 
 TEST(QXTextureEdge, LeavesABlockThatIsTooShort) {

@@ -1,8 +1,5 @@
+#include "QXJpegMaker.h"
 #include "QXTestImages.h"
-
-#include <cstdio>  // jpeglib.h names FILE
-
-#include <jpeglib.h>
 
 namespace {
 
@@ -43,38 +40,17 @@ Decoded DecodePlainly(Bytes const& arrBytes, J_COLOR_SPACE eSpace) {
   return decoded;
 }
 
-using Setup = std::function<void(jpeg_compress_struct&)>;
-
 // A file of 24 x 16 pixels, each channel a slope of its own.
-Bytes Encode(J_COLOR_SPACE eSpace, int nChannels, Setup const& setup) {
-  jpeg_compress_struct info{};
-  jpeg_error_mgr errors{};
-  info.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&info);
-  unsigned char* pFile = nullptr;
-  unsigned long nFile = 0;
-  jpeg_mem_dest(&info, &pFile, &nFile);
-  info.image_width = 24;
-  info.image_height = 16;
-  info.input_components = nChannels;
-  info.in_color_space = eSpace;
-  jpeg_set_defaults(&info);
-  jpeg_set_quality(&info, 95, TRUE);
-  setup(info);
-  jpeg_start_compress(&info, TRUE);
-  for (int y = 0; y < 16; ++y) {
-    Bytes arrRow;
+Bytes Encode(J_COLOR_SPACE eSpace, int nChannels, std::function<void(jpeg_compress_struct&)> const& setup) {
+  Bytes arrRow;
+  return MakeJpeg({24, 16, nChannels, eSpace, 95, setup}, [&](unsigned int nRow) {
+    arrRow.clear();
+    int const y = static_cast<int>(nRow);
     for (int x = 0; x < 24; ++x) {
       for (int c = 0; c < nChannels; ++c) arrRow.push_back(static_cast<unsigned char>(20 + x * (c + 2) + y * (5 - c)));
     }
-    JSAMPROW pRow = arrRow.data();
-    jpeg_write_scanlines(&info, &pRow, 1);
-  }
-  jpeg_finish_compress(&info);
-  jpeg_destroy_compress(&info);
-  Bytes arrBytes(pFile, pFile + nFile);
-  std::free(pFile);
-  return arrBytes;
+    return arrRow.data();
+  });
 }
 
 Image Read(Bytes const& arrBytes) {
