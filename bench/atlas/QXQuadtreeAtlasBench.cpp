@@ -210,6 +210,9 @@ void Fill(benchmark::State& state, QXQuadtreeRules const& rules) {
   state.counters["last_by_first_tenth"] = arrTenths[9].m_dSeconds / arrTenths[0].m_dSeconds;
   state.counters["pages"] = static_cast<double>(nPages);
   state.counters["stb_pages"] = static_cast<double>(nRivalPages);
+  double dArea = 0.0;
+  for (Box const& box : arrBoxes) dArea += (box.m_nWidth + 1.0) * (box.m_nHeight + 1.0);
+  state.counters["covered"] = dArea / (1024.0 * 1024.0 * static_cast<double>(nPages));
 }
 
 std::vector<QXQuadtreePlace> FillWith(Atlas& atlas, std::vector<Box> const& arrBoxes) {
