@@ -95,7 +95,8 @@ FT_Face QXTrueType::GetFace(QdcUnicodeString const& strName, FaceStyle const& eS
 
   QdcUnicodeString path;
   int index = 0;
-  if (!FindFile(family, eStyle, path, index)) {
+  FontSource const source = FindFontFile(family, eStyle, path, index);
+  if (source == FONT_UNKNOWN || source == FONT_LOST) {
     m_arrMissingFonts.Add(strName);
     return m_pDefaultFace;
   }
@@ -104,18 +105,18 @@ FT_Face QXTrueType::GetFace(QdcUnicodeString const& strName, FaceStyle const& eS
   return KeepFace(family, face, eStyle);
 }
 
-unsigned char QXTrueType::FindFile(
-    QdcUnicodeString const& strFamily, FaceStyle eStyle, QdcUnicodeString& strPath, int& nFaceIndex) {
+QXTrueType::FontSource QXTrueType::FindFontFile(
+    QdcUnicodeString const& strFamily, FaceStyle const& eStyle, QdcUnicodeString& strPath, int& nFaceIndex) {
   QdcUnicodeString const file = RegistryFile(strFamily);
   if (!file.IsEmpty()) {
     strPath = QXToolkit::GetFontsPath() + file;
     QdcUnicodeString name = strFamily;
     nFaceIndex = GetFontIndex(strPath, name);
-    return static_cast<unsigned char>(nFaceIndex != -1);
+    return nFaceIndex == -1 ? FONT_LOST : FONT_FROM_REGISTRY;
   }
-  if (GetFontPathByName(strFamily, eStyle, strPath, nFaceIndex)) return 1;
-  return static_cast<unsigned char>(
-      eStyle != FACE_REGULAR && GetFontPathByName(strFamily, FACE_REGULAR, strPath, nFaceIndex) != 0);
+  if (GetFontPathByName(strFamily, eStyle, strPath, nFaceIndex)) return FONT_FROM_CATALOGUE;
+  bool const isRegular = eStyle == FACE_REGULAR;
+  return !isRegular && GetFontPathByName(strFamily, FACE_REGULAR, strPath, nFaceIndex) ? FONT_REGULAR : FONT_UNKNOWN;
 }
 
 FT_Face QXTrueType::KeepFace(QdcUnicodeString const& strFamily, FT_Face pFace, FaceStyle eStyle) {

@@ -46,6 +46,15 @@ public:
   /// Cuts of a family, and the places of their faces in m_dictFaces.
   enum FaceStyle : int { FACE_REGULAR = 0, FACE_BOLD = 1, FACE_ITALIC = 2, FACE_BOLD_ITALIC = 3 };
 
+  /// What knows a name.
+  enum FontSource : int {
+    FONT_UNKNOWN = 0,         ///< neither registry nor catalogue
+    FONT_FROM_REGISTRY = 1,   ///< a file of the registry
+    FONT_FROM_CATALOGUE = 2,  ///< a catalogued face of the style wanted
+    FONT_REGULAR = 3,         ///< a catalogued regular face, because there is none of the style wanted
+    FONT_LOST = 4             ///< the registry, but its file has no such face or is not there
+  };
+
   /// One face of the catalogue. The names keep the length of the buffer that they were decoded in: go by their text.
   struct QXFontInfo {
     QdcUnicodeString m_strFontName;         ///< family name in the language 2052, Chinese of the mainland
@@ -111,6 +120,14 @@ public:
   unsigned char GetFontPathByName(
       QdcUnicodeString const& strName, int nStyle, QdcUnicodeString& strPath, int& nFaceIndex);
 
+  /// Where GetFace gets a family from that is neither open nor known as missing: what it opens, and why. Opens no face
+  /// that stays open, remembers nothing but the catalogue.
+  /// @param strFamily   family name, without the mark of vertical writing
+  /// @param strPath     gets the file; with FONT_LOST the file that the registry names in vain
+  /// @param nFaceIndex  gets the face within it, -1 with FONT_LOST
+  FontSource FindFontFile(
+      QdcUnicodeString const& strFamily, FaceStyle const& eStyle, QdcUnicodeString& strPath, int& nFaceIndex);
+
   /// Makes the catalogue anew from the fonts folder and what is below it: first all .ttf files, then all .ttc files, in
   /// the order of QXFile::ListFiles. A file that is no font is passed over; of a collection with more than 10 faces only
   /// the first is taken, because each face costs an opening. Without a folder the catalogue is empty.
@@ -161,9 +178,6 @@ private:
   void FillFontsInfo();
   /// Appends a face of a file to the catalogue. Gives the number of faces in the file, 0 if it could not be opened.
   long AddFontInfo(FT_LibraryRec_*& pLibrary, QdcUnicodeString const& strPath, int nFaceIndex);
-  /// Where a family that is not open yet is to be had: from the registry, else from the catalogue.
-  unsigned char FindFile(
-      QdcUnicodeString const& strFamily, FaceStyle eStyle, QdcUnicodeString& strPath, int& nFaceIndex);
   /// Enters a new face under its family and gives what a request for eStyle gets.
   FT_FaceRec_* KeepFace(QdcUnicodeString const& strFamily, FT_FaceRec_* pFace, FaceStyle eStyle);
   /// The face that a character is drawn with and the glyph in it, 0 if no face has the character: the style's font, then

@@ -31,9 +31,9 @@ void PrintTimes(QXC::QXRenderTarget::FrameStats const& stats) {
 
 void PrintIcons(QXIconFigures const& figures) {
   if (figures.m_nIcons == 0) return;
-  std::printf("icons              %u of %u %s, on %u %s of an atlas, %.1f %% full\n", figures.m_nIcons, figures.m_nImages,
-      figures.m_nImages == 1 ? "image" : "images", figures.m_nPages, figures.m_nPages == 1 ? "page" : "pages",
-      100.0 * figures.m_dFill);
+  std::printf("icons              %u of %u %s, on %u %s of an atlas, %.1f %% full\n", figures.m_nIcons,
+      figures.m_nImages, figures.m_nImages == 1 ? "image" : "images", figures.m_nPages,
+      figures.m_nPages == 1 ? "page" : "pages", 100.0 * figures.m_dFill);
 }
 
 }  // namespace

@@ -92,6 +92,14 @@ constexpr char const* AtlasFooter =
     R"(Small images of a scene share large textures, the pages of an atlas. Each page is written as a PNG in which the
 places are outlined and numbered; printed are its size and format, how many places it has and how much of it they fill.)";
 
+constexpr char const* FontsFooter =
+    R"(Listed are all faces of the .ttf and .ttc files of the fonts folder and what is below it, in the order in which names
+are looked for, the style that each calls its own, and which one stands in for fonts that are not there. Of a collection
+with more than 10 faces only the first is listed.
+
+--find goes the way that a text goes: first the names of the registry section Graphics3DDefaultFonts, then the first
+listed face whose name begins with the name asked for.)";
+
 struct RawOptions {
   std::string m_strSize;
   std::string m_strEye;
@@ -173,6 +181,19 @@ void DefineAtlas(CLI::App& atlas, QXAtlasOptions& options) {
   atlas.footer(AtlasFooter);
 }
 
+void DefineFonts(CLI::App& fonts, QXFontsOptions& options) {
+  CLI::Option* const pFind =
+      fonts.add_option("--find", options.m_strFind, "Tell which file a font name means, and why")
+          ->type_name("NAME")
+          ->check(CLI::Validator(CheckNotEmpty, ""));
+  fonts.add_flag("--bold", options.m_bBold, "With --find: the bold face is wanted")->needs(pFind);
+  fonts.add_flag("--italic", options.m_bItalic, "With --find: the italic face is wanted")->needs(pFind);
+  fonts.add_option("--folder", options.m_strFolder, "Folder of the font files (default: the one that texts take)")
+      ->type_name("DIR")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  fonts.footer(FontsFooter);
+}
+
 /// What follows once the syntax is right. An empty string, or the line that says what cannot be.
 std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   options.m_bGround = !raw.m_bNoGround;
@@ -214,6 +235,8 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
   DefineInspect(*pInspect, result.m_strImage);
   CLI::App* pAtlas = app.add_subcommand("atlas", "Write the textures that a scene's small images share");
   DefineAtlas(*pAtlas, result.m_Atlas);
+  CLI::App* pFonts = app.add_subcommand("fonts", "List the fonts of texts, or tell which one a name means");
+  DefineFonts(*pFonts, result.m_Fonts);
   try {
     app.parse(nArguments, pszArguments);
   } catch (CLI::Success const& success) {
@@ -226,6 +249,7 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
   }
   if (pInspect->parsed()) result.m_eCommand = QXCommand::Inspect;
   if (pAtlas->parsed()) result.m_eCommand = QXCommand::Atlas;
+  if (pFonts->parsed()) result.m_eCommand = QXCommand::Fonts;
   std::string const strImpossible = TakeOver(raw, result.m_Options);
   if (!strImpossible.empty()) return Leave(1, strImpossible);
   result.m_bRun = true;

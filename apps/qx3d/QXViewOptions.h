@@ -50,7 +50,17 @@ struct QXAtlasOptions {
   std::vector<std::string> m_vecPluginFolders;
 };
 
-enum class QXCommand { View, Inspect, Atlas };
+/// What `qx3d fonts` was asked for.
+struct QXFontsOptions {
+  /// Name to look for; empty: list all.
+  std::string m_strFind;
+  bool m_bBold = false;
+  bool m_bItalic = false;
+  /// Folder of the font files; empty: the one that texts take.
+  std::string m_strFolder;
+};
+
+enum class QXCommand { View, Inspect, Atlas, Fonts };
 
 /// Outcome of reading the command line: either options to act on, or an exit status to leave with.
 struct QXCommandLine {
@@ -61,6 +71,7 @@ struct QXCommandLine {
   QXViewOptions m_Options;
   std::string m_strImage;
   QXAtlasOptions m_Atlas;
+  QXFontsOptions m_Fonts;
 };
 
 /// Reads the command line. Help and version are printed to the standard output; a mistake is one line on the standard

@@ -76,8 +76,7 @@ TEST_F(QXIconSetTest, IconIsABillboardThatShowsItsPartOfThePage) {
   EXPECT_TRUE(HasLogged("SetPosition((1 2 3))")) << m_Graphics3D.GetLog().GetText();
   EXPECT_TRUE(HasLogged("SetSize(14, 12, 1)")) << m_Graphics3D.GetLog().GetText();
   // A slot of 16 in the corner of the page; the picture in its middle.
-  EXPECT_TRUE(HasLogged(", (0.0009765625 0.001953125 0.0146484375 0.013671875))"))
-      << m_Graphics3D.GetLog().GetText();
+  EXPECT_TRUE(HasLogged(", (0.0009765625 0.001953125 0.0146484375 0.013671875))")) << m_Graphics3D.GetLog().GetText();
 }
 
 TEST_F(QXIconSetTest, PixelsStandInThePageWithTheirColours) {

@@ -390,6 +390,41 @@ TEST_F(QXTrueTypeFonts, LoneMarkIsANameThatEveryFamilyBeginsWith) {
   EXPECT_EQ(Family(Face(L"@")), "First");
 }
 
+TEST_F(QXTrueTypeFonts, FileOfANameIsToldWithWhatKnowsIt) {
+  WriteFont("a.ttf", SimpleFont(u"House"));
+  WriteFont("b.ttf", Styled(u"House", u"Bold", 1));
+  WriteFont("c.ttc", QXFontMaker::MakeCollection({SimpleFont(u"First"), SimpleFont(u"Second")}));
+  WriteFont("d.fon", SimpleFont(u"Registered"));
+  Register(L"MyFont", L"d.fon");
+  Register(L"First", L"c.ttc");
+  Register(L"Gone", L"gone.ttf");
+  struct {
+    wchar_t const* szName;
+    int nStyle;
+    QXTrueType::FontSource eSource;
+    char const* szFile;
+    int nFace;
+  } const cases[] = {{L"House", 0, QXTrueType::FONT_FROM_CATALOGUE, "a.ttf", 0},
+      {L"House", 1, QXTrueType::FONT_FROM_CATALOGUE, "b.ttf", 0}, {L"House", 2, QXTrueType::FONT_REGULAR, "a.ttf", 0},
+      {L"Second", 0, QXTrueType::FONT_FROM_CATALOGUE, "c.ttc", 1},
+      {L"My Font", 1, QXTrueType::FONT_FROM_REGISTRY, "d.fon", 0}, {L"First", 0, QXTrueType::FONT_LOST, "c.ttc", -1},
+      {L"Gone", 0, QXTrueType::FONT_LOST, "gone.ttf", -1}};
+  for (auto const& [szName, nStyle, eSource, szFile, nFace] : cases) {
+    QdcUnicodeString path;
+    int index = 7;
+    QXTrueType::FaceStyle const style = static_cast<QXTrueType::FaceStyle>(nStyle);
+    EXPECT_EQ(Fonts().FindFontFile(szName, style, path, index), eSource) << Narrow(szName);
+    EXPECT_EQ(Narrow(path), Narrow(m_Folder.GetFile(szFile))) << Narrow(szName);
+    EXPECT_EQ(index, nFace) << Narrow(szName);
+  }
+  QdcUnicodeString path = L"before";
+  int index = 7;
+  EXPECT_EQ(Fonts().FindFontFile(L"Nobody", QXTrueType::FACE_BOLD, path, index), QXTrueType::FONT_UNKNOWN);
+  EXPECT_TRUE(path == L"before");
+  EXPECT_EQ(Fonts().m_arrMissingFonts.GetSize(), 0u);
+  EXPECT_EQ(Fonts().m_dictFaces.GetCount(), 0u);
+}
+
 TEST_F(QXTrueTypeFonts, NamesOfTenThousandCharacters) {
   WriteDefaultFont();
   WriteFont("a.ttf", SimpleFont(u"A"));
