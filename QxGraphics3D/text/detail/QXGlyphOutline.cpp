@@ -7,7 +7,7 @@ namespace QXC::detail {
 namespace {
 
 constexpr std::size_t MostOutlines = 64;
-constexpr std::size_t MostPoints = 65536;
+constexpr std::size_t MostRoom = 65536;
 
 std::size_t CountOf(int nCount) {
   return static_cast<std::size_t>(std::max(nCount, 0));
@@ -37,6 +37,25 @@ FT_Outline* QXOutlineBlock::Copy(FT_Outline const& outline) {
   return &m_Outline;
 }
 
+bool QXOutlineBlock::Assign(std::vector<FT_Vector> const& arrPoints, std::vector<char> const& arrTags,
+    std::vector<std::size_t> const& arrEnds) {
+  if (arrPoints.size() > MostPoints) return false;
+  Make(arrPoints.size(), arrEnds.size());
+  std::copy(arrPoints.begin(), arrPoints.end(), m_arrPoints.begin());
+  std::copy(arrTags.begin(), arrTags.end(), m_arrTags.begin());
+  std::transform(
+      arrEnds.begin(), arrEnds.end(), m_arrContours.begin(), [](std::size_t nEnd) { return static_cast<short>(nEnd); });
+  m_Outline.n_points = static_cast<short>(arrPoints.size());
+  m_Outline.n_contours = static_cast<short>(arrEnds.size());
+  return true;
+}
+
+bool QXOutlineBlock::operator==(QXOutlineBlock const& other) const {
+  auto const same = [](FT_Vector const& a, FT_Vector const& b) { return a.x == b.x && a.y == b.y; };
+  return std::equal(m_arrPoints.begin(), m_arrPoints.end(), other.m_arrPoints.begin(), other.m_arrPoints.end(), same) &&
+         m_arrTags == other.m_arrTags && m_arrContours == other.m_arrContours;
+}
+
 QXGlyphOutline* QXGlyphOutlineCache::Find(QXGlyphKey const& key) {
   for (QXGlyphOutline& outline : m_arrOutlines) {
     if (outline.m_Key == key) return &outline;
@@ -47,7 +66,7 @@ QXGlyphOutline* QXGlyphOutlineCache::Find(QXGlyphKey const& key) {
 QXGlyphOutline& QXGlyphOutlineCache::Add() {
   std::size_t room = 0;
   for (QXGlyphOutline const& outline : m_arrOutlines) room += outline.GetRoom();
-  if (room > MostPoints) m_arrOutlines.clear();
+  if (room > MostRoom) m_arrOutlines.clear();
   // In turn, each over the one that has been there longest; its arrays mostly have the room already.
   if (m_arrOutlines.size() < MostOutlines) {
     m_arrOutlines.emplace_back();

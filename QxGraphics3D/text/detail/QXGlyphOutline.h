@@ -7,6 +7,7 @@
 #include FT_OUTLINE_H
 #include FT_STROKER_H
 
+#include <climits>
 #include <cstddef>
 #include <vector>
 
@@ -15,6 +16,9 @@ namespace QXC::detail {
 /// An outline that owns its arrays; they are kept from one use to the next.
 class QXOutlineBlock {
 public:
+  /// More than an outline can count.
+  static constexpr std::size_t MostPoints = SHRT_MAX;
+
   QXOutlineBlock() = default;
   // Moved arrays stay where they are, so the outline still points to them; copied ones would not.
   QXOutlineBlock(QXOutlineBlock&&) noexcept = default;
@@ -23,6 +27,10 @@ public:
   /// Room for an outline, empty at first. Valid until the next Make or Copy.
   FT_Outline* Make(std::size_t nPoints, std::size_t nContours);
   FT_Outline* Copy(FT_Outline const& outline);
+  /// An outline of these points, tags and places of the contours' last points. False if there are more than MostPoints.
+  bool Assign(std::vector<FT_Vector> const& arrPoints, std::vector<char> const& arrTags,
+      std::vector<std::size_t> const& arrEnds);
+  bool operator==(QXOutlineBlock const& other) const;
   FT_Outline* Get() { return &m_Outline; }
   /// In points.
   std::size_t GetRoom() const { return m_arrPoints.capacity(); }

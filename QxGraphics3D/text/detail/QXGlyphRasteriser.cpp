@@ -1,6 +1,5 @@
 #include <QxGraphics3D/text/detail/QXGlyphRasteriser.h>
 
-#include <climits>
 #include <memory>
 
 namespace QXC::detail {
@@ -11,6 +10,9 @@ constexpr FT_Pos Pixel = 64;           // 26.6
 constexpr FT_Pos LargestEdge = 16384;  // in pixels; one page of an atlas is 1024 wide
 constexpr FT_Pos AdvanceLimit = 0x8000 * Pixel;
 constexpr int BytesPerPixel = 2;
+// How often a border is compared with FreeType's: the first glyphs, and one of many then.
+constexpr unsigned int FirstChecked = 64;
+constexpr unsigned int CheckedEach = 512;
 
 /// Where the spans of an outline go.
 struct Canvas {
@@ -126,13 +128,30 @@ bool QXGlyphRasteriser::MakeOutline(QXGlyphOutline& outline, FT_GlyphSlotRec_& s
 }
 
 bool QXGlyphRasteriser::Stroke(FT_Outline& outline, QXOutlineBlock& stroked) {
+  bool const check = m_nStrokes < FirstChecked || m_nStrokes % CheckedEach == 0;
+  ++m_nStrokes;
+  if (m_bOwnStroker && !check) return StrokeFast(outline, stroked);
+  bool const done = StrokePlain(outline, stroked);
+  if (m_bOwnStroker) {
+    bool const same = StrokeFast(outline, m_Check) == done && (!done || m_Check == stroked);
+    m_bOwnStroker = same;
+  }
+  return done;
+}
+
+bool QXGlyphRasteriser::StrokeFast(FT_Outline& outline, QXOutlineBlock& stroked) {
+  if (!m_Border.Stroke(outline, FT_Outline_GetOutsideBorder(&outline))) return false;
+  return stroked.Assign(m_Border.GetPoints(), m_Border.GetTags(), m_Border.GetEnds());
+}
+
+bool QXGlyphRasteriser::StrokePlain(FT_Outline& outline, QXOutlineBlock& stroked) {
   if (!HasStroker()) return false;
   FT_StrokerBorder const border = FT_Outline_GetOutsideBorder(&outline);
   if (FT_Stroker_ParseOutline(m_pStroker, &outline, 0) != 0) return false;
   FT_UInt points = 0;
   FT_UInt contours = 0;
   FT_Stroker_GetBorderCounts(m_pStroker, border, &points, &contours);
-  if (points > SHRT_MAX) return false;  // more than an outline can count
+  if (points > QXOutlineBlock::MostPoints) return false;
   FT_Stroker_ExportBorder(m_pStroker, border, stroked.Make(points, contours));
   return true;
 }

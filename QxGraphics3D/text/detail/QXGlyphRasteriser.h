@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QxGraphics3D/text/QXCharBitmapData.h>
+#include <QxGraphics3D/text/detail/QXBorderStroker.h>
 #include <QxGraphics3D/text/detail/QXGlyphOutline.h>
 #include <QxGraphics3D/text/detail/QXGlyphSizes.h>
 
@@ -27,11 +28,18 @@ private:
   QXGlyphOutline* GetOutline(QXGlyphKey const& key);
   /// From what the slot holds; changes that.
   bool MakeOutline(QXGlyphOutline& outline, FT_GlyphSlotRec_& slot, bool bBold);
+  /// Gives the outer border of an outline.
   bool Stroke(FT_Outline& outline, QXOutlineBlock& stroked);
+  bool StrokeFast(FT_Outline& outline, QXOutlineBlock& stroked);
+  bool StrokePlain(FT_Outline& outline, QXOutlineBlock& stroked);
   bool HasStroker();
 
   FT_Library m_pLibrary;
   FT_Stroker m_pStroker = nullptr;
+  QXBorderStroker m_Border;
+  QXOutlineBlock m_Check;
+  bool m_bOwnStroker = true;  ///< until a border differs from FreeType's, as one of another version may
+  unsigned int m_nStrokes = 0;
   QXGlyphSizes m_Sizes;
   QXGlyphOutlineCache m_Outlines;
 };
