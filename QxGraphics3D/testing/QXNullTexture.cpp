@@ -15,7 +15,7 @@ namespace {
 QXUInt64 GetWantedSize(QXTextureData const& data) {
   if (data.m_nWidth == 0 || data.m_nHeight == 0) return 0;
   if (data.m_nCompression != TEXTURE_COMPRESSION_NONE) {
-    return detail::BlockImageSize(data.m_nWidth, data.m_nHeight, detail::MipmapBlockSize(data.m_eFormat));
+    return detail::BlockImageSize(data.m_nWidth, data.m_nHeight, detail::StoredBlockSize(data.m_eFormat));
   }
   QXUInt64 const nRow = QXUInt64{data.m_nWidth} * detail::StoredPixelSize(data.m_eFormat);
   return data.m_nHeight <= ~QXUInt64{0} / nRow ? nRow * data.m_nHeight : 0;
@@ -145,19 +145,27 @@ void QXNullTexture::LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bRele
 void QXNullTexture::LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight,
     void const* pPixels, unsigned int nFlag) {
   Record("LoadSubTexture", nX, nY, nWidth, nHeight, nSourceWidth, nSourceHeight, QXLoggedMemory{pPixels}, nFlag);
-  if (m_Refresh || !IsLoaded() || m_nDeviceCompression != TEXTURE_COMPRESSION_NONE || !pPixels) return;
+  if (m_Refresh || !IsLoaded() || m_nDeviceCompression == TEXTURE_COMPRESSION_RAW || !pPixels) return;
+  // Everything is counted in pixels or in blocks of 4 by 4 of them.
+  bool const bBlocks = m_nDeviceCompression != TEXTURE_COMPRESSION_NONE;
+  int const nEdge = bBlocks ? 4 : 1;
+  if (nX % nEdge != 0 || nY % nEdge != 0) return;
+  auto const units = [nEdge](long long nPixels) { return (nPixels + nEdge - 1) / nEdge; };
   // In 64 bits: the far edges of what a host asks for may leave the range of int.
   long long const nLeft = std::max(nX, 0);
   long long const nTop = std::max(nY, 0);
   long long const nRight = std::min<long long>({m_nDeviceWidth, 0LL + nX + nWidth, 0LL + nX + nSourceWidth});
   long long const nBottom = std::min<long long>({m_nDeviceHeight, 0LL + nY + nHeight, 0LL + nY + nSourceHeight});
   if (nLeft >= nRight) return;
-  std::size_t const nPixel = detail::StoredPixelSize(m_eDeviceFormat);
-  std::size_t const nBytes = static_cast<std::size_t>(nRight - nLeft) * nPixel;
+  std::size_t const nUnit =
+      bBlocks ? detail::StoredBlockSize(m_eDeviceFormat) : detail::StoredPixelSize(m_eDeviceFormat);
+  std::size_t const nBytes = static_cast<std::size_t>(units(nRight - nLeft)) * nUnit;
   auto const* const pSource = static_cast<unsigned char const*>(pPixels);
-  for (long long nRow = nTop; nRow < nBottom; ++nRow) {
-    std::size_t const nFrom = static_cast<std::size_t>((nRow - nY) * nSourceWidth + nLeft - nX) * nPixel;
-    std::size_t const nTo = static_cast<std::size_t>(nRow * m_nDeviceWidth + nLeft) * nPixel;
+  for (long long nRow = nTop; nRow < nBottom; nRow += nEdge) {
+    long long const nFromUnit = (nRow - nY) / nEdge * units(nSourceWidth) + (nLeft - nX) / nEdge;
+    long long const nToUnit = nRow / nEdge * units(m_nDeviceWidth) + nLeft / nEdge;
+    std::size_t const nFrom = static_cast<std::size_t>(nFromUnit) * nUnit;
+    std::size_t const nTo = static_cast<std::size_t>(nToUnit) * nUnit;
     std::copy_n(pSource + nFrom, nBytes, m_arrDevicePixels.data() + nTo);
   }
 }

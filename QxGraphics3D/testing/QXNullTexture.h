@@ -35,7 +35,8 @@ public:
   /// bytes of a whole file are kept as they are. A texture that is on the device stays so without an image to make it
   /// anew from.
   void LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) override;
-  /// Nothing on a texture that is not on the device, is compressed, or has other pixels than bytes.
+  /// Nothing on a texture that is not on the device or holds the bytes of a file. Of a compressed one whole blocks are
+  /// replaced: nothing happens if the rectangle begins inside one.
   void LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight, void const* pPixels,
       unsigned int nFlag) override;
   void SetTextureRepeatMode(unsigned char bRepeatMode) override;

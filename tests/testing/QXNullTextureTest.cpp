@@ -131,14 +131,44 @@ TEST_F(QXNullTextureTest, CompressedImagesAreKeptAsTheyAre) {
   m_Texture.LoadTexture(1, 0);
   EXPECT_EQ(m_Texture.GetDevicePixels().size(), 32u);
   EXPECT_EQ(m_Texture.GetDeviceCompression(), static_cast<unsigned int>(TEXTURE_COMPRESSION_BLOCK));
-  unsigned char const bytes[64] = {};
-  m_Texture.LoadSubTexture(0, 0, 1, 1, 1, 1, bytes, 0);
-  EXPECT_EQ(m_Texture.GetDevicePixels()[0], 1);
   EXPECT_EQ(m_Texture.BlitToMemory(), nullptr);
-  SetImage(5, 4, PF_B8G8R8, 16);
+  for (QX3DPixelFormat const eFormat : {PF_R8G8B8, PF_B8G8R8}) {
+    SetImage(5, 4, eFormat, 16);
+    m_Texture.m_TextureData.SetBlockLength(16);
+    m_Texture.m_TextureData.m_nCompression = TEXTURE_COMPRESSION_BLOCK;
+    m_Texture.LoadTexture(0, 0);
+    EXPECT_EQ(m_Texture.GetDevicePixels().size(), 16u);
+  }
+}
+
+TEST_F(QXNullTextureTest, PartsOfCompressedImagesAreReplacedByWholeBlocks) {
+  // Three by two blocks, the last ones cut by the edge.
+  SetImage(10, 7, PF_B8G8R8, 48);
   m_Texture.m_TextureData.m_nCompression = TEXTURE_COMPRESSION_BLOCK;
-  m_Texture.LoadTexture(0, 0);
-  EXPECT_EQ(m_Texture.GetDevicePixels().size(), 16u);
+  m_Texture.LoadTexture(1, 0);
+  Bytes expected = m_Texture.GetDevicePixels();
+  auto const replace = [&expected](
+                           int nBlock, unsigned char nValue) { std::fill_n(expected.begin() + nBlock * 8, 8, nValue); };
+  unsigned char bytes[64];
+  for (int i = 0; i < 64; ++i) bytes[i] = static_cast<unsigned char>(200 + i / 8);
+  m_Texture.LoadSubTexture(4, 0, 4, 4, 4, 4, bytes, 0);
+  replace(1, 200);
+  EXPECT_EQ(m_Texture.GetDevicePixels(), expected);
+  // Of a source of two by two blocks; what lies outside is left out.
+  m_Texture.LoadSubTexture(8, 4, 8, 8, 8, 8, bytes, 0);
+  replace(5, 200);
+  EXPECT_EQ(m_Texture.GetDevicePixels(), expected);
+  m_Texture.LoadSubTexture(-4, 0, 8, 8, 8, 8, bytes, 0);
+  replace(0, 201);
+  replace(3, 203);
+  EXPECT_EQ(m_Texture.GetDevicePixels(), expected);
+  m_Texture.LoadSubTexture(0, 4, 5, 1, 5, 1, bytes, 0);
+  replace(3, 200);
+  replace(4, 201);
+  EXPECT_EQ(m_Texture.GetDevicePixels(), expected);
+  m_Texture.LoadSubTexture(2, 0, 4, 4, 4, 4, bytes, 0);
+  m_Texture.LoadSubTexture(0, 1, 4, 4, 4, 4, bytes, 0);
+  EXPECT_EQ(m_Texture.GetDevicePixels(), expected);
 }
 
 TEST_F(QXNullTextureTest, BytesOfAFileAreKeptWhateverTheSizeOfTheImage) {
@@ -149,6 +179,9 @@ TEST_F(QXNullTextureTest, BytesOfAFileAreKeptWhateverTheSizeOfTheImage) {
   m_Texture.m_TextureData.m_nDataSize = 7;
   m_Texture.LoadTexture(1, 0);
   EXPECT_EQ(m_Texture.GetDevicePixels(), (Bytes{1, 2, 3, 4, 5, 6, 7}));
+  unsigned char const bytes[64] = {};
+  m_Texture.LoadSubTexture(0, 0, 4, 4, 4, 4, bytes, 0);
+  EXPECT_EQ(m_Texture.GetDevicePixels()[0], 1);
   QXNullTexture other(nullptr);
   other.SetTextureData(m_Texture.m_TextureData);
   other.LoadTexture(1, 0);

@@ -14,11 +14,10 @@ inline bool HasUploadBlock(QXTextureData const& data, unsigned int nWidth, unsig
   if (!data.m_pPixels) return false;
   QXUInt64 const nKnown = data.GetBlockLength();
   if (nKnown == 0 || data.m_nCompression == TEXTURE_COMPRESSION_RAW) return true;
-  unsigned int const nPixelSize = StoredPixelSize(data.m_eFormat);
   if (data.m_nCompression != TEXTURE_COMPRESSION_NONE)
-    return BlockImageSize(nWidth, nHeight, nPixelSize == 3 ? 8 : 16) <= nKnown;
+    return BlockImageSize(nWidth, nHeight, StoredBlockSize(data.m_eFormat)) <= nKnown;
   // By division: the product of three numbers from a host may leave 64 bits.
-  return nWidth == 0 || nHeight == 0 || nKnown / nPixelSize / nWidth >= nHeight;
+  return nWidth == 0 || nHeight == 0 || nKnown / StoredPixelSize(data.m_eFormat) / nWidth >= nHeight;
 }
 
 }  // namespace QXC::detail

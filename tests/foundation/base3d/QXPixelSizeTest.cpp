@@ -24,6 +24,7 @@ TEST(QXPixelSize, DiffersByWhatItIsAskedFor) {
     EXPECT_EQ(detail::AtlasPixelSize(eFormat), sizes.m_nAtlas) << sizes.m_nFormat;
     EXPECT_EQ(detail::StoredPixelSize(eFormat), sizes.m_nStored) << sizes.m_nFormat;
     EXPECT_EQ(detail::MipmapBlockSize(eFormat), sizes.m_nFormat == 11 ? 8U : 16U) << sizes.m_nFormat;
+    EXPECT_EQ(detail::StoredBlockSize(eFormat), sizes.m_nStored == 3 ? 8U : 16U) << sizes.m_nFormat;
   }
 }
 

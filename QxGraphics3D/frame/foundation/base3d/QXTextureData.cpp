@@ -15,11 +15,10 @@ namespace {
 // The least that a block of unknown length must have. The layout of a file is not told by its size in pixels.
 QXUInt64 LeastBlockLength(
     unsigned int nWidth, unsigned int nHeight, QX3DPixelFormat eFormat, unsigned int nCompression) {
-  unsigned int const nPixelSize = detail::StoredPixelSize(eFormat);
   switch (nCompression) {
-  case TEXTURE_COMPRESSION_NONE: return QXUInt64{nWidth} * nHeight * nPixelSize;
+  case TEXTURE_COMPRESSION_NONE: return QXUInt64{nWidth} * nHeight * detail::StoredPixelSize(eFormat);
   case TEXTURE_COMPRESSION_RAW: return 0;
-  default: return detail::BlockImageSize(nWidth, nHeight, nPixelSize == 3 ? 8 : 16);
+  default: return detail::BlockImageSize(nWidth, nHeight, detail::StoredBlockSize(eFormat));
   }
 }
 

@@ -1,5 +1,5 @@
 /// @file
-/// How many bytes a pixel counts for. Four answers, because four kinds of operations were built on different ones
+/// How many bytes a pixel counts for. Several answers, because operations were built on different ones
 /// and their users rely on what comes out: taking one for another changes row lengths, level offsets or tile sizes.
 #pragma once
 
@@ -38,6 +38,11 @@ constexpr unsigned int StoredPixelSize(QX3DPixelFormat eFormat) {
   case PF_B8G8R8: return 3;
   default: return 4;
   }
+}
+
+/// What a block of 4 by 4 pixels of that format really takes in memory: for copies.
+constexpr unsigned int StoredBlockSize(QX3DPixelFormat eFormat) {
+  return StoredPixelSize(eFormat) == 3 ? 8 : 16;
 }
 
 /// Bytes of an image in blocks of 4 by 4 pixels.
