@@ -137,18 +137,15 @@ void QXTextureImageManager::RemoveTextureImage(QdcUnicodeString const& strName) 
   lock.lock();
   auto const place = m_pImages->Find(strName);
   if (m_pImages->IsEnd(place)) return;
-  QXTextureImage& image = *place->second;
-  if (--image.m_nRefCount != 0) return;
+  if (--place->second->m_nRefCount != 0) return;
+  std::unique_ptr<QXTextureImage> const pImage = m_pImages->Take(place);
   // A slot that is not held is somebody else's.
-  if (image.m_bAllocated) {
-    bool const bEmpty = m_pBigTextures->Release(detail::UnpackQuadtreePlace(image.m_nLocation));
-    if (image.m_bLoaded && m_pTextureManager) {
-      detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
-      m_pTextureManager->RemoveTexture(m_pTextureManager->GetTexture(GetBigTextureName(image), 1), 1);
-    }
-    if (bEmpty) m_pBigTextures->DropPage(static_cast<int>(image.GetBigTextureIndex()));
-  }
-  m_pImages->Erase(place);
+  if (!pImage->m_bAllocated) return;
+  detail::QXQuadtreePlace const slot = detail::UnpackQuadtreePlace(pImage->m_nLocation);
+  if (m_pBigTextures->Release(slot)) m_pBigTextures->DropPage(slot.m_nIndex);
+  if (!pImage->m_bLoaded || !m_pTextureManager) return;
+  detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
+  m_pTextureManager->RemoveTexture(m_pTextureManager->GetTexture(GetBigTextureName(*pImage), 1), 1);
 }
 
 void QXTextureImageManager::AddUselessTexture(QdcArray<QXTextureImage*> arrImages) {

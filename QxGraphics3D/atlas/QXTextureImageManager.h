@@ -52,7 +52,8 @@ public:
   /// call takes a second slot, and the first stays taken.
   ///
   /// Slots of a big texture are tried from the upper left corner on, quarter by quarter (upper left, upper right, lower
-  /// left, lower right), big textures in the order of their index. A slot of 1 or 2 pixels always opens a big texture.
+  /// left, lower right), big textures in the order of their index. A slot of 1 or 2 pixels always opens a big texture,
+  /// and one of 1 pixel does not keep later slots off its place.
   /// Cost: one step a level of the tree; a new big texture costs its map of slots.
   /// @return  0, with the image as it was, for null, for an image without m_pTextureData, for a size of 0 or above 1024,
   ///          and if a big texture would be needed and 256 are in use

@@ -1,6 +1,7 @@
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
 #include <limits>
+#include <utility>
 
 #include <QxGraphics3D/atlas/detail/QXImageRecords.h>
 #include <QxGraphics3D/atlas/detail/QXTextureStoreLock.h>
@@ -80,11 +81,11 @@ bool QXTextureImageManagerEx::UploadToKept(QXTextureImageEx& image) {
   if (kept == m_mapTexturePools.end() || kept->first != strKey) return false;
   // The key is what the owner wrote into the record; a new texture is measured by the pixels themselves.
   if (!detail::HasUploadBlock(*image.m_pTextureData, image.m_nWidth, image.m_nHeight)) return false;
-  image.m_pTexture = kept->second;
-  m_mapTexturePools.erase(kept);
   int const nWidth = static_cast<int>(image.m_nWidth);
   int const nHeight = static_cast<int>(image.m_nHeight);
-  image.m_pTexture->LoadSubTexture(0, 0, nWidth, nHeight, nWidth, nHeight, image.m_pTextureData->m_pPixels, 0);
+  kept->second->LoadSubTexture(0, 0, nWidth, nHeight, nWidth, nHeight, image.m_pTextureData->m_pPixels, 0);
+  image.m_pTexture = kept->second;
+  m_mapTexturePools.erase(kept);
   return true;
 }
 
@@ -115,17 +116,15 @@ void QXTextureImageManagerEx::RemoveTextureImage(QdcUnicodeString const& strName
   lock.lock();
   auto const place = m_pImages->Find(strName);
   if (m_pImages->IsEnd(place)) return;
-  QXTextureImageEx& image = *place->second;
-  if (--image.m_nRefCount != 0) return;
-  if (image.m_bLoaded && image.m_pTexture) {
-    if (bKeepTextures) {
-      m_mapTexturePools.emplace(GetPoolKey(image), image.m_pTexture);
-    } else if (m_pTextureManager) {
-      detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
-      m_pTextureManager->RemoveTexture(image.m_pTexture, 1);
-    }
+  if (--place->second->m_nRefCount != 0) return;
+  std::unique_ptr<QXTextureImageEx> const pImage = m_pImages->Take(place);
+  if (!pImage->m_bLoaded || !pImage->m_pTexture) return;
+  if (bKeepTextures) {
+    m_mapTexturePools.emplace(GetPoolKey(*pImage), pImage->m_pTexture);
+  } else if (m_pTextureManager) {
+    detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
+    m_pTextureManager->RemoveTexture(pImage->m_pTexture, 1);
   }
-  m_pImages->Erase(place);
 }
 
 void QXTextureImageManagerEx::AddUselessTexture(QdcArray<QXTextureImageEx*> arrImages) {
@@ -142,8 +141,9 @@ void QXTextureImageManagerEx::Clear() {
     m_pImages->Clear([this](QXTextureImageEx const& image) {
       if (image.m_pTexture) m_pTextureManager->RemoveTexture(image.m_pTexture, 1);
     });
-    for (auto const& [strKey, pTexture] : m_mapTexturePools) m_pTextureManager->RemoveTexture(pTexture, 1);
-    m_mapTexturePools.clear();
+    // Taken out first: a texture may call back while it dies.
+    auto const mapTexturePools = std::exchange(m_mapTexturePools, {});
+    for (auto const& [strKey, pTexture] : mapTexturePools) m_pTextureManager->RemoveTexture(pTexture, 1);
   }
   m_pImages->ForgetUseless();
 }

@@ -2,7 +2,6 @@
 /// The records of an image atlas.
 #pragma once
 
-#include <cstddef>
 #include <map>
 #include <memory>
 #include <set>
@@ -42,7 +41,7 @@ public:
       // Also one that its owner took back from the uploaded ones and asks for again.
       if (!place->second->m_bLoaded) m_setWaiting.insert(place);
     } catch (...) {
-      if (bNew) Erase(place);
+      if (bNew) Take(place);
       throw;
     }
     return *place->second;
@@ -51,22 +50,22 @@ public:
   /// The place of the record of that name; IsEnd of it if there is none.
   Place Find(QdcUnicodeString const& strName) { return m_mapImages.find(strName); }
   bool IsEnd(Place place) const { return place == m_mapImages.end(); }
-  std::size_t GetCount() const { return m_mapImages.size(); }
 
-  void Erase(Place place) {
+  /// Hands a record to the caller. Before anything that it holds is given back: a texture that calls back while it dies
+  /// must not find the record any more.
+  std::unique_ptr<Image> Take(Place place) {
+    std::unique_ptr<Image> pImage = std::move(place->second);
     m_setWaiting.erase(place);
-    m_mapLive.erase(place->second.get());
+    m_mapLive.erase(pImage.get());
     m_mapImages.erase(place);
+    return pImage;
   }
 
   /// Deletes every record, in the order of the names, after release has seen it. What was listed as useless stays
   /// listed, and is no record any more.
   template <class Release>
   void Clear(Release release) {
-    while (!m_mapImages.empty()) {
-      release(*m_mapImages.begin()->second);
-      Erase(m_mapImages.begin());
-    }
+    while (!m_mapImages.empty()) release(*Take(m_mapImages.begin()));
   }
 
   /// Calls upload for each waiting record, in the order of the names; those for which it returns true wait no more.
