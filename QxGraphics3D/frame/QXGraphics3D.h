@@ -449,15 +449,19 @@ public:
   /// Draws a target's picture onto the screen. Base: nothing.
   virtual void RenderToScreen(QXRenderTarget* pTarget);
 
-  /// The texture that a texture target draws into, null for a window. The target keeps it.
+  /// The texture that a texture target draws into, null for a window. The target keeps it, and the texture manager's
+  /// GetTexture finds it under the target's name.
   virtual QXTexture* GetRenderTargetTexture(QXRenderTarget* pTarget) const = 0;
 
   /// Draws the scene of a texture target with a parallel view of the half extents given. Base: nothing.
   virtual void RenderToTexture(double dHalfWidth, double dHalfHeight, QXRenderTarget* pTarget);
 
   /// Redraws the patch rcPatch (fractions of the target, 0..1, from its lower left corner) of a texture target with a
-  /// parallel view from above, centred at (dHalfWidth, dHalfHeight) and dWidth x dHeight units wide. The rest of the
-  /// target stays. Called by the render texture manager for every big texture that is marked.
+  /// parallel view from above, x to the right and y up, centred at (dHalfWidth, dHalfHeight) and dWidth x dHeight units
+  /// wide, on a transparent background. The rest of the target stays. Where the target's scene has a node of the target's
+  /// name, what hangs under it is drawn and nothing else. Called by the render texture manager for every big texture that
+  /// is marked: with (1024, 1024, 2048, 2048), so that the page's pixel (x, y), counted from the upper left corner, shows
+  /// the world at (x, 2048 - y).
   virtual void RenderPatchToTexture(double dHalfWidth, double dHalfHeight, double dWidth, double dHeight,
       QXRenderTarget* pTarget, QdcRect2D const& rcPatch) = 0;
   /// Opens a selection pass of a target: until EndSelection objects are drawn as their selection identifiers
@@ -539,7 +543,9 @@ public:
   virtual void PopMatrix();
   /// Multiplies the world matrix. Base: nothing.
   virtual void MultiMatrix(QXMatrix4d const& matrix);
-  /// Makes a node under strParentName (empty: the root) of a scene. Base: 1, nothing done.
+  /// Makes a node under strParentName (empty: the root) of a scene. The empty scene name, here and in the other node
+  /// operations, is a scene of the renderer's own that no camera shows, for what is drawn into textures. Base: 1, nothing
+  /// done.
   virtual unsigned char CreateSceneNode(
       QdcUnicodeString const& strSceneName, QdcUnicodeString const& strParentName, QdcUnicodeString const& strNodeName);
   /// Makes a node under the root of the 3D scene and gives the name found for it. Base: the empty string.
@@ -682,9 +688,10 @@ public:
   /// Makes a target that draws into nCount textures at once. Not attached; the caller owns it.
   virtual QXRenderTarget* CreateMultiRenderTarget(
       QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, unsigned int nCount) = 0;
-  /// Makes a target that draws the named scene (empty: one that nodes are put into later) into a texture of
-  /// nWidth x nHeight pixels with nMipmaps further levels; nColourDepth in bits a pixel. Called by the render
-  /// texture manager. Not attached; the caller owns it. Null on failure.
+  /// Makes a target that draws the named scene into a texture of nWidth x nHeight pixels with nMipmaps further levels;
+  /// nColourDepth in bits a pixel. Without a scene RenderPatchToTexture draws what hangs under the node of its name in
+  /// the scene of the empty name, and a camera draws the 3D scene. Called by the render texture manager. Not attached;
+  /// the caller owns it. Null on failure.
   virtual QXRenderTarget* CreateRenderTexture(QdcUnicodeString const& strName, QX3DPixelFormat eFormat,
       unsigned int nWidth, unsigned int nHeight, int nMipmaps, unsigned int nColourDepth,
       QdcUnicodeString const& strSceneName) = 0;

@@ -43,6 +43,7 @@ QXNullGraphics3D::~QXNullGraphics3D() {
   // destructor clears what it still finds set, and these members are gone by then.
   m_mapCameras.clear();
   m_mapScenes.clear();
+  m_pTextureScene.reset();
   m_pTextureManager = nullptr;
   m_pRenderOperationManager = nullptr;
 }
@@ -53,6 +54,7 @@ unsigned char QXNullGraphics3D::Initialize(QdcUnicodeString const& strResourcePa
     return Fail(L"the renderer is initialised already");
   }
   m_bInitialized = 1;
+  m_pTextureScene = std::make_unique<QXNullScene>(QdcUnicodeString());
   m_mapScenes.emplace(MainSceneName, std::make_unique<QXNullScene>(MainSceneName));
   m_Capabilities.SetDeviceName(m_strName);
   m_Capabilities.SetNumTextureUnits(8);
@@ -110,6 +112,10 @@ unsigned char QXNullGraphics3D::HasScene(QdcUnicodeString const& strName) const 
 QXNullScene* QXNullGraphics3D::FindScene(QdcUnicodeString const& strName) const {
   auto const scene = m_mapScenes.find(strName);
   return scene == m_mapScenes.end() ? nullptr : scene->second.get();
+}
+
+QXNullScene* QXNullGraphics3D::FindNodeScene(QdcUnicodeString const& strName) const {
+  return strName.IsEmpty() ? m_pTextureScene.get() : FindScene(strName);
 }
 
 QdcUnicodeString QXNullGraphics3D::GetSceneName(int nSceneManagerType) const {
@@ -225,6 +231,9 @@ QXRenderTarget* QXNullGraphics3D::MakeTarget(QdcUnicodeString const& strName, un
   pTarget->SetGraphics3D(this);
   pTarget->m_pRenderer = this;
   m_arrTargets.push_back(pTarget.get());
+  if (bTexture) {
+    m_TextureManager.AddPicture(strName, pTarget->GetTexture());
+  }
   return pTarget.release();
 }
 
@@ -277,6 +286,9 @@ QXRenderTarget* QXNullGraphics3D::CreateMultiRenderTarget(
 
 void QXNullGraphics3D::Forget(QXNullRenderTarget* pTarget) {
   std::erase(m_arrTargets, pTarget);
+  if (pTarget->IsTextureTarget()) {
+    m_TextureManager.RemovePicture(pTarget->GetName());
+  }
 }
 
 void QXNullGraphics3D::AttachRenderTarget(QXRenderTarget* pTarget) {

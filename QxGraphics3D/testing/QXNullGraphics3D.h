@@ -53,6 +53,8 @@ public:
   void SetRelativeOrigin(QXVector3d const& vecOrigin) override;
   /// Null if there is none.
   QXNullScene* FindScene(QdcUnicodeString const& strName) const;
+  /// Where nodes of a scene name stand: the empty one is that of what is drawn into textures. Null if there is none.
+  QXNullScene* FindNodeScene(QdcUnicodeString const& strName) const;
 
   // Cameras.
   QXCamera* CreateCamera(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) override;
@@ -161,6 +163,8 @@ private:
   unsigned char m_bInitialized = 0;
   int m_nNodesMade = 0;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullScene>> m_mapScenes;
+  /// Null before Initialize.
+  std::unique_ptr<QXNullScene> m_pTextureScene;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullCamera>> m_mapCameras;
   /// Not owned; in the order in which they were made.
   std::vector<QXNullRenderTarget*> m_arrTargets;

@@ -17,7 +17,7 @@ namespace QXC {
 unsigned char QXNullGraphics3D::CreateSceneNode(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strParentName, QdcUnicodeString const& strNodeName) {
   Record("CreateSceneNode", strSceneName, strParentName, strNodeName);
-  QXNullScene* const pScene = FindScene(strSceneName);
+  QXNullScene* const pScene = FindNodeScene(strSceneName);
   if (pScene == nullptr || !pScene->CreateNode(strParentName, strNodeName)) {
     return Fail(QdcUnicodeString(L"node '") + strNodeName + L"': unknown scene or parent, or a name empty or taken");
   }
@@ -41,7 +41,7 @@ QdcUnicodeString QXNullGraphics3D::CreateSceneNode() {
 unsigned char QXNullGraphics3D::DestroySceneNode(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName) {
   Record("DestroySceneNode", strSceneName, strNodeName);
-  QXNullScene* const pScene = FindScene(strSceneName);
+  QXNullScene* const pScene = FindNodeScene(strSceneName);
   return static_cast<unsigned char>(pScene != nullptr && pScene->DestroyNode(strNodeName));
 }
 
@@ -52,7 +52,7 @@ void QXNullGraphics3D::DestroySceneNode(QdcUnicodeString strNodeName) {
 void QXNullGraphics3D::SetSceneNodePosition(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXVector3d const& vecPosition) {
   Record("SetSceneNodePosition", strSceneName, strNodeName, vecPosition);
-  QXNullScene* const pScene = FindScene(strSceneName);
+  QXNullScene* const pScene = FindNodeScene(strSceneName);
   if (QXNullSceneNode* const pNode = pScene == nullptr ? nullptr : pScene->FindNode(strNodeName)) {
     pNode->m_vecPosition = vecPosition;
   }
@@ -61,7 +61,7 @@ void QXNullGraphics3D::SetSceneNodePosition(
 void QXNullGraphics3D::SetSceneNodeOrientation(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXQuaternion4d const& orientation) {
   Record("SetSceneNodeOrientation", strSceneName, strNodeName, orientation);
-  QXNullScene* const pScene = FindScene(strSceneName);
+  QXNullScene* const pScene = FindNodeScene(strSceneName);
   if (QXNullSceneNode* const pNode = pScene == nullptr ? nullptr : pScene->FindNode(strNodeName)) {
     pNode->m_qOrientation = orientation;
   }
@@ -70,7 +70,7 @@ void QXNullGraphics3D::SetSceneNodeOrientation(
 void QXNullGraphics3D::SetSceneNodeScale(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXVector3d const& vecScale) {
   Record("SetSceneNodeScale", strSceneName, strNodeName, vecScale);
-  QXNullScene* const pScene = FindScene(strSceneName);
+  QXNullScene* const pScene = FindNodeScene(strSceneName);
   if (QXNullSceneNode* const pNode = pScene == nullptr ? nullptr : pScene->FindNode(strNodeName)) {
     pNode->m_vecScale = vecScale;
   }
@@ -79,7 +79,7 @@ void QXNullGraphics3D::SetSceneNodeScale(
 void QXNullGraphics3D::SetSceneNodeVisible(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName,
     unsigned char bVisible, unsigned char bCascade) {
   Record("SetSceneNodeVisible", strSceneName, strNodeName, bVisible, bCascade);
-  if (QXNullScene* const pScene = FindScene(strSceneName)) {
+  if (QXNullScene* const pScene = FindNodeScene(strSceneName)) {
     pScene->SetNodeVisible(strNodeName, bVisible, bCascade);
   }
 }
@@ -101,7 +101,7 @@ unsigned char QXNullGraphics3D::AttachToSceneNode(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXRenderOperation3D* pRenderOperation) {
   QXNullRenderOperation3D* const pDrawable = m_Manager.Find(pRenderOperation);
   Record("AttachToSceneNode", strSceneName, strNodeName, pDrawable == nullptr ? "unknown" : pDrawable->GetLabel());
-  QXNullScene* const pScene = FindScene(strSceneName);
+  QXNullScene* const pScene = FindNodeScene(strSceneName);
   if (pDrawable == nullptr || pScene == nullptr || pScene->FindNode(strNodeName) == nullptr) {
     return Fail(QdcUnicodeString(L"node '") + strNodeName + L"': unknown drawable, scene or node");
   }
@@ -116,14 +116,14 @@ void QXNullGraphics3D::DetachFromSceneNode(
     QdcUnicodeString const& strSceneName, QXRenderOperation3D* pRenderOperation) {
   QXNullRenderOperation3D* const pDrawable = m_Manager.Find(pRenderOperation);
   Record("DetachFromSceneNode", strSceneName, pDrawable == nullptr ? "unknown" : pDrawable->GetLabel());
-  if (pDrawable != nullptr && pDrawable->m_pScene != nullptr && pDrawable->m_pScene == FindScene(strSceneName)) {
+  if (pDrawable != nullptr && pDrawable->m_pScene != nullptr && pDrawable->m_pScene == FindNodeScene(strSceneName)) {
     pDrawable->m_strNode = QdcUnicodeString();
   }
 }
 
 void QXNullGraphics3D::GetSceneNodeBoundingBox(
     QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXBoundingBox& box) const {
-  QXNullScene const* const pScene = FindScene(strSceneName);
+  QXNullScene const* const pScene = FindNodeScene(strSceneName);
   box = pScene == nullptr ? QXBoundingBox() : pScene->GetNodeBounds(strNodeName);
 }
 

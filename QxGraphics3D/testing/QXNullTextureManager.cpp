@@ -15,6 +15,8 @@ QXNullTextureManager::~QXNullTextureManager() = default;
 QXTexture* QXNullTextureManager::GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) {
   QXMutexLock lock(m_Mutex);
   lock.lock();
+  auto const picture = m_mapPictures.find(strName);
+  if (picture != m_mapPictures.end()) return picture->second;
   QXTextureCacheEntry* const pEntry = FindCacheEntry(strName);
   if (pEntry && pEntry->GetTexture()) {
     pEntry->SetLastAccess(static_cast<double>(std::clock()));
@@ -38,7 +40,19 @@ unsigned char QXNullTextureManager::ManagerOperation2(QdcUnicodeString const& st
   QXMutexLock lock(m_Mutex);
   lock.lock();
   QXTextureCacheEntry* const pEntry = FindCacheEntry(strName);
-  return pEntry && pEntry->GetTexture() ? 1 : 0;
+  return m_mapPictures.contains(strName) || (pEntry && pEntry->GetTexture()) ? 1 : 0;
+}
+
+void QXNullTextureManager::AddPicture(QdcUnicodeString const& strTarget, QXTexture* pPicture) {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  m_mapPictures[strTarget] = pPicture;
+}
+
+void QXNullTextureManager::RemovePicture(QdcUnicodeString const& strTarget) {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  m_mapPictures.erase(strTarget);
 }
 
 void QXNullTextureManager::DeleteUnusedTextures() {

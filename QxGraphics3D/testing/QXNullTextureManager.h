@@ -6,6 +6,7 @@
 #include <QxGraphics3D/testing/QXNullTexture.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
 
+#include <map>
 #include <memory>
 
 namespace QXC {
@@ -26,7 +27,14 @@ public:
   /// Of the textures in the cache.
   void DeleteTexture(unsigned int nBindID) override;
 
+  /// The picture of a texture target, found under the target's name and the target's own. Called by the renderer.
+  void AddPicture(QdcUnicodeString const& strTarget, QXTexture* pPicture);
+  void RemovePicture(QdcUnicodeString const& strTarget);
+
   unsigned int GetTextureCount() const { return static_cast<unsigned int>(m_mapCache.size()); }
+
+private:
+  std::map<QdcUnicodeString, QXTexture*> m_mapPictures;
 };
 
 }  // namespace QXC

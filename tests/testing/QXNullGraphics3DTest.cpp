@@ -461,6 +461,39 @@ TEST_F(QXNullGraphics3DTest, NodesHideWhatHangsUnderThem) {
   EXPECT_TRUE(IsSeen()) << "under the root again";
 }
 
+TEST_F(QXNullGraphics3DTest, NodesOfTheEmptySceneNameStandInASceneOfTheirOwn) {
+  DrawablePtr const pSquare = MakeSquareAt(1.0, 0.0, 0.0);
+  EXPECT_EQ(m_Graphics.CreateSceneNode(L"", L"", L"page"), 1);
+  EXPECT_EQ(m_Graphics.CreateSceneNode(L"Scene3D", L"", L"page"), 1) << "another one";
+  EXPECT_EQ(m_Graphics.AttachToSceneNode(L"", L"page", pSquare.get()), 1);
+  m_Graphics.SetSceneNodePosition(L"", L"page", QXVector3d(7.0, 0.0, 0.0));
+  QXBoundingBox box;
+  m_Graphics.GetSceneNodeBoundingBox(L"", L"page", box);
+  EXPECT_EQ(box.GetMin(), pSquare->GetWorldBoundingBox().GetMin());
+  EXPECT_EQ(box.GetMax().x, 9.0);
+  EXPECT_FALSE(box.IsNULL());
+  m_Graphics.GetSceneNodeBoundingBox(L"Scene3D", L"page", box);
+  EXPECT_TRUE(box.IsNULL());
+  EXPECT_EQ(m_Graphics.HasRenderableObjects(L"Scene3D"), 0);
+  EXPECT_EQ(m_Graphics.HasScene(L""), 0) << "no camera can name it";
+  m_Graphics.DetachFromSceneNode(L"", pSquare.get());
+  m_Graphics.GetSceneNodeBoundingBox(L"", L"page", box);
+  EXPECT_TRUE(box.IsNULL());
+  EXPECT_EQ(m_Graphics.DestroySceneNode(L"", L"page"), 1);
+  EXPECT_EQ(m_Graphics.DestroySceneNode(L"", L"page"), 0);
+}
+
+TEST_F(QXNullGraphics3DTest, PicturesOfTextureTargetsAreFoundByTheTargetsName) {
+  QXTextureManager& textures = *m_Graphics.GetTextureManager();
+  EXPECT_EQ(textures.GetTexture(L"page", 0), nullptr);
+  std::unique_ptr<QXRenderTarget> pTarget(m_Graphics.CreateRenderTexture(L"page", PF_A8R8G8B8, 8, 8, 0, 32, L""));
+  EXPECT_EQ(textures.GetTexture(L"page", 1), m_Graphics.GetRenderTargetTexture(pTarget.get()));
+  EXPECT_EQ(textures.ManagerOperation2(L"page"), 1);
+  pTarget.reset();
+  EXPECT_EQ(textures.GetTexture(L"page", 0), nullptr);
+  EXPECT_EQ(textures.ManagerOperation2(L"page"), 0);
+}
+
 TEST_F(QXNullGraphics3DTest, NodesWithoutANameGetOne) {
   m_Graphics.CreateSceneNode(L"Scene3D", L"", L"Node1");
   QdcUnicodeString const strName = m_Graphics.CreateSceneNode();
