@@ -24,11 +24,12 @@ constexpr unsigned int TEXTURE_MAX_LEVEL = 0x813D;
 constexpr unsigned int TEXTURE_SWIZZLE_A = 0x8E45;
 constexpr int SWIZZLE_ONE = 1;
 
-/// The few functions of OpenGL 1.1 that are needed, out of the library that OGRE draws with.
+/// The few functions of OpenGL that are needed, out of the library that OGRE draws with.
 struct OpenGL {
   void (*m_pfnBindTexture)(unsigned int, unsigned int);
   void (*m_pfnGetInteger)(unsigned int, int*);
   void (*m_pfnTexParameter)(unsigned int, unsigned int, int);
+  void (*m_pfnGenerateMipmap)(unsigned int);
 };
 
 template <class Function>
@@ -46,19 +47,30 @@ OpenGL const& GetOpenGL() {
     Find(pLibrary, "glBindTexture", functions.m_pfnBindTexture);
     Find(pLibrary, "glGetIntegerv", functions.m_pfnGetInteger);
     Find(pLibrary, "glTexParameteri", functions.m_pfnTexParameter);
+    Find(pLibrary, "glGenerateMipmap", functions.m_pfnGenerateMipmap);
     return functions;
   }();
   return s_OpenGL;
 }
 
-/// Sets a parameter of a plain texture. OGRE remembers what is bound, so that is bound again afterwards.
-void SetParameter(unsigned int nID, unsigned int eParameter, int nValue) {
+/// Works on a plain texture. OGRE remembers what is bound, so that is bound again afterwards.
+template <class Work>
+void WithTexture(unsigned int nID, Work&& work) {
   OpenGL const& gl = GetOpenGL();
   int nFormer = 0;
   gl.m_pfnGetInteger(TEXTURE_BINDING_2D, &nFormer);
   gl.m_pfnBindTexture(TEXTURE_2D, nID);
-  gl.m_pfnTexParameter(TEXTURE_2D, eParameter, nValue);
+  work(gl);
   gl.m_pfnBindTexture(TEXTURE_2D, static_cast<unsigned int>(nFormer));
+}
+
+void SetParameter(unsigned int nID, unsigned int eParameter, int nValue) {
+  WithTexture(nID, [&](OpenGL const& gl) { gl.m_pfnTexParameter(TEXTURE_2D, eParameter, nValue); });
+}
+
+/// Makes all levels anew from the first one.
+void GenerateLevels(unsigned int nID) {
+  WithTexture(nID, [](OpenGL const& gl) { gl.m_pfnGenerateMipmap(TEXTURE_2D); });
 }
 
 Ogre::PixelBox MakeBox(unsigned int nWidth, unsigned int nHeight, Ogre::PixelFormat eFormat, void const* pPixels) {
@@ -77,7 +89,7 @@ void CheckSize(QXOgreDevice const& device, unsigned int nWidth, unsigned int nHe
 QXOgreImage::QXOgreImage(QXOgreDevice& device, QXOgrePixels const& pixels, bool bGenerateLevels)
     : m_Device(device), m_eFormat(pixels.m_eFormat), m_nByteCount(0), m_nWidth(pixels.m_arrLevels.front().m_nWidth),
       m_nHeight(pixels.m_arrLevels.front().m_nHeight), m_nLevelCount(0), m_nID(0), m_bStack(false),
-      m_bTransparent(pixels.m_bTransparent), m_bForeign(false) {
+      m_bTransparent(pixels.m_bTransparent), m_bForeign(false), m_bGenerated(false) {
   auto const nLevels = static_cast<unsigned int>(pixels.m_arrLevels.size());
   Create(1, nLevels, bGenerateLevels && nLevels == 1 && !Ogre::PixelUtil::isCompressed(m_eFormat));
   for (unsigned int i = 0; i < nLevels; ++i) Fill(0, i, pixels.m_arrLevels[i]);
@@ -87,7 +99,7 @@ QXOgreImage::QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& 
     : m_Device(device), m_eFormat(arrLayers.front().m_eFormat), m_nByteCount(0),
       m_nWidth(arrLayers.front().m_arrLevels.front().m_nWidth),
       m_nHeight(arrLayers.front().m_arrLevels.front().m_nHeight), m_nLevelCount(0), m_nID(0), m_bStack(true),
-      m_bTransparent(false), m_bForeign(false) {
+      m_bTransparent(false), m_bForeign(false), m_bGenerated(false) {
   for (QXOgrePixels const& layer : arrLayers) {
     QXOgreLevel const& level = layer.m_arrLevels.front();
     if (level.m_nWidth != m_nWidth || level.m_nHeight != m_nHeight || layer.m_eFormat != m_eFormat)
@@ -102,8 +114,8 @@ QXOgreImage::QXOgreImage(QXOgreDevice& device, std::vector<QXOgrePixels> const& 
 QXOgreImage::QXOgreImage(QXOgreDevice& device, Ogre::TexturePtr const& pForeign)
     : m_Device(device), m_pTexture(pForeign), m_eFormat(m_pTexture->getFormat()), m_nByteCount(0),
       m_nWidth(m_pTexture->getWidth()), m_nHeight(m_pTexture->getHeight()),
-      m_nLevelCount(m_pTexture->getNumMipmaps() + 1), m_nID(0), m_bStack(false), m_bTransparent(true),
-      m_bForeign(true) {
+      m_nLevelCount(m_pTexture->getNumMipmaps() + 1), m_nID(0), m_bStack(false), m_bTransparent(true), m_bForeign(true),
+      m_bGenerated(true) {
   m_pTexture->getCustomAttribute("GLID", &m_nID);
 }
 
@@ -124,6 +136,7 @@ void QXOgreImage::Create(unsigned int nLayers, unsigned int nLevels, bool bGener
       manager.createManual(QXOgreDevice::MakeName("texture"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME,
           eType, m_nWidth, m_nHeight, nLayers, nMipmaps, m_eFormat, nUsage);
   m_nLevelCount = m_pTexture->getNumMipmaps() + 1;
+  m_bGenerated = bGenerateLevels;
   m_pTexture->getCustomAttribute("GLID", &m_nID);
   for (unsigned int i = 0; i < m_nLevelCount; ++i)
     m_nByteCount += nLayers * Ogre::PixelUtil::getMemorySize(std::max(m_nWidth >> i, 1U), std::max(m_nHeight >> i, 1U),
@@ -138,10 +151,23 @@ void QXOgreImage::Fill(unsigned int nLayer, unsigned int nLevel, QXOgreLevel con
       Ogre::Box(0, 0, nLayer, level.m_nWidth, level.m_nHeight, nLayer + 1));
 }
 
-void QXOgreImage::Write(
-    unsigned int nX, unsigned int nY, unsigned int nWidth, unsigned int nHeight, void const* pPixels) {
+void QXOgreImage::Write(QXOgrePart const& part, void const* pCells) {
+  auto const nLeft = static_cast<unsigned int>(part.m_nLeft * part.m_nCellEdge);
+  auto const nTop = static_cast<unsigned int>(part.m_nTop * part.m_nCellEdge);
+  // The last blocks of an image may reach beyond it.
+  unsigned int const nRight =
+      std::min(static_cast<unsigned int>((part.m_nLeft + part.m_nColumns) * part.m_nCellEdge), m_nWidth);
+  unsigned int const nBottom =
+      std::min(static_cast<unsigned int>((part.m_nTop + part.m_nRows) * part.m_nCellEdge), m_nHeight);
   m_pTexture->getBuffer()->blitFromMemory(
-      MakeBox(nWidth, nHeight, m_eFormat, pPixels), Ogre::Box(nX, nY, nX + nWidth, nY + nHeight));
+      MakeBox(nRight - nLeft, nBottom - nTop, m_eFormat, pCells), Ogre::Box(nLeft, nTop, nRight, nBottom));
+  if (m_nLevelCount == 1 || m_bGenerated) return;
+  if (Ogre::PixelUtil::isCompressed(m_eFormat)) {
+    m_nLevelCount = 1;
+    SetLevels(0, 0);
+  } else {
+    GenerateLevels(m_nID);
+  }
 }
 
 void QXOgreImage::Read(unsigned char* pPixels) const {

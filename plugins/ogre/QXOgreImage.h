@@ -26,6 +26,19 @@ struct QXOgrePixels {
   bool m_bTransparent = false;           ///< some pixel lets through what is behind it
 };
 
+/// A part of an image in its cells: pixels, or blocks of 4 x 4 pixels.
+struct QXOgrePart {
+  std::size_t m_nCellEdge = 1;
+  std::size_t m_nCellBytes = 0;
+  std::size_t m_nLeft = 0;
+  std::size_t m_nTop = 0;
+  std::size_t m_nColumns = 0;
+  std::size_t m_nRows = 0;
+  /// Where it begins in the memory that it is taken from, and from there from row to row, bytes.
+  std::size_t m_nFirst = 0;
+  std::size_t m_nStep = 0;
+};
+
 /// One image with its mip levels on the device, or a stack of layers of one size. Its bytes count in QXTextureMemory
 /// from its making until the device has let it go. Rendering thread; destroyed by another thread it goes with the next
 /// frame.
@@ -43,9 +56,10 @@ public:
   QXOgreImage(QXOgreImage const&) = delete;
   QXOgreImage& operator=(QXOgreImage const&) = delete;
 
-  /// Replaces a rectangle of the first level, which lies inside; generated levels follow. Throws what OGRE throws.
-  /// @param pPixels  tight rows in the format of the image
-  void Write(unsigned int nX, unsigned int nY, unsigned int nWidth, unsigned int nHeight, void const* pPixels);
+  /// Replaces a part of the first level, which lies inside. The levels are made anew from it; of an image of blocks, which
+  /// cannot be made, only the first level is drawn from then on. Throws what OGRE throws.
+  /// @param pCells  tight rows of cells in the format of the image
+  void Write(QXOgrePart const& part, void const* pCells);
   /// Reads the first level as tight rows of blue, green, red, alpha. Throws what OGRE throws.
   void Read(unsigned char* pPixels) const;
   /// First and last level that are drawn; what does not exist gives way to the nearest level that does.
@@ -79,6 +93,8 @@ private:
   bool m_bStack;
   bool m_bTransparent;
   bool m_bForeign;
+  /// OGRE has made the levels and makes them anew.
+  bool m_bGenerated;
 };
 
 }  // namespace QXC

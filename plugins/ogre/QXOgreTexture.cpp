@@ -99,59 +99,48 @@ void QXOgreTexture::LoadTextureArray(unsigned char bReleaseImage) {
 
 void QXOgreTexture::LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight,
     void const* pPixels, unsigned int nFlag) {
-  QXOgreImage* const pImage = m_pImage.get();
-  if (!GetManager() || !pImage || pImage->IsStack() || !pPixels) return;
-  std::size_t const nBytes = Ogre::PixelUtil::getNumElemBytes(pImage->GetFormat());
-  if (nBytes == 0 || nSourceWidth < 1 || nSourceHeight < 1) return;
-  // In 64 bits: a rectangle may begin and end anywhere.
-  std::int64_t const nLeft = std::max(nX, 0);
-  std::int64_t const nTop = std::max(nY, 0);
-  std::int64_t const nRight =
-      std::min<std::int64_t>(std::int64_t{nX} + std::min(nWidth, nSourceWidth), pImage->GetWidth());
-  std::int64_t const nBottom =
-      std::min<std::int64_t>(std::int64_t{nY} + std::min(nHeight, nSourceHeight), pImage->GetHeight());
-  if (nLeft >= nRight || nTop >= nBottom) return;
-  auto const nRow = static_cast<std::size_t>(nRight - nLeft) * nBytes;
-  auto const nRows = static_cast<std::size_t>(nBottom - nTop);
-  auto const* const pFirst = static_cast<unsigned char const*>(pPixels) +
-                             (static_cast<std::size_t>(nTop - nY) * static_cast<std::size_t>(nSourceWidth) +
-                                 static_cast<std::size_t>(nLeft - nX)) *
-                                 nBytes;
-  std::size_t const nStep = static_cast<std::size_t>(nSourceWidth) * nBytes;
-  std::vector<unsigned char> arrPart;
-  unsigned char const* pPart = pFirst;
-  if (nRow != nStep) {
-    arrPart.resize(nRow * nRows);
-    for (std::size_t i = 0; i < nRows; ++i) std::memcpy(arrPart.data() + i * nRow, pFirst + i * nStep, nRow);
-    pPart = arrPart.data();
-  }
+  if (!GetManager()) return;
+  // What is newer in memory would undo the part with the next frame.
+  if (!GetImage() || m_bNeedLoadTexture) LoadTexture(1, 0);
+  if (!GetImage()) return;
   GetManager()->Try([&](QXOgreDevice&) {
-    pImage->Write(static_cast<unsigned int>(nLeft), static_cast<unsigned int>(nTop),
-        static_cast<unsigned int>(nRight - nLeft), static_cast<unsigned int>(nRows), pPart);
+    if (!pPixels) throw std::runtime_error("a part of a texture needs pixels");
+    if (!m_pImage || m_pImage->IsStack()) throw std::runtime_error("animations and stacks of layers take no parts");
+    QXOgrePart const part =
+        CutPart(*m_pImage, {nX, nY, std::min(nWidth, nSourceWidth), std::min(nHeight, nSourceHeight)}, nSourceWidth);
+    if (part.m_nColumns == 0 || part.m_nRows == 0) return;
+    std::vector<unsigned char> arrTight;
+    auto const* const pFirst = static_cast<unsigned char const*>(pPixels) + part.m_nFirst;
+    unsigned char const* pPart = pFirst;
+    std::size_t const nRow = part.m_nColumns * part.m_nCellBytes;
+    if (nRow != part.m_nStep && part.m_nRows > 1) {
+      arrTight.resize(nRow * part.m_nRows);
+      for (std::size_t i = 0; i < part.m_nRows; ++i)
+        std::memcpy(arrTight.data() + i * nRow, pFirst + i * part.m_nStep, nRow);
+      pPart = arrTight.data();
+    }
+    m_pImage->Write(part, pPart);
+    // Nobody looks through all pixels for each tile: what was opaque may have a hole now.
+    if (Ogre::PixelUtil::hasAlpha(m_pImage->GetFormat())) m_pImage->SetTransparent();
+    if (nFlag != 0) CopyIntoBlock(part, pPart);
   });
-  // Nobody looks through all pixels for each tile: what was opaque may have a hole now.
-  if (Ogre::PixelUtil::hasAlpha(pImage->GetFormat())) pImage->SetTransparent();
-  if (nFlag != 0)
-    CopyIntoBlock(static_cast<int>(nLeft), static_cast<int>(nTop), static_cast<int>(nRight - nLeft),
-        static_cast<int>(nRows), static_cast<int>(nRow / nBytes), pPart);
 }
 
-void QXOgreTexture::CopyIntoBlock(
-    int nX, int nY, int nWidth, int nHeight, int nSourceWidth, unsigned char const* pPixels) {
-  std::size_t const nBytes = QXPixelFormatLayout::Of(m_TextureData.m_eFormat).m_nPixelBytes;
-  std::uint64_t const nKnown = m_TextureData.GetBlockLength();
-  std::uint64_t const nNeeded = std::uint64_t{m_TextureData.m_nWidth} * m_TextureData.m_nHeight * nBytes;
-  bool const bFits = m_TextureData.m_pPixels && m_TextureData.m_nCompression == TEXTURE_COMPRESSION_NONE &&
-                     (nKnown == 0 || nKnown >= nNeeded) && m_TextureData.m_nWidth == m_pImage->GetWidth() &&
-                     m_TextureData.m_nHeight == m_pImage->GetHeight() &&
-                     nBytes == Ogre::PixelUtil::getNumElemBytes(m_pImage->GetFormat());
-  if (!bFits) return;
-  for (int i = 0; i < nHeight; ++i) {
-    std::size_t const nAt = (static_cast<std::size_t>(nY + i) * m_TextureData.m_nWidth + static_cast<std::size_t>(nX));
-    std::memcpy(m_TextureData.m_pPixels + nAt * nBytes,
-        pPixels + static_cast<std::size_t>(i) * static_cast<std::size_t>(nSourceWidth) * nBytes,
-        static_cast<std::size_t>(nWidth) * nBytes);
-  }
+void QXOgreTexture::CopyIntoBlock(QXOgrePart const& part, unsigned char const* pCells) {
+  QXTextureData const& data = m_TextureData;
+  bool const bBlocks = part.m_nCellEdge > 1;
+  std::size_t const nColumns = (data.m_nWidth + part.m_nCellEdge - 1) / part.m_nCellEdge;
+  std::size_t const nRows = (data.m_nHeight + part.m_nCellEdge - 1) / part.m_nCellEdge;
+  std::uint64_t const nKnown = data.GetBlockLength();
+  bool const bSame = data.m_nWidth == m_pImage->GetWidth() && data.m_nHeight == m_pImage->GetHeight();
+  bool const bPacked = bBlocks ? data.m_nCompression == TEXTURE_COMPRESSION_BLOCK || m_bKtx2Flag != 0
+                               : data.m_nCompression == TEXTURE_COMPRESSION_NONE &&
+                                     QXPixelFormatLayout::Of(data.m_eFormat).m_nPixelBytes == part.m_nCellBytes;
+  bool const bFits = nKnown == 0 || nKnown >= std::uint64_t{nColumns} * nRows * part.m_nCellBytes;
+  if (!data.m_pPixels || !bSame || !bPacked || !bFits) return;
+  for (std::size_t i = 0; i < part.m_nRows; ++i)
+    std::memcpy(data.m_pPixels + ((part.m_nTop + i) * nColumns + part.m_nLeft) * part.m_nCellBytes,
+        pCells + i * part.m_nColumns * part.m_nCellBytes, part.m_nColumns * part.m_nCellBytes);
 }
 
 void QXOgreTexture::ApplyLevels() {

@@ -26,6 +26,9 @@ public:
   /// Layers nFirst to nFirst + nCount - 1 of pLayers, drawn by the third texture coordinate, counted from 0.
   void LoadTextureArray(QXTextureData* pLayers, unsigned int nFirst, unsigned int nCount) override;
   void LoadTextureArray(unsigned char bReleaseImage) override;
+  /// Of blocks, whole ones: a part begins where a block does, and the last one of a row or column goes along. An image
+  /// that waits in memory is loaded first. Levels follow; blocks, which nobody can make here, are drawn without them from
+  /// then on. What is refused has its reason as the renderer's error text.
   void LoadSubTexture(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, int nSourceHeight, void const* pPixels,
       unsigned int nFlag) override;
   unsigned char IsLoaded() const override { return GetImage() != nullptr; }
@@ -58,8 +61,8 @@ private:
   void LoadLayers(std::function<QXOgrePixels(unsigned int)> const& describe, unsigned int nCount);
   void ApplyLevels();
   void TakeImage(std::unique_ptr<QXOgreImage> pImage, std::unique_ptr<QXOgreFrames> pFrames);
-  /// Changes the copy in memory as well, where it has the rectangle.
-  void CopyIntoBlock(int nX, int nY, int nWidth, int nHeight, int nSourceWidth, unsigned char const* pPixels);
+  /// Changes the copy in memory as well, where it has the part.
+  void CopyIntoBlock(QXOgrePart const& part, unsigned char const* pCells);
 
   std::unique_ptr<QXOgreImage> m_pImage;
   std::unique_ptr<QXOgreFrames> m_pFrames;

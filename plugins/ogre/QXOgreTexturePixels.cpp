@@ -179,6 +179,35 @@ QXOgrePixels DescribePixels(QXTextureData const& data) {
   return Describe(data, FindPacking(data, false), {0});
 }
 
+QXOgrePart CutPart(QXOgreImage const& image, QXOgreRect const& rect, int nSourceWidth) {
+  QXOgrePart part;
+  bool const bBlocks = Ogre::PixelUtil::isCompressed(image.GetFormat());
+  if (bBlocks) part.m_nCellEdge = 4;
+  part.m_nCellBytes = bBlocks ? (image.GetFormat() == Ogre::PF_DXT1 ? std::size_t{8} : std::size_t{16})
+                              : Ogre::PixelUtil::getNumElemBytes(image.GetFormat());
+  if (rect.m_nWidth < 1 || rect.m_nHeight < 1) return part;
+  if (bBlocks && (rect.m_nX % 4 != 0 || rect.m_nY % 4 != 0))
+    throw std::runtime_error("a part of blocks must begin where a block begins");
+  // In 64 bits: a rectangle may begin and end anywhere.
+  auto const nEdge = static_cast<std::int64_t>(part.m_nCellEdge);
+  auto const cells = [nEdge](std::int64_t nPixels) { return (nPixels + nEdge - 1) / nEdge; };
+  std::int64_t const nX = rect.m_nX / nEdge;
+  std::int64_t const nY = rect.m_nY / nEdge;
+  std::int64_t const nLeft = std::max<std::int64_t>(nX, 0);
+  std::int64_t const nTop = std::max<std::int64_t>(nY, 0);
+  std::int64_t const nRight = std::min(nX + cells(rect.m_nWidth), cells(image.GetWidth()));
+  std::int64_t const nBottom = std::min(nY + cells(rect.m_nHeight), cells(image.GetHeight()));
+  if (nLeft >= nRight || nTop >= nBottom) return part;
+  part.m_nLeft = static_cast<std::size_t>(nLeft);
+  part.m_nTop = static_cast<std::size_t>(nTop);
+  part.m_nColumns = static_cast<std::size_t>(nRight - nLeft);
+  part.m_nRows = static_cast<std::size_t>(nBottom - nTop);
+  part.m_nStep = static_cast<std::size_t>(cells(nSourceWidth)) * part.m_nCellBytes;
+  part.m_nFirst =
+      static_cast<std::size_t>(nTop - nY) * part.m_nStep + static_cast<std::size_t>(nLeft - nX) * part.m_nCellBytes;
+  return part;
+}
+
 bool HasTransparentBc7Blocks(unsigned char const* pBlocks, std::size_t nCount) {
   for (std::size_t i = 0; i < nCount; ++i)
     if (IsTransparentBc7(pBlocks + 16 * i)) return true;
