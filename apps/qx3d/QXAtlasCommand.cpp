@@ -11,6 +11,7 @@
 #include <apps/qx3d/QXRendererSession.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneText.h>
+#include <apps/qx3d/QXSymbolModels.h>
 #include <apps/qx3d/QXViewOptions.h>
 
 #include <cerrno>
@@ -84,14 +85,20 @@ private:
     m_Progress.Show("reading the images of " + std::to_string(m_Scene.m_vecIcons.size()) + " icons");
     QXIconPictures pictures;
     pictures.Load(m_Scene.m_vecIcons, problems);
+    std::vector<std::string> vecPictureProblems;
+    std::vector<QXSymbolModel> vecSymbols = LoadSymbols(
+        m_Scene, UpAxis::Auto, [this](std::string const& strStep) { m_Progress.Show(strStep); }, problems,
+        vecPictureProblems);
+    Tell(vecPictureProblems);
     m_Progress.Show("starting the renderer");
     std::string strError = m_Session.Start(m_Options.m_strRenderer);
     // Nobody looks at it, but some devices have nothing to put textures on before there is a target.
     if (strError.empty()) strError = m_Session.OpenTexture(64, 64);
+    if (strError.empty()) m_Session.ShowSymbols(vecSymbols, problems);
     if (strError.empty()) m_Session.ShowIcons(m_Scene.m_vecIcons, pictures, problems);
     Tell(problems.GetLines());
     if (!strError.empty()) return strError;
-    m_vecPages = m_Session.GetIcons().GetPages();
+    m_vecPages = m_Session.GetPages();
     return m_vecPages.empty() ? m_Options.m_strScene + ": none of its icons can be shown, so there is no atlas"
                               : std::string();
   }

@@ -43,6 +43,7 @@ std::map<ImageKey, Users> GatherUsers(std::vector<QXSceneIcon> const& vecIcons) 
   std::map<ImageKey, Users> mapUsers;
   for (std::size_t i = 0; i < vecIcons.size(); ++i) {
     QXSceneIcon const& icon = vecIcons[i];
+    if (icon.m_strImage.empty()) continue;
     Users& users = mapUsers[MakeKey(icon)];
     if (users.m_vecIcons.empty()) users.m_nLine = icon.m_nLine;
     users.m_vecIcons.push_back(i);

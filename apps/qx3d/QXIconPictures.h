@@ -36,7 +36,8 @@ public:
 
   /// Of one image for each file and colour key, by the order of their names.
   std::vector<QXIconPicture>& GetPictures() { return m_vecPictures; }
-  /// Picture of each icon in the order given to Load, -1 where its image cannot be read.
+  /// Picture of each icon in the order given to Load, -1 where its image cannot be read or it shows a
+  /// symbol.
   std::vector<int> const& GetChoices() const { return m_vecChoices; }
 
 private:

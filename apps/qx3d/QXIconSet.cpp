@@ -3,6 +3,7 @@
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneText.h>
+#include <apps/qx3d/QXSymbolSet.h>
 
 #include <QxGraphics3D/atlas/QXTextureImageManager.h>
 #include <QxGraphics3D/frame/QXGraphics3D.h>
@@ -121,14 +122,23 @@ bool QXIconSet::AddIcon(
   bool const bOwnSize = icon.m_dWidth == 0.0;
   pBillboard->SetPosition(icon.m_vecPosition);
   pBillboard->SetSize(
-      bOwnSize ? place.m_nFileWidth : icon.m_dWidth, bOwnSize ? place.m_nFileHeight : icon.m_dHeight, bPixels ? 1 : 0);
+      bOwnSize ? place.m_nWidth : icon.m_dWidth, bOwnSize ? place.m_nHeight : icon.m_dHeight, bPixels ? 1 : 0);
   pBillboard->SetTexture(place.m_pTexture, place.m_rcPart);
   return true;
 }
 
+QXIconSet::Place QXIconSet::FindPlace(QXSceneIcon const& icon, int nPicture, QXSymbolSet const& symbols) const {
+  if (nPicture >= 0) return m_vecPlaces[static_cast<std::size_t>(nPicture)];
+  QXSymbolPlace const* pSymbol = icon.m_strSymbol.empty() ? nullptr : symbols.Find(icon.m_strSymbol);
+  if (pSymbol == nullptr) return {nullptr, nullptr, {}, 0, 0};
+  auto const nPixels = static_cast<unsigned int>(pSymbol->m_nPixels);
+  return {nullptr, pSymbol->m_pTexture, pSymbol->m_rcPart, nPixels, nPixels};
+}
+
 void QXIconSet::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
-    std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSceneProblems& problems) {
-  if (pictures.GetPictures().empty()) return;
+    std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSymbolSet const& symbols,
+    QXSceneProblems& problems) {
+  if (vecIcons.empty()) return;
   QXC::QXTextureManager* pManager = graphics3D.GetTextureManager();
   if (pManager == nullptr || graphics3D.GetRenderOperationManager() == nullptr) {
     problems.Add(0, "the renderer keeps no textures, so that no icons are shown; choose another one");
@@ -140,9 +150,7 @@ void QXIconSet::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene
   manager.LoadTexture();
   FindTextures(graphics3D, pictures, problems);
   for (std::size_t i = 0; i < vecIcons.size(); ++i) {
-    int const nPicture = pictures.GetChoices()[i];
-    if (nPicture < 0) continue;
-    Place const& place = m_vecPlaces[static_cast<std::size_t>(nPicture)];
+    Place const place = FindPlace(vecIcons[i], pictures.GetChoices()[i], symbols);
     if (place.m_pTexture == nullptr || AddIcon(graphics3D, strScene, vecIcons[i], place)) continue;
     std::string const strReason = Narrow(graphics3D.GetErrorText());
     problems.Add(vecIcons[i].m_nLine, "the renderer cannot make an icon" +
@@ -182,18 +190,6 @@ std::vector<QXAtlasPage> QXIconSet::GetPages() const {
     vecPages.push_back(std::move(page));
   }
   return vecPages;
-}
-
-QXIconFigures QXIconSet::GetFigures() const {
-  QXIconFigures figures;
-  figures.m_nIcons = static_cast<unsigned int>(m_vecBillboards.size());
-  for (QXAtlasPage const& page : GetPages()) {
-    ++figures.m_nPages;
-    figures.m_nImages += static_cast<unsigned int>(page.m_vecTiles.size());
-    figures.m_dFill += page.GetFill();
-  }
-  if (figures.m_nPages > 0) figures.m_dFill /= figures.m_nPages;
-  return figures;
 }
 
 std::string ReadAtlasPage(QXC::QXGraphics3D& graphics3D, QXAtlasPage& page) {

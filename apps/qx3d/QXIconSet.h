@@ -21,15 +21,7 @@ namespace QXApp {
 
 struct QXSceneIcon;
 class QXSceneProblems;
-
-/// What the icons take.
-struct QXIconFigures {
-  unsigned int m_nIcons = 0;
-  unsigned int m_nImages = 0;
-  unsigned int m_nPages = 0;
-  /// Part of all pages that places take, 0 to 1.
-  double m_dFill = 0.0;
-};
+class QXSymbolSet;
 
 /// Icons as billboards that show parts of few shared textures, the pages of the library's image atlas. On the rendering
 /// thread.
@@ -39,32 +31,36 @@ public:
   QXIconSet(QXIconSet const&) = delete;
   QXIconSet& operator=(QXIconSet const&) = delete;
 
-  /// Makes the icons of a scene. Those that cannot be shown are left out and told; the scene is shown all the same.
+  /// Makes the icons of a scene. Those that cannot be shown are left out and told; the scene is shown all the same. An
+  /// icon of a symbol that has no picture is left out without a word: that was told.
   /// @param pictures  loaded with the same icons; their pixels go to the atlas and are gone afterwards
   void Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, std::vector<QXSceneIcon> const& vecIcons,
-      QXIconPictures& pictures, QXSceneProblems& problems);
+      QXIconPictures& pictures, QXSymbolSet const& symbols, QXSceneProblems& problems);
 
   /// Gives billboards and places back. Before the renderer goes.
   void GiveBack(QXC::QXGraphics3D& graphics3D);
 
-  QXIconFigures GetFigures() const;
+  unsigned int GetCount() const { return static_cast<unsigned int>(m_vecBillboards.size()); }
 
   /// The pages by their numbers, with their places but without pixels.
   std::vector<QXAtlasPage> GetPages() const;
 
 private:
   struct Place {
+    /// Null for a symbol.
     QXC::QXTextureImage* m_pImage;
     /// The page, null if there is none.
     QXC::QXTexture* m_pTexture;
     /// Of the picture in the page, in texture coordinates.
     QXC::QdcRect2D m_rcPart;
-    unsigned int m_nFileWidth;
-    unsigned int m_nFileHeight;
+    /// Of an icon that has no size of its own.
+    unsigned int m_nWidth;
+    unsigned int m_nHeight;
   };
 
   void TakePlaces(QXIconPictures& pictures, QXSceneProblems& problems);
   void FindTextures(QXC::QXGraphics3D& graphics3D, QXIconPictures& pictures, QXSceneProblems& problems);
+  Place FindPlace(QXSceneIcon const& icon, int nPicture, QXSymbolSet const& symbols) const;
   bool AddIcon(
       QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneIcon const& icon, Place const& place);
 

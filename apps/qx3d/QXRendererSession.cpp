@@ -2,6 +2,8 @@
 
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneBuilder.h>
+#include <apps/qx3d/QXSceneText.h>
+#include <apps/qx3d/QXSymbolModels.h>
 
 #include <QxGraphics3D/frame/QXGraphics3D.h>
 #include <QxGraphics3D/frame/QXPluginConfigs.h>
@@ -16,6 +18,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace QXApp {
 
@@ -43,9 +46,10 @@ std::string AppendProblems(std::string strReason, QXC::QXPluginConfigs const& co
 
 QXRendererSession::~QXRendererSession() {
   if (m_pGraphics3D == nullptr) return;
+  m_Icons.GiveBack(*m_pGraphics3D);
   if (QXC::QXRenderOperationManager* pManager = m_pGraphics3D->GetRenderOperationManager())
     for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
-  m_Icons.GiveBack(*m_pGraphics3D);
+  m_Symbols.GiveBack(*m_pGraphics3D);
   m_Textures.GiveBack(*m_pGraphics3D);
   // Targets before cameras: a viewport holds its camera.
   m_pGraphics3D->ShutDown();
@@ -108,14 +112,14 @@ std::string QXRendererSession::OpenWindow(HWND hWindow, int nWidth, int nHeight)
       L"Window", hWindow, static_cast<unsigned int>(nWidth), static_cast<unsigned int>(nHeight), 0));
 }
 
-std::string QXRendererSession::AddPart(QXScenePart& part) {
+std::string QXRendererSession::AddPart(QXScenePart& part, QXC::QXMatrix4d const& matPlace) {
   QXC::QXRenderOperation3D* pDrawable =
       m_pGraphics3D->GetRenderOperationManager()->CreateRenderOperation3D(m_strScene.c_str(), 1);
   if (pDrawable == nullptr) return DescribeFailure("no drawable can be made");
   m_vecDrawables.push_back(pDrawable);
   pDrawable->SetBoundingBox(part.m_pOperation->GetBoundingBox());
   pDrawable->SetRenderOperationMultiIndex(part.m_pOperation.get());
-  pDrawable->SetModelMatrix(*part.m_pOperation->GetMatrix());
+  pDrawable->SetModelMatrix(*part.m_pOperation->GetMatrix() * matPlace);
   part.m_pOperation.reset();  // the drawable has copied it
   return std::string();
 }
@@ -170,9 +174,45 @@ void QXRendererSession::SetBackground(double dRed, double dGreen, double dBlue) 
   m_dBackground[2] = dBlue;
 }
 
+std::string QXRendererSession::AddSymbol(
+    QXSymbolModel& symbol, QXSymbolPlace const& place, std::vector<std::string>& vecProblems) {
+  double dLeft = 0.0;
+  double dBottom = 0.0;
+  double dEdge = 0.0;
+  place.GetSquare(dLeft, dBottom, dEdge);
+  QXC::QXMatrix4d const matView = symbol.MakeView(dLeft, dBottom, dEdge);
+  for (QXScenePart& part : symbol.m_Scene.m_vecParts) {
+    AddTexture(part, symbol.m_vecPictures, vecProblems);
+    std::string const strReason = AddPart(part, matView);
+    if (!strReason.empty()) return strReason;
+    if (!m_Symbols.Attach(*m_pGraphics3D, place, m_vecDrawables.back()))
+      return DescribeFailure("nothing can be drawn into a page of symbols");
+  }
+  return std::string();
+}
+
+void QXRendererSession::ShowSymbols(std::vector<QXSymbolModel>& vecSymbols, QXSceneProblems& problems) {
+  for (QXSymbolModel& symbol : vecSymbols) {
+    QXSymbolPlace const* pPlace = m_Symbols.Take(*m_pGraphics3D, symbol.m_Symbol.m_strName, symbol.m_Symbol.m_nPixels);
+    std::vector<std::string> vecLines;
+    if (pPlace == nullptr)
+      vecLines.push_back(DescribeFailure("no page can be made for symbols"));
+    else if (std::string const strReason = AddSymbol(symbol, *pPlace, vecLines); !strReason.empty())
+      vecLines.push_back(strReason);
+    for (std::string const& strLine : vecLines) problems.Add(symbol.m_Symbol.m_nLine, strLine);
+  }
+  m_Symbols.Draw(*m_pGraphics3D);
+}
+
 void QXRendererSession::ShowIcons(
     std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSceneProblems& problems) {
-  m_Icons.Show(*m_pGraphics3D, m_strScene, vecIcons, pictures, problems);
+  m_Icons.Show(*m_pGraphics3D, m_strScene, vecIcons, pictures, m_Symbols, problems);
+}
+
+std::vector<QXAtlasPage> QXRendererSession::GetPages() const {
+  std::vector<QXAtlasPage> vecPages = m_Icons.GetPages();
+  for (QXAtlasPage& page : m_Symbols.GetPages()) vecPages.push_back(std::move(page));
+  return vecPages;
 }
 
 std::string QXRendererSession::AddView(QXCell const& cell) {

@@ -4,6 +4,7 @@
 
 #include <apps/qx3d/QXIconSet.h>
 #include <apps/qx3d/QXPose.h>
+#include <apps/qx3d/QXSymbolSet.h>
 #include <apps/qx3d/QXTextureShelf.h>
 
 #include <QxGraphics3D/Platform.h>
@@ -25,6 +26,7 @@ namespace QXApp {
 
 struct QXScene;
 struct QXScenePart;
+struct QXSymbolModel;
 
 /// Figures of the frames drawn so far.
 struct QXFrameFigures {
@@ -73,6 +75,9 @@ public:
   void SetFieldOfView(double dFov) { m_dFov = dFov; }
   double GetFieldOfView() const { return m_dFov; }
 
+  /// Draws symbols into their pages, before the icons that show them. The parts' buffers are freed on the way.
+  /// @param problems  gets the symbols that the renderer cannot draw, and pictures that it cannot use
+  void ShowSymbols(std::vector<QXSymbolModel>& vecSymbols, QXSceneProblems& problems);
   /// Hands a scene's icons over, after Show where there is a model.
   /// @param pictures  loaded with the same icons; their pixels are gone afterwards
   /// @param problems  gets the icons that the renderer cannot show; they are left out
@@ -102,7 +107,9 @@ public:
   /// Of the last frame.
   QXFrameFigures const& GetFigures() const { return m_Figures; }
   QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
-  QXIconSet const& GetIcons() const { return m_Icons; }
+  unsigned int GetIconCount() const { return m_Icons.GetCount(); }
+  /// The pages that icons are shown from, without pixels: those of images, then those of symbols.
+  std::vector<QXAtlasPage> GetPages() const;
   unsigned int GetTextureCount() const { return m_Textures.GetCount(); }
   std::string GetRendererName() const;
 
@@ -115,7 +122,8 @@ private:
   std::string DescribeFailure(char const* szWhat) const;
   std::string PrepareScene();
   std::string AttachTarget(QXC::QXRenderTarget* pTarget);
-  std::string AddPart(QXScenePart& part);
+  std::string AddPart(QXScenePart& part, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
+  std::string AddSymbol(QXSymbolModel& symbol, QXSymbolPlace const& place, std::vector<std::string>& vecProblems);
   std::string AddGround(QXScene const& scene);
   void AddTexture(
       QXScenePart& part, std::vector<QXModelPictures> const& vecPictures, std::vector<std::string>& vecProblems);
@@ -127,6 +135,7 @@ private:
   std::vector<View> m_vecViews;
   QXTextureShelf m_Textures;
   QXIconSet m_Icons;
+  QXSymbolSet m_Symbols;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
   double m_dFov = 0.55;

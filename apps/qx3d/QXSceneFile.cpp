@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <system_error>
 
@@ -28,6 +29,7 @@ struct Draft {
   }
   QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
   QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
+  QXSceneSymbol& GetSymbol() { return m_Scene.m_vecSymbols.back(); }
 };
 
 /// Takes a value over. @return  empty, or what was expected
@@ -37,6 +39,8 @@ struct Key {
   char const* m_szName;
   bool m_bRequired;
   SetFunction m_pSet;
+  /// Another key that may stand in its place.
+  char const* m_szInstead = nullptr;
 };
 
 /// A kind of section. Adding one to the format is an entry in the table below.
@@ -120,11 +124,15 @@ std::string SetModelFile(Draft& draft, std::string const& strValue) {
   return std::string();
 }
 
-std::string SetModelUp(Draft& draft, std::string const& strValue) {
+std::string SetUp(std::string const& strValue, UpAxis& eUp) {
   std::size_t nWord = 0;
   std::string const strProblem = ReadWord(strValue, {"auto", "y", "z"}, nWord);
-  draft.GetModel().m_eUp = nWord == 0 ? UpAxis::Auto : (nWord == 1 ? UpAxis::Y : UpAxis::Z);
+  eUp = nWord == 0 ? UpAxis::Auto : (nWord == 1 ? UpAxis::Y : UpAxis::Z);
   return strProblem;
+}
+
+std::string SetModelUp(Draft& draft, std::string const& strValue) {
+  return SetUp(strValue, draft.GetModel().m_eUp);
 }
 
 Section MakeModelSection() {
@@ -165,6 +173,10 @@ std::string SetIconTolerance(Draft& draft, std::string const& strValue) {
 
 std::string EndIcon(Draft& draft) {
   QXSceneIcon const& icon = draft.GetIcon();
+  if (!icon.m_strImage.empty() && !icon.m_strSymbol.empty())
+    return "an icon shows an image or a symbol; leave one of the two out";
+  if (icon.m_bColorKey && !icon.m_strSymbol.empty())
+    return "color-key is about an image; take it away, a symbol is clear around its model";
   if (icon.m_eUnit == QXIconUnit::World && icon.m_dWidth == 0.0)
     return "unit = world asks for a size in the world's units; add size = 20, or take unit away";
   if (icon.m_nTolerance > 0 && !icon.m_bColorKey)
@@ -175,6 +187,11 @@ std::string EndIcon(Draft& draft) {
 Section MakeIconSection() {
   auto const setImage = [](Draft& draft, std::string const& strValue) {
     draft.GetIcon().m_strImage = draft.Complete(strValue);
+    draft.GetIcon().m_nLine = draft.m_nLine;
+    return std::string();
+  };
+  auto const setSymbol = [](Draft& draft, std::string const& strValue) {
+    draft.GetIcon().m_strSymbol = strValue;
     draft.GetIcon().m_nLine = draft.m_nLine;
     return std::string();
   };
@@ -189,15 +206,48 @@ Section MakeIconSection() {
     return ReadColor(strValue, draft.GetIcon().m_nColorKey);
   };
   return {"icon", true, BeginIcon, EndIcon,
-      {{"image", true, setImage}, {"position", true, setPosition}, {"size", false, setSize},
-          {"unit", false, SetIconUnit}, {"color-key", false, setColorKey}, {"tolerance", false, SetIconTolerance}}};
+      {{"image", true, setImage, "symbol"}, {"symbol", false, setSymbol}, {"position", true, setPosition},
+          {"size", false, setSize}, {"unit", false, SetIconUnit}, {"color-key", false, setColorKey},
+          {"tolerance", false, SetIconTolerance}}};
+}
+
+std::string BeginSymbol(Draft& draft, int nLine) {
+  return AppendPlaced(draft.m_Scene.m_vecSymbols, nLine);
+}
+
+std::string SetSymbolFile(Draft& draft, std::string const& strValue) {
+  if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a symbol shows one model; name a model";
+  draft.GetSymbol().m_strFile = draft.Complete(strValue);
+  draft.GetSymbol().m_nLine = draft.m_nLine;
+  return std::string();
+}
+
+Section MakeSymbolSection() {
+  auto const setName = [](Draft& draft, std::string const& strValue) {
+    draft.GetSymbol().m_strName = strValue;
+    return std::string();
+  };
+  auto const setPixels = [](Draft& draft, std::string const& strValue) {
+    return ReadWholeNumber(strValue, 8, 512, draft.GetSymbol().m_nPixels);
+  };
+  auto const setHeading = [](Draft& draft, std::string const& strValue) {
+    return SetAngle(strValue, draft.GetSymbol().m_dHeading);
+  };
+  auto const setElevation = [](Draft& draft, std::string const& strValue) {
+    return ReadNumber(strValue, 0.0, 90.0, draft.GetSymbol().m_dElevation);
+  };
+  auto const setUp = [](Draft& draft, std::string const& strValue) { return SetUp(strValue, draft.GetSymbol().m_eUp); };
+  return {"symbol", true, BeginSymbol, NothingToDo,
+      {{"name", true, setName}, {"file", true, SetSymbolFile}, {"pixels", false, setPixels},
+          {"heading", false, setHeading}, {"elevation", false, setElevation}, {"up", false, setUp}}};
 }
 
 /// Follows a file through its sections by their table.
 class SceneReader final : public QXSceneTextHandler {
 public:
   explicit SceneReader(Draft& draft)
-      : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection()},
+      : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection(),
+                            MakeSymbolSection()},
         m_vecFirstLines(m_vecSections.size(), 0) {}
 
   void BeginSection(std::string const& strName, int nLine) override {
@@ -243,8 +293,11 @@ public:
     bool bComplete = !m_bFaulty;
     for (std::size_t i = 0; i < m_vecKeyLines.size(); ++i) {
       Key const& key = m_pSection->m_vecKeys[i];
-      if (!key.m_bRequired || m_vecKeyLines[i] != 0) continue;
-      Report(m_nSectionLine, "[" + std::string(m_pSection->m_szName) + "] lacks '" + key.m_szName + "'; add it");
+      if (!key.m_bRequired || m_vecKeyLines[i] != 0 || Stands(key.m_szInstead)) continue;
+      Report(m_nSectionLine,
+          "[" + std::string(m_pSection->m_szName) + "] lacks '" + key.m_szName +
+              (key.m_szInstead == nullptr ? "'; add it"
+                                          : "' or '" + std::string(key.m_szInstead) + "'; add one of them"));
       bComplete = false;
     }
     // Keys that were refused would be told a second time, as missing.
@@ -252,6 +305,13 @@ public:
   }
 
 private:
+  /// Whether the section has a key by now; null is none.
+  bool Stands(char const* szKey) const {
+    for (std::size_t i = 0; szKey != nullptr && i < m_vecKeyLines.size(); ++i)
+      if (std::string_view(m_pSection->m_vecKeys[i].m_szName) == szKey) return m_vecKeyLines[i] != 0;
+    return false;
+  }
+
   void Enter(Section const& section, int& nFirstLine, int nLine) {
     if (!section.m_bMany && nFirstLine != 0) {
       m_Draft.m_Problems.Add(nLine, "there is a section [" + std::string(section.m_szName) + "] in line " +
@@ -325,6 +385,22 @@ void CheckFiles(QXSceneFile const& scene, QXSceneProblems& problems) {
   };
   for (QXSceneModel const& model : scene.m_vecModels) check(model.m_strFile, model.m_nLine);
   for (QXSceneIcon const& icon : scene.m_vecIcons) check(icon.m_strImage, icon.m_nLine);
+  for (QXSceneSymbol const& symbol : scene.m_vecSymbols) check(symbol.m_strFile, symbol.m_nLine);
+}
+
+/// Symbols may stand behind the icons that show them, so their names are looked at in the end.
+void CheckSymbols(QXSceneFile const& scene, QXSceneProblems& problems) {
+  std::map<std::string, int> mapLines;
+  for (QXSceneSymbol const& symbol : scene.m_vecSymbols) {
+    auto const [it, bNew] = mapLines.insert({symbol.m_strName, symbol.m_nLine});
+    if (!bNew && !symbol.m_strName.empty())
+      problems.Add(symbol.m_nLine, "there is a symbol '" + symbol.m_strName + "' in line " +
+                                       std::to_string(it->second) + " already; give one of the two another name");
+  }
+  std::set<std::string> setTold;
+  for (QXSceneIcon const& icon : scene.m_vecIcons)
+    if (!icon.m_strSymbol.empty() && !mapLines.contains(icon.m_strSymbol) && setTold.insert(icon.m_strSymbol).second)
+      problems.Add(icon.m_nLine, "there is no symbol '" + icon.m_strSymbol + "'; add a [symbol] of this name");
 }
 
 /// @return  empty, or why there are no bytes
@@ -360,6 +436,7 @@ QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSce
   SceneReader reader(draft);
   ReadSceneText(bytes, reader, problems);
   reader.Finish();
+  CheckSymbols(draft.m_Scene, problems);
   if (problems.IsEmpty() && draft.m_Scene.m_vecModels.empty() && draft.m_Scene.m_vecIcons.empty())
     problems.Add(0, "there is nothing to show; add a [model] with its file, or an [icon]");
   return std::move(draft.m_Scene);

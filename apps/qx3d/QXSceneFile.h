@@ -30,14 +30,31 @@ struct QXSceneModel {
   int m_nLine = 0;
 };
 
+/// A model that is drawn once, into a picture for icons.
+struct QXSceneSymbol {
+  std::string m_strName;
+  /// As the scene file's folder completes it.
+  std::string m_strFile;
+  /// Edge of the square picture on the screen, and of an icon that says no other.
+  int m_nPixels = 64;
+  /// Degrees: as it would turn a placed model, which is then seen from the south, so far above the horizon.
+  double m_dHeading = 0.0;
+  double m_dElevation = 30.0;
+  /// Auto: as the command line says.
+  UpAxis m_eUp = UpAxis::Auto;
+  int m_nLine = 0;
+};
+
 enum class QXIconUnit { Pixels, World };
 
 /// An image that faces the eye and stands on a position with the middle of its lower edge.
 struct QXSceneIcon {
-  /// As the scene file's folder completes it.
+  /// As the scene file's folder completes it; empty for an icon that shows a symbol.
   std::string m_strImage;
+  /// Name of a symbol of the scene; empty for an icon that shows an image.
+  std::string m_strSymbol;
   QXC::QXVector3d m_vecPosition;
-  /// 0, 0: as many pixels as the image has.
+  /// 0, 0: as many pixels as the image or symbol has.
   double m_dWidth = 0.0;
   double m_dHeight = 0.0;
   QXIconUnit m_eUnit = QXIconUnit::Pixels;
@@ -69,6 +86,7 @@ struct QXSceneFile {
   QXSceneCamera m_Camera;
   std::vector<QXSceneModel> m_vecModels;
   std::vector<QXSceneIcon> m_vecIcons;
+  std::vector<QXSceneSymbol> m_vecSymbols;
 };
 
 /// Of models, of icons, and of whatever else a scene may hold many of, each.

@@ -29,11 +29,20 @@ void PrintTimes(QXC::QXRenderTarget::FrameStats const& stats) {
       static_cast<unsigned long long>(stats.worstFrameTime));
 }
 
-void PrintIcons(QXIconFigures const& figures) {
-  if (figures.m_nIcons == 0) return;
-  std::printf("icons              %u of %u %s, on %u %s of an atlas, %.1f %% full\n", figures.m_nIcons,
-      figures.m_nImages, figures.m_nImages == 1 ? "image" : "images", figures.m_nPages,
-      figures.m_nPages == 1 ? "page" : "pages", 100.0 * figures.m_dFill);
+void PrintIcons(unsigned int nIcons, std::vector<QXAtlasPage> const& vecPages) {
+  if (nIcons == 0) return;
+  std::size_t nTiles = 0;
+  double dArea = 0.0;
+  double dTaken = 0.0;
+  for (QXAtlasPage const& page : vecPages) {
+    double const dPage = static_cast<double>(page.m_nSize) * page.m_nSize;
+    nTiles += page.m_vecTiles.size();
+    dArea += dPage;
+    dTaken += dPage * page.GetFill();
+  }
+  std::printf("icons              %u, of %zu %s on %zu %s, %.1f %% full\n", nIcons, nTiles,
+      nTiles == 1 ? "tile" : "tiles", vecPages.size(), vecPages.size() == 1 ? "atlas page" : "atlas pages",
+      100.0 * dTaken / dArea);
 }
 
 }  // namespace
@@ -56,7 +65,7 @@ void PrintStats(QXRendererSession const& session, int nFrameTime) {
   PrintDrawn("vertices", figures.m_nVertices, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("textures           %u\n", session.GetTextureCount());
-  PrintIcons(session.GetIcons().GetFigures());
+  PrintIcons(session.GetIconCount(), session.GetPages());
 }
 
 }  // namespace QXApp

@@ -10,6 +10,7 @@
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneModels.h>
 #include <apps/qx3d/QXStatsReport.h>
+#include <apps/qx3d/QXSymbolModels.h>
 #include <apps/qx3d/QXViewOptions.h>
 #include <apps/qx3d/QXWindow.h>
 
@@ -72,6 +73,11 @@ private:
     if (!m_File.m_vecIcons.empty()) {
       m_Progress.Show("reading the images of " + std::to_string(m_File.m_vecIcons.size()) + " icons");
       m_Icons.Load(m_File.m_vecIcons, m_IconProblems);
+      vecPictureProblems.clear();
+      m_vecSymbols = LoadSymbols(
+          m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, m_IconProblems,
+          vecPictureProblems);
+      Warn(vecPictureProblems);
     }
     m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
     m_Scene = m_Models.Build(GetIconBounds(m_File));
@@ -109,6 +115,8 @@ private:
     strError = m_Session.Show(m_Scene, m_Models.GetPictures(), m_Options.m_bGround && m_File.m_bGround, vecProblems);
     Warn(vecProblems);
     m_Models.FreePictures();
+    if (strError.empty()) m_Session.ShowSymbols(m_vecSymbols, m_IconProblems);
+    m_vecSymbols.clear();
     if (strError.empty()) m_Session.ShowIcons(m_File.m_vecIcons, m_Icons, m_IconProblems);
     // The scene is worth showing without one of its icons.
     Warn(m_IconProblems.GetLines());
@@ -257,6 +265,7 @@ private:
   QXSceneFile m_File;
   QXSceneModels m_Models;
   QXIconPictures m_Icons;
+  std::vector<QXSymbolModel> m_vecSymbols;
   QXSceneProblems m_IconProblems{m_Options.m_strModel};
   QXScene m_Scene;
   QXWindow m_Window;

@@ -43,7 +43,7 @@ TEST(QXIconProgram, StatsTellIconsPagesAndFill) {
   EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
   EXPECT_EQ(run.m_strError, "");
   EXPECT_NE(
-      run.m_strOut.find("icons              2 of 1 image, on 1 page of an atlas, 0.0 % full\n"), std::string::npos)
+      run.m_strOut.find("icons              2, of 1 tile on 1 atlas page, 0.0 % full\n"), std::string::npos)
       << run.m_strOut;
 }
 
@@ -57,7 +57,7 @@ TEST(QXIconProgram, BrokenIconIsOneLineAndTheSceneIsShown) {
   EXPECT_EQ(run.m_nExitStatus, 0);
   EXPECT_EQ(run.m_strError.find("qx3d: " + strScene + ":8: image " + strBroken + ": "), 0u) << run.m_strError;
   EXPECT_EQ(std::count(run.m_strError.begin(), run.m_strError.end(), '\n'), 1) << run.m_strError;
-  EXPECT_NE(run.m_strOut.find("icons              1 of 1 image"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.m_strOut.find("icons              1, of 1 tile"), std::string::npos) << run.m_strOut;
   EXPECT_TRUE(std::filesystem::exists(folder.Path("out.png")));
 }
 

@@ -2,6 +2,7 @@
 
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneText.h>
+#include <apps/qx3d/QXSymbolSet.h>
 
 #include <QxGraphics3D/atlas/QXTextureImageManager.h>
 #include <QxGraphics3D/testing/QXNullTexture.h>
@@ -53,7 +54,7 @@ protected:
 
   void Show() {
     m_Pictures.Load(m_vecIcons, m_Problems);
-    m_Icons.Show(m_Graphics3D, L"Scene3D", m_vecIcons, m_Pictures, m_Problems);
+    m_Icons.Show(m_Graphics3D, L"Scene3D", m_vecIcons, m_Pictures, m_Symbols, m_Problems);
   }
 
   bool HasLogged(std::string const& strCall) {
@@ -66,6 +67,7 @@ protected:
   std::vector<QXSceneIcon> m_vecIcons;
   QXIconPictures m_Pictures;
   QXSceneProblems m_Problems{"city.qxscene"};
+  QXSymbolSet m_Symbols;
   QXIconSet m_Icons;
 };
 
@@ -107,11 +109,11 @@ TEST_F(QXIconSetTest, IconsOfOneImageShareAPlace) {
   for (int i = 0; i < 5; ++i) Add(strA, 12, 12);
   Add(Write("b.tga", 30, 30));
   Show();
-  QXIconFigures const figures = m_Icons.GetFigures();
-  EXPECT_EQ(figures.m_nIcons, 6u);
-  EXPECT_EQ(figures.m_nImages, 2u);
-  EXPECT_EQ(figures.m_nPages, 1u);
-  EXPECT_DOUBLE_EQ(figures.m_dFill, (16.0 * 16.0 + 32.0 * 32.0) / (1024.0 * 1024.0));
+  EXPECT_EQ(m_Icons.GetCount(), 6u);
+  std::vector<QXAtlasPage> const vecPages = m_Icons.GetPages();
+  ASSERT_EQ(vecPages.size(), 1u);
+  EXPECT_EQ(vecPages[0].m_vecTiles.size(), 2u);
+  EXPECT_DOUBLE_EQ(vecPages[0].GetFill(), (16.0 * 16.0 + 32.0 * 32.0) / (1024.0 * 1024.0));
 }
 
 TEST_F(QXIconSetTest, PlacesDoNotOverlapAndLargeOnesComeFirst) {
@@ -140,9 +142,8 @@ TEST_F(QXIconSetTest, SizesOfTheSceneArriveWithTheirUnit) {
 TEST_F(QXIconSetTest, FullPagesAreFollowedByFurtherOnes) {
   for (int i = 0; i < 5; ++i) Add(Write("i" + std::to_string(i) + ".tga", 500, 500));
   Show();
-  QXIconFigures const figures = m_Icons.GetFigures();
-  EXPECT_EQ(figures.m_nPages, 2u);
-  EXPECT_DOUBLE_EQ(figures.m_dFill, 0.625);
+  ASSERT_EQ(m_Icons.GetPages().size(), 2u);
+  EXPECT_DOUBLE_EQ(m_Icons.GetPages()[0].GetFill(), 1.0);
   EXPECT_EQ(m_Icons.GetPages()[1].m_strName, "Image_BigTexture_1");
 }
 
@@ -153,7 +154,7 @@ TEST_F(QXIconSetTest, EverythingIsGivenBack) {
   EXPECT_EQ(QXC::QXNullObject::GetLiveCount(), nBefore + 2) << "a billboard and a texture";
   m_Icons.GiveBack(m_Graphics3D);
   EXPECT_EQ(QXC::QXNullObject::GetLiveCount(), nBefore);
-  EXPECT_EQ(m_Icons.GetFigures().m_nIcons, 0u);
+  EXPECT_EQ(m_Icons.GetCount(), 0u);
   EXPECT_TRUE(m_Icons.GetPages().empty());
   m_Icons.GiveBack(m_Graphics3D);
 }
@@ -164,7 +165,7 @@ TEST_F(QXIconSetTest, SetsOfOneProcessShareTheirPlaces) {
   QXIconSet other;
   QXIconPictures pictures;
   pictures.Load(m_vecIcons, m_Problems);
-  other.Show(m_Graphics3D, L"Scene3D", m_vecIcons, pictures, m_Problems);
+  other.Show(m_Graphics3D, L"Scene3D", m_vecIcons, pictures, m_Symbols, m_Problems);
   EXPECT_EQ(other.GetPages()[0].m_vecTiles.size(), 1u);
   EXPECT_EQ(other.GetPages()[0].m_vecTiles[0].m_nX, m_Icons.GetPages()[0].m_vecTiles[0].m_nX);
   m_Icons.GiveBack(m_Graphics3D);
@@ -182,7 +183,7 @@ TEST_F(QXIconSetTest, RendererWithoutTexturesIsTold) {
   m_Graphics3D.m_pTextureManager = pManager;
   ASSERT_EQ(m_Problems.GetLines().size(), 1u);
   EXPECT_NE(m_Problems.GetLines()[0].find("keeps no textures"), std::string::npos);
-  EXPECT_EQ(m_Icons.GetFigures().m_nIcons, 0u);
+  EXPECT_EQ(m_Icons.GetCount(), 0u);
 }
 
 TEST_F(QXIconSetTest, RendererThatMakesNoTextureIsToldOnceForAPage) {
@@ -192,7 +193,7 @@ TEST_F(QXIconSetTest, RendererThatMakesNoTextureIsToldOnceForAPage) {
   Add(Write("a.tga", 12, 12));
   Add(Write("b.tga", 12, 12));
   Show();
-  EXPECT_EQ(m_Icons.GetFigures().m_nIcons, 0u);
+  EXPECT_EQ(m_Icons.GetCount(), 0u);
   EXPECT_TRUE(m_Icons.GetPages().empty());
   m_Icons.GiveBack(m_Graphics3D);
   QXAtlasPage page;
@@ -241,7 +242,7 @@ TEST_F(QXIconSetTest, FullAtlasIsTold) {
   }
   ASSERT_EQ(m_Problems.GetLines().size(), 1u);
   EXPECT_NE(m_Problems.GetLines()[0].find("city.qxscene:10: the atlas has no place"), std::string::npos);
-  EXPECT_EQ(m_Icons.GetFigures().m_nIcons, 0u);
+  EXPECT_EQ(m_Icons.GetCount(), 0u);
 }
 
 }  // namespace

@@ -162,7 +162,7 @@ TEST(QXSceneFile, NamesHoldWhatIsNoComment) {
 
 TEST(QXSceneFile, UnknownSectionsAndKeysAreToldWithTheKnownOnes) {
   EXPECT_THAT(Problems("[modell]\nfile = m.obj\nwhatever\n" + Model),
-      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [icon]",
+      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [icon], [symbol]",
           HasSubstr("3: expected [section]")));
   EXPECT_THAT(Problems("[model]\nfile = m.obj\nFile = x\n"),
       ElementsAre("3: [model] has no key 'File'; known are file, position, heading, pitch, roll, scale, up"));
@@ -173,13 +173,13 @@ TEST(QXSceneFile, EverySectionKnowsItsKeys) {
   EXPECT_THAT(Problems("[scene]\nx = 1\n[camera]\nx = 1\n" + Model + "[icon]\nimage=a\nposition=1,1,1\nx = 1\n"),
       ElementsAre("2: [scene] has no key 'x'; known are background, ground",
           "4: [camera] has no key 'x'; known are eye, look, field-of-view",
-          "10: [icon] has no key 'x'; known are image, position, size, unit, color-key, tolerance"));
+          "10: [icon] has no key 'x'; known are image, symbol, position, size, unit, color-key, tolerance"));
 }
 
 TEST(QXSceneFile, MissingKeysAreToldAtTheSection) {
   EXPECT_THAT(Problems("\n[model]\nheading = 1\n[icon]\n"),
       ElementsAre(
-          "2: [model] lacks 'file'; add it", "4: [icon] lacks 'image'; add it", "4: [icon] lacks 'position'; add it"));
+          "2: [model] lacks 'file'; add it", "4: [icon] lacks 'image' or 'symbol'; add one of them", "4: [icon] lacks 'position'; add it"));
 }
 
 TEST(QXSceneFile, RefusedKeyIsNotMissingAsWell) {

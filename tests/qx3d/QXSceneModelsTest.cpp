@@ -66,11 +66,12 @@ TEST(QXSceneModels, IconsReachAsFarAsTheyAreLarge) {
   scene.m_vecIcons[0].m_dHeight = 100.0;
   scene.m_vecIcons[1].m_vecPosition = QXVector3d(0.0, 20.0, 30.0);
   scene.m_vecIcons[1].m_eUnit = QXIconUnit::World;
-  scene.m_vecIcons[1].m_dWidth = 4.0;
-  scene.m_vecIcons[1].m_dHeight = 6.0;
+  scene.m_vecIcons[1].m_dWidth = 6.0;
+  scene.m_vecIcons[1].m_dHeight = 4.0;
+  // From the middle of the lower edge to an upper corner: 3 aside and 4 up.
   QXC::QXBoundingBox const box = GetIconBounds(scene);
-  EXPECT_EQ(box.GetMin(), QXVector3d(-3.0, 17.0, 27.0));
-  EXPECT_EQ(box.GetMax(), QXVector3d(10.0, 23.0, 33.0));
+  EXPECT_EQ(box.GetMin(), QXVector3d(-5.0, 15.0, 25.0));
+  EXPECT_EQ(box.GetMax(), QXVector3d(10.0, 25.0, 35.0));
 }
 
 /// What loading a scene does.
