@@ -78,10 +78,11 @@ EntryKind KindOf(mode_t nMode) {
 }
 
 /// Most folders say of their entries what they are; only links, and entries of folders that do not, are looked at.
-EntryKind KindOf(dirent const& entry, std::string const& strPath) {
+EntryKind KindOf(dirent const& entry, std::string const& strFolder) {
   if (entry.d_type == DT_REG) return EntryKind::File;
   if (entry.d_type == DT_DIR) return EntryKind::Folder;
   if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return EntryKind::Other;
+  std::string const strPath = strFolder + entry.d_name;
   struct stat status = {};
   if (lstat(strPath.c_str(), &status) != 0) return EntryKind::Other;
   if (!S_ISLNK(status.st_mode)) return KindOf(status.st_mode);
@@ -99,17 +100,17 @@ struct CloseFolder {
 };
 
 void ListFolder(Listing& listing, std::string const& strFolder, bool bSubFolders) {
-  std::unique_ptr<DIR, CloseFolder> const pFolder(opendir((listing.m_strRoot + strFolder).c_str()));
+  std::string const strPlace = listing.m_strRoot + strFolder;
+  std::unique_ptr<DIR, CloseFolder> const pFolder(opendir(strPlace.c_str()));
   if (!pFolder) return;
   while (dirent const* const pEntry = readdir(pFolder.get())) {
     std::string_view const name = pEntry->d_name;
     if (name == "." || name == "..") continue;
-    std::string const strPath = strFolder + pEntry->d_name;
-    EntryKind const kind = KindOf(*pEntry, listing.m_strRoot + strPath);
+    EntryKind const kind = KindOf(*pEntry, strPlace);
     if (kind == EntryKind::Folder) {
-      if (bSubFolders) listing.m_vecFolders.push_back(strPath + '/');
+      if (bSubFolders) listing.m_vecFolders.push_back(strFolder + pEntry->d_name + '/');
     } else if (kind == EntryKind::File && Matches(listing, pEntry->d_name)) {
-      QdcUnicodeString const strWide = QdcUnicodeString::FromUTF8(strPath.c_str());
+      QdcUnicodeString const strWide = QdcUnicodeString::FromUTF8((strFolder + pEntry->d_name).c_str());
       listing.m_vecFound.emplace_back(QXFile::StripExt(strWide), strWide);
     }
   }
