@@ -94,7 +94,8 @@ public:
   ///
   /// Only name tables of 24 or 57 records are looked into, at record 17 or 43. These are the tables of the collections
   /// that the registry section was made for; a collection with other tables is found through the catalogue, and must
-  /// not be named in the section. A face with another table is compared under the name of the face before it.
+  /// not be named in the section. A face with another table is compared under the name of the face before it; one whose
+  /// name cannot be decoded is not compared, and stays open until this object ends.
   /// @return  -1 if the file cannot be opened or no face matches
   int GetFontIndex(QdcUnicodeString& strPath, QdcUnicodeString& strName);
 
@@ -120,8 +121,8 @@ public:
   unsigned char GetFontPathByName(
       QdcUnicodeString const& strName, int nStyle, QdcUnicodeString& strPath, int& nFaceIndex);
 
-  /// Where GetFace gets a family from that is neither open nor known as missing: what it opens, and why. Opens no face
-  /// that stays open, remembers nothing but the catalogue.
+  /// Where GetFace gets a family from that is neither open nor known as missing: what it opens, and why. Nothing is
+  /// entered among the open families or the missing names.
   /// @param strFamily   family name, without the mark of vertical writing
   /// @param strPath     gets the file; with FONT_LOST the file that the registry names in vain
   /// @param nFaceIndex  gets the face within it, -1 with FONT_LOST
