@@ -25,8 +25,8 @@ using Picture = std::unique_ptr<QXCharBitmapData>;
 constexpr std::size_t RequestBytes = 5;
 constexpr std::size_t MostRequests = 6;
 // Larger pictures take no other road and much longer.
-constexpr int LargestSize = 300;
-constexpr std::int64_t MostPixels = 1 << 22;
+constexpr int LargestSize = 60;
+constexpr std::int64_t MostPixels = 1 << 20;
 
 void Require(bool bHolds) {
   if (!bHolds) std::abort();
