@@ -42,8 +42,7 @@ TEST(QXIconProgram, StatsTellIconsPagesAndFill) {
   ProgramRun const run = RunProgram(folder, View(folder, strScene, "null", "--stats"));
   EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
   EXPECT_EQ(run.m_strError, "");
-  EXPECT_NE(
-      run.m_strOut.find("icons              2, of 1 tile on 1 atlas page, 0.0 % full\n"), std::string::npos)
+  EXPECT_NE(run.m_strOut.find("icons              2, of 1 tile on 1 atlas page, 0.0 % full\n"), std::string::npos)
       << run.m_strOut;
 }
 
@@ -59,6 +58,19 @@ TEST(QXIconProgram, BrokenIconIsOneLineAndTheSceneIsShown) {
   EXPECT_EQ(std::count(run.m_strError.begin(), run.m_strError.end(), '\n'), 1) << run.m_strError;
   EXPECT_NE(run.m_strOut.find("icons              1, of 1 tile"), std::string::npos) << run.m_strOut;
   EXPECT_TRUE(std::filesystem::exists(folder.Path("out.png")));
+}
+
+TEST(QXIconProgram, SymbolsAreOnPagesOfTheirOwn) {
+  Folder const folder;
+  std::string const strScene = WriteScene(folder,
+      "[icon]\nsymbol = block\nposition = 0, 0, 0\n[symbol]\nname = block\nfile = " + QXAssimp::ModelPath("block.obj") +
+          "\n");
+  ProgramRun const run =
+      RunProgram(folder, "atlas " + Quote(strScene) + " --renderer null --out " + Quote(folder.Path("atlas")));
+  EXPECT_EQ(run.m_nExitStatus, 0);
+  EXPECT_EQ(run.m_strError, "");
+  EXPECT_NE(run.m_strOut.find("RenderTexture_BigTexture_0  2048 x 2048"), std::string::npos) << run.m_strOut;
+  EXPECT_EQ(ReadPicture(folder.Path("atlas/RenderTexture_BigTexture_0.png")).m_nWidth, 2048);
 }
 
 #if defined(QX_WITH_OGRE)
@@ -140,6 +152,26 @@ TEST(QXIconProgramWithDevice, CutOutImageHasNoRimOfItsKey) {
       ASSERT_TRUE(rgb[0] == rgb[1] && rgb[1] == rgb[2]) << x << ", " << y;
     }
   EXPECT_EQ(At(picture, 32, 18), (Rgb{255, 255, 255}));
+}
+
+TEST(QXIconProgramWithDevice, SymbolIsItsModelAndClearAroundIt) {
+  Folder const folder;
+  std::string const strScene =
+      WriteScene(folder, "[symbol]\nname = block\nfile = " + QXAssimp::ModelPath("block.obj") +
+                             "\npixels = 30\nelevation = 90\nup = z\n[icon]\nsymbol = block\nposition = 0, 0, 0\n");
+  ProgramRun const run = RunProgram(folder, View(folder, strScene, "ogre", "--stats"), WithDisplay);
+  ASSERT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_EQ(run.m_strError, "");
+  EXPECT_NE(run.m_strOut.find("icons              1, of 1 tile on 1 atlas page"), std::string::npos) << run.m_strOut;
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  // From above it is longer than wide, in the middle of 30 x 30 pixels that stand on the middle of the picture.
+  std::array<int, 4> const arrEdges = FindIcon(picture);
+  EXPECT_NEAR(std::max(arrEdges[2] - arrEdges[0], arrEdges[3] - arrEdges[1]), 29, 1) << "a pixel of the page each side";
+  EXPECT_LT(std::min(arrEdges[2] - arrEdges[0], arrEdges[3] - arrEdges[1]), 25);
+  EXPECT_NEAR(0.5 * (arrEdges[0] + arrEdges[2]), 32.0, 1.0);
+  EXPECT_NEAR(0.5 * (arrEdges[1] + arrEdges[3]), 17.0, 1.0);
+  Rgb const rgb = At(picture, 32, 17);
+  EXPECT_GT(rgb[0], 2 * rgb[1]) << "the block is red";
 }
 
 TEST(QXIconProgramWithDevice, AtlasOfTheDeviceIsThatOfTheNullRenderer) {

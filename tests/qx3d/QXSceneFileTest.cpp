@@ -352,5 +352,44 @@ TEST(QXSceneFile, MissingFilesAreToldBesideOtherProblems) {
   EXPECT_THAT(ReadProblems(strScene), ElementsAre(HasSubstr(":2: "), HasSubstr(":3: "), HasSubstr(":4: ")));
 }
 
+TEST(QXSceneFile, SymbolsAreReadWhereverTheyStand) {
+  Parsed const parsed = Parse("[icon]\nsymbol = mill\nposition = 0,0,0\n[symbol]\nname = mill\nfile = m.obj\n"
+                              "pixels = 96\nheading = 30\nelevation = 45\nup = y\n");
+  EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
+  ASSERT_EQ(parsed.m_Scene.m_vecSymbols.size(), 1u);
+  QXSceneSymbol const& symbol = parsed.m_Scene.m_vecSymbols[0];
+  EXPECT_EQ(symbol.m_strName, "mill");
+  EXPECT_EQ(std::filesystem::path(symbol.m_strFile).filename(), "m.obj");
+  EXPECT_EQ(symbol.m_nPixels, 96);
+  EXPECT_EQ(symbol.m_dHeading, 30.0);
+  EXPECT_EQ(symbol.m_dElevation, 45.0);
+  EXPECT_EQ(symbol.m_eUp, UpAxis::Y);
+  EXPECT_EQ(symbol.m_nLine, 6);
+  EXPECT_EQ(parsed.m_Scene.m_vecIcons[0].m_strSymbol, "mill");
+  EXPECT_EQ(parsed.m_Scene.m_vecIcons[0].m_strImage, "");
+}
+
+TEST(QXSceneFile, SymbolsHaveDefaults) {
+  Parsed const parsed = Parse("[icon]\nsymbol = a\nposition = 0,0,0\n[symbol]\nname = a\nfile = m.obj\n");
+  ASSERT_EQ(parsed.m_Scene.m_vecSymbols.size(), 1u);
+  EXPECT_EQ(parsed.m_Scene.m_vecSymbols[0].m_nPixels, 64);
+  EXPECT_EQ(parsed.m_Scene.m_vecSymbols[0].m_dElevation, 30.0);
+}
+
+TEST(QXSceneFile, SymbolsAndIconsMustMatch) {
+  std::string const strIcon = "[icon]\nsymbol = a\nposition = 0,0,0\n";
+  std::string const strSymbol = "[symbol]\nname = a\nfile = m.obj\n";
+  EXPECT_THAT(Problems(strIcon + strIcon), ElementsAre(HasSubstr("2: there is no symbol 'a'; add a [symbol]")));
+  EXPECT_THAT(Problems(strIcon + strSymbol + strSymbol),
+      ElementsAre(HasSubstr("9: there is a symbol 'a' in line 6 already; give one of the two another name")));
+  EXPECT_THAT(Problems(strSymbol + strIcon + "image = i.png\n"), ElementsAre(HasSubstr("an image or a symbol; leave")));
+  EXPECT_THAT(Problems(strSymbol + strIcon + "color-key = #FF00FF\n"), ElementsAre(HasSubstr("color-key is about an")));
+  EXPECT_THAT(Problems(strSymbol + strIcon + "[symbol]\nname = b\nfile = b.qxscene\npixels = 7\nelevation = 91\n"),
+      ElementsAre(HasSubstr("9: 'b.qxscene' is a scene"), HasSubstr("10: "), HasSubstr("11: ")));
+  EXPECT_THAT(Problems("[symbol]\npixels = 16\n" + strIcon),
+      ElementsAre(HasSubstr("[symbol] lacks 'name'; add it"), HasSubstr("[symbol] lacks 'file'; add it"),
+          HasSubstr("there is no symbol 'a'")));
+}
+
 }  // namespace
 }  // namespace QXApp
