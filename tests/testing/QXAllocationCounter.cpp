@@ -35,6 +35,17 @@ void* operator new(std::size_t nSize) {
 void* operator new[](std::size_t nSize) {
   return operator new(nSize);
 }
+// The library's own forms would call the ones above; a sanitizer's do not, and then miss their delete.
+void* operator new(std::size_t nSize, std::nothrow_t const&) noexcept {
+  try {
+    return operator new(nSize);
+  } catch (std::bad_alloc const&) {
+    return nullptr;
+  }
+}
+void* operator new[](std::size_t nSize, std::nothrow_t const& tag) noexcept {
+  return operator new(nSize, tag);
+}
 void operator delete(void* pMemory) noexcept {
   std::free(pMemory);
 }
