@@ -779,7 +779,8 @@ TEST_F(QXTextureImageManagerTest, ImagesAreRemovedInTheOrderOfTheList) {
 }
 
 TEST_F(QXTextureImageManagerTest, ListedImageThatIsGoneIsIgnored) {
-  m_Manager.AddUselessTexture(List({Place(L"a", 64), Place(L"a", 64)}));
+  QXTextureImage* const pTwice = Place(L"a", 64);
+  m_Manager.AddUselessTexture(List({pTwice, pTwice}));
   m_Manager.AddUselessTexture(List({Place(L"b", 64)}));
   m_Manager.RemoveTextureImage(L"b");
   QXTextureImage* const pKept = Place(L"c", 64);
