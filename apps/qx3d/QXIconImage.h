@@ -42,8 +42,8 @@ struct QXIconTile {
 };
 
 /// Puts a picture of at most MaxIconEdge into the smallest square that leaves it a rim of a pixel on each side. The rim
-/// goes on with the picture's outermost pixels, so that filtering at its edge meets no neighbour and no empty place; what
-/// is left of the square has their colours and is clear.
+/// goes on with the picture's outermost pixels, so that filtering at its edge meets no neighbour and no empty place;
+/// what is left of the square has their colours and is clear.
 QXIconTile MakeIconTile(QXPixels const& pixels);
 
 }  // namespace QXApp

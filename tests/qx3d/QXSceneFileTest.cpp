@@ -178,8 +178,8 @@ TEST(QXSceneFile, EverySectionKnowsItsKeys) {
 
 TEST(QXSceneFile, MissingKeysAreToldAtTheSection) {
   EXPECT_THAT(Problems("\n[model]\nheading = 1\n[icon]\n"),
-      ElementsAre(
-          "2: [model] lacks 'file'; add it", "4: [icon] lacks 'image' or 'symbol'; add one of them", "4: [icon] lacks 'position'; add it"));
+      ElementsAre("2: [model] lacks 'file'; add it", "4: [icon] lacks 'image' or 'symbol'; add one of them",
+          "4: [icon] lacks 'position'; add it"));
 }
 
 TEST(QXSceneFile, RefusedKeyIsNotMissingAsWell) {
