@@ -135,6 +135,10 @@
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
 #include <QxGraphics3D/text/QXCharBitmapData.h>
+#include <QxGraphics3D/text/QXFontKey.h>
+#include <QxGraphics3D/text/QXFontTextureKey.h>
+#include <QxGraphics3D/text/QXMemoryTextureFontManager.h>
+#include <QxGraphics3D/text/QXTextureFont.h>
 #include <QxGraphics3D/text/QXTextureFontManager.h>
 #include <QxGraphics3D/text/QXTrueType.h>
 

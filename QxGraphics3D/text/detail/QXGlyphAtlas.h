@@ -1,0 +1,127 @@
+/// @file
+/// What both glyph atlases have in common.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <memory_resource>
+#include <set>
+
+#include <QxGraphics3D/atlas/detail/QXQuadtreeAtlas.h>
+#include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/toolkit/QXTextStyle.h>
+#include <QxGraphics3D/text/QXCharBitmapData.h>
+#include <QxGraphics3D/text/QXFontKey.h>
+#include <QxGraphics3D/text/QXTextureFont.h>
+#include <QxGraphics3D/text/detail/QXPointerTable.h>
+
+namespace QXC::detail {
+
+/// "Font_BigTexture_" and the number of a page.
+QdcUnicodeString GetFontTextureName(int nIndex);
+
+/// A page: square, two bytes a pixel (PF_BYTE_LA).
+struct QXGlyphPage {
+  static constexpr int kEdge = 1024;
+  static constexpr int kPixelSize = 2;
+  static constexpr unsigned int kBytes = kEdge * kEdge * kPixelSize;
+};
+
+/// Glyphs by key, their pictures, their places on pages, and which of them wait for their upload. Where the pixels of a
+/// page are is the manager's business.
+///
+/// Each glyph is one node of an ordered map, with picture and place in it; the order is that of uploads. A hash table
+/// stands beside the map, since a frame asks for thousands of glyphs that are known, and the ways down a tree of many
+/// glyphs lead through memory that no cache holds. Face names are kept once each for the same reason.
+///
+/// Threads: none of its own; the manager's mutex is held in every operation.
+class QXGlyphAtlas {
+public:
+  /// Makes the pixels of the page that gets this index; false if there are none to be had.
+  using MakePage = std::function<bool(int nIndex)>;
+
+  QXGlyphAtlas() = default;
+  QXGlyphAtlas(QXGlyphAtlas const&) = delete;
+  QXGlyphAtlas& operator=(QXGlyphAtlas const&) = delete;
+
+  /// The glyph of that key if it has a place, or null.
+  QXTextureFont* FindFont(QXFontKey const& key);
+  /// Draws a glyph that has no place and gives it one. Null if there is no picture or no place.
+  QXTextureFont* MakeFont(QXFontKey const& key, QXTextStyle const& style, MakePage const& makePage);
+  /// The kept picture of a glyph, drawn if there is none. Null if it cannot be drawn.
+  QXCharBitmapData* GetBitmap(QXFontKey const& key, QXTextStyle const& style);
+
+  /// One user less.
+  /// @return  the page that has no glyphs left and is gone, or -1
+  int DelFont(QXFontKey const& key);
+
+  /// Calls upload(QXTextureFont const&, QXCharBitmapData const&) for each glyph that is new since the last time, in the
+  /// order of the keys. It may not change what is kept here.
+  template <class Upload>
+  void UploadPending(Upload upload) {
+    for (Node const* const pNode : m_setPending) upload(pNode->second.m_Font, *pNode->second.m_pBitmap);
+    m_setPending.clear();
+  }
+  /// Deletes all pictures if they passed the limit. No glyph waits for its upload: one that did would have lost its
+  /// pixels.
+  void PurgeBitmaps();
+  /// Forgets everything but the bytes of the pictures and the page of the last glyph: the next purge comes as early as
+  /// it would have.
+  void Clear();
+
+private:
+  struct Face {
+    std::uint32_t m_nHash = 0;
+    int m_nUsers = 0;  ///< glyphs of this face
+  };
+  using FaceMap = std::map<QdcUnicodeString, Face>;
+
+  /// A QXFontKey whose name is kept elsewhere.
+  struct Key {
+    FaceMap::value_type* m_pFace;
+    std::uint32_t m_nCode;
+
+    bool operator<(Key const& other) const {
+      if (m_nCode != other.m_nCode) return m_nCode < other.m_nCode;
+      return m_pFace != other.m_pFace && m_pFace->first < other.m_pFace->first;
+    }
+  };
+  struct Glyph {
+    QXTextureFont m_Font;    ///< what callers hold; nodes of the map stand still
+    bool m_bPlaced = false;  ///< m_Font is handed out
+    std::unique_ptr<QXCharBitmapData> m_pBitmap;
+  };
+  /// A glyph that is neither placed nor has a picture is not kept.
+  using GlyphMap = std::pmr::map<Key, Glyph>;
+  using Node = GlyphMap::value_type;
+  struct ByKey {
+    bool operator()(Node const* pFirst, Node const* pSecond) const { return pFirst->first < pSecond->first; }
+  };
+
+  static std::uint32_t GetHash(Key const& key);
+  /// The face of that name, or null.
+  FaceMap::value_type* FindFace(QdcUnicodeString const& strName);
+  Node* Find(QXFontKey const& key);
+  Node* Insert(QXFontKey const& key);
+  void Erase(Node* pNode);
+  bool Place(int nWanted, MakePage const& makePage, QXQuadtreePlace& place);
+  bool PlaceOnNewPage(unsigned int nWanted, MakePage const& makePage, QXQuadtreePlace& place);
+
+  FaceMap m_mapFaces;
+  /// The face of the last look-up: glyphs of one face mostly come in a row.
+  FaceMap::value_type* m_pLastFace = nullptr;
+  /// Nodes side by side, not strewn among the pictures: a look-up then seldom waits for the address translation.
+  std::pmr::unsynchronized_pool_resource m_Pool;
+  GlyphMap m_mapGlyphs{&m_Pool};
+  QXPointerTable<Node> m_Table;
+  std::set<Node*, ByKey> m_setPending;
+
+  QXQuadtreeAtlas m_Pages{g_GlyphAtlasRules};
+  std::map<int, int> m_mapUseCounts;  ///< placed glyphs by page
+  int m_nCurrentPage = 0;
+  std::uint32_t m_nBitmapBytes = 0;
+};
+
+}  // namespace QXC::detail
