@@ -411,6 +411,7 @@ std::string ReadWhole(std::string const& strPath, std::string& strBytes) {
   if (!std::filesystem::exists(status)) return "no such file; correct the name";
   if (std::filesystem::is_directory(status)) return "this is a directory; give the scene file inside it";
   if (!std::filesystem::is_regular_file(status)) return "this is no regular file; give a scene file";
+  if (!IsSceneName(strPath)) return "this is no scene by its name; give a file that ends in .qxscene";
   std::uintmax_t const nSize = std::filesystem::file_size(strPath, error);
   if (error || nSize > MaxFileSize) return "the file is larger than 128 MiB; make several scenes of it";
   std::ifstream file(strPath, std::ios::binary);

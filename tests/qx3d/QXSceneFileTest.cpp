@@ -326,6 +326,8 @@ TEST(QXSceneFile, FilesThatAreNoScenesAreTold) {
   EXPECT_THAT(ReadProblems("/dev/null"), ElementsAre(HasSubstr(": this is no regular file; ")));
   EXPECT_THAT(ReadProblems(folder.Path("\xFF.qxscene")), ElementsAre(HasSubstr(": the name is no UTF-8 text; ")));
   EXPECT_THAT(ReadProblems(folder.Write("empty.qxscene", "")), ElementsAre(HasSubstr("nothing to show")));
+  EXPECT_THAT(
+      ReadProblems(folder.Write("model.obj", "v 0 0 0\n")), ElementsAre(HasSubstr(": this is no scene by its name; ")));
   std::string const strHuge = folder.Write("huge.qxscene", "");
   std::filesystem::resize_file(strHuge, (std::uintmax_t{128} << 20) + 1);
   EXPECT_THAT(ReadProblems(strHuge), ElementsAre(HasSubstr("larger than 128 MiB; ")));

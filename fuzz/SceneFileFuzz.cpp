@@ -1,0 +1,111 @@
+/// @file
+/// Scene files: any bytes give a whole scene, or problems with their lines.
+#include <apps/qx3d/QXSceneFile.h>
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace QXApp;
+
+void Require(bool bHolds) {
+  if (!bHolds) std::abort();
+}
+
+bool IsIn(double dNumber, double dMin, double dMax) {
+  return dNumber >= dMin && dNumber <= dMax;
+}
+
+bool IsPosition(QXC::QXVector3d const& vec) {
+  return IsIn(vec.x, -1e15, 1e15) && IsIn(vec.y, -1e15, 1e15) && IsIn(vec.z, -1e15, 1e15);
+}
+
+void RequireWhole(QXSceneFile const& scene) {
+  Require(!scene.m_vecModels.empty() || !scene.m_vecIcons.empty());
+  Require(IsPosition(scene.m_Camera.m_vecEye) && IsPosition(scene.m_Camera.m_vecLook));
+  Require(scene.m_Camera.m_dFieldOfView == 0.0 || IsIn(scene.m_Camera.m_dFieldOfView, 1.0, 150.0));
+  for (QXSceneModel const& model : scene.m_vecModels) {
+    Require(!model.m_strFile.empty() && !IsSceneName(model.m_strFile) && model.m_nLine > 0);
+    Require(IsPosition(model.m_vecPosition) && model.m_dScale > 0.0 && model.m_dScale <= 1e15);
+    for (double const d : {model.m_dHeading, model.m_dPitch, model.m_dRoll}) Require(IsIn(d, -360.0, 360.0));
+  }
+  for (QXSceneIcon const& icon : scene.m_vecIcons) {
+    Require(!icon.m_strImage.empty() && icon.m_nLine > 0 && IsPosition(icon.m_vecPosition));
+    Require((icon.m_dWidth == 0.0) == (icon.m_dHeight == 0.0) && IsIn(icon.m_dWidth, 0.0, 1e15));
+    Require(IsIn(icon.m_dHeight, 0.0, 1e15) && (icon.m_eUnit == QXIconUnit::Pixels || icon.m_dWidth > 0.0));
+    Require(icon.m_nTolerance >= 0 && icon.m_nTolerance <= 255 && (icon.m_bColorKey || icon.m_nTolerance == 0));
+  }
+}
+
+std::string Number(double dNumber) {
+  char szText[32];
+  std::snprintf(szText, sizeof szText, "%.17g", dNumber);
+  return szText;
+}
+
+std::string Position(QXC::QXVector3d const& vec) {
+  return Number(vec.x) + "," + Number(vec.y) + "," + Number(vec.z) + "\n";
+}
+
+std::string Color(unsigned char const (&nColor)[3]) {
+  char szText[8];
+  std::snprintf(szText, sizeof szText, "#%02x%02x%02x", nColor[0], nColor[1], nColor[2]);
+  return std::string(szText) + "\n";
+}
+
+std::string WriteModel(QXSceneModel const& model) {
+  char const* const szUp[] = {"auto", "y", "z"};
+  return "[model]\nfile=" + model.m_strFile + "\nposition=" + Position(model.m_vecPosition) +
+         "heading=" + Number(model.m_dHeading) + "\npitch=" + Number(model.m_dPitch) +
+         "\nroll=" + Number(model.m_dRoll) + "\nscale=" + Number(model.m_dScale) +
+         "\nup=" + szUp[static_cast<int>(model.m_eUp)] + "\n";
+}
+
+std::string WriteIcon(QXSceneIcon const& icon) {
+  std::string strText = "[icon]\nimage=" + icon.m_strImage + "\nposition=" + Position(icon.m_vecPosition);
+  if (icon.m_dWidth > 0.0) strText += "size=" + Number(icon.m_dWidth) + "," + Number(icon.m_dHeight) + "\n";
+  strText += std::string("unit=") + (icon.m_eUnit == QXIconUnit::World ? "world\n" : "pixels\n");
+  if (icon.m_bColorKey)
+    strText += "color-key=" + Color(icon.m_nColorKey) + "tolerance=" + std::to_string(icon.m_nTolerance) + "\n";
+  return strText;
+}
+
+std::string Write(QXSceneFile const& scene) {
+  std::string strText = std::string("[scene]\nground=") + (scene.m_bGround ? "yes\n" : "no\n");
+  if (scene.m_bBackground) strText += "background=" + Color(scene.m_nBackground);
+  strText += "[camera]\n";
+  QXSceneCamera const& camera = scene.m_Camera;
+  if (camera.m_bEye) strText += "eye=" + Position(camera.m_vecEye);
+  if (camera.m_bLook) strText += "look=" + Position(camera.m_vecLook);
+  if (camera.m_dFieldOfView > 0.0) strText += "field-of-view=" + Number(camera.m_dFieldOfView) + "\n";
+  for (QXSceneModel const& model : scene.m_vecModels) strText += WriteModel(model);
+  for (QXSceneIcon const& icon : scene.m_vecIcons) strText += WriteIcon(icon);
+  return strText;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* pBytes, std::size_t nSize) {
+  // Without a folder, so that names stay as they are.
+  QXSceneProblems problems("input");
+  QXSceneFile const scene =
+      ParseScene(std::string_view(reinterpret_cast<char const*>(pBytes), nSize), "input", problems);
+  std::vector<std::string> const vecLines = problems.GetLines();
+  Require(vecLines.empty() == problems.IsEmpty() && vecLines.size() <= QXSceneProblems::ms_nMaxKept + 1);
+  for (std::string const& strLine : vecLines) Require(strLine.rfind("input:", 0) == 0);
+  if (!problems.IsEmpty()) return 0;
+  RequireWhole(scene);
+
+  // What was read can be written down and is read the same.
+  QXSceneProblems copyProblems("copy");
+  QXSceneFile const copy = ParseScene(Write(scene), "copy", copyProblems);
+  Require(copyProblems.IsEmpty() && Write(copy) == Write(scene));
+  return 0;
+}
