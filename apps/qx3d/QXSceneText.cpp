@@ -16,7 +16,7 @@ constexpr char const* Blanks = " \t\r\v\f";
 std::string_view Trim(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
   std::size_t const nLast = text.find_last_not_of(Blanks);
-  return nLast == std::string_view::npos ? std::string_view() : text.substr(0, nLast + 1);
+  return text.substr(0, nLast == std::string_view::npos ? 0 : nLast + 1);
 }
 
 /// What the parser is given line by line, and what it hands back.
@@ -45,7 +45,7 @@ private:
     ++m_nLine;
     // Leading blanks would make the line a continuation of the value before it.
     line = Trim(line);
-    if (!Accept(line, nSize)) line = std::string_view();
+    if (!Accept(line, nSize)) line = line.substr(0, 0);
     std::memcpy(pBuffer, line.data(), line.size());
     pBuffer[line.size()] = '\0';
     return pBuffer;

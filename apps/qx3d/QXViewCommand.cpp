@@ -112,7 +112,7 @@ private:
     }
     if (!strError.empty()) return strError;
     std::vector<std::string> vecProblems;
-    strError = m_Session.Show(m_Scene, m_Models.GetPictures(), m_Options.m_bGround && m_File.m_bGround, vecProblems);
+    strError = m_Session.Show(m_Scene, m_Models.GetPictures(), HasGround(), vecProblems);
     Warn(vecProblems);
     m_Models.FreePictures();
     if (strError.empty()) m_Session.ShowSymbols(m_vecSymbols, m_IconProblems);
@@ -121,6 +121,12 @@ private:
     // The scene is worth showing without one of its icons.
     Warn(m_IconProblems.GetLines());
     return strError;
+  }
+
+  /// Under a single icon there is nothing that a ground could be measured by.
+  bool HasGround() const {
+    bool const bPoint = m_Scene.m_Bounds.GetMin() == m_Scene.m_Bounds.GetMax();
+    return m_Options.m_bGround && m_File.m_bGround && !bPoint;
   }
 
   QXCell GetCell(int nView) const { return GetViewCell(nView, m_Options.m_nViews, m_nWidth, m_nHeight); }
