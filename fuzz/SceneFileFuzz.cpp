@@ -37,10 +37,16 @@ void RequireWhole(QXSceneFile const& scene) {
     for (double const d : {model.m_dHeading, model.m_dPitch, model.m_dRoll}) Require(IsIn(d, -360.0, 360.0));
   }
   for (QXSceneIcon const& icon : scene.m_vecIcons) {
-    Require(!icon.m_strImage.empty() && icon.m_nLine > 0 && IsPosition(icon.m_vecPosition));
+    Require(icon.m_strImage.empty() != icon.m_strSymbol.empty());
+    Require(icon.m_nLine > 0 && IsPosition(icon.m_vecPosition));
     Require((icon.m_dWidth == 0.0) == (icon.m_dHeight == 0.0) && IsIn(icon.m_dWidth, 0.0, 1e15));
     Require(IsIn(icon.m_dHeight, 0.0, 1e15) && (icon.m_eUnit == QXIconUnit::Pixels || icon.m_dWidth > 0.0));
     Require(icon.m_nTolerance >= 0 && icon.m_nTolerance <= 255 && (icon.m_bColorKey || icon.m_nTolerance == 0));
+  }
+  for (QXSceneSymbol const& symbol : scene.m_vecSymbols) {
+    Require(!symbol.m_strName.empty() && !symbol.m_strFile.empty() && symbol.m_nLine > 0);
+    Require(IsIn(symbol.m_nPixels, 8.0, 512.0) && IsIn(symbol.m_dHeading, -360.0, 360.0));
+    Require(IsIn(symbol.m_dElevation, 0.0, 90.0));
   }
 }
 
@@ -60,21 +66,29 @@ std::string Color(unsigned char const (&nColor)[3]) {
   return std::string(szText) + "\n";
 }
 
+char const* const Axes[] = {"auto", "y", "z"};
+
 std::string WriteModel(QXSceneModel const& model) {
-  char const* const szUp[] = {"auto", "y", "z"};
   return "[model]\nfile=" + model.m_strFile + "\nposition=" + Position(model.m_vecPosition) +
          "heading=" + Number(model.m_dHeading) + "\npitch=" + Number(model.m_dPitch) +
          "\nroll=" + Number(model.m_dRoll) + "\nscale=" + Number(model.m_dScale) +
-         "\nup=" + szUp[static_cast<int>(model.m_eUp)] + "\n";
+         "\nup=" + Axes[static_cast<int>(model.m_eUp)] + "\n";
 }
 
 std::string WriteIcon(QXSceneIcon const& icon) {
-  std::string strText = "[icon]\nimage=" + icon.m_strImage + "\nposition=" + Position(icon.m_vecPosition);
+  std::string strText = "[icon]\nposition=" + Position(icon.m_vecPosition);
+  strText += icon.m_strSymbol.empty() ? "image=" + icon.m_strImage + "\n" : "symbol=" + icon.m_strSymbol + "\n";
   if (icon.m_dWidth > 0.0) strText += "size=" + Number(icon.m_dWidth) + "," + Number(icon.m_dHeight) + "\n";
   strText += std::string("unit=") + (icon.m_eUnit == QXIconUnit::World ? "world\n" : "pixels\n");
   if (icon.m_bColorKey)
     strText += "color-key=" + Color(icon.m_nColorKey) + "tolerance=" + std::to_string(icon.m_nTolerance) + "\n";
   return strText;
+}
+
+std::string WriteSymbol(QXSceneSymbol const& symbol) {
+  return "[symbol]\nname=" + symbol.m_strName + "\nfile=" + symbol.m_strFile +
+         "\npixels=" + std::to_string(symbol.m_nPixels) + "\nheading=" + Number(symbol.m_dHeading) +
+         "\nelevation=" + Number(symbol.m_dElevation) + "\nup=" + Axes[static_cast<int>(symbol.m_eUp)] + "\n";
 }
 
 std::string Write(QXSceneFile const& scene) {
@@ -87,6 +101,7 @@ std::string Write(QXSceneFile const& scene) {
   if (camera.m_dFieldOfView > 0.0) strText += "field-of-view=" + Number(camera.m_dFieldOfView) + "\n";
   for (QXSceneModel const& model : scene.m_vecModels) strText += WriteModel(model);
   for (QXSceneIcon const& icon : scene.m_vecIcons) strText += WriteIcon(icon);
+  for (QXSceneSymbol const& symbol : scene.m_vecSymbols) strText += WriteSymbol(symbol);
   return strText;
 }
 
