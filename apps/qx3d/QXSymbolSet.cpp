@@ -8,7 +8,6 @@
 #include <QxGraphics3D/texture/QXTexture.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
 
-#include <algorithm>
 #include <map>
 
 namespace QXApp {
@@ -39,7 +38,6 @@ QXSymbolPlace* QXSymbolSet::Take(QXC::QXGraphics3D& graphics3D, std::string cons
   manager.SetGraphics3D(&graphics3D);
   auto const nEdge = static_cast<unsigned int>(2 * nPixels);
   QXSymbolPlace place;
-  place.m_strName = strName;
   place.m_nPixels = nPixels;
   place.m_pPatch = manager.GetRenderTexturePatch(MakePatchName(strName), nEdge, nEdge);
   if (place.m_pPatch->IsPlaced() == 0) {
@@ -51,8 +49,7 @@ QXSymbolPlace* QXSymbolSet::Take(QXC::QXGraphics3D& graphics3D, std::string cons
   place.m_pPatch->GetPos(nX, nY);
   place.m_rcPart = QXC::QdcRect2D(static_cast<double>(nX) / PageEdge, static_cast<double>(nY) / PageEdge,
       static_cast<double>(nX + nEdge) / PageEdge, static_cast<double>(nY + nEdge) / PageEdge);
-  m_vecPlaces.push_back(place);
-  return &m_vecPlaces.back();
+  return &(m_mapPlaces[strName] = place);
 }
 
 bool QXSymbolSet::Attach(
@@ -64,32 +61,33 @@ bool QXSymbolSet::Attach(
 }
 
 void QXSymbolSet::Draw(QXC::QXGraphics3D& graphics3D) {
-  if (m_vecPlaces.empty()) return;
+  if (m_mapPlaces.empty()) return;
   QXRenderTextureManager::GetSingleton().RenderToTexture();
   QXC::QXTextureManager* pManager = graphics3D.GetTextureManager();
   if (pManager == nullptr) return;
   pManager->Lock();
-  for (QXSymbolPlace& place : m_vecPlaces) place.m_pTexture = pManager->GetTexture(place.m_pPatch->GetTextureName(), 0);
+  for (auto& [strName, place] : m_mapPlaces)
+    place.m_pTexture = pManager->GetTexture(place.m_pPatch->GetTextureName(), 0);
   pManager->Unlock();
 }
 
 QXSymbolPlace const* QXSymbolSet::Find(std::string const& strName) const {
-  auto const it = std::ranges::find(m_vecPlaces, strName, &QXSymbolPlace::m_strName);
-  return it != m_vecPlaces.end() && it->m_pTexture != nullptr ? &*it : nullptr;
+  auto const it = m_mapPlaces.find(strName);
+  return it != m_mapPlaces.end() && it->second.m_pTexture != nullptr ? &it->second : nullptr;
 }
 
 void QXSymbolSet::GiveBack(QXC::QXGraphics3D& graphics3D) {
-  if (m_vecPlaces.empty()) return;
+  if (m_mapPlaces.empty()) return;
   QXRenderTextureManager& manager = QXRenderTextureManager::GetSingleton();
   manager.SetGraphics3D(&graphics3D);
-  for (QXSymbolPlace const& place : m_vecPlaces) manager.RemoveRenderTexturePatch(MakePatchName(place.m_strName));
-  m_vecPlaces.clear();
+  for (auto const& [strName, place] : m_mapPlaces) manager.RemoveRenderTexturePatch(MakePatchName(strName));
+  m_mapPlaces.clear();
   manager.SetGraphics3D(nullptr);
 }
 
 std::vector<QXAtlasPage> QXSymbolSet::GetPages() const {
   std::map<int, QXAtlasPage> mapPages;
-  for (QXSymbolPlace const& place : m_vecPlaces) {
+  for (auto const& [strName, place] : m_mapPlaces) {
     if (place.m_pTexture == nullptr) continue;
     QXAtlasPage& page = mapPages[place.m_pPatch->GetTextureIndex()];
     page.m_strName = Narrow(place.m_pPatch->GetTextureName());
@@ -98,8 +96,8 @@ std::vector<QXAtlasPage> QXSymbolSet::GetPages() const {
     unsigned int nX = 0;
     unsigned int nY = 0;
     place.m_pPatch->GetPos(nX, nY);
-    page.m_vecTiles.push_back({static_cast<int>(nX), static_cast<int>(nY), PageEdge >> place.m_pPatch->GetLod(),
-        "symbol " + place.m_strName});
+    page.m_vecTiles.push_back(
+        {static_cast<int>(nX), static_cast<int>(nY), PageEdge >> place.m_pPatch->GetLod(), "symbol " + strName});
   }
   std::vector<QXAtlasPage> vecPages;
   for (auto& [nIndex, page] : mapPages) vecPages.push_back(std::move(page));

@@ -7,6 +7,7 @@
 #include <QxGraphics3D/frame/foundation/base/QdcRect.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,6 @@ namespace QXApp {
 
 /// Where a symbol's picture stands.
 struct QXSymbolPlace {
-  std::string m_strName;
   /// Pixels on the screen. The picture has twice as many each way, so that its edges come out smooth.
   int m_nPixels = 0;
   QXC::QXRenderTexturePatch* m_pPatch = nullptr;
@@ -42,7 +42,7 @@ public:
   QXSymbolSet(QXSymbolSet const&) = delete;
   QXSymbolSet& operator=(QXSymbolSet const&) = delete;
 
-  /// Takes a square for a symbol. Null where the renderer can make none.
+  /// Takes a square for a symbol, of another name than those before. Null where the renderer can make none.
   QXSymbolPlace* Take(QXC::QXGraphics3D& graphics3D, std::string const& strName, int nPixels);
   /// Makes a drawable part of what is seen in the symbol. It stays its owner's, and lives until GiveBack.
   bool Attach(QXC::QXGraphics3D& graphics3D, QXSymbolPlace const& place, QXC::QXRenderOperation3D* pDrawable);
@@ -59,7 +59,8 @@ public:
   std::vector<QXAtlasPage> GetPages() const;
 
 private:
-  std::vector<QXSymbolPlace> m_vecPlaces;
+  /// By name: icons look theirs up, and there may be many of both.
+  std::map<std::string, QXSymbolPlace> m_mapPlaces;
 };
 
 }  // namespace QXApp
