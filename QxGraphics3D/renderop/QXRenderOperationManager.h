@@ -45,7 +45,7 @@ public:
       QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) = 0;
   /// Takes a drawable out of its scene; it keeps its geometry.
   virtual void DetachRenderOperation3D(QXRenderOperation3D* pOperation) = 0;
-  /// A picture that faces the camera.
+  /// A picture that faces the camera. Null if the scene does not exist: it could not be put into another one later.
   virtual QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) = 0;
   /// A rectangle over the pictures of all targets.
   virtual QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const& strName) = 0;

@@ -71,6 +71,9 @@ void QXNullRenderOperationManager::DetachRenderOperation3D(QXRenderOperation3D* 
 
 QXBillboard* QXNullRenderOperationManager::CreateBillboard(QdcUnicodeString const& strSceneName) {
   Record("CreateBillboard", strSceneName);
+  if (m_Graphics.FindScene(strSceneName) == nullptr) {
+    return nullptr;
+  }
   return new QXNullBillboard(m_pLog, MakeLabel("billboard"));
 }
 

@@ -41,6 +41,11 @@ TEST_F(QXNullSceneObjectsTest, BillboardKeepsPlaceAndTexture) {
   EXPECT_EQ(texture.GetRef(), 0);
 }
 
+TEST_F(QXNullSceneObjectsTest, BillboardNeedsASceneThatExists) {
+  EXPECT_EQ(Manager().CreateBillboard(L"nowhere"), nullptr);
+  EXPECT_EQ(Manager().CreateBillboard(L""), nullptr);
+}
+
 TEST_F(QXNullSceneObjectsTest, OverlayKeepsItsNameAndTexture) {
   QXBareTexture texture;
   {
