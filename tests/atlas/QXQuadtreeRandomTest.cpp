@@ -190,7 +190,7 @@ TEST_P(QXQuadtreeLife, AgreesWithTheRecursion) {
 // Small pages do most of the work: the recursion is quick there, and every depth of the tree comes to all its cases.
 INSTANTIATE_TEST_SUITE_P(Atlases, QXQuadtreeLife,
     testing::Values(QXLifeCase{"render64", QXPlainKind::Render, 64, 1, 6, 60000, 60, true},
-        QXLifeCase{"renderOdd", QXPlainKind::Render, 64, 0, 6, 8000, 60, false},
+        QXLifeCase{"renderOdd", QXPlainKind::Render, 64, 0, 6, 4000, 60, false},
         QXLifeCase{"render2048", QXPlainKind::Render, 2048, 6, 11, 1500, 60, true},
         QXLifeCase{"image64", QXPlainKind::Image, 64, 2, 6, 60000, 100, true},
         QXLifeCase{"imageSmall", QXPlainKind::Image, 32, 2, 3, 60000, 300, true},
