@@ -51,7 +51,7 @@ public:
   static QXRenderTextureManager* GetSingletonPtr();
 
   /// The renderer that targets and nodes are made with, not owned; null takes it away. To be set before the first patch
-  /// is asked for.
+  /// is asked for. Whoever deletes the renderer calls Clear before: QXGraphics3D::ClearResource does not.
   void SetGraphics3D(QXGraphics3D* pGraphics);
 
   /// The patch of that name with one more user, made if there is none. It is never null and stays the manager's.
