@@ -13,14 +13,6 @@ namespace {
 
 using Folder = QXAssimp::QXTestFolder;
 using Bytes = std::array<unsigned char, 4>;  // blue, green, red, alpha
-using Rgb = std::array<int, 3>;
-
-Rgb At(QXPicture const& picture, int nX, int nY) {
-  unsigned char const* p =
-      picture.m_vecPixels.data() +
-      3 * (static_cast<std::size_t>(nY) * static_cast<std::size_t>(picture.m_nWidth) + static_cast<std::size_t>(nX));
-  return {p[0], p[1], p[2]};
-}
 
 /// A black scene, looked at from the south; the eye is level with the middle of the picture.
 std::string WriteScene(Folder const& folder, std::string const& strIcons) {
@@ -74,6 +66,15 @@ TEST(QXIconProgram, SymbolsAreOnPagesOfTheirOwn) {
 }
 
 #if defined(QX_WITH_OGRE)
+
+using Rgb = std::array<int, 3>;
+
+Rgb At(QXPicture const& picture, int nX, int nY) {
+  unsigned char const* p =
+      picture.m_vecPixels.data() +
+      3 * (static_cast<std::size_t>(nY) * static_cast<std::size_t>(picture.m_nWidth) + static_cast<std::size_t>(nX));
+  return {p[0], p[1], p[2]};
+}
 
 /// Draws a scene of one icon.
 QXPicture Draw(Folder const& folder, std::string const& strIcon) {
