@@ -138,6 +138,7 @@
 #include <QxGraphics3D/text/QXFontKey.h>
 #include <QxGraphics3D/text/QXFontTextureKey.h>
 #include <QxGraphics3D/text/QXMemoryTextureFontManager.h>
+#include <QxGraphics3D/text/QXTextLayout.h>
 #include <QxGraphics3D/text/QXTextureFont.h>
 #include <QxGraphics3D/text/QXTextureFontManager.h>
 #include <QxGraphics3D/text/QXTrueType.h>

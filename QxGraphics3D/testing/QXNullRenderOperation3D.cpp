@@ -10,6 +10,7 @@
 #include <QxGraphics3D/renderop/QXRenderOperationSet.h>
 #include <QxGraphics3D/testing/QXNullRenderOperationManager.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
+#include <QxGraphics3D/text/QXTextLayout.h>
 #include <QxGraphics3D/texture/QXTexture.h>
 
 namespace QXC {
@@ -300,7 +301,8 @@ void QXNullRenderOperation3D::SetSkeletonAnimation(QXSkeletonAnimation* pAnimati
 unsigned char QXNullRenderOperation3D::SetShaderPrograms(
     QdcUnicodeString const& strVertex, QdcUnicodeString const& strFragment) {
   Record("SetShaderPrograms", strVertex, strFragment);
-  return static_cast<unsigned char>(strVertex.IsEmpty() && strFragment.IsEmpty());
+  bool const bLabels = strVertex == LABEL_VERTEX_PROGRAM && strFragment == LABEL_FRAGMENT_PROGRAM;
+  return bLabels || (strVertex.IsEmpty() && strFragment.IsEmpty());
 }
 
 // --- State that only a picture would show: written down, and nothing else ---

@@ -73,7 +73,7 @@ public:
   void SetRenderStatePass(RenderStateSet eState, QXPass& pass) override;
   void RemoveRenderStatePass(RenderStateSet eState) override;
   void SetPass(QXPass const* pPass) override;
-  /// 1 if both names are empty: there is nothing here that could compile.
+  /// 1 if both names are empty or those of label drawables: there is nothing here that could compile.
   unsigned char SetShaderPrograms(QdcUnicodeString const& strVertex, QdcUnicodeString const& strFragment) override;
   void SetShaderParameter(QdcUnicodeString const& strName, QXVector4d const& vecValue) override;
   void SetUniformBuffer(QXUniformBuffer* pBuffer) override;
