@@ -27,8 +27,17 @@ bool IsPosition(QXC::QXVector3d const& vec) {
   return IsIn(vec.x, -1e15, 1e15) && IsIn(vec.y, -1e15, 1e15) && IsIn(vec.z, -1e15, 1e15);
 }
 
+void RequireWhole(QXSceneLabel const& label) {
+  Require(!label.m_strText.empty() && label.m_nLine > 0 && IsPosition(label.m_vecPosition));
+  Require(IsIn(label.GetSize(), 1.0, MaxLabelSize) && IsIn(label.m_dRotation, -360.0, 360.0));
+  for (double const d : label.m_dOffset) Require(IsIn(d, -1e15, 1e15));
+  Require(IsIn(label.m_nAlignX, -1.0, 1.0) && IsIn(label.m_nAlignY, -1.0, 1.0));
+  bool const bFlat = label.m_eFacing == QXLabelFacing::Flat;
+  Require(bFlat == (label.m_dHeight > 0.0) && IsIn(label.m_dHeight, 0.0, 1e15));
+}
+
 void RequireWhole(QXSceneFile const& scene) {
-  Require(!scene.m_vecModels.empty() || !scene.m_vecIcons.empty());
+  Require(!scene.m_vecModels.empty() || !scene.m_vecIcons.empty() || !scene.m_vecLabels.empty());
   Require(IsPosition(scene.m_Camera.m_vecEye) && IsPosition(scene.m_Camera.m_vecLook));
   Require(scene.m_Camera.m_dFieldOfView == 0.0 || IsIn(scene.m_Camera.m_dFieldOfView, 1.0, 150.0));
   for (QXSceneModel const& model : scene.m_vecModels) {
@@ -48,6 +57,7 @@ void RequireWhole(QXSceneFile const& scene) {
     Require(IsIn(symbol.m_nPixels, 8.0, 512.0) && IsIn(symbol.m_dHeading, -360.0, 360.0));
     Require(IsIn(symbol.m_dElevation, 0.0, 90.0));
   }
+  for (QXSceneLabel const& label : scene.m_vecLabels) RequireWhole(label);
 }
 
 std::string Number(double dNumber) {
@@ -91,6 +101,23 @@ std::string WriteSymbol(QXSceneSymbol const& symbol) {
          "\nelevation=" + Number(symbol.m_dElevation) + "\nup=" + Axes[static_cast<int>(symbol.m_eUp)] + "\n";
 }
 
+char const* const Aligns[] = {
+    "bottom-left", "bottom", "bottom-right", "left", "center", "right", "top-left", "top", "top-right"};
+
+std::string WriteLabel(QXSceneLabel const& label) {
+  std::string strText = "[label]\ntext=" + label.m_strText + "\nposition=" + Position(label.m_vecPosition);
+  if (!label.m_strFont.empty()) strText += "font=" + label.m_strFont + "\n";
+  if (label.m_nSize > 0) strText += "size=" + std::to_string(label.m_nSize) + "\n";
+  strText += std::string("bold=") + (label.m_bBold ? "yes" : "no") + "\nitalic=" + (label.m_bItalic ? "yes" : "no") +
+             "\ncolor=" + Color(label.m_nColor);
+  if (label.m_bHalo) strText += "halo=" + Color(label.m_nHalo);
+  strText += "rotation=" + Number(label.m_dRotation) + "\noffset=" + Number(label.m_dOffset[0]) + "," +
+             Number(label.m_dOffset[1]) + "\nalign=" + Aligns[3 * (label.m_nAlignY + 1) + label.m_nAlignX + 1] +
+             "\ndepth=" + (label.m_bDepth ? "on" : "off") + "\n";
+  if (label.m_eFacing == QXLabelFacing::Flat) strText += "facing=flat\nheight=" + Number(label.m_dHeight) + "\n";
+  return strText;
+}
+
 std::string Write(QXSceneFile const& scene) {
   std::string strText = std::string("[scene]\nground=") + (scene.m_bGround ? "yes\n" : "no\n");
   if (scene.m_bBackground) strText += "background=" + Color(scene.m_nBackground);
@@ -102,6 +129,7 @@ std::string Write(QXSceneFile const& scene) {
   for (QXSceneModel const& model : scene.m_vecModels) strText += WriteModel(model);
   for (QXSceneIcon const& icon : scene.m_vecIcons) strText += WriteIcon(icon);
   for (QXSceneSymbol const& symbol : scene.m_vecSymbols) strText += WriteSymbol(symbol);
+  for (QXSceneLabel const& label : scene.m_vecLabels) strText += WriteLabel(label);
   return strText;
 }
 

@@ -30,6 +30,7 @@ struct Draft {
   QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
   QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
   QXSceneSymbol& GetSymbol() { return m_Scene.m_vecSymbols.back(); }
+  QXSceneLabel& GetLabel() { return m_Scene.m_vecLabels.back(); }
 };
 
 /// Takes a value over. @return  empty, or what was expected
@@ -242,12 +243,103 @@ Section MakeSymbolSection() {
           {"heading", false, setHeading}, {"elevation", false, setElevation}, {"up", false, setUp}}};
 }
 
+std::string BeginLabel(Draft& draft, int nLine) {
+  return AppendPlaced(draft.m_Scene.m_vecLabels, nLine);
+}
+
+std::string SetLabelAlign(Draft& draft, std::string const& strValue) {
+  std::size_t nWord = 0;
+  std::string const strProblem = ReadWord(strValue,
+      {"top-left", "top", "top-right", "left", "center", "right", "bottom-left", "bottom", "bottom-right"}, nWord);
+  draft.GetLabel().m_nAlignX = static_cast<int>(nWord % 3) - 1;
+  draft.GetLabel().m_nAlignY = 1 - static_cast<int>(nWord / 3);
+  return strProblem;
+}
+
+std::string SetLabelDepth(Draft& draft, std::string const& strValue) {
+  std::size_t nWord = 0;
+  std::string const strProblem = ReadWord(strValue, {"on", "off"}, nWord);
+  draft.GetLabel().m_bDepth = nWord == 0;
+  return strProblem;
+}
+
+std::string SetLabelFacing(Draft& draft, std::string const& strValue) {
+  std::size_t nWord = 0;
+  std::string const strProblem = ReadWord(strValue, {"camera", "flat"}, nWord);
+  draft.GetLabel().m_eFacing = nWord == 0 ? QXLabelFacing::Camera : QXLabelFacing::Flat;
+  return strProblem;
+}
+
+std::string SetLabelHalo(Draft& draft, std::string const& strValue) {
+  draft.GetLabel().m_bHalo = true;
+  return ReadColor(strValue, draft.GetLabel().m_nHalo);
+}
+
+std::string EndLabel(Draft& draft) {
+  QXSceneLabel const& label = draft.GetLabel();
+  bool const bFlat = label.m_eFacing == QXLabelFacing::Flat;
+  if (bFlat && label.m_dHeight == 0.0)
+    return "facing = flat asks for a height in the world's units; add height = 5, or take facing away";
+  if (!bFlat && label.m_dHeight > 0.0)
+    return "height is about a label that lies in the world; add facing = flat, or take height away";
+  return std::string();
+}
+
+/// Keys of the letters themselves.
+void AddLetterKeys(std::vector<Key>& vecKeys) {
+  auto const setFont = [](Draft& draft, std::string const& strValue) {
+    draft.GetLabel().m_strFont = strValue;
+    return std::string();
+  };
+  auto const setSize = [](Draft& draft, std::string const& strValue) {
+    return ReadWholeNumber(strValue, 1, MaxLabelSize, draft.GetLabel().m_nSize);
+  };
+  auto const setBold = [](Draft& draft, std::string const& strValue) {
+    return ReadYesNo(strValue, draft.GetLabel().m_bBold);
+  };
+  auto const setItalic = [](Draft& draft, std::string const& strValue) {
+    return ReadYesNo(strValue, draft.GetLabel().m_bItalic);
+  };
+  auto const setColor = [](Draft& draft, std::string const& strValue) {
+    return ReadColor(strValue, draft.GetLabel().m_nColor);
+  };
+  vecKeys.insert(
+      vecKeys.end(), {{"font", false, setFont}, {"size", false, setSize}, {"bold", false, setBold},
+                         {"italic", false, setItalic}, {"color", false, setColor}, {"halo", false, SetLabelHalo}});
+}
+
+Section MakeLabelSection() {
+  auto const setText = [](Draft& draft, std::string const& strValue) {
+    draft.GetLabel().m_strText = strValue;
+    draft.GetLabel().m_nLine = draft.m_nLine;
+    return std::string();
+  };
+  auto const setPosition = [](Draft& draft, std::string const& strValue) {
+    return ReadPosition(strValue, draft.GetLabel().m_vecPosition);
+  };
+  auto const setRotation = [](Draft& draft, std::string const& strValue) {
+    return SetAngle(strValue, draft.GetLabel().m_dRotation);
+  };
+  auto const setOffset = [](Draft& draft, std::string const& strValue) {
+    return ReadOffset(strValue, draft.GetLabel().m_dOffset);
+  };
+  auto const setHeight = [](Draft& draft, std::string const& strValue) {
+    return ReadLength(strValue, draft.GetLabel().m_dHeight);
+  };
+  std::vector<Key> vecKeys{{"text", true, setText}, {"position", true, setPosition}};
+  AddLetterKeys(vecKeys);
+  vecKeys.insert(vecKeys.end(),
+      {{"rotation", false, setRotation}, {"offset", false, setOffset}, {"align", false, SetLabelAlign},
+          {"depth", false, SetLabelDepth}, {"facing", false, SetLabelFacing}, {"height", false, setHeight}});
+  return {"label", true, BeginLabel, EndLabel, vecKeys};
+}
+
 /// Follows a file through its sections by their table.
 class SceneReader final : public QXSceneTextHandler {
 public:
   explicit SceneReader(Draft& draft)
       : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection(),
-                            MakeSymbolSection()},
+                            MakeSymbolSection(), MakeLabelSection()},
         m_vecFirstLines(m_vecSections.size(), 0) {}
 
   void BeginSection(std::string const& strName, int nLine) override {
@@ -438,8 +530,9 @@ QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSce
   ReadSceneText(bytes, reader, problems);
   reader.Finish();
   CheckSymbols(draft.m_Scene, problems);
-  if (problems.IsEmpty() && draft.m_Scene.m_vecModels.empty() && draft.m_Scene.m_vecIcons.empty())
-    problems.Add(0, "there is nothing to show; add a [model] with its file, or an [icon]");
+  QXSceneFile const& scene = draft.m_Scene;
+  if (problems.IsEmpty() && scene.m_vecModels.empty() && scene.m_vecIcons.empty() && scene.m_vecLabels.empty())
+    problems.Add(0, "there is nothing to show; add a [model] with its file, an [icon] or a [label]");
   return std::move(draft.m_Scene);
 }
 

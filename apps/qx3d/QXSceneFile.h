@@ -65,6 +65,48 @@ struct QXSceneIcon {
   int m_nLine = 0;
 };
 
+/// How a label stands: it faces the eye, or lies level in the world.
+enum class QXLabelFacing { Camera, Flat };
+
+/// A line of text.
+struct QXSceneLabel {
+  /// UTF-8.
+  std::string m_strText;
+  /// Family name; empty: the default font.
+  std::string m_strFont;
+  /// Points at 96 to an inch; 0: GetSize decides. Of a flat label it says how finely the letters are drawn, and
+  /// m_dHeight how large they are.
+  int m_nSize = 0;
+  bool m_bBold = false;
+  bool m_bItalic = false;
+  unsigned char m_nColor[3] = {0, 0, 0};
+  /// Of the border round each letter, if there is one.
+  bool m_bHalo = false;
+  unsigned char m_nHalo[3] = {0, 0, 0};
+  QXC::QXVector3d m_vecPosition;
+  /// Degrees, counter-clockwise about the position: on the screen, or, of a flat label, seen from above, where it reads
+  /// eastwards at 0 and northwards at 90.
+  double m_dRotation = 0.0;
+  /// Along the line and upwards across it, before it is turned: pixels, or world units of a flat label.
+  double m_dOffset[2] = {0.0, 0.0};
+  /// What of the text stands on the position. Across: -1 its left end, 0 its middle, 1 its right end; up: -1 its lower
+  /// edge, 0 its middle, 1 its upper edge.
+  int m_nAlignX = 0;
+  int m_nAlignY = -1;
+  /// Whether what stands before it hides it.
+  bool m_bDepth = true;
+  QXLabelFacing m_eFacing = QXLabelFacing::Camera;
+  /// Of a flat label, in world units: that of its font, of which capitals have about seven tenths.
+  double m_dHeight = 0.0;
+  int m_nLine = 0;
+
+  /// Points; where nothing else is said, 12 for the screen, and enough for a look from nearby for the world.
+  int GetSize() const { return m_nSize > 0 ? m_nSize : (m_eFacing == QXLabelFacing::Flat ? 36 : 12); }
+};
+
+/// Largest size of a label in points: even wide letters then fit a page of the glyph atlas.
+constexpr int MaxLabelSize = 300;
+
 /// What the first view shows, unless the command line says otherwise.
 struct QXSceneCamera {
   bool m_bEye = false;
@@ -87,9 +129,10 @@ struct QXSceneFile {
   std::vector<QXSceneModel> m_vecModels;
   std::vector<QXSceneIcon> m_vecIcons;
   std::vector<QXSceneSymbol> m_vecSymbols;
+  std::vector<QXSceneLabel> m_vecLabels;
 };
 
-/// Of models, of icons, and of whatever else a scene may hold many of, each.
+/// Of models, icons, labels and of whatever else a scene may hold many of, each.
 constexpr std::size_t MaxScenePlacements = 100000;
 
 /// Whether a name has the extension of scene files, .qxscene in any case.

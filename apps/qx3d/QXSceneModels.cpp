@@ -93,6 +93,24 @@ QXC::QXBoundingBox GetIconBounds(QXSceneFile const& scene) {
   return bounds;
 }
 
+QXC::QXBoundingBox GetLabelBounds(QXSceneFile const& scene) {
+  QXC::QXBoundingBox bounds;
+  bounds.SetNULL();
+  for (QXSceneLabel const& label : scene.m_vecLabels) {
+    QXVector3d vecReach;
+    if (label.m_eFacing == QXLabelFacing::Flat) {
+      // Fonts are first opened with a renderer; until then half the height for half a letter is near enough.
+      auto const nLetters = std::count_if(
+          label.m_strText.begin(), label.m_strText.end(), [](char c) { return (static_cast<int>(c) & 0xC0) != 0x80; });
+      double const dReach = std::hypot(label.m_dOffset[0], label.m_dOffset[1]) +
+                            0.5 * label.m_dHeight * static_cast<double>(std::max<std::ptrdiff_t>(nLetters, 2));
+      vecReach = QXVector3d(dReach, dReach, 0.0);
+    }
+    bounds.Merge(QXC::QXBoundingBox(label.m_vecPosition - vecReach, label.m_vecPosition + vecReach));
+  }
+  return bounds;
+}
+
 QXSceneModels::QXSceneModels() = default;
 QXSceneModels::~QXSceneModels() = default;
 

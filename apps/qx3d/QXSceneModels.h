@@ -20,6 +20,9 @@ QXC::QXMatrix4d MakePlacement(QXSceneModel const& model);
 /// Where the icons of a scene are, with those that have a size in the world in full. A null box without any.
 QXC::QXBoundingBox GetIconBounds(QXSceneFile const& scene);
 
+/// Where the labels of a scene are, with about as much of the world as the flat ones cover. A null box without any.
+QXC::QXBoundingBox GetLabelBounds(QXSceneFile const& scene);
+
 /// Reads each file of a scene once, however often it is placed.
 class QXSceneModels {
 public:

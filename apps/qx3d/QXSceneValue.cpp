@@ -121,6 +121,15 @@ std::string ReadPosition(std::string_view text, QXC::QXVector3d& vecPosition) {
   return std::string();
 }
 
+std::string ReadOffset(std::string_view text, double (&dOffset)[2]) {
+  double dRead[2];
+  if (!ScanList(text, 2, dRead)) return Quote(text) + " is no offset; write how far right and how far up, as 4, -2.5";
+  for (double const d : dRead)
+    if (std::abs(d) > MaxSceneCoordinate) return Quote(text) + " is no offset; no number may be beyond 1e15";
+  std::copy(dRead, dRead + 2, dOffset);
+  return std::string();
+}
+
 std::string ReadColor(std::string_view text, unsigned char (&nColor)[3]) {
   if (ScanHexColor(text, nColor)) return std::string();
   double dRead[3];

@@ -26,6 +26,8 @@ std::string ReadLength(std::string_view text, double& dLength);
 std::string ReadLengths(std::string_view text, double& dWidth, double& dHeight);
 /// "x, y, z"; commas or blanks between them.
 std::string ReadPosition(std::string_view text, QXC::QXVector3d& vecPosition);
+/// "x, y": right and up.
+std::string ReadOffset(std::string_view text, double (&dOffset)[2]);
 /// "#RRGGBB", or "r, g, b" of whole numbers from 0 to 255.
 std::string ReadColor(std::string_view text, unsigned char (&nColor)[3]);
 /// "yes" or "no".

@@ -80,7 +80,9 @@ private:
       Warn(vecPictureProblems);
     }
     m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
-    m_Scene = m_Models.Build(GetIconBounds(m_File));
+    QXC::QXBoundingBox others = GetIconBounds(m_File);
+    others.Merge(GetLabelBounds(m_File));
+    m_Scene = m_Models.Build(others);
     // Whoever waits in front of a window wants the picture to move by the clock on the wall.
     if (IsPicture() && m_Models.HasAnimated()) m_Clock.emplace();
     return vecProblems;

@@ -162,7 +162,7 @@ TEST(QXSceneFile, NamesHoldWhatIsNoComment) {
 
 TEST(QXSceneFile, UnknownSectionsAndKeysAreToldWithTheKnownOnes) {
   EXPECT_THAT(Problems("[modell]\nfile = m.obj\nwhatever\n" + Model),
-      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [icon], [symbol]",
+      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [icon], [symbol], [label]",
           HasSubstr("3: expected [section]")));
   EXPECT_THAT(Problems("[model]\nfile = m.obj\nFile = x\n"),
       ElementsAre("3: [model] has no key 'File'; known are file, position, heading, pitch, roll, scale, up"));
@@ -391,6 +391,99 @@ TEST(QXSceneFile, SymbolsAndIconsMustMatch) {
   EXPECT_THAT(Problems("[symbol]\npixels = 16\n" + strIcon),
       ElementsAre(HasSubstr("[symbol] lacks 'name'; add it"), HasSubstr("[symbol] lacks 'file'; add it"),
           HasSubstr("there is no symbol 'a'")));
+}
+
+std::string const Label = "[label]\ntext = a\nposition = 0,0,0\n";
+
+TEST(QXSceneFile, LabelAloneTakesTheDefaults) {
+  Parsed const parsed = Parse("[label]\ntext = Braunschweig\nposition = 1, 2, 3\n");
+  EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
+  ASSERT_EQ(parsed.m_Scene.m_vecLabels.size(), 1u);
+  QXSceneLabel const& label = parsed.m_Scene.m_vecLabels[0];
+  EXPECT_EQ(label.m_strText, "Braunschweig");
+  EXPECT_EQ(label.m_strFont, "");
+  EXPECT_EQ(label.GetSize(), 12);
+  EXPECT_FALSE(label.m_bBold);
+  EXPECT_FALSE(label.m_bItalic);
+  EXPECT_THAT(label.m_nColor, ElementsAre(0, 0, 0));
+  EXPECT_FALSE(label.m_bHalo);
+  EXPECT_EQ(label.m_vecPosition, QXC::QXVector3d(1.0, 2.0, 3.0));
+  EXPECT_EQ(label.m_dRotation, 0.0);
+  EXPECT_THAT(label.m_dOffset, ElementsAre(0.0, 0.0));
+  EXPECT_EQ(label.m_nAlignX, 0);
+  EXPECT_EQ(label.m_nAlignY, -1);
+  EXPECT_TRUE(label.m_bDepth);
+  EXPECT_EQ(label.m_eFacing, QXLabelFacing::Camera);
+  EXPECT_EQ(label.m_nLine, 2);
+}
+
+TEST(QXSceneFile, EveryKeyOfALabelArrives) {
+  Parsed const parsed =
+      Parse("[label]\ntext = \xD0\x9C\xD0\xBE\xD1\x81\xD0\xBA\xD0\xB2\xD0\xB0\nposition = 604099.125, -2, 75\n"
+            "font = Noto Sans CJK SC\nsize = 300\nbold = yes\nitalic = yes\ncolor = #102030\nhalo = 255, 254, 253\n"
+            "rotation = -45.5\noffset = 4, -2.5\nalign = top-right\ndepth = off\nfacing = flat\nheight = 6.5\n");
+  EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
+  ASSERT_EQ(parsed.m_Scene.m_vecLabels.size(), 1u);
+  QXSceneLabel const& label = parsed.m_Scene.m_vecLabels[0];
+  EXPECT_EQ(label.m_strText, "\xD0\x9C\xD0\xBE\xD1\x81\xD0\xBA\xD0\xB2\xD0\xB0");
+  EXPECT_EQ(label.m_strFont, "Noto Sans CJK SC");
+  EXPECT_EQ(label.GetSize(), 300);
+  EXPECT_TRUE(label.m_bBold);
+  EXPECT_TRUE(label.m_bItalic);
+  EXPECT_THAT(label.m_nColor, ElementsAre(0x10, 0x20, 0x30));
+  EXPECT_TRUE(label.m_bHalo);
+  EXPECT_THAT(label.m_nHalo, ElementsAre(255, 254, 253));
+  EXPECT_EQ(label.m_vecPosition, QXC::QXVector3d(604099.125, -2.0, 75.0));
+  EXPECT_EQ(label.m_dRotation, -45.5);
+  EXPECT_THAT(label.m_dOffset, ElementsAre(4.0, -2.5));
+  EXPECT_EQ(label.m_nAlignX, 1);
+  EXPECT_EQ(label.m_nAlignY, 1);
+  EXPECT_FALSE(label.m_bDepth);
+  EXPECT_EQ(label.m_eFacing, QXLabelFacing::Flat);
+  EXPECT_EQ(label.m_dHeight, 6.5);
+}
+
+TEST(QXSceneFile, LabelStandsOnAnyOfNinePoints) {
+  std::vector<std::string> const vecWords{
+      "bottom-left", "bottom", "bottom-right", "left", "center", "right", "top-left", "top", "top-right"};
+  for (int i = 0; i < 9; ++i) {
+    std::string const strAlign = "align = " + vecWords[static_cast<std::size_t>(i)] + "\n";
+    QXSceneFile const scene = Parse(Label + strAlign).m_Scene;
+    EXPECT_EQ(scene.m_vecLabels.at(0).m_nAlignX, i % 3 - 1) << strAlign;
+    EXPECT_EQ(scene.m_vecLabels.at(0).m_nAlignY, i / 3 - 1) << strAlign;
+  }
+}
+
+TEST(QXSceneFile, FlatLabelsAreDrawnMoreFinelyUnlessTheySay) {
+  std::string const strFlat = Label + "facing = flat\nheight = 2\n";
+  EXPECT_EQ(Parse(strFlat).m_Scene.m_vecLabels.at(0).GetSize(), 36);
+  EXPECT_EQ(Parse(strFlat + "size = 8\n").m_Scene.m_vecLabels.at(0).GetSize(), 8);
+}
+
+TEST(QXSceneFile, HeightBelongsToFlatLabels) {
+  EXPECT_THAT(Problems(Label + "facing = flat\n"), ElementsAre(HasSubstr("1: facing = flat asks for a height")));
+  EXPECT_THAT(Problems(Label + "height = 3\n"), ElementsAre(HasSubstr("1: height is about a label that lies in")));
+  EXPECT_THAT(Problems(Label + "facing = camera\nheight = 3\n"), ElementsAre(HasSubstr("add facing = flat")));
+}
+
+TEST(QXSceneFile, BadValuesOfLabelsAreTold) {
+  EXPECT_THAT(Problems("[label]\nposition = 0,0,0\n"), ElementsAre("1: [label] lacks 'text'; add it"));
+  EXPECT_THAT(Problems("[label]\ntext = a\n"), ElementsAre("1: [label] lacks 'position'; add it"));
+  EXPECT_THAT(Problems("[label]\ntext =\nposition = 0,0,0\n"),
+      ElementsAre(HasSubstr("1: [label] lacks 'text'"), HasSubstr("2: 'text' has no value")));
+  EXPECT_THAT(Problems(Label + "size = 0\n"), ElementsAre(HasSubstr("4: '0' is no whole number from 1 to 300")));
+  EXPECT_THAT(Problems(Label + "size = 301\n"), ElementsAre(HasSubstr("from 1 to 300")));
+  EXPECT_THAT(Problems(Label + "size = 12.5\n"), ElementsAre(HasSubstr("from 1 to 300")));
+  EXPECT_THAT(Problems(Label + "bold = 1\n"), ElementsAre(HasSubstr("neither yes nor no")));
+  EXPECT_THAT(Problems(Label + "halo = white\n"), ElementsAre(HasSubstr("'white' is no colour")));
+  EXPECT_THAT(Problems(Label + "offset = 3\n"), ElementsAre(HasSubstr("'3' is no offset")));
+  EXPECT_THAT(Problems(Label + "align = middle\n"), ElementsAre(HasSubstr("write one of: top-left, top,")));
+  EXPECT_THAT(Problems(Label + "depth = yes\n"), ElementsAre(HasSubstr("write one of: on, off")));
+  EXPECT_THAT(Problems(Label + "facing = up\n"), ElementsAre(HasSubstr("write one of: camera, flat")));
+  EXPECT_THAT(Problems(Label + "rotation = 361\n"), ElementsAre(HasSubstr("no number from -360 to 360")));
+  EXPECT_THAT(Problems(Label + "x = 1\n"),
+      ElementsAre("4: [label] has no key 'x'; known are text, position, font, size, bold, italic, color, halo, "
+                  "rotation, offset, align, depth, facing, height"));
 }
 
 }  // namespace

@@ -74,6 +74,25 @@ TEST(QXSceneModels, IconsReachAsFarAsTheyAreLarge) {
   EXPECT_EQ(box.GetMax(), QXVector3d(10.0, 25.0, 35.0));
 }
 
+TEST(QXSceneModels, FlatLabelsHaveBoundsOfTheirLength) {
+  QXSceneFile scene;
+  EXPECT_TRUE(GetLabelBounds(scene).IsNULL());
+  scene.m_vecLabels.resize(2);
+  scene.m_vecLabels[0].m_strText = "a long text that is of some pixels";
+  scene.m_vecLabels[0].m_vecPosition = QXVector3d(10.0, 20.0, 30.0);
+  scene.m_vecLabels[0].m_dOffset[0] = 1000.0;
+  scene.m_vecLabels[1].m_strText = "\xE5\x8C\x97\xE4\xBA\xAC" "ab";
+  scene.m_vecLabels[1].m_vecPosition = QXVector3d(0.0, 20.0, 30.0);
+  scene.m_vecLabels[1].m_eFacing = QXLabelFacing::Flat;
+  scene.m_vecLabels[1].m_dHeight = 6.0;
+  scene.m_vecLabels[1].m_dOffset[0] = 3.0;
+  scene.m_vecLabels[1].m_dOffset[1] = 4.0;
+  // Four letters of 3 each about the position, whatever way it is turned, and 5 of the offset.
+  QXC::QXBoundingBox const box = GetLabelBounds(scene);
+  EXPECT_EQ(box.GetMin(), QXVector3d(-17.0, 3.0, 30.0));
+  EXPECT_EQ(box.GetMax(), QXVector3d(17.0, 37.0, 30.0));
+}
+
 /// What loading a scene does.
 struct Loaded {
   explicit Loaded(QXSceneFile const& scene, UpAxis eUp = UpAxis::Z) {

@@ -88,6 +88,22 @@ TEST(QXSceneValue, PositionsTakeCommasOrBlanks) {
   EXPECT_EQ(ReadPosition("1e15,-1e15,0", vec), "");
 }
 
+TEST(QXSceneValue, OffsetsAreTwoNumbers) {
+  for (char const* szText : {"4,-2.5", "4 -2.5", "4 , -2.5"}) {
+    double dOffset[2] = {0.0, 0.0};
+    EXPECT_EQ(ReadOffset(szText, dOffset), "") << szText;
+    EXPECT_EQ(dOffset[0], 4.0) << szText;
+    EXPECT_EQ(dOffset[1], -2.5) << szText;
+  }
+  double dOffset[2] = {1.0, 2.0};
+  for (char const* szText : {"1", "1,2,3", "1,,2", "1,nan", "inf,1", "1.0001e15,0", ""}) {
+    EXPECT_NE(ReadOffset(szText, dOffset).find("; "), std::string::npos) << szText;
+    EXPECT_EQ(dOffset[0], 1.0) << szText;
+    EXPECT_EQ(dOffset[1], 2.0) << szText;
+  }
+  EXPECT_EQ(ReadOffset("-1e15,1e15", dOffset), "");
+}
+
 TEST(QXSceneValue, ColoursAreHexadecimalOrThreeBytes) {
   unsigned char nColor[3] = {1, 2, 3};
   EXPECT_EQ(ReadColor("#C7de01", nColor), "");
