@@ -1,11 +1,10 @@
 #include <apps/qx3d/QXSceneFile.h>
 
-#include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneValue.h>
+#include <apps/qx3d/QXWholeFile.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <set>
 #include <system_error>
@@ -15,7 +14,7 @@ namespace QXApp {
 namespace {
 
 /// A hundred thousand icons with comments have a tenth of it.
-constexpr std::uintmax_t MaxFileSize = std::uintmax_t{128} << 20;
+constexpr std::uintmax_t MaxFileMiB = 128;
 
 /// The scene while its file is read.
 struct Draft {
@@ -495,25 +494,6 @@ void CheckSymbols(QXSceneFile const& scene, QXSceneProblems& problems) {
       problems.Add(icon.m_nLine, "there is no symbol '" + icon.m_strSymbol + "'; add a [symbol] of this name");
 }
 
-/// @return  empty, or why there are no bytes
-std::string ReadWhole(std::string const& strPath, std::string& strBytes) {
-  if (!IsUtf8(strPath)) return "the name is no UTF-8 text; rename the file";
-  std::error_code error;
-  std::filesystem::file_status const status = std::filesystem::status(strPath, error);
-  if (!std::filesystem::exists(status)) return "no such file; correct the name";
-  if (std::filesystem::is_directory(status)) return "this is a directory; give the scene file inside it";
-  if (!std::filesystem::is_regular_file(status)) return "this is no regular file; give a scene file";
-  if (!IsSceneName(strPath)) return "this is no scene by its name; give a file that ends in .qxscene";
-  std::uintmax_t const nSize = std::filesystem::file_size(strPath, error);
-  if (error || nSize > MaxFileSize) return "the file is larger than 128 MiB; make several scenes of it";
-  std::ifstream file(strPath, std::ios::binary);
-  if (!file) return "the file cannot be read; change its permissions";
-  strBytes.resize(static_cast<std::size_t>(nSize));
-  file.read(strBytes.data(), static_cast<std::streamsize>(nSize));
-  strBytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
-  return file ? std::string() : "the file cannot be read to its end; get another copy";
-}
-
 }  // namespace
 
 bool IsSceneName(std::string const& strPath) {
@@ -540,7 +520,9 @@ QXSceneFile ReadSceneFile(std::string const& strPath, std::vector<std::string>& 
   QXSceneProblems problems(strPath);
   QXSceneFile scene;
   std::string strBytes;
-  std::string const strReason = ReadWhole(strPath, strBytes);
+  std::string strReason = ReadWholeFile(strPath, MaxFileMiB, "scene file", strBytes);
+  if (strReason.empty() && !IsSceneName(strPath))
+    strReason = "this is no scene by its name; give a file that ends in .qxscene";
   if (strReason.empty()) {
     scene = ParseScene(strBytes, strPath, problems);
     CheckFiles(scene, problems);

@@ -1,0 +1,54 @@
+/// @file
+/// What a file of map data gives to a scene.
+#pragma once
+
+#include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
+
+#include <string>
+#include <vector>
+
+namespace QXApp {
+
+/// A place with a text. Coordinates are those of the file; z is 0 where it has none.
+struct QXGeoPoint {
+  /// UTF-8, one line, never empty.
+  std::string m_strText;
+  QXC::QXVector3d m_vecPosition;
+  /// Degrees in which the text runs, counter-clockwise from +x; of use if the file has one.
+  bool m_bAngle = false;
+  double m_dAngle = 0.0;
+};
+
+/// The area on which a building stands.
+struct QXGeoFootprint {
+  /// The outer ring and then those of its courtyards, at least 3 corners each, the first not repeated at the end. In
+  /// any direction.
+  std::vector<std::vector<QXC::QXVector3d>> m_vecRings;
+  /// Metres; 0: the file does not say.
+  double m_dHeight = 0.0;
+  /// 0: the file does not say.
+  double m_dStoreys = 0.0;
+};
+
+struct QXGeoData {
+  std::vector<QXGeoPoint> m_vecPoints;
+  std::vector<QXGeoFootprint> m_vecFootprints;
+};
+
+/// Names in the file of what the program looks for.
+struct QXGeoNames {
+  /// Attribute with the text of a point.
+  std::string m_strLabel;
+  /// Attribute with its angle; empty: there is none.
+  std::string m_strAngle;
+};
+
+/// Farthest coordinate that is read, as in scene files.
+constexpr double MaxGeoCoordinate = 1e15;
+/// Most points, most footprints and most corners of footprints that a file may give.
+constexpr std::size_t MaxGeoPlaces = 1000000;
+constexpr std::size_t MaxGeoCorners = 10000000;
+/// Longest text of a point in bytes; a longer one is a description and no name.
+constexpr std::size_t MaxGeoText = 1000;
+
+}  // namespace QXApp

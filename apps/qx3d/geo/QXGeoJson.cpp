@@ -1,0 +1,247 @@
+#include <apps/qx3d/geo/QXGeoJson.h>
+
+#include <apps/qx3d/geo/QXGeoText.h>
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+namespace QXApp {
+
+namespace {
+
+using Json = nlohmann::json;
+using QXC::QXVector3d;
+
+/// A MultiPolygon in a collection stands 8 deep; properties may bring some more.
+constexpr int MaxDepth = 64;
+
+/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none.
+class LineIterator {
+public:
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = char const*;
+  using reference = char const&;
+
+  LineIterator(char const* p, int* pLine) : m_p(p), m_pLine(pLine) {}
+  reference operator*() const { return *m_p; }
+  LineIterator& operator++() {
+    if (*m_p++ == '\n') ++*m_pLine;
+    return *this;
+  }
+  LineIterator operator++(int) {
+    LineIterator const before = *this;
+    ++*this;
+    return before;
+  }
+  bool operator==(LineIterator const& other) const { return m_p == other.m_p; }
+  bool operator!=(LineIterator const& other) const { return m_p != other.m_p; }
+
+private:
+  char const* m_p;
+  int* m_pLine;
+};
+
+/// A member of an object, or null.
+Json const* Find(Json const& json, char const* szKey) {
+  if (!json.is_object()) return nullptr;
+  auto const it = json.find(szKey);
+  return it == json.end() ? nullptr : &*it;
+}
+
+bool IsText(Json const* pJson, char const* szText) {
+  return pJson != nullptr && pJson->is_string() && pJson->get_ref<std::string const&>() == szText;
+}
+
+/// @return  whether it is a position of two or more coordinates
+bool ReadPosition(Json const& json, QXVector3d& vec) {
+  if (!json.is_array() || json.size() < 2) return false;
+  double dNumbers[3] = {0.0, 0.0, 0.0};
+  for (std::size_t i = 0; i < json.size() && i < 3; ++i) {
+    if (!json[i].is_number()) return false;
+    dNumbers[i] = json[i].get<double>();
+    if (!IsGeoCoordinate(dNumbers[i])) return false;
+  }
+  vec = QXVector3d(dNumbers[0], dNumbers[1], dNumbers[2]);
+  return true;
+}
+
+bool ReadRing(Json const& json, std::vector<QXVector3d>& vecRing) {
+  if (!json.is_array()) return false;
+  for (Json const& position : json) {
+    vecRing.emplace_back();
+    if (!ReadPosition(position, vecRing.back())) return false;
+  }
+  return true;
+}
+
+/// @return  whether there is an outer ring of three corners and all others are rings at least
+bool ReadFootprint(Json const& json, QXGeoFootprint& footprint) {
+  if (!json.is_array() || json.empty()) return false;
+  for (Json const& ring : json) {
+    std::vector<QXVector3d> vecRing;
+    if (!ReadRing(ring, vecRing)) return false;
+    if (TidyGeoRing(vecRing))
+      footprint.m_vecRings.push_back(std::move(vecRing));
+    else if (footprint.m_vecRings.empty())
+      return false;
+  }
+  return true;
+}
+
+std::string MakeText(Json const* pJson) {
+  if (pJson == nullptr) return std::string();
+  if (pJson->is_string()) return MakeGeoLabel(pJson->get_ref<std::string const&>());
+  return pJson->is_number() ? pJson->dump() : std::string();
+}
+
+/// Numbers stand as numbers or, from programs with weaker habits, as texts.
+bool ReadNumber(Json const* pJson, double& dNumber) {
+  if (pJson == nullptr) return false;
+  if (pJson->is_string()) return ScanGeoNumber(pJson->get_ref<std::string const&>(), dNumber);
+  if (!pJson->is_number()) return false;
+  dNumber = pJson->get<double>();
+  return true;
+}
+
+/// Takes one feature after the other while the parser goes through the file.
+class Collector {
+public:
+  Collector(QXGeoNames const& names, QXSceneProblems& warnings) : m_Names(names), m_Warnings(warnings) {}
+
+  /// What the parser calls. @return  whether the value is kept
+  bool Take(int nDepth, Json::parse_event_t eEvent, Json& json) {
+    if (nDepth > MaxDepth) {
+      m_bDeep = true;
+      return false;
+    }
+    if (eEvent == Json::parse_event_t::key && nDepth == 1)
+      m_bFeatures = json.get_ref<std::string const&>() == "features";
+    if (eEvent != Json::parse_event_t::object_end) return true;
+    bool const bFeature = nDepth == 0 || (nDepth == 2 && m_bFeatures);
+    if (!bFeature) return true;
+    if (IsText(Find(json, "type"), "Feature")) TakeFeature(json);
+    if (nDepth == 0 && IsText(Find(json, "type"), "FeatureCollection")) m_bCollection = true;
+    // A taken feature is dropped: the file never stands in memory as a whole tree.
+    return false;
+  }
+
+  int* GetLine() { return &m_nLine; }
+  bool IsDeep() const { return m_bDeep; }
+  bool IsGeoJson() const { return m_bCollection || m_nFeatures > 0; }
+  QXGeoData& GetData() { return m_Data; }
+
+private:
+  void TakeFeature(Json const& feature) {
+    ++m_nFeatures;
+    Json const* pGeometry = Find(feature, "geometry");
+    if (pGeometry == nullptr || pGeometry->is_null()) return;
+    Json const* pType = Find(*pGeometry, "type");
+    Json const* pCoordinates = Find(*pGeometry, "coordinates");
+    Json const* pProperties = Find(feature, "properties");
+    Json const nothing;
+    Json const& coordinates = pCoordinates == nullptr ? nothing : *pCoordinates;
+    Json const& properties = pProperties == nullptr ? nothing : *pProperties;
+    bool bGood = true;
+    if (IsText(pType, "Point"))
+      bGood = TakePoint(coordinates, properties);
+    else if (IsText(pType, "MultiPoint"))
+      bGood = coordinates.is_array() && TakeAll(coordinates, properties, &Collector::TakePoint);
+    else if (IsText(pType, "Polygon"))
+      bGood = TakePolygon(coordinates, properties);
+    else if (IsText(pType, "MultiPolygon"))
+      bGood = coordinates.is_array() && TakeAll(coordinates, properties, &Collector::TakePolygon);
+    if (!bGood)
+      m_Warnings.Add(m_nLine, "the coordinates of the feature that ends here are none of its type, or beyond 1e15, and "
+                              "are left out; correct them");
+  }
+
+  bool TakeAll(Json const& coordinates, Json const& properties, bool (Collector::*pTake)(Json const&, Json const&)) {
+    bool bGood = true;
+    for (Json const& part : coordinates) bGood = (this->*pTake)(part, properties) && bGood;
+    return bGood;
+  }
+
+  bool TakePoint(Json const& coordinates, Json const& properties) {
+    QXGeoPoint point;
+    if (!ReadPosition(coordinates, point.m_vecPosition)) return false;
+    point.m_strText = MakeText(Find(properties, m_Names.m_strLabel.c_str()));
+    point.m_bAngle = !m_Names.m_strAngle.empty() &&
+                     ReadNumber(Find(properties, m_Names.m_strAngle.c_str()), point.m_dAngle) &&
+                     IsGeoCoordinate(point.m_dAngle);
+    Warn(AddGeoPoint(std::move(point), m_Data));
+    return true;
+  }
+
+  bool TakePolygon(Json const& coordinates, Json const& properties) {
+    QXGeoFootprint footprint;
+    if (!ReadFootprint(coordinates, footprint)) return false;
+    double dNumber = 0.0;
+    if (ReadNumber(Find(properties, "height"), dNumber) && dNumber > 0.0 && dNumber <= 10000.0)
+      footprint.m_dHeight = dNumber;
+    if (ReadNumber(Find(properties, "storeys"), dNumber) && dNumber > 0.0 && dNumber <= 1000.0)
+      footprint.m_dStoreys = dNumber;
+    for (auto const& vecRing : footprint.m_vecRings) m_nCorners += vecRing.size();
+    if (m_nCorners > MaxGeoCorners || m_Data.m_vecFootprints.size() >= MaxGeoPlaces)
+      Warn(
+          "the file has more than 1000000 polygons or 10000000 corners, and the further ones are left out; cut it into "
+          "parts");
+    else
+      m_Data.m_vecFootprints.push_back(std::move(footprint));
+    return true;
+  }
+
+  void Warn(std::string const& strText) {
+    if (!strText.empty()) m_Warnings.Add(m_nLine, strText);
+  }
+
+  QXGeoNames const& m_Names;
+  QXSceneProblems& m_Warnings;
+  QXGeoData m_Data;
+  int m_nLine = 1;
+  bool m_bFeatures = false;
+  bool m_bCollection = false;
+  bool m_bDeep = false;
+  std::size_t m_nFeatures = 0;
+  std::size_t m_nCorners = 0;
+};
+
+/// What the parser says without its own name and its count of lines, which stands before the message already.
+std::string MakeReason(std::string const& strWhat) {
+  std::size_t const nColumn = strWhat.find("column ");
+  if (nColumn != std::string::npos) return strWhat.substr(nColumn);
+  std::size_t const nName = strWhat.find("] ");
+  return nName == std::string::npos ? strWhat : strWhat.substr(nName + 2);
+}
+
+}  // namespace
+
+QXGeoData ParseGeoJson(
+    std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems, QXSceneProblems& warnings) {
+  Collector collector(names, warnings);
+  LineIterator const begin(bytes.data(), collector.GetLine());
+  LineIterator const end(bytes.data() + bytes.size(), collector.GetLine());
+  try {
+    // The root is dropped as well.
+    Json const nothing = Json::parse(begin, end, [&collector](int nDepth, Json::parse_event_t eEvent, Json& json) {
+      return collector.Take(nDepth, eEvent, json);
+    });
+    static_cast<void>(nothing);
+  } catch (Json::exception const& exception) {
+    problems.Add(*collector.GetLine(), MakeGeoLabel(MakeReason(exception.what())) + "; get another copy of the file");
+    return QXGeoData();
+  }
+  if (collector.IsDeep())
+    problems.Add(0, "values stand more than 64 deep in each other; this is no map");
+  else if (!collector.IsGeoJson())
+    problems.Add(0, "the file holds no FeatureCollection and no Feature; export it as GeoJSON");
+  if (!problems.IsEmpty()) return QXGeoData();
+  return std::move(collector.GetData());
+}
+
+}  // namespace QXApp

@@ -1,0 +1,84 @@
+#include <apps/qx3d/geo/QXRoofCutter.h>
+
+#include <GL/glu.h>
+
+#include <cstdint>
+#include <new>
+
+namespace QXApp {
+
+/// Data of the tessellator, whose calls all come with a pointer to it.
+struct QXRoofCutter::Core {
+  Core() : m_pTessellator(gluNewTess()) {
+    if (m_pTessellator == nullptr) throw std::bad_alloc();
+    using Callback = void (*)();
+    gluTessCallback(m_pTessellator, GLU_TESS_VERTEX_DATA, reinterpret_cast<Callback>(&Core::TakeVertex));
+    gluTessCallback(m_pTessellator, GLU_TESS_COMBINE_DATA, reinterpret_cast<Callback>(&Core::TakeCrossing));
+    gluTessCallback(m_pTessellator, GLU_TESS_ERROR_DATA, reinterpret_cast<Callback>(&Core::TakeError));
+    // Asked about edges, the tessellator gives single triangles and no fans or strips.
+    gluTessCallback(m_pTessellator, GLU_TESS_EDGE_FLAG_DATA, reinterpret_cast<Callback>(&Core::TakeEdge));
+    gluTessProperty(m_pTessellator, GLU_TESS_WINDING_RULE, GLU_TESS_WINDING_ODD);
+    gluTessNormal(m_pTessellator, 0.0, 0.0, 1.0);
+  }
+  Core(Core const&) = delete;
+  Core& operator=(Core const&) = delete;
+  ~Core() { gluDeleteTess(m_pTessellator); }
+
+  // Vertices are handed through as their number.
+  static void* ToPointer(std::size_t nVertex) { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(nVertex)); }
+
+  static void TakeVertex(void* pVertex, void* pCore) {
+    static_cast<Core*>(pCore)->m_vecTriangles.push_back(
+        static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(pVertex)));
+  }
+  static void TakeCrossing(double const* pCoords, void* const*, float const*, void** pVertex, void* pCore) {
+    Core& core = *static_cast<Core*>(pCore);
+    *pVertex = ToPointer(core.m_vecCorners.size());
+    core.m_vecCorners.push_back({pCoords[0], pCoords[1]});
+    ++core.m_nCrossings;
+  }
+  static void TakeError(GLenum, void* pCore) { static_cast<Core*>(pCore)->m_bFailed = true; }
+  static void TakeEdge(GLboolean, void*) {}
+
+  GLUtesselator* m_pTessellator;
+  std::vector<Corner> m_vecCorners;
+  std::vector<unsigned int> m_vecTriangles;
+  std::size_t m_nCrossings = 0;
+  bool m_bFailed = false;
+};
+
+QXRoofCutter::QXRoofCutter() : m_pCore(std::make_unique<Core>()) {}
+QXRoofCutter::~QXRoofCutter() = default;
+
+bool QXRoofCutter::Cut(std::vector<std::vector<Corner>> const& vecRings) {
+  Core& core = *m_pCore;
+  core.m_vecCorners.clear();
+  core.m_vecTriangles.clear();
+  core.m_bFailed = false;
+  gluTessBeginPolygon(core.m_pTessellator, &core);
+  for (std::vector<Corner> const& vecRing : vecRings) {
+    gluTessBeginContour(core.m_pTessellator);
+    for (Corner const& corner : vecRing) {
+      double dCoords[3] = {corner.x, corner.y, 0.0};
+      gluTessVertex(core.m_pTessellator, dCoords, Core::ToPointer(core.m_vecCorners.size()));
+      core.m_vecCorners.push_back(corner);
+    }
+    gluTessEndContour(core.m_pTessellator);
+  }
+  gluTessEndPolygon(core.m_pTessellator);
+  return !core.m_bFailed && core.m_vecTriangles.size() % 3 == 0;
+}
+
+std::vector<QXRoofCutter::Corner> const& QXRoofCutter::GetCorners() const {
+  return m_pCore->m_vecCorners;
+}
+
+std::vector<unsigned int> const& QXRoofCutter::GetTriangles() const {
+  return m_pCore->m_vecTriangles;
+}
+
+std::size_t QXRoofCutter::GetCrossingCount() const {
+  return m_pCore->m_nCrossings;
+}
+
+}  // namespace QXApp

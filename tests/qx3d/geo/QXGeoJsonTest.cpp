@@ -1,0 +1,133 @@
+#include <apps/qx3d/geo/QXGeoJson.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace QXApp {
+namespace {
+
+using QXC::QXVector3d;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Parsed {
+  QXGeoData m_Data;
+  std::vector<std::string> m_vecProblems;
+  std::vector<std::string> m_vecWarnings;
+};
+
+Parsed Parse(std::string const& strText, QXGeoNames const& names = {"name", "turn"}) {
+  QXSceneProblems problems("a.geojson");
+  QXSceneProblems warnings("a.geojson");
+  Parsed parsed;
+  parsed.m_Data = ParseGeoJson(strText, names, problems, warnings);
+  parsed.m_vecProblems = problems.GetLines();
+  parsed.m_vecWarnings = warnings.GetLines();
+  return parsed;
+}
+
+std::string Feature(std::string const& strType, std::string const& strCoordinates, std::string const& strProperties) {
+  return R"({"type":"Feature","geometry":{"type":")" + strType + R"(","coordinates":)" + strCoordinates +
+         R"(},"properties":)" + strProperties + "}";
+}
+
+std::string Collection(std::string const& strFeatures) {
+  return "{\"type\":\"FeatureCollection\",\n\"features\":[\n" + strFeatures + "\n]}";
+}
+
+TEST(QXGeoJson, PointsHaveTheTextAndTheAngleOfTheirProperties) {
+  Parsed const parsed = Parse(Collection(Feature("Point", "[1.5,-2]", R"({"name":"\u6b66  \u6c49","turn":30})") +
+                                         ",\n" + Feature("Point", "[1,2,3,4]", R"({"turn":"-7.5","name":12})")));
+  EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
+  ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "\xE6\xAD\xA6 \xE6\xB1\x89");
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_vecPosition, QXVector3d(1.5, -2.0, 0.0));
+  EXPECT_TRUE(parsed.m_Data.m_vecPoints[0].m_bAngle);
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_dAngle, 30.0);
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[1].m_strText, "12");
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[1].m_vecPosition, QXVector3d(1.0, 2.0, 3.0));
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[1].m_dAngle, -7.5);
+}
+
+TEST(QXGeoJson, OneFeatureAloneIsRead) {
+  EXPECT_EQ(Parse(Feature("Point", "[1,2]", R"({"name":"a"})")).m_Data.m_vecPoints.size(), 1u);
+}
+
+TEST(QXGeoJson, EachPointOfAMultiPointIsLabelled) {
+  EXPECT_EQ(Parse(Feature("MultiPoint", "[[1,2],[3,4]]", R"({"name":"a"})")).m_Data.m_vecPoints.size(), 2u);
+}
+
+TEST(QXGeoJson, FeaturesWithoutATextOrAPlaceGiveNothing) {
+  Parsed const parsed = Parse(Collection(Feature("Point", "[1,2]", "null") + "," + Feature("Point", "[1,2]", "{}") +
+                                         "," + Feature("Point", "[1,2]", R"({"name":["a"]})") + "," +
+                                         Feature("LineString", "[[1,2],[3,4]]", R"({"name":"a"})") + "," +
+                                         R"({"type":"Feature","geometry":null,"properties":{"name":"a"}})"));
+  EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty());
+  EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
+  EXPECT_THAT(parsed.m_vecWarnings, IsEmpty());
+}
+
+TEST(QXGeoJson, FeaturesThatStandInPropertiesAreNone) {
+  std::string const strInner = Feature("Point", "[1,2]", R"({"name":"inner"})");
+  Parsed const parsed =
+      Parse(Collection(Feature("Point", "[1,2]", R"({"features":[)" + strInner + R"(],"name":"outer"})")));
+  ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "outer");
+}
+
+TEST(QXGeoJson, PolygonsAreFootprintsWithTheirHeights) {
+  Parsed const parsed = Parse(Collection(
+      Feature("Polygon", "[[[0,0],[9,0],[9,9],[0,0]],[[2,1],[3,1],[3,2],[2,1]]]", R"({"height":5.5,"storeys":"2"})") +
+      "," + Feature("MultiPolygon", "[[[[0,0],[9,0],[9,9],[0,0]]],[[[0,0],[9,0],[9,9],[0,0]]]]", R"({"height":-1})")));
+  ASSERT_EQ(parsed.m_Data.m_vecFootprints.size(), 3u);
+  EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_vecRings.size(), 2u);
+  EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_vecRings[0].size(), 3u);
+  EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_dHeight, 5.5);
+  EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_dStoreys, 2.0);
+  EXPECT_EQ(parsed.m_Data.m_vecFootprints[1].m_dHeight, 0.0);
+}
+
+TEST(QXGeoJson, BadCoordinatesAreToldWithTheLineWhereTheirFeatureEnds) {
+  for (char const* szCoordinates : {"[1]", "[1,null]", "1", "[1,1e16]", "[[1,2]]", "{}", "[\"1\",2]"}) {
+    Parsed const parsed = Parse(Collection(
+        Feature("Point", "[1,2]", R"({"name":"a"})") + ",\n" + Feature("Point", szCoordinates, R"({"name":"b"})")));
+    EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 1u) << szCoordinates;
+    EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("a.geojson:4: the coordinates"))) << szCoordinates;
+  }
+  for (char const* szCoordinates : {"[]", "[[]]", "[[[0,0],[1,1],[0,0]]]", "[[[0,0],[1,1],[2]]]", "null"})
+    EXPECT_EQ(Parse(Feature("Polygon", szCoordinates, "{}")).m_vecWarnings.size(), 1u) << szCoordinates;
+}
+
+TEST(QXGeoJson, BadJsonIsToldWithItsLine) {
+  EXPECT_THAT(Parse("{\n\"type\":\n]").m_vecProblems, ElementsAre(HasSubstr("a.geojson:3: ")));
+  EXPECT_THAT(Parse("{\"x\":\n1e999}").m_vecProblems, ElementsAre(HasSubstr("a.geojson:2: ")));
+  EXPECT_THAT(Parse("").m_vecProblems, ElementsAre(HasSubstr("a.geojson:1: ")));
+  EXPECT_EQ(Parse("\"\xFF\"").m_vecProblems.size(), 1u);
+  EXPECT_EQ(Parse("{\"a\":nan}").m_vecProblems.size(), 1u);
+}
+
+TEST(QXGeoJson, JsonOfAnotherKindIsTold) {
+  for (char const* szText : {"[]", "3", "{}", "{\"type\":\"Topology\"}", "{\"features\":[]}"})
+    EXPECT_THAT(Parse(szText).m_vecProblems, ElementsAre(HasSubstr("holds no FeatureCollection"))) << szText;
+  EXPECT_THAT(Parse("{\"type\":\"FeatureCollection\",\"features\":[]}").m_vecProblems, IsEmpty());
+}
+
+TEST(QXGeoJson, DeepNestingIsRefusedAndCostsNoStack) {
+  std::string const strDeep = std::string(1000000, '[') + std::string(1000000, ']');
+  EXPECT_THAT(Parse("{\"a\":" + strDeep + "}").m_vecProblems, ElementsAre(HasSubstr("64 deep")));
+  EXPECT_EQ(Parse(std::string(1000000, '[')).m_vecProblems.size(), 1u);
+}
+
+TEST(QXGeoJson, CutAnywhereItIsToldAndNothingIsLeft) {
+  std::string const strText = Collection(Feature("Point", "[1.5,-2]", R"({"name":"\u6b66","turn":30})") + ",\n" +
+                                         Feature("Polygon", "[[[0,0],[9,0],[9,9],[0,0]]]", "{}"));
+  for (std::size_t nSize = 0; nSize < strText.size(); ++nSize) {
+    Parsed const parsed = Parse(strText.substr(0, nSize));
+    EXPECT_EQ(parsed.m_vecProblems.size(), 1u) << nSize;
+    EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty()) << nSize;
+  }
+}
+
+}  // namespace
+}  // namespace QXApp
