@@ -2,6 +2,8 @@
 // lines, in order.
 #pragma once
 
+#include "../QXNarrow.h"
+
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXMutex.h>
 #include <QxGraphics3D/texture/QXTexture.h>
@@ -20,10 +22,6 @@ using QXTold = std::vector<std::string>;
 inline QXTold& GetTold() {
   static QXTold ms_arrTold;
   return ms_arrTold;
-}
-
-inline std::string Narrow(QdcUnicodeString const& strText) {
-  return strText.ToMBString().Cstr();
 }
 
 template <class... Numbers>
@@ -61,6 +59,11 @@ public:
         pData->m_nHeight, pData->m_eFormat, pData->m_nCompression, pData->m_nDataSize);
     // Not the base's, whose own mutex would be told too.
     QXTexture::SetTextureData(*pData);
+  }
+  void SetTextureData(
+      int nWidth, int nHeight, unsigned char* pPixels, unsigned int nCompression, QX3DPixelFormat eFormat) override {
+    Tell(m_strTexFilePath, "SetTextureData(%d, %d, pixels, %u, %d)", nWidth, nHeight, nCompression, eFormat);
+    QXTexture::SetTextureData(nWidth, nHeight, pPixels, nCompression, eFormat);
   }
   void SetTextureMipMap(unsigned char bMipmapEnabled) override {
     Tell(m_strTexFilePath, "SetTextureMipMap(%d)", bMipmapEnabled);

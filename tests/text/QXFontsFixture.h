@@ -2,6 +2,7 @@
 /// Fonts folder, registry section and default font of a test's own; what was there before comes back.
 #pragma once
 
+#include "../QXNarrow.h"
 #include "../frame/QXTempFolder.h"
 #include "QXFontMaker.h"
 
@@ -64,10 +65,6 @@ inline int MappedCount(QdcUnicodeString const& strPath) {
   int count = 0;
   for (std::string line; std::getline(maps, line);) count += line.ends_with(path);
   return count;
-}
-
-inline std::string Narrow(QdcUnicodeString const& strText) {
-  return strText.ToMBString().Cstr();
 }
 
 }  // namespace QXC
