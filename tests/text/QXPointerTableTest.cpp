@@ -7,6 +7,8 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <set>
+#include <vector>
 
 namespace QXC::detail {
 namespace {
@@ -58,6 +60,15 @@ TEST_F(QXPointerTableTest, ClearedTableIsEmptyAndTakesMore) {
   EXPECT_EQ(m_Table.GetCount(), 0u);
   Insert(7, 2);
   EXPECT_EQ(Find(7, 2), m_mapThings[2].get());
+}
+
+TEST_F(QXPointerTableTest, AllObjectsAreListedOnce) {
+  EXPECT_TRUE(m_Table.GetAll().empty());
+  for (int i = 0; i < 100; ++i) Insert(static_cast<std::uint32_t>(i % 7), i);
+  Erase(50);
+  std::vector<QXThing*> const arrAll = m_Table.GetAll();
+  EXPECT_EQ(arrAll.size(), 99u);
+  EXPECT_EQ((std::set<QXThing*>(arrAll.begin(), arrAll.end())).size(), 99u);
 }
 
 // Mask 0 puts all in one slot, 7 makes long chains, the last values wrap round the end of the table.

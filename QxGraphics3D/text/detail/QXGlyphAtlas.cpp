@@ -39,58 +39,84 @@ QdcUnicodeString GetFontTextureName(int nIndex) {
 
 // --- Look-up ---
 
-std::uint32_t QXGlyphAtlas::GetHash(Key const& key) {
-  std::uint32_t nHash = key.m_pFace->second.m_nHash ^ key.m_nCode * 0x9e3779b1U;
+std::uint32_t QXGlyphAtlas::GetHash(std::uint32_t nCode, Face const& face) {
+  std::uint32_t nHash = face.m_nHash ^ nCode * 0x9e3779b1U;
   nHash = (nHash ^ nHash >> 15) * 0x85ebca6bU;
   return nHash ^ nHash >> 13;
 }
 
 QXGlyphAtlas::FaceMap::value_type* QXGlyphAtlas::FindFace(QdcUnicodeString const& strName) {
   if (m_pLastFace && m_pLastFace->first == strName) return m_pLastFace;
-  auto const face = m_mapFaces.find(strName);
-  if (face == m_mapFaces.end()) return nullptr;
-  return m_pLastFace = &*face;
+  FaceMap::value_type* const pFace =
+      m_Faces.Find(HashText(strName.Cstr()), [&](auto const& face) { return face.first == strName; });
+  if (pFace) m_pLastFace = pFace;
+  return pFace;
 }
 
-QXGlyphAtlas::Node* QXGlyphAtlas::Find(QXFontKey const& key) {
+QXGlyphAtlas::FaceMap::value_type* QXGlyphAtlas::AddFace(QdcUnicodeString const& strName) {
+  if (FaceMap::value_type* const pFace = FindFace(strName)) return pFace;
+  m_Faces.ReserveOne();
+  FaceMap::value_type* const pFace = &*m_mapFaces.try_emplace(strName).first;
+  pFace->second.m_nHash = HashText(strName.Cstr());
+  m_Faces.Insert(pFace->second.m_nHash, pFace);
+  return pFace;
+}
+
+QXGlyphAtlas::Glyph* QXGlyphAtlas::Find(QXFontKey const& key) {
   FaceMap::value_type* const pFace = FindFace(key.m_strFaceName);
   if (!pFace) return nullptr;
-  Key const wanted{pFace, key.m_nCode};
-  return m_Table.Find(GetHash(wanted),
-      [&](Node const& node) { return node.first.m_nCode == wanted.m_nCode && node.first.m_pFace == wanted.m_pFace; });
+  return m_Glyphs.Find(GetHash(key.m_nCode, pFace->second),
+      [&](Glyph const& glyph) { return glyph.m_nCode == key.m_nCode && glyph.m_pFace == pFace; });
 }
 
-QXGlyphAtlas::Node* QXGlyphAtlas::Insert(QXFontKey const& key) {
-  m_Table.ReserveOne();
-  auto const [face, bNew] = m_mapFaces.try_emplace(key.m_strFaceName);
-  if (bNew) face->second.m_nHash = HashText(key.m_strFaceName.Cstr());
-  Node* const pNode = &*m_mapGlyphs.try_emplace(Key{&*face, key.m_nCode}).first;
-  m_Table.Insert(GetHash(pNode->first), pNode);
-  ++face->second.m_nUsers;
-  return pNode;
+QXGlyphAtlas::Glyph* QXGlyphAtlas::Insert(QXFontKey const& key) {
+  FaceMap::value_type* const pFace = AddFace(key.m_strFaceName);
+  m_Glyphs.ReserveOne();
+  Glyph* const pGlyph = std::pmr::polymorphic_allocator<>(&m_Pool).new_object<Glyph>();
+  pGlyph->m_nCode = key.m_nCode;
+  pGlyph->m_pFace = pFace;
+  m_Glyphs.Insert(GetHash(key.m_nCode, pFace->second), pGlyph);
+  ++pFace->second.m_nUsers;
+  return pGlyph;
 }
 
-void QXGlyphAtlas::Erase(Node* pNode) {
-  FaceMap::value_type* const pFace = pNode->first.m_pFace;
-  m_Table.Erase(GetHash(pNode->first), pNode);
-  m_mapGlyphs.erase(m_mapGlyphs.find(pNode->first));
+void QXGlyphAtlas::Erase(Glyph* pGlyph) {
+  FaceMap::value_type* const pFace = pGlyph->m_pFace;
+  m_Glyphs.Erase(GetHash(pGlyph->m_nCode, pFace->second), pGlyph);
+  std::pmr::polymorphic_allocator<>(&m_Pool).delete_object(pGlyph);
   if (--pFace->second.m_nUsers != 0) return;
   if (m_pLastFace == pFace) m_pLastFace = nullptr;
+  m_Faces.Erase(pFace->second.m_nHash, pFace);
   m_mapFaces.erase(m_mapFaces.find(pFace->first));
+}
+
+void QXGlyphAtlas::AddPending(Glyph* pGlyph) {
+  m_arrPending.push_back(pGlyph);
+  pGlyph->m_nPending = m_arrPending.size() - 1;
+}
+
+void QXGlyphAtlas::RemovePending(Glyph* pGlyph) {
+  std::size_t const nPlace = std::exchange(pGlyph->m_nPending, kNotPending);
+  if (nPlace == kNotPending) return;
+  Glyph* const pLast = m_arrPending.back();
+  m_arrPending.pop_back();
+  if (pLast == pGlyph) return;
+  m_arrPending[nPlace] = pLast;
+  pLast->m_nPending = nPlace;
 }
 
 // --- Pictures ---
 
 QXCharBitmapData* QXGlyphAtlas::GetBitmap(QXFontKey const& key, QXTextStyle const& style) {
-  Node* pNode = Find(key);
-  if (pNode && pNode->second.m_pBitmap) return pNode->second.m_pBitmap.get();
+  Glyph* pGlyph = Find(key);
+  if (pGlyph && pGlyph->m_pBitmap) return pGlyph->m_pBitmap.get();
   QXTrueType& fonts = QXTrueType::GetSingleton();
   fonts.SetTextStyle(style);
   std::unique_ptr<QXCharBitmapData> pBitmap(fonts.GetBitmapData(key.GetCharacter(), key.IsHalo()));
   if (!pBitmap) return nullptr;
-  if (!pNode) pNode = Insert(key);
-  pNode->second.m_pBitmap = std::move(pBitmap);
-  QXCharBitmapData& bitmap = *pNode->second.m_pBitmap;
+  if (!pGlyph) pGlyph = Insert(key);
+  pGlyph->m_pBitmap = std::move(pBitmap);
+  QXCharBitmapData& bitmap = *pGlyph->m_pBitmap;
   m_nBitmapBytes += static_cast<std::uint32_t>(bitmap.m_nWidth) * static_cast<std::uint32_t>(bitmap.m_nHeight) *
                     QXGlyphPage::kPixelSize;
   return &bitmap;
@@ -98,10 +124,9 @@ QXCharBitmapData* QXGlyphAtlas::GetBitmap(QXFontKey const& key, QXTextStyle cons
 
 void QXGlyphAtlas::PurgeBitmaps() {
   if (m_nBitmapBytes <= kBitmapLimit) return;
-  for (auto glyph = m_mapGlyphs.begin(); glyph != m_mapGlyphs.end();) {
-    Node* const pNode = &*glyph++;
-    pNode->second.m_pBitmap.reset();
-    if (!pNode->second.m_bPlaced) Erase(pNode);
+  for (Glyph* const pGlyph : m_Glyphs.GetAll()) {
+    pGlyph->m_pBitmap.reset();
+    if (!pGlyph->m_bPlaced) Erase(pGlyph);
   }
   m_nBitmapBytes = 0;
 }
@@ -109,8 +134,8 @@ void QXGlyphAtlas::PurgeBitmaps() {
 // --- Places ---
 
 QXTextureFont* QXGlyphAtlas::FindFont(QXFontKey const& key) {
-  Node* const pNode = Find(key);
-  return pNode && pNode->second.m_bPlaced ? &pNode->second.m_Font : nullptr;
+  Glyph* const pGlyph = Find(key);
+  return pGlyph && pGlyph->m_bPlaced ? &pGlyph->m_Font : nullptr;
 }
 
 QXTextureFont* QXGlyphAtlas::MakeFont(QXFontKey const& key, QXTextStyle const& style, MakePage const& makePage) {
@@ -120,12 +145,11 @@ QXTextureFont* QXGlyphAtlas::MakeFont(QXFontKey const& key, QXTextStyle const& s
   int const nWanted = std::max(pBitmap->m_nWidth, pBitmap->m_nHeight) + 1;
   QXQuadtreePlace place;
   if (!Place(nWanted, makePage, place)) return nullptr;
-  Node* const pNode = Find(key);
-  Glyph& glyph = pNode->second;
+  Glyph& glyph = *Find(key);
   glyph.m_Font = QXTextureFont();
   glyph.m_Font.m_Key.m_nKey = PackQuadtreePlace(place);
   glyph.m_Font.m_TexCoords = GetTexCoords(glyph.m_Font.m_Key, pBitmap->m_nWidth, pBitmap->m_nHeight);
-  m_setPending.insert(pNode);
+  AddPending(&glyph);
   glyph.m_bPlaced = true;
   m_nCurrentPage = place.m_nIndex;
   ++m_mapUseCounts[place.m_nIndex];
@@ -152,14 +176,13 @@ bool QXGlyphAtlas::PlaceOnNewPage(unsigned int nWanted, MakePage const& makePage
 }
 
 int QXGlyphAtlas::DelFont(QXFontKey const& key) {
-  Node* const pNode = Find(key);
-  if (!pNode || !pNode->second.m_bPlaced) return -1;
-  Glyph& glyph = pNode->second;
-  if (--glyph.m_Font.m_nRefCount != 0) return -1;
-  QXQuadtreePlace const place = UnpackQuadtreePlace(glyph.m_Font.m_Key.m_nKey);
-  m_setPending.erase(pNode);
-  glyph.m_bPlaced = false;
-  if (!glyph.m_pBitmap) Erase(pNode);
+  Glyph* const pGlyph = Find(key);
+  if (!pGlyph || !pGlyph->m_bPlaced) return -1;
+  if (--pGlyph->m_Font.m_nRefCount != 0) return -1;
+  QXQuadtreePlace const place = UnpackQuadtreePlace(pGlyph->m_Font.m_Key.m_nKey);
+  RemovePending(pGlyph);
+  pGlyph->m_bPlaced = false;
+  if (!pGlyph->m_pBitmap) Erase(pGlyph);
   m_Pages.Release(place);
   auto const count = m_mapUseCounts.find(place.m_nIndex);
   if (--count->second != 0) return -1;
@@ -169,11 +192,13 @@ int QXGlyphAtlas::DelFont(QXFontKey const& key) {
 }
 
 void QXGlyphAtlas::Clear() {
-  m_setPending.clear();
-  m_Table.Clear();
-  m_mapGlyphs.clear();
+  m_arrPending.clear();
+  std::pmr::polymorphic_allocator<> allocator(&m_Pool);
+  for (Glyph* const pGlyph : m_Glyphs.GetAll()) allocator.delete_object(pGlyph);
+  m_Glyphs.Clear();
   m_Pool.release();
   m_pLastFace = nullptr;
+  m_Faces.Clear();
   m_mapFaces.clear();
   m_Pages.Clear();
   m_mapUseCounts.clear();

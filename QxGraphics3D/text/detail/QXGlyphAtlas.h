@@ -2,12 +2,15 @@
 /// What both glyph atlases have in common.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <memory_resource>
-#include <set>
+#include <utility>
+#include <vector>
 
 #include <QxGraphics3D/atlas/detail/QXQuadtreeAtlas.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
@@ -32,9 +35,9 @@ struct QXGlyphPage {
 /// Glyphs by key, their pictures, their places on pages, and which of them wait for their upload. Where the pixels of a
 /// page are is the manager's business.
 ///
-/// Each glyph is one node of an ordered map, with picture and place in it; the order is that of uploads. A hash table
-/// stands beside the map, since a frame asks for thousands of glyphs that are known, and the ways down a tree of many
-/// glyphs lead through memory that no cache holds. Face names are kept once each for the same reason.
+/// A frame asks for thousands of glyphs that are known. So a glyph is one line of the cache, found through a hash table;
+/// the order of the keys, which is that of uploads, is made when there is something to upload. Face names are kept once
+/// each, for glyphs of one face to share the text that keys are compared with.
 ///
 /// Threads: none of its own; the manager's mutex is held in every operation.
 class QXGlyphAtlas {
@@ -45,6 +48,7 @@ public:
   QXGlyphAtlas() = default;
   QXGlyphAtlas(QXGlyphAtlas const&) = delete;
   QXGlyphAtlas& operator=(QXGlyphAtlas const&) = delete;
+  ~QXGlyphAtlas() { Clear(); }
 
   /// The glyph of that key if it has a place, or null.
   QXTextureFont* FindFont(QXFontKey const& key);
@@ -61,8 +65,13 @@ public:
   /// order of the keys. It may not change what is kept here.
   template <class Upload>
   void UploadPending(Upload upload) {
-    for (Node const* const pNode : m_setPending) upload(pNode->second.m_Font, *pNode->second.m_pBitmap);
-    m_setPending.clear();
+    std::sort(m_arrPending.begin(), m_arrPending.end(),
+        [](Glyph const* pFirst, Glyph const* pSecond) { return *pFirst < *pSecond; });
+    for (Glyph* const pGlyph : m_arrPending) {
+      upload(std::as_const(pGlyph->m_Font), std::as_const(*pGlyph->m_pBitmap));
+      pGlyph->m_nPending = kNotPending;
+    }
+    m_arrPending.clear();
   }
   /// Deletes all pictures if they passed the limit. No glyph waits for its upload: one that did would have lost its
   /// pixels.
@@ -72,51 +81,50 @@ public:
   void Clear();
 
 private:
+  static constexpr std::size_t kNotPending = static_cast<std::size_t>(-1);
+
   struct Face {
     std::uint32_t m_nHash = 0;
     int m_nUsers = 0;  ///< glyphs of this face
   };
   using FaceMap = std::map<QdcUnicodeString, Face>;
 
-  /// A QXFontKey whose name is kept elsewhere.
-  struct Key {
-    FaceMap::value_type* m_pFace;
-    std::uint32_t m_nCode;
+  /// One that is neither placed nor has a picture is not kept.
+  struct alignas(64) Glyph {
+    QXTextureFont m_Font;  ///< what callers hold
+    std::uint32_t m_nCode = 0;
+    bool m_bPlaced = false;  ///< m_Font is handed out
+    FaceMap::value_type* m_pFace = nullptr;
+    std::unique_ptr<QXCharBitmapData> m_pBitmap;
+    std::size_t m_nPending = kNotPending;  ///< place among those that wait for their upload
 
-    bool operator<(Key const& other) const {
+    bool operator<(Glyph const& other) const {
       if (m_nCode != other.m_nCode) return m_nCode < other.m_nCode;
       return m_pFace != other.m_pFace && m_pFace->first < other.m_pFace->first;
     }
   };
-  struct Glyph {
-    QXTextureFont m_Font;    ///< what callers hold; nodes of the map stand still
-    bool m_bPlaced = false;  ///< m_Font is handed out
-    std::unique_ptr<QXCharBitmapData> m_pBitmap;
-  };
-  /// A glyph that is neither placed nor has a picture is not kept.
-  using GlyphMap = std::pmr::map<Key, Glyph>;
-  using Node = GlyphMap::value_type;
-  struct ByKey {
-    bool operator()(Node const* pFirst, Node const* pSecond) const { return pFirst->first < pSecond->first; }
-  };
 
-  static std::uint32_t GetHash(Key const& key);
+  static std::uint32_t GetHash(std::uint32_t nCode, Face const& face);
   /// The face of that name, or null.
   FaceMap::value_type* FindFace(QdcUnicodeString const& strName);
-  Node* Find(QXFontKey const& key);
-  Node* Insert(QXFontKey const& key);
-  void Erase(Node* pNode);
+  FaceMap::value_type* AddFace(QdcUnicodeString const& strName);
+  Glyph* Find(QXFontKey const& key);
+  Glyph* Insert(QXFontKey const& key);
+  void Erase(Glyph* pGlyph);
+  void AddPending(Glyph* pGlyph);
+  void RemovePending(Glyph* pGlyph);
   bool Place(int nWanted, MakePage const& makePage, QXQuadtreePlace& place);
   bool PlaceOnNewPage(unsigned int nWanted, MakePage const& makePage, QXQuadtreePlace& place);
 
   FaceMap m_mapFaces;
+  QXPointerTable<FaceMap::value_type> m_Faces;
   /// The face of the last look-up: glyphs of one face mostly come in a row.
   FaceMap::value_type* m_pLastFace = nullptr;
-  /// Nodes side by side, not strewn among the pictures: a look-up then seldom waits for the address translation.
+  /// Glyphs side by side, not strewn among the pictures: a look-up then seldom waits for the address translation.
   std::pmr::unsynchronized_pool_resource m_Pool;
-  GlyphMap m_mapGlyphs{&m_Pool};
-  QXPointerTable<Node> m_Table;
-  std::set<Node*, ByKey> m_setPending;
+  QXPointerTable<Glyph> m_Glyphs;
+  /// In no order before an upload: what waits is sorted once, not with each glyph that joins or leaves.
+  std::vector<Glyph*> m_arrPending;
 
   QXQuadtreeAtlas m_Pages{g_GlyphAtlasRules};
   std::map<int, int> m_mapUseCounts;  ///< placed glyphs by page

@@ -57,6 +57,15 @@ public:
     m_nCount = 0;
   }
   std::size_t GetCount() const { return m_nCount; }
+  /// In no order that means anything.
+  std::vector<T*> GetAll() const {
+    std::vector<T*> arrObjects;
+    arrObjects.reserve(m_nCount);
+    for (Slot const& slot : m_arrSlots) {
+      if (slot.m_pObject) arrObjects.push_back(slot.m_pObject);
+    }
+    return arrObjects;
+  }
 
 private:
   struct Slot {
