@@ -69,8 +69,10 @@ private:
     m_Progress.Show("reading " + m_Options.m_strScene);
     std::vector<std::string> vecProblems;
     m_Scene = ReadSceneFile(m_Options.m_strScene, vecProblems);
-    if (vecProblems.empty() && m_Scene.m_vecIcons.empty())
-      vecProblems.push_back(m_Options.m_strScene + ": there are no icons in it, so there is no atlas; add an [icon]");
+    if (vecProblems.empty() && m_Scene.m_vecIcons.empty() && m_Scene.m_vecLabels.empty())
+      vecProblems.push_back(
+          m_Options.m_strScene +
+          ": there are no icons and no labels in it, so there is no atlas; add an [icon] or a [label]");
     Tell(vecProblems);
     return vecProblems.empty();
   }
@@ -96,11 +98,14 @@ private:
     if (strError.empty()) strError = m_Session.OpenTexture(64, 64);
     if (strError.empty()) m_Session.ShowSymbols(vecSymbols, problems);
     if (strError.empty()) m_Session.ShowIcons(m_Scene.m_vecIcons, pictures, problems);
+    if (strError.empty()) m_Session.ShowLabels(m_Scene.m_vecLabels, problems);
     Tell(problems.GetLines());
     if (!strError.empty()) return strError;
-    m_vecPages = m_Session.GetPages();
-    return m_vecPages.empty() ? m_Options.m_strScene + ": none of its icons can be shown, so there is no atlas"
-                              : std::string();
+    m_vecPages = m_Session.GetIconPages();
+    for (QXAtlasPage& page : m_Session.GetLabelPages()) m_vecPages.push_back(std::move(page));
+    return m_vecPages.empty()
+               ? m_Options.m_strScene + ": none of its icons and labels can be shown, so there is no atlas"
+               : std::string();
   }
 
   std::string WritePages() {

@@ -46,6 +46,7 @@ std::string AppendProblems(std::string strReason, QXC::QXPluginConfigs const& co
 
 QXRendererSession::~QXRendererSession() {
   if (m_pGraphics3D == nullptr) return;
+  m_Labels.GiveBack(*m_pGraphics3D);
   m_Icons.GiveBack(*m_pGraphics3D);
   if (QXC::QXRenderOperationManager* pManager = m_pGraphics3D->GetRenderOperationManager())
     for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
@@ -148,7 +149,8 @@ void QXRendererSession::AddTexture(
 std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures> const& vecPictures, bool bGround,
     std::vector<std::string>& vecProblems) {
   m_Bounds = scene.m_Bounds;
-  m_pGraphics3D->SetRelativeOrigin(scene.m_vecOrigin);
+  m_vecOrigin = scene.m_vecOrigin;
+  m_pGraphics3D->SetRelativeOrigin(m_vecOrigin);
   m_SceneFigures.m_nModelTriangles = scene.m_nTriangles;
   m_SceneFigures.m_nModelVertices = scene.m_nVertices;
   std::string const strGround = bGround ? AddGround(scene) : std::string();
@@ -209,7 +211,11 @@ void QXRendererSession::ShowIcons(
   m_Icons.Show(*m_pGraphics3D, m_strScene, vecIcons, pictures, m_Symbols, problems);
 }
 
-std::vector<QXAtlasPage> QXRendererSession::GetPages() const {
+void QXRendererSession::ShowLabels(std::vector<QXSceneLabel> const& vecLabels, QXSceneProblems& problems) {
+  m_Labels.Show(*m_pGraphics3D, m_strScene, vecLabels, m_vecOrigin, m_Bounds, problems);
+}
+
+std::vector<QXAtlasPage> QXRendererSession::GetIconPages() const {
   std::vector<QXAtlasPage> vecPages = m_Icons.GetPages();
   for (QXAtlasPage& page : m_Symbols.GetPages()) vecPages.push_back(std::move(page));
   return vecPages;

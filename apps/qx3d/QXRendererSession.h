@@ -3,6 +3,7 @@
 #pragma once
 
 #include <apps/qx3d/QXIconSet.h>
+#include <apps/qx3d/QXLabelSet.h>
 #include <apps/qx3d/QXPose.h>
 #include <apps/qx3d/QXSymbolSet.h>
 #include <apps/qx3d/QXTextureShelf.h>
@@ -83,6 +84,10 @@ public:
   /// @param problems  gets the icons that the renderer cannot show; they are left out
   void ShowIcons(std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSceneProblems& problems);
 
+  /// Hands a scene's labels over, after Show where there is a model.
+  /// @param problems  gets what cannot be shown, which is left out
+  void ShowLabels(std::vector<QXSceneLabel> const& vecLabels, QXSceneProblems& problems);
+
   /// Adds a viewport with a camera of its own, below those that come after it.
   std::string AddView(QXCell const& cell);
   /// Size of a viewport as width over height.
@@ -108,8 +113,12 @@ public:
   QXFrameFigures const& GetFigures() const { return m_Figures; }
   QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
   unsigned int GetIconCount() const { return m_Icons.GetCount(); }
+  unsigned int GetLabelCount() const { return m_Labels.GetCount(); }
+  std::size_t GetGlyphCount() const { return m_Labels.GetGlyphCount(); }
   /// The pages that icons are shown from, without pixels: those of images, then those of symbols.
-  std::vector<QXAtlasPage> GetPages() const;
+  std::vector<QXAtlasPage> GetIconPages() const;
+  /// The pages that labels are shown from, without pixels.
+  std::vector<QXAtlasPage> GetLabelPages() const { return m_Labels.GetPages(); }
   unsigned int GetTextureCount() const { return m_Textures.GetCount(); }
   std::string GetRendererName() const;
 
@@ -136,6 +145,8 @@ private:
   QXTextureShelf m_Textures;
   QXIconSet m_Icons;
   QXSymbolSet m_Symbols;
+  QXLabelSet m_Labels;
+  QXC::QXVector3d m_vecOrigin;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
   double m_dFov = 0.55;

@@ -83,13 +83,6 @@ struct PartKey {
   auto operator<=>(PartKey const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
-/// How wide a cell of a scene is: 64 km, in which floats still have steps of 4 mm, and that scenes of a city or a county
-/// do not leave; more where a scene is so wide that this gave thousands of drawables.
-double GetCellSize(QXC::QXBoundingBox const& bounds) {
-  QXVector3d const vecSize = bounds.GetMax() - bounds.GetMin();
-  return std::max({65536.0, vecSize.x / 32.0, vecSize.y / 32.0});
-}
-
 /// One mesh as one node of a model places it, in one place of the model.
 struct PlacedMesh {
   QXC::QXModelMesh const& m_Mesh;
@@ -331,6 +324,11 @@ QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictu
   QXC::QXBoundingBox nothing;
   nothing.SetNULL();
   return BuildScene({{&model, &pictures, {QXC::QXMatrix4d()}}}, nothing);
+}
+
+double GetCellSize(QXC::QXBoundingBox const& bounds) {
+  QXVector3d const vecSize = bounds.GetMax() - bounds.GetMin();
+  return std::max({65536.0, vecSize.x / 32.0, vecSize.y / 32.0});
 }
 
 double GetGroundRadius(QXScene const& scene) {

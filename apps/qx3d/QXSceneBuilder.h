@@ -75,6 +75,10 @@ QXScene BuildScene(std::vector<QXPlacedModel> const& vecModels, QXC::QXBoundingB
 /// The scene of one model where its coordinates put it.
 QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictures = QXModelPictures());
 
+/// How wide a cell of a scene is, whose drawables share an origin: 64 km, in which floats still have steps of 4 mm, and
+/// that scenes of a city or a county do not leave; more where a scene is so wide that this gave thousands of drawables.
+double GetCellSize(QXC::QXBoundingBox const& bounds);
+
 /// Radius of the ground of a scene: far behind the edges of every first view.
 double GetGroundRadius(QXScene const& scene);
 

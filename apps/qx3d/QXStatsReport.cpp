@@ -29,20 +29,35 @@ void PrintTimes(QXC::QXRenderTarget::FrameStats const& stats) {
       static_cast<unsigned long long>(stats.worstFrameTime));
 }
 
-void PrintIcons(unsigned int nIcons, std::vector<QXAtlasPage> const& vecPages) {
-  if (nIcons == 0) return;
-  std::size_t nTiles = 0;
+char const* Plural(std::size_t nCount, char const* szOne, char const* szMany) {
+  return nCount == 1 ? szOne : szMany;
+}
+
+/// How many pages of an atlas there are, and what part of their area is taken.
+void PrintPages(std::vector<QXAtlasPage> const& vecPages) {
   double dArea = 0.0;
   double dTaken = 0.0;
   for (QXAtlasPage const& page : vecPages) {
     double const dPage = static_cast<double>(page.m_nSize) * page.m_nSize;
-    nTiles += page.m_vecTiles.size();
     dArea += dPage;
     dTaken += dPage * page.GetFill();
   }
-  std::printf("icons              %u, of %zu %s on %zu %s, %.1f %% full\n", nIcons, nTiles,
-      nTiles == 1 ? "tile" : "tiles", vecPages.size(), vecPages.size() == 1 ? "atlas page" : "atlas pages",
+  std::printf(" on %zu %s, %.1f %% full\n", vecPages.size(), Plural(vecPages.size(), "atlas page", "atlas pages"),
       100.0 * dTaken / dArea);
+}
+
+void PrintIcons(unsigned int nIcons, std::vector<QXAtlasPage> const& vecPages) {
+  if (nIcons == 0) return;
+  std::size_t nTiles = 0;
+  for (QXAtlasPage const& page : vecPages) nTiles += page.m_vecTiles.size();
+  std::printf("icons              %u, of %zu %s", nIcons, nTiles, Plural(nTiles, "tile", "tiles"));
+  PrintPages(vecPages);
+}
+
+void PrintLabels(unsigned int nLabels, std::size_t nGlyphs, std::vector<QXAtlasPage> const& vecPages) {
+  if (nLabels == 0 || vecPages.empty()) return;
+  std::printf("labels             %u, of %zu %s", nLabels, nGlyphs, Plural(nGlyphs, "glyph", "glyphs"));
+  PrintPages(vecPages);
 }
 
 }  // namespace
@@ -65,7 +80,8 @@ void PrintStats(QXRendererSession const& session, int nFrameTime) {
   PrintDrawn("vertices", figures.m_nVertices, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("textures           %u\n", session.GetTextureCount());
-  PrintIcons(session.GetIconCount(), session.GetPages());
+  PrintIcons(session.GetIconCount(), session.GetIconPages());
+  PrintLabels(session.GetLabelCount(), session.GetGlyphCount(), session.GetLabelPages());
 }
 
 }  // namespace QXApp

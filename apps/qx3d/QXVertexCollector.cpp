@@ -46,11 +46,18 @@ std::unique_ptr<QXC::QXVertexIndexPackage> MakeIndices(std::vector<unsigned int>
   return pPackage;
 }
 
-std::unique_ptr<QXC::QXTexCoordBlock> MakeTexCoords(std::vector<float> const& vecTexCoords) {
+void FillSet(QXC::QXTexCoordBlock& block, int nSet, std::vector<float> const& vecPairs) {
+  if (vecPairs.empty()) return;
+  block.m_pBuffers[nSet] = new float[vecPairs.size()];
+  std::copy(vecPairs.begin(), vecPairs.end(), block.m_pBuffers[nSet]);
+  block.m_nCounts[nSet] = static_cast<unsigned int>(vecPairs.size() / 2);
+}
+
+std::unique_ptr<QXC::QXTexCoordBlock> MakeTexCoords(
+    std::vector<float> const& vecTexCoords, std::vector<float> const& vecOffsets) {
   auto pBlock = std::make_unique<QXC::QXTexCoordBlock>();
-  pBlock->m_pBuffers[0] = new float[vecTexCoords.size()];
-  std::copy(vecTexCoords.begin(), vecTexCoords.end(), pBlock->m_pBuffers[0]);
-  pBlock->m_nCounts[0] = static_cast<unsigned int>(vecTexCoords.size() / 2);
+  FillSet(*pBlock, 0, vecTexCoords);
+  FillSet(*pBlock, 1, vecOffsets);
   return pBlock;
 }
 
@@ -80,7 +87,7 @@ std::unique_ptr<QXC::QXRenderOperationMultiIndex> QXVertexCollector::Finish(
   pOperation->m_pVertexBlock = pBlock.release();
 
   std::unique_ptr<QXC::QXVertexIndexPackage> pIndices = MakeIndices(m_vecIndices, GetVertexCount() <= 65535);
-  if (!m_vecTexCoords.empty()) pOperation->m_pTexCoordBlock = MakeTexCoords(m_vecTexCoords).release();
+  if (!m_vecTexCoords.empty()) pOperation->m_pTexCoordBlock = MakeTexCoords(m_vecTexCoords, m_vecOffsets).release();
   pOperation->SetAt(pIndices.get(), pTexture.get());
   pIndices.release();
   pTexture.release();
@@ -91,6 +98,7 @@ std::unique_ptr<QXC::QXRenderOperationMultiIndex> QXVertexCollector::Finish(
   pOperation->SetMatrix(mat);
   m_vecFloats.clear();
   m_vecTexCoords.clear();
+  m_vecOffsets.clear();
   m_vecIndices.clear();
   return pOperation;
 }

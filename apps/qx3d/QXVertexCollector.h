@@ -33,6 +33,12 @@ public:
     m_vecTexCoords.push_back(static_cast<float>(dU));
     m_vecTexCoords.push_back(static_cast<float>(dV));
   }
+  /// Pixels from the position on the screen, to the right and up, of the vertex added last; for all vertices of an
+  /// operation, which then has texture coordinates as well, or for none.
+  void AddOffset(double dRight, double dUp) {
+    m_vecOffsets.push_back(static_cast<float>(dRight));
+    m_vecOffsets.push_back(static_cast<float>(dUp));
+  }
   void AddIndex(unsigned int nVertex) { m_vecIndices.push_back(nVertex); }
 
   /// Makes the operation and starts anew. Indices have 16 bits up to 65,535 vertices and 32 above.
@@ -44,6 +50,7 @@ public:
 private:
   std::vector<float> m_vecFloats;
   std::vector<float> m_vecTexCoords;
+  std::vector<float> m_vecOffsets;
   std::vector<unsigned int> m_vecIndices;
 };
 

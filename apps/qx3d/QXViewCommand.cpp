@@ -72,10 +72,10 @@ private:
     if (!problems.IsEmpty()) return problems.GetLines();
     if (!m_File.m_vecIcons.empty()) {
       m_Progress.Show("reading the images of " + std::to_string(m_File.m_vecIcons.size()) + " icons");
-      m_Icons.Load(m_File.m_vecIcons, m_IconProblems);
+      m_Icons.Load(m_File.m_vecIcons, m_MarkProblems);
       vecPictureProblems.clear();
       m_vecSymbols = LoadSymbols(
-          m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, m_IconProblems,
+          m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, m_MarkProblems,
           vecPictureProblems);
       Warn(vecPictureProblems);
     }
@@ -117,15 +117,20 @@ private:
     strError = m_Session.Show(m_Scene, m_Models.GetPictures(), HasGround(), vecProblems);
     Warn(vecProblems);
     m_Models.FreePictures();
-    if (strError.empty()) m_Session.ShowSymbols(m_vecSymbols, m_IconProblems);
+    if (strError.empty()) m_Session.ShowSymbols(m_vecSymbols, m_MarkProblems);
     m_vecSymbols.clear();
-    if (strError.empty()) m_Session.ShowIcons(m_File.m_vecIcons, m_Icons, m_IconProblems);
-    // The scene is worth showing without one of its icons.
-    Warn(m_IconProblems.GetLines());
+    if (strError.empty()) m_Session.ShowIcons(m_File.m_vecIcons, m_Icons, m_MarkProblems);
+    if (strError.empty()) {
+      if (!m_File.m_vecLabels.empty())
+        m_Progress.Show("drawing the letters of " + std::to_string(m_File.m_vecLabels.size()) + " labels");
+      m_Session.ShowLabels(m_File.m_vecLabels, m_MarkProblems);
+    }
+    // The scene is worth showing without one of its icons or letters.
+    Warn(m_MarkProblems.GetLines());
     return strError;
   }
 
-  /// Under a single icon there is nothing that a ground could be measured by.
+  /// Under a single icon or label there is nothing that a ground could be measured by.
   bool HasGround() const {
     bool const bPoint = m_Scene.m_Bounds.GetMin() == m_Scene.m_Bounds.GetMax();
     return m_Options.m_bGround && m_File.m_bGround && !bPoint;
@@ -274,7 +279,7 @@ private:
   QXSceneModels m_Models;
   QXIconPictures m_Icons;
   std::vector<QXSymbolModel> m_vecSymbols;
-  QXSceneProblems m_IconProblems{m_Options.m_strModel};
+  QXSceneProblems m_MarkProblems{m_Options.m_strModel};
   QXScene m_Scene;
   QXWindow m_Window;
   // After the window, so that the renderer goes first: it draws into it.

@@ -1,0 +1,58 @@
+/// @file
+/// The labels of a shown scene.
+#pragma once
+
+#include <apps/qx3d/QXLabelGlyphs.h>
+#include <apps/qx3d/QXLabelParts.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace QXC {
+class QXGraphics3D;
+class QXRenderOperation3D;
+class QXTexture;
+}  // namespace QXC
+
+namespace QXApp {
+
+/// Labels as few drawables that show parts of the library's glyph atlas. On the rendering thread.
+class QXLabelSet {
+public:
+  QXLabelSet() = default;
+  QXLabelSet(QXLabelSet const&) = delete;
+  QXLabelSet& operator=(QXLabelSet const&) = delete;
+
+  /// Makes the labels of a scene. What cannot be shown is left out and told; the scene is shown all the same.
+  /// @param vecOrigin  of the scene, world coordinates
+  /// @param bounds     of what stands in the scene besides
+  void Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, std::vector<QXSceneLabel> const& vecLabels,
+      QXC::QXVector3d const& vecOrigin, QXC::QXBoundingBox const& bounds, QXSceneProblems& problems);
+
+  /// Gives drawables and glyphs back. Before the renderer goes.
+  void GiveBack(QXC::QXGraphics3D& graphics3D);
+
+  /// Labels of which something is shown.
+  unsigned int GetCount() const { return m_nCount; }
+  /// Glyphs in the atlas, halos counted for themselves.
+  std::size_t GetGlyphCount() const { return m_Glyphs.GetCount(); }
+  /// The pages by their numbers, with their places but without pixels.
+  std::vector<QXAtlasPage> GetPages() const;
+
+private:
+  void AddParts(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXLabelParts& parts, int nLine,
+      QXSceneProblems& problems);
+  bool AddPart(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXLabelPartKey const& key,
+      QXLabelParts::Part& part, QXC::QXTexture& texture);
+
+  QXLabelGlyphs m_Glyphs;
+  std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;
+  /// Names of the pages that are on the device.
+  std::set<std::string> m_setPages;
+  QXC::QXBoundingBox m_Bounds;
+  unsigned int m_nCount = 0;
+  bool m_bTaken = false;
+};
+
+}  // namespace QXApp
