@@ -143,7 +143,7 @@ TEST_F(QXAtlasCommandTest, SceneOfBrokenIconsAloneFails) {
   WriteGoodScene();
   m_Folder.Write("small.tga", "broken");
   m_Folder.Write("wide.tga", "broken");
-  ExpectFailure({"small.tga", "wide.tga", "none of its icons"});
+  ExpectFailure({"small.tga", "wide.tga", "none of its icons and labels"});
 }
 
 TEST_F(QXAtlasCommandTest, UnknownRendererAndMissingPluginFolderAreTold) {
