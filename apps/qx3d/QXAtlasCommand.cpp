@@ -9,6 +9,7 @@
 #include <apps/qx3d/QXPngWriter.h>
 #include <apps/qx3d/QXProgress.h>
 #include <apps/qx3d/QXRendererSession.h>
+#include <apps/qx3d/QXSceneData.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneText.h>
 #include <apps/qx3d/QXSymbolModels.h>
@@ -69,6 +70,11 @@ private:
     m_Progress.Show("reading " + m_Options.m_strScene);
     std::vector<std::string> vecProblems;
     m_Scene = ReadSceneFile(m_Options.m_strScene, vecProblems);
+    std::vector<std::string> vecWarnings;
+    if (vecProblems.empty())
+      LoadSceneData(
+          m_Scene, nullptr, [this](std::string const& strStep) { m_Progress.Show(strStep); }, vecProblems, vecWarnings);
+    Tell(vecWarnings);
     if (vecProblems.empty() && m_Scene.m_vecIcons.empty() && m_Scene.m_vecLabels.empty())
       vecProblems.push_back(
           m_Options.m_strScene +

@@ -2,6 +2,7 @@
 
 #include <apps/qx3d/QXSceneValue.h>
 #include <apps/qx3d/QXWholeFile.h>
+#include <apps/qx3d/geo/QXGeoNames.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -29,7 +30,10 @@ struct Draft {
   QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
   QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
   QXSceneSymbol& GetSymbol() { return m_Scene.m_vecSymbols.back(); }
-  QXSceneLabel& GetLabel() { return m_Scene.m_vecLabels.back(); }
+  QXSceneData& GetData() { return m_Scene.m_vecData.back(); }
+  /// The label of the section, or the style of its many labels.
+  QXSceneLabel& GetLabel() { return m_bData ? GetData().m_Style : m_Scene.m_vecLabels.back(); }
+  bool m_bData = false;
 };
 
 /// Takes a value over. @return  empty, or what was expected
@@ -119,6 +123,7 @@ std::string BeginModel(Draft& draft, int nLine) {
 
 std::string SetModelFile(Draft& draft, std::string const& strValue) {
   if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a scene holds no scenes; name a model";
+  if (IsGeoName(strValue)) return "'" + strValue + "' is map data; name it in a section [data]";
   draft.GetModel().m_strFile = draft.Complete(strValue);
   draft.GetModel().m_nLine = draft.m_nLine;
   return std::string();
@@ -243,6 +248,7 @@ Section MakeSymbolSection() {
 }
 
 std::string BeginLabel(Draft& draft, int nLine) {
+  draft.m_bData = false;
   return AppendPlaced(draft.m_Scene.m_vecLabels, nLine);
 }
 
@@ -333,12 +339,81 @@ Section MakeLabelSection() {
   return {"label", true, BeginLabel, EndLabel, vecKeys};
 }
 
+std::string BeginData(Draft& draft, int nLine) {
+  draft.m_bData = true;
+  return AppendPlaced(draft.m_Scene.m_vecData, nLine);
+}
+
+std::string SetDataFile(Draft& draft, std::string const& strValue) {
+  if (!IsGeoName(strValue))
+    return "'" + strValue + "' is no map data by its name; known are .gml, .citygml, .geojson and .shp";
+  draft.GetData().m_strFile = draft.Complete(strValue);
+  draft.GetData().m_nLine = draft.m_nLine;
+  return std::string();
+}
+
+std::string SetDataFacing(Draft& draft, std::string const& strValue) {
+  draft.GetData().m_bFacing = true;
+  return SetLabelFacing(draft, strValue);
+}
+
+std::string EndData(Draft& draft) {
+  QXSceneData const& data = draft.GetData();
+  if (data.m_bFacing && data.m_Style.m_eFacing == QXLabelFacing::Camera && data.m_Style.m_dHeight > 0.0)
+    return "height is about labels that lie in the world; take it or facing = camera away";
+  if (!data.m_bLabels && !data.m_bBuildings)
+    return "labels = no and buildings = no leave nothing; take one of them away";
+  return std::string();
+}
+
+/// Keys of what is taken from the file and where it goes.
+std::vector<Key> MakeDataKeys() {
+  auto const setLabel = [](Draft& draft, std::string const& strValue) {
+    draft.GetData().m_strLabel = strValue;
+    return std::string();
+  };
+  auto const setAngle = [](Draft& draft, std::string const& strValue) {
+    draft.GetData().m_strAngle = strValue;
+    return std::string();
+  };
+  auto const setLabels = [](Draft& draft, std::string const& strValue) {
+    return ReadYesNo(strValue, draft.GetData().m_bLabels);
+  };
+  auto const setBuildings = [](Draft& draft, std::string const& strValue) {
+    return ReadYesNo(strValue, draft.GetData().m_bBuildings);
+  };
+  auto const setPosition = [](Draft& draft, std::string const& strValue) {
+    return ReadPosition(strValue, draft.GetData().m_vecPosition);
+  };
+  auto const setLift = [](Draft& draft, std::string const& strValue) {
+    return ReadNumber(strValue, -MaxSceneCoordinate, MaxSceneCoordinate, draft.GetData().m_dLift);
+  };
+  return {{"file", true, SetDataFile}, {"label", false, setLabel}, {"angle", false, setAngle},
+      {"labels", false, setLabels}, {"buildings", false, setBuildings}, {"position", false, setPosition},
+      {"lift", false, setLift}};
+}
+
+Section MakeDataSection() {
+  std::vector<Key> vecKeys = MakeDataKeys();
+  AddLetterKeys(vecKeys);
+  auto const setOffset = [](Draft& draft, std::string const& strValue) {
+    return ReadOffset(strValue, draft.GetLabel().m_dOffset);
+  };
+  auto const setHeight = [](Draft& draft, std::string const& strValue) {
+    return ReadLength(strValue, draft.GetLabel().m_dHeight);
+  };
+  vecKeys.insert(
+      vecKeys.end(), {{"offset", false, setOffset}, {"align", false, SetLabelAlign}, {"depth", false, SetLabelDepth},
+                         {"facing", false, SetDataFacing}, {"height", false, setHeight}});
+  return {"data", true, BeginData, EndData, vecKeys};
+}
+
 /// Follows a file through its sections by their table.
 class SceneReader final : public QXSceneTextHandler {
 public:
   explicit SceneReader(Draft& draft)
       : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection(),
-                            MakeSymbolSection(), MakeLabelSection()},
+                            MakeSymbolSection(), MakeLabelSection(), MakeDataSection()},
         m_vecFirstLines(m_vecSections.size(), 0) {}
 
   void BeginSection(std::string const& strName, int nLine) override {
@@ -476,6 +551,7 @@ void CheckFiles(QXSceneFile const& scene, QXSceneProblems& problems) {
   };
   for (QXSceneModel const& model : scene.m_vecModels) check(model.m_strFile, model.m_nLine);
   for (QXSceneIcon const& icon : scene.m_vecIcons) check(icon.m_strImage, icon.m_nLine);
+  for (QXSceneData const& data : scene.m_vecData) check(data.m_strFile, data.m_nLine);
   for (QXSceneSymbol const& symbol : scene.m_vecSymbols) check(symbol.m_strFile, symbol.m_nLine);
 }
 
@@ -511,8 +587,9 @@ QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSce
   reader.Finish();
   CheckSymbols(draft.m_Scene, problems);
   QXSceneFile const& scene = draft.m_Scene;
-  if (problems.IsEmpty() && scene.m_vecModels.empty() && scene.m_vecIcons.empty() && scene.m_vecLabels.empty())
-    problems.Add(0, "there is nothing to show; add a [model] with its file, an [icon] or a [label]");
+  if (problems.IsEmpty() && scene.m_vecModels.empty() && scene.m_vecIcons.empty() && scene.m_vecLabels.empty() &&
+      scene.m_vecData.empty())
+    problems.Add(0, "there is nothing to show; add a [model] with its file, [data], an [icon] or a [label]");
   return std::move(draft.m_Scene);
 }
 

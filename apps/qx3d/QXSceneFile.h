@@ -107,6 +107,26 @@ struct QXSceneLabel {
 /// Largest size of a label in points: even wide letters then fit a page of the glyph atlas.
 constexpr int MaxLabelSize = 300;
 
+/// Map data: labels at its points, and buildings on its footprints.
+struct QXSceneData {
+  /// As the scene file's folder completes it.
+  std::string m_strFile;
+  /// Attributes of the file with the text of a point and its angle; empty: those that its format has by habit.
+  std::string m_strLabel;
+  std::string m_strAngle;
+  bool m_bLabels = true;
+  bool m_bBuildings = true;
+  /// Added to all coordinates of the file.
+  QXC::QXVector3d m_vecPosition;
+  /// World units by which labels stand above their points.
+  double m_dLift = 0.0;
+  /// What the labels have in common. Text, position and rotation come from the file.
+  QXSceneLabel m_Style;
+  /// Whether the facing of the style was chosen; else labels with an angle are flat and the others face the eye.
+  bool m_bFacing = false;
+  int m_nLine = 0;
+};
+
 /// What the first view shows, unless the command line says otherwise.
 struct QXSceneCamera {
   bool m_bEye = false;
@@ -130,6 +150,7 @@ struct QXSceneFile {
   std::vector<QXSceneIcon> m_vecIcons;
   std::vector<QXSceneSymbol> m_vecSymbols;
   std::vector<QXSceneLabel> m_vecLabels;
+  std::vector<QXSceneData> m_vecData;
 };
 
 /// Of models, icons, labels and of whatever else a scene may hold many of, each.

@@ -127,8 +127,14 @@ void QXSceneModels::LoadOne(
   m_vecPictures.push_back(std::move(pictures));
 }
 
-std::string QXSceneModels::Place(Model& model, QXSceneModel const& placed) {
-  QXMatrix4d const matPlace = MakePlacement(placed);
+std::string QXSceneModels::Add(std::unique_ptr<QXC::ModelDataInfo> pModel) {
+  QXC::QXBoundingBox const box = pModel->GetBoundingBox();
+  m_vecModels.push_back({std::move(pModel), box, {}});
+  m_vecPictures.emplace_back();
+  return Place(m_vecModels.back(), QXMatrix4d());
+}
+
+std::string QXSceneModels::Place(Model& model, QXMatrix4d const& matPlace) {
   if (!IsShowable(model.m_Box, matPlace))
     return "it is placed beyond 1e15, farther than can be shown; give a smaller scale or a nearer position";
   m_nTriangles += model.m_pModel->GetTriangleCount();
@@ -153,7 +159,7 @@ void QXSceneModels::Load(QXSceneFile const& scene, UpAxis eUp, std::function<voi
       LoadOne(placed.m_strFile, key.second, vecPictureProblems, strReason);
       if (strReason.empty()) it->second = static_cast<int>(m_vecModels.size()) - 1;
     }
-    if (it->second >= 0) strReason = Place(m_vecModels[static_cast<std::size_t>(it->second)], placed);
+    if (it->second >= 0) strReason = Place(m_vecModels[static_cast<std::size_t>(it->second)], MakePlacement(placed));
     if (strReason.empty()) continue;
     // A model that is shown alone has no line, and its path is the problems' own.
     problems.Add(placed.m_nLine, placed.m_nLine > 0 ? placed.m_strFile + ": " + strReason : strReason);

@@ -41,6 +41,10 @@ public:
   void Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
       QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
 
+  /// Takes a model over that no file holds, z up and where its coordinates put it.
+  /// @return  empty, or why it cannot be shown
+  std::string Add(std::unique_ptr<QXC::ModelDataInfo> pModel);
+
   /// Merges what was read; the models, not their pictures, are freed.
   /// @param others  bounds of what stands in the scene besides
   QXScene Build(QXC::QXBoundingBox const& others);
@@ -62,7 +66,7 @@ private:
 
   void LoadOne(
       std::string const& strPath, UpAxis eUp, std::vector<std::string>& vecPictureProblems, std::string& strError);
-  std::string Place(Model& model, QXSceneModel const& placed);
+  std::string Place(Model& model, QXC::QXMatrix4d const& matPlace);
 
   std::vector<Model> m_vecModels;
   std::vector<QXModelPictures> m_vecPictures;

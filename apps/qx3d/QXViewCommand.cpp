@@ -7,12 +7,14 @@
 #include <apps/qx3d/QXPngWriter.h>
 #include <apps/qx3d/QXProgress.h>
 #include <apps/qx3d/QXRendererSession.h>
+#include <apps/qx3d/QXSceneData.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneModels.h>
 #include <apps/qx3d/QXStatsReport.h>
 #include <apps/qx3d/QXSymbolModels.h>
 #include <apps/qx3d/QXViewOptions.h>
 #include <apps/qx3d/QXWindow.h>
+#include <apps/qx3d/geo/QXGeoNames.h>
 
 #include <algorithm>
 #include <cmath>
@@ -24,10 +26,15 @@ namespace QXApp {
 
 namespace {
 
-/// A model alone is a scene of one, whose messages are about the model and no line of a file.
+/// A model or a file of map data alone is a scene of one, whose messages are about the model and no line of a file.
 QXSceneFile MakeSceneOf(std::string const& strModel) {
   QXSceneFile scene;
   scene.m_strPath = strModel;
+  if (IsGeoName(strModel)) {
+    scene.m_vecData.emplace_back();
+    scene.m_vecData.back().m_strFile = strModel;
+    return scene;
+  }
   scene.m_vecModels.emplace_back();
   scene.m_vecModels.back().m_strFile = strModel;
   return scene;
@@ -64,20 +71,25 @@ private:
                                                : MakeSceneOf(m_Options.m_strModel);
     if (!vecProblems.empty()) return vecProblems;
     QXSceneProblems problems(m_Options.m_strModel);
-    std::vector<std::string> vecPictureProblems;
+    std::vector<std::string> vecWarnings;
     m_Models.Load(
         m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, problems,
-        vecPictureProblems);
-    Warn(vecPictureProblems);
+        vecWarnings);
+    Warn(vecWarnings);
     if (!problems.IsEmpty()) return problems.GetLines();
+    vecWarnings.clear();
+    LoadSceneData(
+        m_File, &m_Models, [this](std::string const& strStep) { m_Progress.Show(strStep); }, vecProblems, vecWarnings);
+    Warn(vecWarnings);
+    if (!vecProblems.empty()) return vecProblems;
     if (!m_File.m_vecIcons.empty()) {
       m_Progress.Show("reading the images of " + std::to_string(m_File.m_vecIcons.size()) + " icons");
       m_Icons.Load(m_File.m_vecIcons, m_MarkProblems);
-      vecPictureProblems.clear();
+      vecWarnings.clear();
       m_vecSymbols = LoadSymbols(
           m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, m_MarkProblems,
-          vecPictureProblems);
-      Warn(vecPictureProblems);
+          vecWarnings);
+      Warn(vecWarnings);
     }
     m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
     QXC::QXBoundingBox others = GetIconBounds(m_File);

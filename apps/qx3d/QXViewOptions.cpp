@@ -77,8 +77,10 @@ by the clock, with --out by --frame-time from frame to frame, so that the same c
 
 Colours: a mesh shows its material colour times its vertex colours. A mesh with neither is coloured by its faces:
 light ground, pale walls, brick roofs. If every colour of a file is dark, all are mixed with a light paper tone.
-A scene is a text file with placed models, icons, a camera and a background; doc/scenes.md has the format. What the
-command line says about the eye, the point to look at and the ground goes before what the scene says.
+Map data shows as labels at its named points and as buildings on its footprints.
+
+A scene is a text file with placed models, icons, labels, map data, a camera and a background; doc/scenes.md has the
+format. What the command line says about the eye, the point to look at and the ground goes before what the scene says.
 
 z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
 down, and else OBJ has y up and the others z, unless --up tells.)";
@@ -121,7 +123,8 @@ void DefineRenderer(CLI::App& command, std::string& strRenderer, std::vector<std
 
 void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
   view.add_option("model", options.m_strModel,
-          "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx; or a scene of several: .qxscene")
+          "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx; map data: .gml .citygml .geojson .shp; or a scene of "
+          "several: .qxscene")
       ->required()
       ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")

@@ -3,9 +3,12 @@
 #include <apps/qx3d/QXWholeFile.h>
 #include <apps/qx3d/geo/QXCityGml.h>
 #include <apps/qx3d/geo/QXGeoJson.h>
+#include <apps/qx3d/geo/QXGeoNames.h>
+#include <apps/qx3d/geo/QXShapefile.h>
 
 #include <filesystem>
-#include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace QXApp {
 
@@ -14,27 +17,37 @@ namespace {
 /// The files are held in memory while they are read.
 constexpr std::uintmax_t MaxFileMiB = 1024;
 
-enum class Format { None, CityGml, GeoJson };
+/// The file beside a shapefile with another extension, in small letters or, as older programs wrote it, in large ones.
+std::string FindBeside(std::string const& strPath, std::string const& strExtension) {
+  std::filesystem::path path(strPath);
+  path.replace_extension(strExtension);
+  std::error_code error;
+  if (std::filesystem::exists(path, error)) return path.string();
+  std::string strLarge = strExtension;
+  for (char& c : strLarge)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c + 'A' - 'a');
+  std::filesystem::path large(strPath);
+  large.replace_extension(strLarge);
+  return std::filesystem::exists(large, error) ? large.string() : path.string();
+}
 
-Format FindFormat(std::string const& strPath) {
-  std::string strExtension = std::filesystem::path(strPath).extension().string();
-  for (char& c : strExtension)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 'a' - 'A');
-  if (strExtension == ".gml" || strExtension == ".citygml") return Format::CityGml;
-  if (strExtension == ".geojson") return Format::GeoJson;
-  return Format::None;
+QXGeoData ReadShapefile(std::string const& strPath, std::string const& strShapes, QXGeoNames const& names,
+    QXSceneProblems& problems, QXSceneProblems& warnings) {
+  std::string strIndex;
+  std::string strAttributes;
+  std::string strCodePage;
+  for (auto const& [szExtension, pBytes] : {std::pair(".shx", &strIndex), std::pair(".dbf", &strAttributes)}) {
+    std::string const strBeside = FindBeside(strPath, szExtension);
+    std::string const strReason = ReadWholeFile(strBeside, MaxFileMiB, "shapefile", *pBytes);
+    if (!strReason.empty()) problems.Add(0, strBeside + ", which belongs to it: " + strReason);
+  }
+  // Few shapefiles have one.
+  static_cast<void>(ReadWholeFile(FindBeside(strPath, ".cpg"), 1, "code page", strCodePage));
+  if (!problems.IsEmpty()) return QXGeoData();
+  return ParseShapefile({strShapes, strIndex, strAttributes, strCodePage}, names, problems, warnings);
 }
 
 }  // namespace
-
-bool IsGeoName(std::string const& strPath) {
-  return FindFormat(strPath) != Format::None;
-}
-
-QXGeoNames GetGeoNames(std::string const& strPath) {
-  if (FindFormat(strPath) == Format::CityGml) return {"tekst", "hoek"};
-  return {"name", ""};
-}
 
 QXGeoData ReadGeoFile(std::string const& strPath, QXGeoNames const& names, std::vector<std::string>& vecProblems,
     std::vector<std::string>& vecWarnings) {
@@ -46,10 +59,11 @@ QXGeoData ReadGeoFile(std::string const& strPath, QXGeoNames const& names, std::
   if (!strReason.empty()) {
     problems.Add(0, strReason);
   } else {
-    switch (FindFormat(strPath)) {
-    case Format::CityGml: data = ParseCityGml(strBytes, names, problems, warnings); break;
-    case Format::GeoJson: data = ParseGeoJson(strBytes, names, problems, warnings); break;
-    default: problems.Add(0, "this is no map data; known are .gml, .citygml and .geojson");
+    switch (FindGeoFormat(strPath)) {
+    case QXGeoFormat::CityGml: data = ParseCityGml(strBytes, names, problems, warnings); break;
+    case QXGeoFormat::GeoJson: data = ParseGeoJson(strBytes, names, problems, warnings); break;
+    case QXGeoFormat::Shapefile: data = ReadShapefile(strPath, strBytes, names, problems, warnings); break;
+    default: problems.Add(0, "this is no map data by its name; known are .gml, .citygml, .geojson and .shp");
     }
   }
   vecProblems = problems.GetLines();

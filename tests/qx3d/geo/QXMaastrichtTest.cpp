@@ -2,6 +2,7 @@
 /// The one city of these tests: read whole, if scripts/setup has fetched it.
 #include <apps/qx3d/geo/QXFootprintModel.h>
 #include <apps/qx3d/geo/QXGeoFile.h>
+#include <apps/qx3d/geo/QXGeoNames.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 

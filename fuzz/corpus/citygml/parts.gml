@@ -1,0 +1,1 @@
+<m><member><Building><consistsOfBuildingPart><BuildingPart><GroundSurface><Polygon srsDimension="3"><exterior><LinearRing><pos>0 0 1</pos><pos>4 4 1</pos><pos>4 0 1</pos><pos>0 4 2</pos></LinearRing></exterior></Polygon></GroundSurface><lod0RoofEdge/></BuildingPart></consistsOfBuildingPart></Building></member></m>
