@@ -44,10 +44,11 @@ SAOffset ReadFile(void* pTo, SAOffset nSize, SAOffset nCount, SAFile pFile) {
   MemoryFile& file = GetFile(pFile);
   if (nSize == 0) return 0;
   std::size_t const nLeft = file.m_Bytes.size() - std::min(file.m_nPlace, file.m_Bytes.size());
-  std::size_t const nWhole = std::min<std::size_t>(nCount, nLeft / nSize);
-  if (nWhole > 0) std::memcpy(pTo, file.m_Bytes.data() + file.m_nPlace, nWhole * nSize);
-  file.m_nPlace += nWhole * nSize;
-  return nWhole;
+  // As from a file, the part of an item at the end is read and not counted: code pages are read so.
+  std::size_t const nRead = nCount <= nLeft / nSize ? nCount * nSize : nLeft;
+  if (nRead > 0) std::memcpy(pTo, file.m_Bytes.data() + file.m_nPlace, nRead);
+  file.m_nPlace += nRead;
+  return nRead / nSize;
 }
 
 SAOffset SeekFile(SAFile pFile, SAOffset nOffset, int nFrom) {
