@@ -22,9 +22,8 @@ class QXTextureFontManager;
 ///
 /// - *Facing the camera*: with these programs, which the renderer knows by name. Each vertex has the position of its
 ///   label's anchor, and in set 1 the offset of this corner from the anchor in pixels, x to the right and y up on the
-///   screen. The anchor moves to the nearest corner of pixels first, so that letters with whole offsets stay sharp. The
-///   bounds that cull are those of the anchors: whoever wants labels that reach into the picture from beyond its edge
-///   sets wider ones.
+///   screen. The anchor moves to the nearest corner of pixels first, so that letters with whole offsets stay sharp.
+///   Labels reach into the picture from anchors beyond its edges.
 /// - *Flat*: without programs. The quads lie in the world as other geometry does.
 ///
 /// One drawable may hold any number of labels, since what it costs to draw follows from the number of drawables. Halos

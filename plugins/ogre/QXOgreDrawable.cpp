@@ -45,6 +45,27 @@ QXBoundingBox Exaggerated(QXBoundingBox const& box, double dFactor) {
   return {vecMin, vecMax};
 }
 
+/// Whether labels with anchors in a box may reach into the picture: they do so from as many pixels beyond its edges.
+bool MayReach(QXBoundingBox const& box, double dReach, QXOgreView const& view) {
+  QXMatrix4d const matClip = view.m_matView * view.m_matProjection;
+  double const dMargin[3] = {2.0 * dReach / view.m_nWidth, 2.0 * dReach / view.m_nHeight, 0.0};
+  unsigned int nOutside = 0x3F;
+  for (QXVector3d const& vecCorner : box.GetCorners()) {
+    QXVector3d const vecPoint = vecCorner - view.m_vecOrigin;
+    double dClip[4];
+    for (int k = 0; k < 4; ++k)
+      dClip[k] = vecPoint.x * matClip[0][k] + vecPoint.y * matClip[1][k] + vecPoint.z * matClip[2][k] + matClip[3][k];
+    unsigned int nSides = 0;
+    for (unsigned int k = 0; k < 3; ++k) {
+      double const dEdge = dClip[3] * (1.0 + dMargin[k]);
+      if (dClip[k] < -dEdge) nSides |= 1U << (2 * k);
+      if (dClip[k] > dEdge) nSides |= 2U << (2 * k);
+    }
+    nOutside &= nSides;
+  }
+  return nOutside == 0;
+}
+
 }  // namespace
 
 QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
@@ -176,6 +197,7 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
     if (dDistance < m_Look.m_dNear || (m_Look.m_dFar > 0.0 && dDistance > m_Look.m_dFar)) return false;
     if (m_pNode && !m_pNode->IsWithin(dDistance)) return false;
   }
+  if (m_Look.m_Surface.m_bLabel) return MayReach(box, m_Geometry.GetLabelReach(), view);
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
 
@@ -234,7 +256,9 @@ void QXOgreDrawable::UpdateMaterial(std::size_t nRange) {
   surface.m_bTransparent = tint.a * renderable.GetColor().a < 1.0 || m_Geometry.HasTransparentVertices() ||
                            renderable.HasTransparentTextures();
   renderable.SetMaterial(m_pDevice->GetMaterials().Get(surface));
-  renderable.SetLook(tint, m_Look.m_bSelected ? m_Look.m_SelectionColor : QXColorValue3D(), m_Look.m_bLight);
+  // What faces the camera has no side that the sun could shine on.
+  bool const bLight = m_Look.m_bLight && !surface.m_bLabel;
+  renderable.SetLook(tint, m_Look.m_bSelected ? m_Look.m_SelectionColor : QXColorValue3D(), bLight);
 }
 
 std::vector<QXOgreBinding> QXOgreDrawable::FindBindings(std::size_t nRange) const {

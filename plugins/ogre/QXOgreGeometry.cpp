@@ -64,7 +64,8 @@ bool IndicesStayBelow(T const* pIndices, unsigned int nCount, unsigned int nLimi
 }  // namespace
 
 QXOgreGeometry::QXOgreGeometry()
-    : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0), m_nTexCoordSets(0) {}
+    : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0), m_nTexCoordSets(0),
+      m_fLabelReach(0.0F) {}
 QXOgreGeometry::~QXOgreGeometry() = default;
 
 void QXOgreGeometry::Upload(QXRenderOperationMultiIndex const& source) {
@@ -89,6 +90,7 @@ void QXOgreGeometry::Clear() {
   m_bColors = 0;
   m_bTransparentVertices = 0;
   m_nTexCoordSets = 0;
+  m_fLabelReach = 0.0F;
 }
 
 int QXOgreGeometry::FindTexCoordSet(unsigned int nWanted) const {
@@ -189,6 +191,8 @@ void QXOgreGeometry::UploadTexCoords(QXRenderOperationMultiIndex const& source) 
     AddStream(Ogre::VertexElement::multiplyTypeCount(Ogre::VET_FLOAT1, nDim), Ogre::VES_TEXTURE_COORDINATES, nUnit,
         arrCoords.data());
     m_nTexCoordSets |= 1U << nUnit;
+    if (nUnit == 1)
+      for (float const f : arrCoords) m_fLabelReach = std::max(m_fLabelReach, std::abs(f));
   }
 }
 

@@ -65,6 +65,8 @@ public:
   /// The set of texture coordinates that stands in for a wanted one: itself where the geometry has it, else the first
   /// that there is; -1 without any.
   int FindTexCoordSet(unsigned int nWanted) const;
+  /// The largest number in set 1: how far the corners of labels are from their anchors, in pixels.
+  float GetLabelReach() const { return m_fLabelReach; }
 
 private:
   void MeasureBounds(QXRenderOperationMultiIndex const& source);
@@ -88,6 +90,7 @@ private:
   unsigned char m_bTransparentVertices;
   /// One bit a set of texture coordinates.
   unsigned int m_nTexCoordSets;
+  float m_fLabelReach;
 };
 
 }  // namespace QXC

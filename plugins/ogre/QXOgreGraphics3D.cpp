@@ -10,6 +10,7 @@
 
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
+#include <QxGraphics3D/text/QXTextureFontManager.h>
 
 #include <plugins/ogre/QXOgreCamera.h>
 #include <plugins/ogre/QXOgreConvert.h>
@@ -18,6 +19,7 @@
 #include <plugins/ogre/QXOgreRenderTexture.h>
 #include <plugins/ogre/QXOgreRenderWindow.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreTexts.h>
 #include <plugins/ogre/QXOgreTextureManager.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
 
@@ -44,8 +46,8 @@ GPUVendor ToVendor(Ogre::GPUVendor eVendor, std::string const& strDevice) {
 
 QXOgreGraphics3D::QXOgreGraphics3D()
     : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)),
-      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)), m_pTextureScene(nullptr), m_strName(L"ogre"),
-      m_nDrawOperationCount(0), m_nNodesMade(0) {
+      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)), m_pTextureScene(nullptr), m_pTextScene(nullptr),
+      m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
   m_pRenderOperationManager = m_pManager.get();
   m_pTextureManager = m_pTextures.get();
 }
@@ -59,10 +61,15 @@ QXOgreGraphics3D::~QXOgreGraphics3D() {
   m_arrCameras.clear();
   for (auto const& [strName, pScene] : m_mapScenes) m_pDevice->DestroyScene(pScene);
   m_mapScenes.clear();
-  if (m_pTextureScene) m_pDevice->DestroyScene(m_pTextureScene);
+  m_pResourceHolder = nullptr;
+  m_pTexts.reset();
+  for (QXOgreScene* const pScene : {m_pTextureScene, m_pTextScene})
+    if (pScene) m_pDevice->DestroyScene(pScene);
   m_pTextureScene = nullptr;
+  m_pTextScene = nullptr;
   // Models and atlases give their textures back to a manager that is still there.
   ClearResource();
+  if (m_pDevice) QXTextureFontManager::GetSingleton().SetTextureManager(nullptr);
   m_pTextures->LeaveDevice();
   m_pTextureManager = nullptr;
   m_pTextures.reset();
@@ -131,7 +138,15 @@ unsigned char QXOgreGraphics3D::Initialize(QdcUnicodeString const& strResourcePa
   }
   FillCapabilities();
   QXMathEngine::m_msGraphics3DType = GRAPHICS3D_IMMEDIATE;
-  return Try([this] { m_pTextureScene = m_pDevice->CreateScene(); }) && CreateScene(MAIN_SCENE);
+  QXTextureFontManager::GetSingleton().SetTextureManager(m_pTextures.get());
+  return Try([this] { MakeOwnScenes(); }) && CreateScene(MAIN_SCENE);
+}
+
+void QXOgreGraphics3D::MakeOwnScenes() {
+  m_pTextureScene = m_pDevice->CreateScene();
+  m_pTextScene = m_pDevice->CreateScene();
+  m_pTexts = std::make_unique<QXOgreTexts>(*this, *m_pTextScene);
+  m_pResourceHolder = m_pTexts.get();
 }
 
 void QXOgreGraphics3D::FillCapabilities() {
@@ -277,6 +292,27 @@ void QXOgreGraphics3D::SetRelativeOrigin(QXVector3d const& vecOrigin) {
 void QXOgreGraphics3D::BeginGeometryCount() {
   QXGraphics3D::BeginGeometryCount();
   m_nDrawOperationCount = 0;
+}
+
+void QXOgreGraphics3D::TextOut2DText(QdcUnicodeString const& strText, double dX, double dY, unsigned int nColor) {
+  if (m_pTexts) m_pTexts->Add(strText, {dX, dY, 0.0}, 1, nColor);
+}
+
+void QXOgreGraphics3D::TextOut3DText(
+    QdcUnicodeString const& strText, double dX, double dY, double dZ, unsigned int nColor) {
+  if (m_pTexts) m_pTexts->Add(strText, {dX, dY, dZ}, 0, nColor);
+}
+
+void QXOgreGraphics3D::SetRenderFont(QdcUnicodeString const& strFaceName, double dSize) {
+  if (m_pTexts) m_pTexts->SetFont(strFaceName, dSize);
+}
+
+void QXOgreGraphics3D::RenderTexts() {
+  if (!m_pTexts) return;
+  // The viewport may have died since it was drawn.
+  auto const position = std::find_if(m_setTargets.begin(), m_setTargets.end(),
+      [this](QXOgreRenderTarget const* pTarget) { return pTarget->HasViewport(m_pViewport); });
+  m_pTexts->Draw(position == m_setTargets.end() ? nullptr : *position, m_pViewport);
 }
 
 void QXOgreGraphics3D::GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const {

@@ -20,6 +20,7 @@ class QXOgreRenderOperationManager;
 class QXOgreRenderTarget;
 class QXOgreScene;
 class QXOgreSceneNode;
+class QXOgreTexts;
 class QXOgreTextureManager;
 
 /// The renderer. It owns the device, the scenes and the cameras, and knows its targets and drawables, which hosts own:
@@ -123,6 +124,11 @@ public:
   void SetObjectColor(unsigned int nID, QXColorValue3D const& color) override;
   void ResetObjectColor(unsigned int nID) override;
   void GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const override;
+  void TextOut2DText(QdcUnicodeString const& strText, double dX, double dY, unsigned int nColor) override;
+  void TextOut3DText(QdcUnicodeString const& strText, double dX, double dY, double dZ, unsigned int nColor) override;
+  void SetRenderFont(QdcUnicodeString const& strFaceName, double dSize) override;
+  /// Over the picture of the viewport that was drawn last.
+  void RenderTexts() override;
   unsigned char SelectRenderSystem(QdcUnicodeString const& strName) override;
   QdcUnicodeString GetRenderSystemName() const override;
   QdcUnicodeString GetRenderSystemVersion() const override;
@@ -148,6 +154,8 @@ private:
   /// Makes a target of a kind; null with the reason as error text if OGRE cannot.
   template <class Target, class... Arguments>
   QXRenderTarget* MakeTarget(Arguments const&... arguments);
+  /// Those that no host knows of.
+  void MakeOwnScenes();
   void FillCapabilities();
   void Fail(std::exception const& exception);
 
@@ -158,6 +166,8 @@ private:
   std::unique_ptr<QXOgreRenderOperationManager> m_pManager;
   std::unique_ptr<QXOgreTextureManager> m_pTextures;
   QXOgreScene* m_pTextureScene;
+  QXOgreScene* m_pTextScene;
+  std::unique_ptr<QXOgreTexts> m_pTexts;
   QXVector3d m_vecRelativeOrigin;
   QdcUnicodeString m_strName;
   QdcUnicodeString m_strError;

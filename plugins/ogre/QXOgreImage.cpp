@@ -171,7 +171,19 @@ void QXOgreImage::Write(QXOgrePart const& part, void const* pCells) {
 }
 
 void QXOgreImage::Read(unsigned char* pPixels) const {
+  if (m_eFormat == Ogre::PF_BYTE_LA) return ReadLuminanceAlpha(pPixels);
   m_pTexture->getBuffer()->blitToMemory(MakeBox(m_nWidth, m_nHeight, Ogre::PF_BYTE_BGRA, pPixels));
+}
+
+void QXOgreImage::ReadLuminanceAlpha(unsigned char* pPixels) const {
+  // OGRE converts from what OpenGL has, which is red and green: luminance and alpha come of the way it is looked up.
+  std::size_t const nCount = std::size_t{m_nWidth} * m_nHeight;
+  std::vector<unsigned char> arrPairs(nCount * 2);
+  m_pTexture->getBuffer()->blitToMemory(MakeBox(m_nWidth, m_nHeight, m_eFormat, arrPairs.data()));
+  for (std::size_t i = 0; i < nCount; ++i) {
+    std::fill_n(pPixels + 4 * i, 3, arrPairs[2 * i]);
+    pPixels[4 * i + 3] = arrPairs[2 * i + 1];
+  }
 }
 
 void QXOgreImage::SetLevels(int nFirst, int nLast) {

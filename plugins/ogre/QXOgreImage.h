@@ -80,6 +80,7 @@ public:
 
 private:
   void Create(unsigned int nLayers, unsigned int nLevels, bool bGenerateLevels);
+  void ReadLuminanceAlpha(unsigned char* pPixels) const;
   void Fill(unsigned int nLayer, unsigned int nLevel, QXOgreLevel const& level);
 
   QXOgreDevice& m_Device;

@@ -54,7 +54,7 @@ void Append(std::string& strTarget, char const* szLines, std::size_t nTexture, u
 
 /// The vertex program that hands on, for each texture, the transformed coordinates of its set; the layer of a stack is
 /// a coordinate that nothing transforms.
-std::string VertexSource(std::string const& strCoordSets) {
+std::string VertexSource(std::string const& strCoordSets, bool bLabel) {
   std::string strSource = VERSION;
   std::string strLines;
   unsigned int nDeclared = 0;
@@ -66,7 +66,9 @@ std::string VertexSource(std::string const& strCoordSets) {
     Append(strSource, VERTEX_DECLARATIONS, i);
     Append(strLines, VERTEX_LINE, i, nSet);
   }
-  strSource += QX_OGRE_VERTEX_SHADER;
+  // The offsets of labels, which no texture need read.
+  if (bLabel && (nDeclared >> 1U & 1U) == 0) Append(strSource, SET_DECLARATION, 0, 1);
+  strSource += bLabel ? QX_OGRE_LABEL_SHADER : QX_OGRE_VERTEX_SHADER;
   strSource += strLines;
   strSource += "}\n";
   return strSource;
@@ -100,21 +102,21 @@ void Apply(Ogre::Material const& material, QXOgreLight const& light) {
 }  // namespace
 
 QXOgreMaterials::QXOgreMaterials(QXOgreLog& log) : m_Log(log), m_Light() {
-  GetPrograms({});
+  GetPrograms({}, false);
 }
 
 QXOgreMaterials::~QXOgreMaterials() {
   // Materials hold the programs, so they go first.
   for (auto& [surface, pMaterial] : m_mapMaterials) Ogre::MaterialManager::getSingleton().remove(pMaterial);
   m_mapMaterials.clear();
-  for (auto& [strCoordSets, programs] : m_mapPrograms)
+  for (auto& [key, programs] : m_mapPrograms)
     for (auto const& pProgram : {programs.m_pVertex, programs.m_pFragment})
       if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
 }
 
-QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(std::string const& strCoordSets) {
-  Programs& programs = m_mapPrograms[strCoordSets];
-  if (!programs.m_pVertex) programs.m_pVertex = Compile(VertexSource(strCoordSets), Ogre::GPT_VERTEX_PROGRAM);
+QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(std::string const& strCoordSets, bool bLabel) {
+  Programs& programs = m_mapPrograms[{bLabel, strCoordSets}];
+  if (!programs.m_pVertex) programs.m_pVertex = Compile(VertexSource(strCoordSets, bLabel), Ogre::GPT_VERTEX_PROGRAM);
   if (!programs.m_pFragment) programs.m_pFragment = Compile(FragmentSource(strCoordSets), Ogre::GPT_FRAGMENT_PROGRAM);
   return programs;
 }
@@ -140,7 +142,7 @@ Ogre::MaterialPtr const& QXOgreMaterials::Get(QXOgreSurface const& surface) {
 }
 
 Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
-  Programs const& programs = GetPrograms(surface.m_strCoordSets);
+  Programs const& programs = GetPrograms(surface.m_strCoordSets, surface.m_bLabel);
   auto pMaterial = Ogre::MaterialManager::getSingleton().create(
       QXOgreDevice::MakeName("material"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
   Ogre::Pass* const pPass = pMaterial->getTechnique(0)->getPass(0);
@@ -160,10 +162,15 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pPass->setFragmentProgram(programs.m_pFragment->getName());
   using Parameters = Ogre::GpuProgramParameters;
   auto const pVertex = pPass->getVertexProgramParameters();
-  pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
   pVertex->setNamedAutoConstant("worldViewProj", Parameters::ACT_WORLDVIEWPROJ_MATRIX);
-  pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
-  pVertex->setNamedConstant("pointSize", surface.m_fPointSize);
+  if (surface.m_bLabel) {
+    pVertex->setNamedAutoConstant("viewport", Parameters::ACT_VIEWPORT_SIZE);
+    pVertex->setNamedAutoConstant("flipping", Parameters::ACT_RENDER_TARGET_FLIPPING);
+  } else {
+    pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
+    pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
+    pVertex->setNamedConstant("pointSize", surface.m_fPointSize);
+  }
   auto const pFragment = pPass->getFragmentProgramParameters();
   pFragment->setNamedAutoConstant("tint", Parameters::ACT_CUSTOM, QX_OGRE_TINT);
   pFragment->setNamedAutoConstant("selection", Parameters::ACT_CUSTOM, QX_OGRE_SELECTION);

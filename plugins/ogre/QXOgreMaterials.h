@@ -5,6 +5,7 @@
 #include <compare>
 #include <map>
 #include <string>
+#include <utility>
 
 #include <OgreColourValue.h>
 #include <OgreHighLevelGpuProgram.h>
@@ -29,6 +30,7 @@ struct QXOgreSurface {
   bool m_bWireframe = false;
   bool m_bDepthTest = true;
   bool m_bDepthWrite = true;
+  bool m_bLabel = false;  ///< The vertices are the corners of labels that face the camera
   int m_eCullingMode = 1;  ///< CullingMode; none at first, since models of the real world come with either winding
   float m_fLineWidth = 1.0F;
   float m_fPointSize = 1.0F;
@@ -75,12 +77,12 @@ private:
   };
 
   /// Those of a sequence of coordinate sets, compiled at its first use. Throws as the constructor does.
-  Programs const& GetPrograms(std::string const& strCoordSets);
+  Programs const& GetPrograms(std::string const& strCoordSets, bool bLabel);
   Ogre::HighLevelGpuProgramPtr Compile(std::string const& strSource, Ogre::GpuProgramType eType);
   Ogre::MaterialPtr Make(QXOgreSurface const& surface);
 
   QXOgreLog& m_Log;
-  std::map<std::string, Programs> m_mapPrograms;
+  std::map<std::pair<bool, std::string>, Programs> m_mapPrograms;
   std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
   QXOgreLight m_Light;
 };

@@ -7,6 +7,7 @@
 
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/renderop/QXRenderOperationSet.h>
+#include <QxGraphics3D/text/QXTextLayout.h>
 
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreMerge.h>
@@ -23,10 +24,10 @@ QXOgreRenderOperation3D::~QXOgreRenderOperation3D() {
 }
 
 template <class Change>
-void QXOgreRenderOperation3D::ChangeLook(Change&& change) {
+unsigned char QXOgreRenderOperation3D::ChangeLook(Change&& change) {
   QXOgreLook look = m_Drawable.GetLook();
   change(look);
-  Try([&] { m_Drawable.SetLook(look); });
+  return Try([&] { m_Drawable.SetLook(look); });
 }
 
 template <class Work>
@@ -109,6 +110,13 @@ void QXOgreRenderOperation3D::SetLineWidth(double dPixels) {
 
 void QXOgreRenderOperation3D::SetPointSize(double dPixels) {
   ChangeLook([&](QXOgreLook& look) { look.m_Surface.m_fPointSize = static_cast<float>(dPixels); });
+}
+
+unsigned char QXOgreRenderOperation3D::SetShaderPrograms(
+    QdcUnicodeString const& strVertex, QdcUnicodeString const& strFragment) {
+  bool const bLabel = strVertex == LABEL_VERTEX_PROGRAM && strFragment == LABEL_FRAGMENT_PROGRAM;
+  if (!bLabel && !(strVertex.IsEmpty() && strFragment.IsEmpty())) return 0;
+  return ChangeLook([&](QXOgreLook& look) { look.m_Surface.m_bLabel = bLabel; });
 }
 
 void QXOgreRenderOperation3D::SetRenderOperation(QXRenderOperation const* pOperation) {

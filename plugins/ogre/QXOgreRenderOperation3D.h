@@ -79,7 +79,8 @@ public:
   void SetClipPlanes(QXPlane const*, unsigned int) override {}
   void RemoveRenderStatePass(RenderStateSet) override {}
   void SetPass(QXPass const*) override {}
-  unsigned char SetShaderPrograms(QdcUnicodeString const&, QdcUnicodeString const&) override { return 0; }
+  /// Programs of labels (QXTextLayout.h) and none are known; with any others the drawable keeps what it had.
+  unsigned char SetShaderPrograms(QdcUnicodeString const& strVertex, QdcUnicodeString const& strFragment) override;
   void SetShaderParameter(QdcUnicodeString const&, QXVector4d const&) override {}
   void SetUniformBuffer(QXUniformBuffer*) override {}
   void SetSkeletonAnimation(QXSkeletonAnimation*) override {}
@@ -94,7 +95,7 @@ private:
   void SetGeometry(QXRenderOperationMultiIndex const& source);
   /// Changes the look by a function and hands it to the drawable.
   template <class Change>
-  void ChangeLook(Change&& change);
+  unsigned char ChangeLook(Change&& change);
 
   QXOgreRenderOperationManager* m_pManager;
   QXOgreDrawable m_Drawable;

@@ -8,6 +8,7 @@
 
 #include <QxGraphics3D/frame/QXRenderTargetListener.h>
 #include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/text/QXTextureFontManager.h>
 
 #include <plugins/ogre/QXOgreCamera.h>
 #include <plugins/ogre/QXOgreConvert.h>
@@ -25,6 +26,11 @@ QXColorValue3D const DEFAULT_AMBIENT(0.4, 0.4, 0.4, 1.0);
 QXColorValue3D const DEFAULT_DIFFUSE(0.6, 0.6, 0.6, 1.0);
 constexpr int DEFAULT_SAMPLES = 4;
 constexpr int MAX_SAMPLES = 16;
+
+/// Glyphs that were asked for since the last picture are in the next one.
+void UploadGlyphs() {
+  QXTextureFontManager::GetSingleton().AddCharBitmapToTexture();
+}
 
 }  // namespace
 
@@ -92,6 +98,7 @@ void QXOgreRenderTarget::ReSize(unsigned int nWidth, unsigned int nHeight) {
 void QXOgreRenderTarget::Update() {
   if (!m_pOgreTarget) return;
   if (m_pListener) m_pListener->BeforeRender();
+  UploadGlyphs();
   m_Stats.triangleCount = 0;
   m_pRenderer->Try([this] {
     m_pRenderer->GetDevice()->BeginFrame();
@@ -170,6 +177,7 @@ void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatc
   QXViewport viewport(nullptr, this, rcPatch.left, std::min(rcPatch.top, rcPatch.bottom), rcPatch.right - rcPatch.left,
       std::abs(rcPatch.bottom - rcPatch.top), 0);
   viewport.m_BackgroundColor = QXColorValue3D(0.0, 0.0, 0.0, 0.0);
+  UploadGlyphs();
   m_pRenderer->Try([&] {
     m_pRenderer->GetDevice()->BeginFrame();
     m_pOgreTarget->_beginUpdate();
@@ -180,6 +188,26 @@ void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatc
   m_pRenderer->SetViewport(pFormerViewport);
   m_pRenderer->SetViewMatrix(matFormerView);
   m_pRenderer->SetProjectionMatrix(matFormerProjection);
+}
+
+void QXOgreRenderTarget::DrawOver(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view) {
+  if (!m_pOgreTarget) return;
+  m_pRenderer->GetDevice()->BeginFrame();
+  m_pOgreTarget->_beginUpdate();
+  PlaceViewport(viewport);
+  m_pOgreViewport->setClearEveryFrame(false, 0);
+  m_pRenderer->GetDevice()->GetMaterials().SetLight(MakeLight(view));
+  QXOgreCounts const counts = scene.Draw(*m_pOgreViewport, view, 1);
+  m_pOgreTarget->_endUpdate();
+  FinishPicture();
+  m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
+  m_pRenderer->Count(counts);
+}
+
+bool QXOgreRenderTarget::HasViewport(QXViewport const* pViewport) const {
+  for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position)
+    if (position->second == pViewport) return true;
+  return false;
 }
 
 void QXOgreRenderTarget::PlaceViewport(QXViewport const& viewport) {

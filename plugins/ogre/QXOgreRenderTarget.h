@@ -33,6 +33,10 @@ public:
   /// Draws a camera's picture into a part of the target (fractions of it, counted from the lower left corner) on a
   /// transparent background; the rest stays.
   void DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatch);
+  /// Draws a scene over the picture that a viewport of this target has.
+  void DrawOver(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view);
+  /// Whether it is one of this target's; it may have died.
+  bool HasViewport(QXViewport const* pViewport) const;
   /// The number of the m_eRenderState as OGRE's.
   Ogre::PolygonMode GetPolygonMode() const;
 

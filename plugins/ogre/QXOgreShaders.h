@@ -26,6 +26,28 @@ void main() {
   vertexColour = colour;
 )glsl";
 
+/// For labels that face the camera. In: the anchor as the position, the offset of the corner in pixels, colour. The
+/// anchor moves to a corner of pixels, so that the corners of letters meet pixels. What is drawn upside down, as into
+/// textures, has its offsets upside down with it. An anchor at the eye or behind it has no place on the screen.
+inline constexpr char QX_OGRE_LABEL_SHADER[] = R"glsl(
+uniform mat4 worldViewProj;
+uniform vec4 viewport;
+uniform float flipping;
+in vec4 vertex;
+in vec4 colour;
+out vec3 viewPosition;
+out vec3 viewNormal;
+out vec4 vertexColour;
+void main() {
+  vec4 anchor = worldViewProj * vertex;
+  vec2 pixel = floor((anchor.xy / anchor.w * 0.5 + 0.5) * viewport.xy + 0.5) + uv1.xy * vec2(1.0, flipping);
+  gl_Position = vec4((pixel * viewport.zw * 2.0 - 1.0) * anchor.w, anchor.zw);
+  if (!(anchor.w > 0.0)) gl_Position = vec4(0.0, 0.0, 2.0, 1.0);
+  viewPosition = vec3(0.0);
+  viewNormal = vec3(0.0);
+  vertexColour = colour;
+)glsl";
+
 /// One directional light and an ambient one. The face's own normal, from the derivatives of the position, turns to the
 /// eye; it lights what has no vertex normals, and turns vertex normals to the side that is seen. Its sign cannot come
 /// from the derivatives themselves nor from the winding, since both change when the device draws upside down, as it
