@@ -30,7 +30,7 @@ struct QXOgreSurface {
   bool m_bWireframe = false;
   bool m_bDepthTest = true;
   bool m_bDepthWrite = true;
-  bool m_bLabel = false;  ///< The vertices are the corners of labels that face the camera
+  bool m_bLabel = false;   ///< The vertices are the corners of labels that face the camera
   int m_eCullingMode = 1;  ///< CullingMode; none at first, since models of the real world come with either winding
   float m_fLineWidth = 1.0F;
   float m_fPointSize = 1.0F;
