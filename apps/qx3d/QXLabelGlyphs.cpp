@@ -144,7 +144,7 @@ void QXLabelGlyphs::Take(
   Tell(problems, losses.m_mapUnknown,
       "no font has these characters, which are left out:", "install a font that has them, or write others");
   Tell(problems, losses.m_mapWithoutPlace, "the glyph atlas has no place for these characters, which are left out:",
-      "use fewer fonts and sizes, or smaller ones");
+      "use fewer fonts and sizes, or smaller ones, or another renderer");
 }
 
 void QXLabelGlyphs::LayOut(QXSceneLabel const& label, QXTextLayout& layout) const {

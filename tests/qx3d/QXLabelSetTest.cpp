@@ -1,0 +1,215 @@
+// Labels from a scene to a renderer.
+#include <apps/qx3d/QXIconSet.h>
+#include <apps/qx3d/QXLabelSet.h>
+#include <apps/qx3d/QXSceneText.h>
+#include <tests/qx3d/QXLabelFixture.h>
+#include <tests/renderop/QXBareDrawables.h>
+
+#include <gmock/gmock.h>
+
+namespace QXApp {
+namespace {
+
+using QXC::QXVector3d;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class QXLabelSetTest : public QXLabelFixture {
+protected:
+  ~QXLabelSetTest() override {
+    m_Labels.GiveBack(m_Graphics3D);
+    EXPECT_EQ(GetDrawables().size(), 0u);
+    EXPECT_EQ(GetTextureCount(), 0u);
+  }
+
+  std::vector<std::string> Show() {
+    QXSceneProblems problems("a.qxscene");
+    m_Labels.Show(m_Graphics3D, L"Scene3D", m_vecLabels, QXVector3d(0.0, 0.0, 0.0), m_Bounds, problems);
+    return problems.GetLines();
+  }
+
+  std::vector<QXC::QXNullRenderOperation3D*> const& GetDrawables() {
+    return static_cast<QXC::QXNullRenderOperationManager&>(*m_Graphics3D.GetRenderOperationManager()).GetDrawables();
+  }
+  unsigned int GetTextureCount() {
+    return static_cast<QXC::QXNullTextureManager&>(*m_Graphics3D.GetTextureManager()).GetTextureCount();
+  }
+  std::string GetLog() { return m_Graphics3D.GetLog().GetText(); }
+
+  QXC::QXBoundingBox m_Bounds{QXVector3d(-50.0, -50.0, 0.0), QXVector3d(50.0, 50.0, 20.0)};
+  QXLabelSet m_Labels;
+};
+
+TEST_F(QXLabelSetTest, NothingIsNothing) {
+  EXPECT_THAT(Show(), IsEmpty());
+  EXPECT_EQ(m_Labels.GetCount(), 0u);
+  EXPECT_EQ(GetTextureCount(), 0u);
+  EXPECT_THAT(m_Labels.GetPages(), IsEmpty());
+}
+
+TEST_F(QXLabelSetTest, LabelIsADrawableOfThePage) {
+  Add("AB").m_vecPosition = QXVector3d(60.0, 2.0, 3.0);
+  EXPECT_THAT(Show(), IsEmpty());
+  EXPECT_EQ(m_Labels.GetCount(), 1u);
+  EXPECT_EQ(m_Labels.GetGlyphCount(), 2u);
+  ASSERT_EQ(GetDrawables().size(), 1u);
+  QXC::QXNullRenderOperation3D const& drawable = *GetDrawables()[0];
+  EXPECT_EQ(drawable.GetVertexCount(), 8u);
+  // Of everything: it is seen from beside its place as well.
+  EXPECT_EQ(drawable.GetBoundingBox().GetMin(), QXVector3d(-50.0, -50.0, 0.0));
+  EXPECT_EQ(drawable.GetBoundingBox().GetMax(), QXVector3d(60.0, 50.0, 20.0));
+  EXPECT_EQ(drawable.GetRenderPriority(), 4);
+  for (char const* szCall : {"SetLightEnable(0)", "SetDepthWrite(0)", "SetDepthTest(1)", "SetCullingMode(1)",
+           "SetShaderPrograms(\"QXLabelVP.glsl\", \"QXLabelFP.glsl\")"})
+    EXPECT_THAT(GetLog(), HasSubstr(szCall));
+}
+
+TEST_F(QXLabelSetTest, OverlayAndFlatLabelsAskForWhatTheyNeed) {
+  QXSceneLabel& label = Add("A");
+  label.m_bDepth = false;
+  label.m_eFacing = QXLabelFacing::Flat;
+  label.m_dHeight = 3.0;
+  EXPECT_THAT(Show(), IsEmpty());
+  EXPECT_THAT(GetLog(), HasSubstr("SetDepthTest(0)"));
+  EXPECT_THAT(GetLog(), testing::Not(HasSubstr("SetShaderPrograms")));
+}
+
+TEST_F(QXLabelSetTest, GlyphsStandOnceInThePageWhateverNumberOfLabelsHasThem) {
+  for (int i = 0; i < 100; ++i) {
+    QXSceneLabel& label = Add(i % 2 == 0 ? "ABBA" : "B");
+    label.m_bHalo = i % 3 == 0;
+  }
+  EXPECT_THAT(Show(), IsEmpty());
+  EXPECT_EQ(m_Labels.GetCount(), 100u);
+  EXPECT_EQ(m_Labels.GetGlyphCount(), 4u);
+  std::vector<QXAtlasPage> vecPages = m_Labels.GetPages();
+  ASSERT_EQ(vecPages.size(), 1u);
+  EXPECT_EQ(vecPages[0].m_strName, "Font_BigTexture_0");
+  EXPECT_EQ(vecPages[0].m_nSize, 1024);
+  EXPECT_EQ(vecPages[0].m_strFormat, "PF_BYTE_LA (5)");
+  std::vector<std::string> vecNames;
+  for (QXAtlasTile const& tile : vecPages[0].m_vecTiles) {
+    EXPECT_EQ(tile.m_nSize, 128);
+    vecNames.push_back(tile.m_strName);
+  }
+  EXPECT_THAT(vecNames, testing::UnorderedElementsAre("A U+0041, default font 75", "A U+0041, default font 75 halo",
+                            "B U+0042, default font 75", "B U+0042, default font 75 halo"));
+  // Two kinds of drawables: halos and letters.
+  EXPECT_EQ(GetDrawables().size(), 2u);
+}
+
+TEST_F(QXLabelSetTest, PixelsOfTheGlyphsAreOnTheDevice) {
+  Add("A");
+  EXPECT_THAT(Show(), IsEmpty());
+  std::vector<QXAtlasPage> vecPages = m_Labels.GetPages();
+  ASSERT_EQ(vecPages.size(), 1u);
+  ASSERT_EQ(ReadAtlasPage(m_Graphics3D, vecPages[0]), "");
+  auto const alpha = [&](std::size_t x, std::size_t y) { return vecPages[0].m_vecPixels[4 * (1024 * y + x) + 3]; };
+  // A box of 10 by 70 in a margin of one pixel.
+  EXPECT_EQ(alpha(0, 0), 0);
+  EXPECT_EQ(alpha(1, 1), 255);
+  EXPECT_EQ(alpha(10, 70), 255);
+  EXPECT_EQ(alpha(11, 70), 0);
+  EXPECT_EQ(alpha(10, 71), 0);
+}
+
+TEST_F(QXLabelSetTest, CharactersAboveThePlaneAreToldOnceAndLeftOut) {
+  Add("AB");
+  Add("A\xF0\x9F\x98\x80"
+      "B\xF0\x9F\x98\x81");
+  Add("\xF0\x9F\x98\x80");
+  Add("\xF0\x9F\x98\x80"
+      "A")
+      .m_nSize = 12;
+  EXPECT_THAT(Show(), ElementsAre("a.qxscene:20: characters above U+FFFF cannot be drawn and are left out: "
+                                  "U+1F600, U+1F601; write others"));
+  // One has nothing left; what is left of the others is closed up.
+  EXPECT_EQ(m_Labels.GetCount(), 3u);
+  unsigned int nVertices = 0;
+  for (QXC::QXNullRenderOperation3D const* pDrawable : GetDrawables()) nVertices += pDrawable->GetVertexCount();
+  EXPECT_EQ(nVertices, 4u * (2 + 2 + 1));
+}
+
+TEST_F(QXLabelSetTest, CharactersWithoutAGlyphAreToldOnceAndLeftOut) {
+  Add("ACDEFGHA");
+  Add("CB").m_bBold = true;
+  EXPECT_THAT(Show(), ElementsAre("a.qxscene:10: no font has these characters, which are left out: U+0043, U+0044, "
+                                  "U+0045, U+0046, U+0047 and 1 more; install a font that has them, or write others"));
+  EXPECT_EQ(m_Labels.GetCount(), 2u);
+}
+
+TEST_F(QXLabelSetTest, WithoutAnyFontTheSceneIsShownWithoutLabels) {
+  std::filesystem::remove(m_Folder.m_Path / "default.fon");
+  Add("A");
+  EXPECT_THAT(Show(), ElementsAre(HasSubstr("no font has these characters, which are left out: U+0041;")));
+  EXPECT_EQ(m_Labels.GetCount(), 0u);
+  EXPECT_THAT(m_Labels.GetPages(), IsEmpty());
+}
+
+TEST_F(QXLabelSetTest, UnknownFontIsToldOnceAndTheDefaultFontStandsIn) {
+  WriteFont("known.ttf", QXC::SimpleFont(u"Known"));
+  Add("A").m_strFont = "Nowhere";
+  Add("B").m_strFont = "Nowhere";
+  Add("B").m_strFont = "Known";
+  Add("B").m_strFont = "@Known";
+  EXPECT_THAT(Show(), ElementsAre("a.qxscene:10: there is no font 'Nowhere', so the default font, Default, stands in; "
+                                  "install it, or name one that 'qx3d fonts' lists"));
+  EXPECT_EQ(m_Labels.GetCount(), 4u);
+}
+
+TEST_F(QXLabelSetTest, GlyphsTooLargeForAPageAreTold) {
+  QXSceneLabel& label = Add("A");
+  label.m_nSize = 1200;
+  EXPECT_THAT(Show(), ElementsAre(HasSubstr("the glyph atlas has no place for these characters, which are left out: "
+                                            "U+0041; use fewer fonts and sizes, or smaller ones")));
+}
+
+TEST_F(QXLabelSetTest, SecondSceneIsShownLikeTheFirst) {
+  Add("AB");
+  EXPECT_THAT(Show(), IsEmpty());
+  m_Labels.GiveBack(m_Graphics3D);
+  EXPECT_EQ(m_Labels.GetCount(), 0u);
+  EXPECT_EQ(GetTextureCount(), 0u);
+  EXPECT_THAT(Show(), IsEmpty());
+  EXPECT_EQ(m_Labels.GetCount(), 1u);
+  EXPECT_EQ(m_Labels.GetGlyphCount(), 2u);
+}
+
+/// Has no texture for anybody.
+class EmptyTextureManager final : public QXC::QXTextureManager {
+public:
+  QXC::QXTexture* GetTexture(QXC::QdcUnicodeString const&, unsigned char) override { return nullptr; }
+  unsigned char ManagerOperation2(QXC::QdcUnicodeString const&) const override { return 0; }
+};
+
+TEST_F(QXLabelSetTest, RendererThatMakesNoTextureIsTold) {
+  QXC::QXTextureManager* pManager = m_Graphics3D.m_pTextureManager;
+  EmptyTextureManager empty;
+  m_Graphics3D.m_pTextureManager = &empty;
+  Add("AB");
+  std::vector<std::string> const vecProblems = Show();
+  EXPECT_EQ(m_Labels.GetCount(), 0u);
+  EXPECT_THAT(m_Labels.GetPages(), IsEmpty());
+  m_Labels.GiveBack(m_Graphics3D);
+  m_Graphics3D.m_pTextureManager = nullptr;
+  EXPECT_THAT(Show(), ElementsAre(HasSubstr("a.qxscene:10: the renderer keeps no textures, so that no labels are")));
+  m_Graphics3D.m_pTextureManager = pManager;
+  EXPECT_THAT(vecProblems, ElementsAre(HasSubstr("smaller ones, or another renderer")));
+}
+
+TEST_F(QXLabelSetTest, RendererThatMakesNoDrawableIsToldOnce) {
+  QXC::QXRenderOperationManager* pManager = m_Graphics3D.m_pRenderOperationManager;
+  QXC::QXBareRenderOperationManager bare;
+  m_Graphics3D.m_pRenderOperationManager = &bare;
+  Add("AB").m_bHalo = true;
+  Add("A").m_bDepth = false;
+  EXPECT_THAT(Show(), ElementsAre(HasSubstr("a.qxscene:10: the renderer cannot draw labels")));
+  EXPECT_EQ(m_Labels.GetCount(), 0u);
+  EXPECT_EQ(m_Labels.GetGlyphCount(), 0u);
+  EXPECT_THAT(m_Labels.GetPages(), IsEmpty());
+  m_Graphics3D.m_pRenderOperationManager = pManager;
+}
+
+}  // namespace
+}  // namespace QXApp
