@@ -18,10 +18,16 @@ namespace {
 
 using QXC::QXVector3d;
 
-/// From above -90 to 90 degrees.
-double MakeReadable(double dAngle) {
-  double const dTurned = std::remainder(dAngle, 180.0);
-  return dTurned <= -90.0 ? dTurned + 180.0 : dTurned;
+/// Turns a label that would read from right to left by half a circle about its own middle: what stood on the position
+/// at its left end then does at its right end.
+void MakeReadable(QXSceneLabel& label) {
+  double const dTurned = std::remainder(label.m_dRotation, 360.0);
+  label.m_dRotation = dTurned;
+  if (dTurned > -90.0 && dTurned <= 90.0) return;
+  label.m_dRotation = dTurned > 0.0 ? dTurned - 180.0 : dTurned + 180.0;
+  label.m_nAlignX = -label.m_nAlignX;
+  label.m_nAlignY = -label.m_nAlignY;
+  for (double& dOffset : label.m_dOffset) dOffset = -dOffset;
 }
 
 bool IsShowable(QXVector3d const& vec) {
@@ -101,7 +107,11 @@ std::string AppendDataLabels(
     if (!data.m_bFacing)
       label.m_eFacing = point.m_bAngle || data.m_Style.m_dHeight > 0.0 ? QXLabelFacing::Flat : QXLabelFacing::Camera;
     if (label.m_eFacing == QXLabelFacing::Flat) {
-      if (point.m_bAngle) label.m_dRotation = MakeReadable(point.m_dAngle);
+      if (point.m_bAngle) {
+        label.m_dRotation = point.m_dAngle;
+        if (!data.m_bAlign) label.m_nAlignX = -1;
+        MakeReadable(label);
+      }
       if (label.m_dHeight == 0.0) label.m_dHeight = DataLabelHeight;
     }
     vecLabels.push_back(std::move(label));

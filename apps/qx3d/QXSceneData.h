@@ -16,9 +16,9 @@ class QXSceneModels;
 /// Height of the letters of flat labels in metres where the scene says none: that of names on city maps.
 constexpr double DataLabelHeight = 10.0;
 
-/// Labels for the points of a file. One with an angle is flat and runs along it, kept from standing on its head: an angle
-/// that would read from right to left, seen with north above, is turned by half a circle. One without is flat at 0, or
-/// faces the eye, as the data says.
+/// Labels for the points of a file. One with an angle is flat and runs along it from its point, as maps place turned
+/// names; where it would read from right to left, seen with north above, it is turned by half a circle on the place that it
+/// covers. One without is flat at 0, or faces the eye, as the data says.
 /// @return  empty, or why some were left out
 std::string AppendDataLabels(
     QXSceneData const& data, std::vector<QXGeoPoint> const& vecPoints, std::vector<QXSceneLabel>& vecLabels);

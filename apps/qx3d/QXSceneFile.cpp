@@ -357,6 +357,11 @@ std::string SetDataFacing(Draft& draft, std::string const& strValue) {
   return SetLabelFacing(draft, strValue);
 }
 
+std::string SetDataAlign(Draft& draft, std::string const& strValue) {
+  draft.GetData().m_bAlign = true;
+  return SetLabelAlign(draft, strValue);
+}
+
 std::string EndData(Draft& draft) {
   QXSceneData const& data = draft.GetData();
   if (data.m_bFacing && data.m_Style.m_eFacing == QXLabelFacing::Camera && data.m_Style.m_dHeight > 0.0)
@@ -403,7 +408,7 @@ Section MakeDataSection() {
     return ReadLength(strValue, draft.GetLabel().m_dHeight);
   };
   vecKeys.insert(
-      vecKeys.end(), {{"offset", false, setOffset}, {"align", false, SetLabelAlign}, {"depth", false, SetLabelDepth},
+      vecKeys.end(), {{"offset", false, setOffset}, {"align", false, SetDataAlign}, {"depth", false, SetLabelDepth},
                          {"facing", false, SetDataFacing}, {"height", false, setHeight}});
   return {"data", true, BeginData, EndData, vecKeys};
 }

@@ -124,6 +124,8 @@ struct QXSceneData {
   QXSceneLabel m_Style;
   /// Whether the facing of the style was chosen; else labels with an angle are flat and the others face the eye.
   bool m_bFacing = false;
+  /// Whether its alignment was chosen; else labels with an angle begin on their point.
+  bool m_bAlign = false;
   int m_nLine = 0;
 };
 

@@ -68,6 +68,29 @@ TEST(QXSceneData, NoLabelStandsOnItsHead) {
   }
 }
 
+TEST(QXSceneData, ATurnedLabelBeginsOnItsPointUnlessTheSceneSaysOtherwise) {
+  QXSceneData data;
+  EXPECT_EQ(Append(data, {Turned})[0].m_nAlignX, -1);
+  EXPECT_EQ(Append(data, {Turned})[0].m_nAlignY, -1);
+  EXPECT_EQ(Append(data, {Plain})[0].m_nAlignX, 0);
+  data.m_bAlign = true;
+  EXPECT_EQ(Append(data, {Turned})[0].m_nAlignX, 0);
+}
+
+TEST(QXSceneData, ALabelThatIsTurnedAroundKeepsThePlaceThatItCovers) {
+  QXSceneData data;
+  data.m_Style.m_dOffset[0] = 3.0;
+  data.m_Style.m_dOffset[1] = -1.0;
+  QXGeoPoint point = Turned;
+  point.m_dAngle = 170.0;
+  QXSceneLabel const label = Append(data, {point})[0];
+  EXPECT_EQ(label.m_dRotation, -10.0);
+  EXPECT_EQ(label.m_nAlignX, 1);
+  EXPECT_EQ(label.m_nAlignY, 1);
+  EXPECT_EQ(label.m_dOffset[0], -3.0);
+  EXPECT_EQ(label.m_dOffset[1], 1.0);
+}
+
 TEST(QXSceneData, ASceneHasAtMostAHundredThousandLabels) {
   std::vector<QXSceneLabel> vecLabels(MaxScenePlacements - 1);
   EXPECT_THAT(AppendDataLabels(QXSceneData(), {Plain, Plain}, vecLabels), HasSubstr("at most 100000"));
@@ -204,7 +227,7 @@ TEST(QXSceneDataSection, EveryKeyIsRead) {
   EXPECT_EQ(data.m_Style.m_dOffset[1], 2.0);
   EXPECT_EQ(data.m_Style.m_nAlignX, -1);
   EXPECT_EQ(data.m_Style.m_nAlignY, 1);
-  EXPECT_TRUE(data.m_bFacing);
+  EXPECT_TRUE(data.m_bFacing && data.m_bAlign);
   EXPECT_EQ(data.m_Style.m_eFacing, QXLabelFacing::Flat);
   EXPECT_EQ(data.m_Style.m_dHeight, 6.0);
   EXPECT_EQ(data.m_nLine, 2);
