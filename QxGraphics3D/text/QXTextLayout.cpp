@@ -13,6 +13,8 @@ namespace {
 
 /// Every picture is this much larger than its glyph on each side, for its halo.
 constexpr int MARGIN = 1;
+/// As much as round borders of thin strokes stick out at most.
+constexpr int MOST_MARGIN = 3;
 constexpr unsigned int LAST_CHARACTER = 0xFFFF;
 
 double GetDrawnSize(QXTextStyle const& style) {
@@ -28,6 +30,28 @@ bool IsControl(unsigned int nCharacter) {
 bool HasTile(QXCharBitmapData const& bitmap) {
   int const nEdge = std::max(bitmap.m_nWidth, bitmap.m_nHeight);
   return nEdge > 1 && nEdge < detail::QXGlyphPage::kEdge;
+}
+
+/// Whether one of nCount pixels covers anything: the one at nFirst, and each nStep behind it.
+bool HasInk(QXCharBitmapData const& bitmap, int nFirst, int nStep, int nCount) {
+  unsigned char const* p = bitmap.m_pData + 2 * nFirst + 1;
+  for (int i = 0; i < nCount; ++i, p += 2 * nStep)
+    if (*p != 0) return true;
+  return false;
+}
+
+/// How far the ink begins behind the picture's left edge, and below its upper one. It is mostly the margin, and more
+/// where the border is measured by the control points of its curves, which lie outside of it.
+int GetLeftMargin(QXCharBitmapData const& bitmap) {
+  int n = MARGIN;
+  while (n < std::min(bitmap.m_nWidth - 1, MOST_MARGIN) && !HasInk(bitmap, n, bitmap.m_nWidth, bitmap.m_nHeight)) ++n;
+  return n;
+}
+int GetTopMargin(QXCharBitmapData const& bitmap) {
+  int n = MARGIN;
+  while (n < std::min(bitmap.m_nHeight - 1, MOST_MARGIN) && !HasInk(bitmap, n * bitmap.m_nWidth, 1, bitmap.m_nWidth))
+    ++n;
+  return n;
 }
 
 }  // namespace
@@ -97,9 +121,9 @@ void QXTextLayout::AddCharacter(unsigned int nCharacter, QXTextStyle const& styl
   int const nBold = !bBlank && style.IsBold() ? 1 : 0;
   if (!bBlank) {
     QXTextGlyph glyph;
-    glyph.m_nLeft = m_nWidth + pBitmap->m_nBearingX - MARGIN;
+    glyph.m_nLeft = m_nWidth + pBitmap->m_nBearingX - GetLeftMargin(*pBitmap);
     glyph.m_nRight = glyph.m_nLeft + pBitmap->m_nWidth;
-    glyph.m_nTop = pBitmap->m_nBearingY + nBold + MARGIN;
+    glyph.m_nTop = pBitmap->m_nBearingY + nBold + GetTopMargin(*pBitmap);
     glyph.m_nBottom = glyph.m_nTop - pBitmap->m_nHeight;
     if (!AddGlyph(key, style, glyph, m_arrTexts)) {
       ++m_nSkipped;
