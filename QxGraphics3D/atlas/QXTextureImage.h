@@ -45,7 +45,7 @@ public:
   unsigned char m_bUserFlagB = 0;   ///< the caller's
   QdcArray<QXInt64> m_arrUserData;  ///< the caller's
 
-  explicit QXTextureImage(QXTextureImageManager* pManager);
+  explicit QXTextureImage(QXTextureImageManager* pManager = nullptr);
   QXTextureImage(QXTextureImage const&) = delete;
   QXTextureImage& operator=(QXTextureImage const&) = delete;
   ~QXTextureImage();

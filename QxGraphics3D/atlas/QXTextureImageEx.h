@@ -45,7 +45,7 @@ public:
   unsigned int m_nCompression = 0;  ///< input: compression of m_pTextureData
   QXTexture* m_pTexture = nullptr;  ///< the image's own texture, null until the upload; written by the manager
 
-  explicit QXTextureImageEx(QXTextureImageManagerEx* pManager);
+  explicit QXTextureImageEx(QXTextureImageManagerEx* pManager = nullptr);
   QXTextureImageEx(QXTextureImageEx const&) = delete;
   QXTextureImageEx& operator=(QXTextureImageEx const&) = delete;
   ~QXTextureImageEx();

@@ -43,15 +43,16 @@ QXTextureData MakeBlank(QX3DPixelFormat eFormat, unsigned int nCompression) {
 }
 
 // Clear leaves big textures behind, and the next ones get their names. Parts of another format would be read past their
-// end, or come out as noise.
+// end, or come out as noise. Only asked before the first part: a renderer may widen the pixels of its texture, and what
+// was sent since must not be covered by another blank.
 bool IsLeftBehind(QXTexture const& texture, QXTextureData const& data) {
   QXTextureData const& former = texture.m_TextureData;
   return former.m_eFormat != PF_UNKNOWN &&
          (former.m_eFormat != data.m_eFormat || former.m_nCompression != data.m_nCompression);
 }
 
-void MakeReady(QXTexture& texture, QXTextureData const& data) {
-  bool const bLeftBehind = IsLeftBehind(texture, data);
+void MakeReady(QXTexture& texture, QXTextureData const& data, bool bStarted) {
+  bool const bLeftBehind = !bStarted && IsLeftBehind(texture, data);
   if (bLeftBehind || !texture.IsLoadedImage()) {
     QXTextureData const blank = MakeBlank(data.m_eFormat, data.m_nCompression);
     texture.SetTextureData(&blank);
@@ -120,7 +121,8 @@ bool QXTextureImageManager::Upload(QXTextureImage& image) {
   detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
   QXTexture* const pTexture = m_pTextureManager->GetTexture(GetBigTextureName(image), 1);
   if (!pTexture) return false;
-  MakeReady(*pTexture, data);
+  MakeReady(*pTexture, data, m_setStarted[image.GetBigTextureIndex()]);
+  m_setStarted.set(image.GetBigTextureIndex());
   QdcRect const slot = image.GetSlot();
   int const nWidth = static_cast<int>(data.m_nWidth);
   int const nHeight = static_cast<int>(data.m_nHeight);
@@ -141,11 +143,17 @@ void QXTextureImageManager::RemoveTextureImage(QdcUnicodeString const& strName) 
   std::unique_ptr<QXTextureImage> const pImage = m_pImages->Take(place);
   // A slot that is not held is somebody else's.
   if (!pImage->m_bAllocated) return;
-  detail::QXQuadtreePlace const slot = detail::UnpackQuadtreePlace(pImage->m_nLocation);
-  if (m_pBigTextures->Release(slot)) m_pBigTextures->DropPage(slot.m_nIndex);
+  ReleaseSlot(*pImage);
   if (!pImage->m_bLoaded || !m_pTextureManager) return;
   detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
   m_pTextureManager->RemoveTexture(m_pTextureManager->GetTexture(GetBigTextureName(*pImage), 1), 1);
+}
+
+void QXTextureImageManager::ReleaseSlot(QXTextureImage const& image) {
+  detail::QXQuadtreePlace const slot = detail::UnpackQuadtreePlace(image.m_nLocation);
+  if (!m_pBigTextures->Release(slot)) return;
+  m_pBigTextures->DropPage(slot.m_nIndex);
+  m_setStarted.reset(image.GetBigTextureIndex());
 }
 
 void QXTextureImageManager::AddUselessTexture(QdcArray<QXTextureImage*> arrImages) {
@@ -159,6 +167,13 @@ void QXTextureImageManager::Clear() {
   lock.lock();
   m_pImages->Clear([](QXTextureImage const&) {});
   m_pBigTextures->Clear();
+  m_setStarted.reset();
+}
+
+void QXTextureImageManager::SetTextureManager(QXTextureManager* pTextureManager) {
+  // What was sent went elsewhere.
+  if (m_pTextureManager != pTextureManager) m_setStarted.reset();
+  m_pTextureManager = pTextureManager;
 }
 
 }  // namespace QXC

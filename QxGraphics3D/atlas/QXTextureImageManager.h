@@ -2,6 +2,7 @@
 /// The image atlas.
 #pragma once
 
+#include <bitset>
 #include <memory>
 
 #include <QxGraphics3D/Export.h>
@@ -72,18 +73,22 @@ public:
   /// Lists images for the next LoadTexture to remove, once for each time that they are listed. What is removed before
   /// that, and what is no image of this manager, is ignored.
   void AddUselessTexture(QdcArray<QXTextureImage*> arrImages);
-  /// Where textures come from; not owned. Null before it dies.
-  void SetTextureManager(QXTextureManager* pTextureManager) { m_pTextureManager = pTextureManager; }
+  /// Where textures come from; not owned. Null before it dies. Images that wait are sent to the new one; those that
+  /// were sent are not sent again, and the former one keeps their references: Clear before the change is what hosts want.
+  void SetTextureManager(QXTextureManager* pTextureManager);
   /// Deletes every image whatever its users, and all slots. Big textures stay in the texture manager with the references
   /// that the images held, so clear that one first if they are to go.
   void Clear();
 
 private:
   bool Upload(QXTextureImage& image);
+  void ReleaseSlot(QXTextureImage const& image);
 
   QXTextureManager* m_pTextureManager = nullptr;
   std::unique_ptr<detail::QXImageRecords<QXTextureImage>> m_pImages;
   std::unique_ptr<detail::QXQuadtreeAtlas> m_pBigTextures;
+  /// By index: big textures into which something was sent since they were opened.
+  std::bitset<256> m_setStarted;
   QXMutex m_Mutex{1};
 };
 

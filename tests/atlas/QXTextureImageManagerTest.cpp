@@ -919,6 +919,57 @@ TEST_F(QXTextureImageManagerTest, BigTextureLeftBehindWithAnotherFormatIsMadeAne
                              "Image_BigTexture_0: LoadSubTexture(0, 0, 64, 64, 64, 64, pixels of 6, 0)"));
 }
 
+TEST_F(QXTextureImageManagerTest, TextureThatARendererWidensIsNotTakenForOneLeftBehind) {
+  Place(L"a", 64, 10, 1);
+  m_Manager.LoadTexture();
+  m_Textures.Find(L"Image_BigTexture_0")->m_TextureData.RGBToRGBA();
+  Place(L"b", 64, 10, 2);
+  GetTold().clear();
+  m_Manager.LoadTexture();
+  // A second blank would cover the first image.
+  EXPECT_THAT(GetTold(), ElementsAre("Image_BigTexture_0: GetTexture(1)",
+                             "Image_BigTexture_0: LoadSubTexture(64, 0, 64, 64, 64, 64, pixels of 2, 0)"));
+}
+
+TEST_F(QXTextureImageManagerTest, BigTextureThatIsOpenedAgainIsLookedAtAgain) {
+  Place(L"a", 64, 12);
+  m_Manager.LoadTexture();
+  // Somebody else holds the texture, so that it outlives its images.
+  m_Textures.Find(L"Image_BigTexture_0")->AddRef();
+  m_Manager.RemoveTextureImage(L"a");
+  Place(L"b", 64, 10, 5);
+  GetTold().clear();
+  m_Manager.LoadTexture();
+  EXPECT_THAT(GetTold(), ElementsAre("Image_BigTexture_0: GetTexture(1)",
+                             "Image_BigTexture_0: SetTextureData(1024 x 1024, format 10, compression 0, size 3145728)",
+                             "Image_BigTexture_0: LoadTexture(1, 0) need 1",
+                             "Image_BigTexture_0: LoadSubTexture(0, 0, 64, 64, 64, 64, pixels of 5, 0)"));
+}
+
+TEST_F(QXTextureImageManagerTest, ImagesThatWaitGoToTheTextureManagerOfTheUpload) {
+  Place(L"a", 64, 12, 1);
+  m_Manager.LoadTexture();
+  Place(L"b", 64, 12, 2);
+  QXToldTextureManager other;
+  // One of that name and another format, which no image of this manager was sent to yet.
+  QXTextureData const former = *std::unique_ptr<QXTextureData>(MakeData(4, 4, 10, 0));
+  other.GetTexture(L"Image_BigTexture_0", 1)->SetTextureData(former);
+  m_Manager.SetTextureManager(&other);
+  GetTold().clear();
+  m_Manager.LoadTexture();
+  EXPECT_THAT(GetTold(), ElementsAre("Image_BigTexture_0: GetTexture(1)",
+                             "Image_BigTexture_0: SetTextureData(1024 x 1024, format 12, compression 0, size 4194304)",
+                             "Image_BigTexture_0: LoadTexture(1, 0) need 1",
+                             "Image_BigTexture_0: LoadSubTexture(64, 0, 64, 64, 64, 64, pixels of 2, 0)"));
+  EXPECT_EQ(other.Find(L"Image_BigTexture_0")->GetRef(), 1);
+  EXPECT_EQ(m_Textures.Find(L"Image_BigTexture_0")->GetRef(), 1);
+  m_Manager.RemoveTextureImage(L"b");
+  EXPECT_EQ(other.GetCount(), 0u);
+  m_Manager.SetTextureManager(&m_Textures);
+  m_Manager.LoadTexture();
+  EXPECT_EQ(m_Textures.Find(L"Image_BigTexture_0")->GetRef(), 1);
+}
+
 TEST_F(QXTextureImageManagerTest, DestructorDeletesTheRecordsAndWhatTheyOwn) {
   // Leaks show under the address sanitizer; what shows here is that no texture is asked for.
   auto const pManager = std::make_unique<QXTextureImageManager>();
