@@ -117,7 +117,7 @@ bool QXTextureImageManager::Upload(QXTextureImage& image) {
   QXTextureData const& data = *image.m_pTextureData;
   int const nIndex = static_cast<int>(image.GetBigTextureIndex());
   if (!m_pBigTextures->IsPageOf(nIndex, static_cast<unsigned int>(data.m_eFormat), data.m_nCompression)) return false;
-  if (!detail::HasUploadBlock(data, data.m_nWidth, data.m_nHeight)) return false;
+  if (!detail::HasUploadBlock(data, data.m_eFormat, data.m_nCompression, data.m_nWidth, data.m_nHeight)) return false;
   detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
   QXTexture* const pTexture = m_pTextureManager->GetTexture(GetBigTextureName(image), 1);
   if (!pTexture) return false;

@@ -80,10 +80,14 @@ bool QXTextureImageManagerEx::UploadToKept(QXTextureImageEx& image) {
   auto const kept = m_mapTexturePools.lower_bound(strKey);
   if (kept == m_mapTexturePools.end() || kept->first != strKey) return false;
   // The key is what the owner wrote into the record; a new texture is measured by the pixels themselves.
-  if (!detail::HasUploadBlock(*image.m_pTextureData, image.m_nWidth, image.m_nHeight)) return false;
+  QXTextureData const& data = *image.m_pTextureData;
+  auto const kind = m_mapKinds.find(kept->second);
+  auto const [eFormat, nCompression] =
+      kind != m_mapKinds.end() ? kind->second : std::pair(data.m_eFormat, data.m_nCompression);
+  if (!detail::HasUploadBlock(data, eFormat, nCompression, image.m_nWidth, image.m_nHeight)) return false;
   int const nWidth = static_cast<int>(image.m_nWidth);
   int const nHeight = static_cast<int>(image.m_nHeight);
-  kept->second->LoadSubTexture(0, 0, nWidth, nHeight, nWidth, nHeight, image.m_pTextureData->m_pPixels, 0);
+  kept->second->LoadSubTexture(0, 0, nWidth, nHeight, nWidth, nHeight, data.m_pPixels, 0);
   image.m_pTexture = kept->second;
   m_mapTexturePools.erase(kept);
   return true;
@@ -100,6 +104,7 @@ bool QXTextureImageManagerEx::UploadToNew(QXTextureImageEx& image) {
     pTexture = m_pTextureManager->GetTexture(strName, 1);
   }
   if (!pTexture) return false;
+  m_mapKinds[pTexture] = {image.m_pTextureData->m_eFormat, image.m_pTextureData->m_nCompression};
   // One image drawn at about its own size; levels would have to be made anew for each image that is sent into it later.
   pTexture->SetTextureMipMap(0);
   pTexture->SetTextureData(static_cast<QXTextureData const*>(image.m_pTextureData));
@@ -122,6 +127,7 @@ void QXTextureImageManagerEx::RemoveTextureImage(QdcUnicodeString const& strName
   if (bKeepTextures) {
     m_mapTexturePools.emplace(GetPoolKey(*pImage), pImage->m_pTexture);
   } else if (m_pTextureManager) {
+    m_mapKinds.erase(pImage->m_pTexture);
     detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
     m_pTextureManager->RemoveTexture(pImage->m_pTexture, 1);
   }
@@ -138,6 +144,7 @@ void QXTextureImageManagerEx::Clear() {
   lock.lock();
   if (m_pTextureManager) {
     detail::QXTextureStoreLock const storeLock(*m_pTextureManager);
+    m_mapKinds.clear();
     m_pImages->Clear([this](QXTextureImageEx const& image) {
       if (image.m_pTexture) m_pTextureManager->RemoveTexture(image.m_pTexture, 1);
     });

@@ -4,11 +4,14 @@
 
 #include <map>
 #include <memory>
+#include <unordered_map>
+#include <utility>
 
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/atlas/QXTextureImageEx.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
+#include <QxGraphics3D/frame/foundation/base3d/QX3DEnums.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXMutex.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXSingleton.h>
 
@@ -60,7 +63,8 @@ public:
   /// Lists images for the next LoadTexture to remove, once for each time that they are listed. What is removed before
   /// that, and what is no image of this manager, is ignored.
   void AddUselessTexture(QdcArray<QXTextureImageEx*> arrImages);
-  /// Where textures come from; not owned. Null before it dies.
+  /// Where textures come from; not owned. Null before it dies. Images and kept textures stay those of the former one:
+  /// Clear before the change, and before the former one's textures die.
   void SetTextureManager(QXTextureManager* pTextureManager) { m_pTextureManager = pTextureManager; }
   /// Deletes every image whatever its users, gives all textures back, those that were kept too, and forgets the useless
   /// ones; without a texture manager only that last. Called by QXGraphics3D::ClearResource. Numbers go on where they
@@ -78,6 +82,9 @@ private:
   /// Textures that wait for an image, by kind and, in one kind, in the order in which they came. Each keeps the
   /// reference that its image had.
   std::multimap<QdcUnicodeString, QXTexture*> m_mapTexturePools;
+  /// Format and compression of the pixels that each texture was made from: what the records say are their owners' words,
+  /// and the renderer reads as many bytes as the texture wants.
+  std::unordered_map<QXTexture const*, std::pair<QX3DPixelFormat, unsigned int>> m_mapKinds;
   int m_nTextureCounter = 0;  ///< the next new texture's number
 };
 

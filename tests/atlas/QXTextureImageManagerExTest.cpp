@@ -284,6 +284,40 @@ TEST_F(QXTextureImageManagerExTest, BlockThatIsTooShortForItsKindGetsATextureMea
   EXPECT_EQ(NameOf(Load(L"c", 64, 64)), "TextureImage_0");
 }
 
+TEST_F(QXTextureImageManagerExTest, BlockThatIsTooShortForTheKeptTextureGetsAnother) {
+  struct {
+    int m_nKeptFormat;
+    unsigned int m_nKeptCompression;
+    int m_nFormat;
+    unsigned int m_nCompression;
+  } const arrCases[] = {{12, 0, 10, 0}, {12, 0, 12, 14}, {12, 14, 10, 14}};
+  for (auto const& [nKeptFormat, nKeptCompression, nFormat, nCompression] : arrCases) {
+    SCOPED_TRACE(testing::Message() << nKeptFormat << " " << nKeptCompression);
+    QXTexture const* const pKept = Load(L"a", 64, 64, nKeptFormat, 1, nKeptCompression)->m_pTexture;
+    m_Manager.RemoveTextureImage(L"a", 1);
+    // The record calls it what the kept texture is; the renderer would read past its end.
+    QXTextureImageEx* const pImage = Make(L"b", 64, 64, nFormat, 2, nCompression);
+    pImage->m_nFormat = static_cast<unsigned int>(nKeptFormat);
+    pImage->m_nCompression = nKeptCompression;
+    m_Manager.LoadTexture(0);
+    EXPECT_EQ(pImage->m_bLoaded, 1);
+    EXPECT_NE(pImage->m_pTexture, pKept);
+    m_Manager.RemoveTextureImage(L"b", 0);
+    EXPECT_EQ(Load(L"c", 64, 64, nKeptFormat, 3, nKeptCompression)->m_pTexture, pKept);
+    m_Manager.RemoveTextureImage(L"c", 0);
+  }
+}
+
+TEST_F(QXTextureImageManagerExTest, KindThatNobodyWroteDownIsAKindToo) {
+  // Format and compression of the records are left 0, and the pixels have 3 bytes.
+  Load(L"a", 64, 64, 10)->m_nFormat = 0;
+  m_Manager.RemoveTextureImage(L"a", 1);
+  m_Textures.Find(L"TextureImage_0")->m_TextureData.RGBToRGBA();
+  Make(L"b", 64, 64, 10)->m_nFormat = 0;
+  m_Manager.LoadTexture(0);
+  EXPECT_EQ(NameOf(m_Manager.GetTextureImage(L"b")), "TextureImage_0");
+}
+
 TEST_F(QXTextureImageManagerExTest, WithoutKeepingTheTextureGoesBack) {
   Load(L"a", 8, 8);
   GetTold().clear();

@@ -7,17 +7,18 @@
 
 namespace QXC::detail {
 
-/// True if the block may be read as nWidth columns and nHeight rows of its format: there is one, and it is not known to
-/// be shorter. The renderer measures by the numbers that it is given, so that a shorter block would be read past its
+/// True if the block may be read as nWidth columns and nHeight rows of a format: there is one, and it is not known to be
+/// shorter. The renderer measures by the numbers that it is given, so that a shorter block would be read past its
 /// end. The bytes of a whole file have no rows to measure by; renderers send none of them to parts.
-inline bool HasUploadBlock(QXTextureData const& data, unsigned int nWidth, unsigned int nHeight) {
+inline bool HasUploadBlock(QXTextureData const& data, QX3DPixelFormat eFormat, unsigned int nCompression,
+    unsigned int nWidth, unsigned int nHeight) {
   if (!data.m_pPixels) return false;
   QXUInt64 const nKnown = data.GetBlockLength();
-  if (nKnown == 0 || data.m_nCompression == TEXTURE_COMPRESSION_RAW) return true;
-  if (data.m_nCompression != TEXTURE_COMPRESSION_NONE)
-    return BlockImageSize(nWidth, nHeight, StoredBlockSize(data.m_eFormat)) <= nKnown;
+  if (nKnown == 0 || nCompression == TEXTURE_COMPRESSION_RAW) return true;
+  if (nCompression != TEXTURE_COMPRESSION_NONE)
+    return BlockImageSize(nWidth, nHeight, StoredBlockSize(eFormat)) <= nKnown;
   // By division: the product of three numbers from a host may leave 64 bits.
-  return nWidth == 0 || nHeight == 0 || nKnown / StoredPixelSize(data.m_eFormat) / nWidth >= nHeight;
+  return nWidth == 0 || nHeight == 0 || nKnown / StoredPixelSize(eFormat) / nWidth >= nHeight;
 }
 
 }  // namespace QXC::detail
