@@ -64,8 +64,10 @@ public:
   /// texture manager. An image keeps waiting while it has no slot, no pixels or others than its slot was taken for, and
   /// while there is no texture.
   ///
-  /// An image that was sent is not sent again. Textures must not call back into this manager while they are loaded.
-  /// Cost: the images that are not sent yet; nothing is allocated where nothing has to be done.
+  /// An image whose owner gave it new pixels and set m_bLoaded to 0, on the rendering thread, is sent once more and holds
+  /// one reference more, which nobody gives back. Textures must not call back into this manager while they are loaded.
+  /// Cost: the images that are not sent yet, and a look at one byte of each that is; nothing is allocated where nothing
+  /// has to be done.
   void LoadTexture();
   /// One user less for the image of that name; an unknown name is ignored. The last one deletes the record and frees the
   /// slot.
@@ -74,7 +76,7 @@ public:
   /// that, and what is no image of this manager, is ignored.
   void AddUselessTexture(QdcArray<QXTextureImage*> arrImages);
   /// Where textures come from; not owned. Null before it dies. Images that wait are sent to the new one; those that
-  /// were sent are not sent again, and the former one keeps their references: Clear before the change is what hosts want.
+  /// were sent stay where they are, and the former one keeps their references: Clear before the change is what hosts want.
   void SetTextureManager(QXTextureManager* pTextureManager);
   /// Deletes every image whatever its users, and all slots. Big textures stay in the texture manager with the references
   /// that the images held, so clear that one first if they are to go.

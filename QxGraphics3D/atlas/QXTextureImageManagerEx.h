@@ -54,7 +54,8 @@ public:
   /// which there is no texture, keeps waiting.
   ///
   /// Textures must not call back into this manager while they are loaded.
-  /// Cost: the images that are not uploaded yet; nothing is allocated where nothing has to be done.
+  /// Cost: the images that are not uploaded yet, and a look at one byte of each that is; nothing is allocated where
+  /// nothing has to be done.
   /// @param bKeepTextures  for the listed images, as in RemoveTextureImage
   void LoadTexture(unsigned char bKeepTextures);
   /// One user less for the image of that name; an unknown name is ignored. The last one deletes the record.

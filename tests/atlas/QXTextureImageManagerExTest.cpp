@@ -158,6 +158,16 @@ TEST_F(QXTextureImageManagerExTest, LoadedImagesAndThoseWithATextureAreLeftAlone
   EXPECT_EQ(NameOf(pTextured), "TextureImage_1");
 }
 
+TEST_F(QXTextureImageManagerExTest, ImageThatItsOwnerTookBackGetsATextureAgain) {
+  QXTextureImageEx* const pImage = Load(L"a", 8, 8);
+  m_Textures.RemoveTexture(pImage->m_pTexture, 1);
+  pImage->m_pTexture = nullptr;
+  pImage->m_bLoaded = 0;
+  pImage->m_pTextureData = MakeData(8, 8, 12, 2);
+  m_Manager.LoadTexture(0);
+  EXPECT_EQ(NameOf(pImage), "TextureImage_1");
+}
+
 TEST_F(QXTextureImageManagerExTest, NothingIsSentTwice) {
   Load(L"a", 8, 8);
   GetTold().clear();

@@ -492,16 +492,53 @@ TEST_F(QXTextureImageManagerTest, FlagsOfTheRecordAreBelieved) {
   EXPECT_EQ(pImage->m_bLoaded, 1);
 }
 
-TEST_F(QXTextureImageManagerTest, ImageThatItsOwnerTookBackIsSentAgainWhenItIsAskedFor) {
-  QXTextureImage* const pImage = Place(L"a", 64);
+TEST_F(QXTextureImageManagerTest, ImagesThatTheirOwnersTookBackAreSentAgainInTheOrderOfTheirNames) {
+  for (wchar_t const* szName : {L"a", L"b", L"c", L"d", L"e"}) Place(szName, 64);
   m_Manager.LoadTexture();
-  pImage->m_pTextureData = MakeData(64, 64, 12, 8);
-  pImage->m_bLoaded = 0;
+  m_Manager.RemoveTextureImage(L"b");
+  m_Manager.RemoveTextureImage(L"e");
+  for (wchar_t const* szName : {L"d", L"a"}) {
+    QXTextureImage* const pImage = m_Manager.GetTextureImage(szName);
+    pImage->m_pTextureData = MakeData(64, 64, 12, static_cast<unsigned char>(*szName));
+    pImage->m_bLoaded = 0;
+  }
   GetTold().clear();
-  m_Manager.GetTextureImage(L"a");
   m_Manager.LoadTexture();
   EXPECT_THAT(GetTold(), ElementsAre("Image_BigTexture_0: GetTexture(1)",
-                             "Image_BigTexture_0: LoadSubTexture(0, 0, 64, 64, 64, 64, pixels of 8, 0)"));
+                             "Image_BigTexture_0: LoadSubTexture(0, 0, 64, 64, 64, 64, pixels of 97, 0)",
+                             "Image_BigTexture_0: GetTexture(1)",
+                             "Image_BigTexture_0: LoadSubTexture(64, 64, 64, 64, 64, 64, pixels of 100, 0)"));
+  // Of the three that are there two were sent twice.
+  EXPECT_EQ(m_Textures.Find(L"Image_BigTexture_0")->GetRef(), 5);
+  GetTold().clear();
+  m_Manager.LoadTexture();
+  EXPECT_THAT(GetTold(), IsEmpty());
+}
+
+// Images that come, are sent, are taken back and go, beside what each should be.
+TEST_F(QXTextureImageManagerTest, NoImageThatWaitsIsForgotten) {
+  constexpr unsigned int kSeed = 20261122;
+  std::printf("seed %u\n", kSeed);
+  std::mt19937 random(kSeed);
+  std::map<std::wstring, QXTextureImage*> mapLive;
+  for (int i = 0; i < 4000; ++i) {
+    std::wstring const strName = std::to_wstring(random() % 60);
+    auto const place = mapLive.find(strName);
+    if (place == mapLive.end()) {
+      mapLive[strName] = random() % 4 ? Place(strName.c_str(), 4) : Make(strName.c_str(), 4);
+    } else if (random() % 2) {
+      m_Manager.RemoveTextureImage(strName.c_str());
+      mapLive.erase(place);
+    } else if (place->second->m_bLoaded) {
+      place->second->m_pTextureData = MakeData(4, 4, 12, 2);
+      place->second->m_bLoaded = 0;
+    } else if (!place->second->m_bAllocated) {
+      m_Manager.FindSpaceInBigTextures(place->second);
+    }
+    if (random() % 3) continue;
+    m_Manager.LoadTexture();
+    for (auto const& [strLive, pImage] : mapLive) ASSERT_EQ(pImage->m_bLoaded, pImage->m_bAllocated) << i;
+  }
 }
 
 TEST_F(QXTextureImageManagerTest, WithoutTextureManagerNothingHappens) {

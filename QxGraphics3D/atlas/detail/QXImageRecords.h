@@ -2,6 +2,7 @@
 /// The records of an image atlas.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <set>
@@ -16,11 +17,12 @@
 namespace QXC::detail {
 
 /// Records by name, owned, with two things beside them that keep a frame short and safe: which records still wait for
-/// their upload, so that a frame without new images does not walk over all of those that are uploaded, and which
-/// addresses are records, so that a list of useless ones can name what was deleted meanwhile.
+/// their upload, so that a frame without new images does not walk through the names of all those that are uploaded, and
+/// which addresses are records, so that a list of useless ones can name what was deleted meanwhile.
 ///
 /// A record waits from its making until UploadWaiting is told that it was uploaded, whatever its fields say: owners may
-/// change those without a call. Threads: the manager's mutex is held.
+/// change those without a call. It waits again when m_bLoaded was taken back: of uploaded records a frame looks at this
+/// one byte. Threads: the manager's mutex is held.
 template <class Image>
 class QXImageRecords {
   using Map = std::map<QdcUnicodeString, std::unique_ptr<Image>>;
@@ -36,10 +38,11 @@ public:
       if (bNew) {
         place->second = std::make_unique<Image>(pManager);
         place->second->m_strName = strName;
-        m_mapLive.emplace(place->second.get(), ++m_nLastSerial);
+        // Room for it among the uploaded ones before it is one: after an upload nothing may fail any more.
+        if (m_arrUploaded.capacity() <= m_mapLive.size()) m_arrUploaded.reserve(2 * m_mapLive.size() + 16);
+        m_mapLive.emplace(place->second.get(), Live{place, ++m_nLastSerial});
+        m_setWaiting.insert(place);
       }
-      // Also one that its owner took back from the uploaded ones and asks for again.
-      if (!place->second->m_bLoaded) m_setWaiting.insert(place);
     } catch (...) {
       if (bNew) Take(place);
       throw;
@@ -55,8 +58,11 @@ public:
   /// must not find the record any more.
   std::unique_ptr<Image> Take(Place place) {
     std::unique_ptr<Image> pImage = std::move(place->second);
+    if (auto const live = m_mapLive.find(pImage.get()); live != m_mapLive.end()) {
+      if (live->second.m_nUploaded != kWaits) TakeFromUploaded(live->second.m_nUploaded);
+      m_mapLive.erase(live);
+    }
     m_setWaiting.erase(place);
-    m_mapLive.erase(pImage.get());
     m_mapImages.erase(place);
     return pImage;
   }
@@ -72,16 +78,24 @@ public:
   /// It may make records but not erase any.
   template <class Upload>
   void UploadWaiting(Upload upload) {
+    FindTakenBack();
     for (auto waiting = m_setWaiting.begin(); waiting != m_setWaiting.end();) {
-      bool const bUploaded = upload(*(*waiting)->second);
-      waiting = bUploaded ? m_setWaiting.erase(waiting) : std::next(waiting);
+      Image* const pImage = (*waiting)->second.get();
+      if (!upload(*pImage)) {
+        ++waiting;
+        continue;
+      }
+      m_mapLive.find(pImage)->second.m_nUploaded = m_arrUploaded.size();
+      m_arrUploaded.push_back(pImage);
+      waiting = m_setWaiting.erase(waiting);
     }
   }
 
   /// Lists records as useless. Addresses that are no records are left out.
   void AddUseless(QdcArray<Image*> const& arrImages) {
     for (Image* const pImage : arrImages) {
-      if (auto const live = m_mapLive.find(pImage); live != m_mapLive.end()) m_arrUseless.push_back(*live);
+      auto const live = m_mapLive.find(pImage);
+      if (live != m_mapLive.end()) m_arrUseless.emplace_back(pImage, live->second.m_nSerial);
     }
   }
 
@@ -93,7 +107,7 @@ public:
     for (auto const& [pImage, nSerial] : arrUseless) {
       auto const live = m_mapLive.find(pImage);
       // The serial tells a record from a later one that got the same address.
-      if (live == m_mapLive.end() || live->second != nSerial) continue;
+      if (live == m_mapLive.end() || live->second.m_nSerial != nSerial) continue;
       // A copy: the record dies while its name is still in use.
       QdcUnicodeString const strName = pImage->m_strName;
       remove(strName);
@@ -103,15 +117,43 @@ public:
   void ForgetUseless() { m_arrUseless = std::vector<Useless>(); }
 
 private:
+  static constexpr std::size_t kWaits = ~std::size_t{0};
+
+  struct Live {
+    Place m_Place;
+    QXUInt64 m_nSerial;
+    std::size_t m_nUploaded = kWaits;  // index in m_arrUploaded
+  };
   using Useless = std::pair<Image const*, QXUInt64>;
 
   struct ByName {
     bool operator()(Place first, Place second) const { return first->first < second->first; }
   };
 
+  void FindTakenBack() {
+    for (std::size_t i = 0; i < m_arrUploaded.size();) {
+      if (m_arrUploaded[i]->m_bLoaded) {
+        ++i;
+        continue;
+      }
+      Live& live = m_mapLive.find(m_arrUploaded[i])->second;
+      m_setWaiting.insert(live.m_Place);
+      live.m_nUploaded = kWaits;
+      TakeFromUploaded(i);
+    }
+  }
+  void TakeFromUploaded(std::size_t nUploaded) {
+    Image* const pLast = m_arrUploaded.back();
+    m_arrUploaded.pop_back();
+    if (nUploaded == m_arrUploaded.size()) return;
+    m_arrUploaded[nUploaded] = pLast;
+    m_mapLive.find(pLast)->second.m_nUploaded = nUploaded;
+  }
+
   Map m_mapImages;
   std::set<Place, ByName> m_setWaiting;
-  std::unordered_map<Image const*, QXUInt64> m_mapLive;  // serial numbers
+  std::unordered_map<Image const*, Live> m_mapLive;
+  std::vector<Image*> m_arrUploaded;  // in no order
   std::vector<Useless> m_arrUseless;
   QXUInt64 m_nLastSerial = 0;
 };
