@@ -104,6 +104,14 @@ TEST_F(QXTextureImageManagerExTest, SameNameGivesTheSameImageWithOneUserMore) {
 
 // --- LoadTexture ---
 
+TEST_F(QXTextureImageManagerExTest, AskingHoldsTheLock) {
+  {
+    QXToldLocks const locks(m_Textures);
+    m_Manager.GetTextureImage(L"a");
+  }
+  EXPECT_THAT(GetTold(), ElementsAre("atlas(", "atlas)"));
+}
+
 TEST_F(QXTextureImageManagerExTest, ReadyImageGetsATextureOfItsOwn) {
   QXTextureImageEx* const pImage = Make(L"a", 30, 20, 12, 7);
   {
@@ -255,6 +263,9 @@ TEST_F(QXTextureImageManagerExTest, ImagesOfAnotherKindGetNewTextures) {
   EXPECT_EQ(NameOf(Load(L"e", 16, 32, 13)), "TextureImage_4");
   EXPECT_EQ(NameOf(Load(L"f", 16, 32, 12, 1, 14)), "TextureImage_5");
   EXPECT_EQ(NameOf(Load(L"g", 16, 32, 12)), "TextureImage_0");
+  // Pixels without compression, which are more than enough for the kept texture.
+  m_Manager.RemoveTextureImage(L"f", 1);
+  EXPECT_EQ(NameOf(Load(L"h", 16, 32, 12)), "TextureImage_6");
 }
 
 TEST_F(QXTextureImageManagerExTest, NumbersOfAKindAreNotRunTogether) {
@@ -371,6 +382,16 @@ TEST_F(QXTextureImageManagerExTest, ImageThatIsCalledLoadedWithoutTextureLeavesN
   Make(L"b", 8, 8)->m_bLoaded = 1;
   m_Manager.RemoveTextureImage(L"b", 0);
   EXPECT_EQ(NameOf(Load(L"c", 8, 8)), "TextureImage_0");
+}
+
+TEST_F(QXTextureImageManagerExTest, TextureOfAnImageThatIsNotLoadedIsNotTheManagersToKeep) {
+  QXToldTexture texture(L"other");
+  for (unsigned char bKeep = 0; bKeep < 2; ++bKeep) {
+    Make(L"a", 8, 8)->m_pTexture = &texture;
+    m_Manager.RemoveTextureImage(L"a", bKeep);
+  }
+  EXPECT_THAT(GetTold(), IsEmpty());
+  EXPECT_EQ(NameOf(Load(L"b", 8, 8)), "TextureImage_0");
 }
 
 TEST_F(QXTextureImageManagerExTest, NameMayBeTheRecordsOwn) {

@@ -193,6 +193,16 @@ TEST_F(QXTextureImageManagerTest, PlacingSetsTheFlagAndTouchesNoTexture) {
   EXPECT_THAT(GetTold(), IsEmpty());
 }
 
+TEST_F(QXTextureImageManagerTest, AskingAndPlacingHoldTheLock) {
+  QXTextureImage* const pImage = Make(L"a", 64);
+  {
+    QXToldLocks const locks(m_Textures);
+    m_Manager.GetTextureImage(L"b");
+    m_Manager.FindSpaceInBigTextures(pImage);
+  }
+  EXPECT_THAT(GetTold(), ElementsAre("atlas(", "atlas)", "atlas(", "atlas)"));
+}
+
 TEST_F(QXTextureImageManagerTest, FormatsAndCompressionsNeverShareABigTexture) {
   EXPECT_EQ(Place(L"a", 64, 12)->GetBigTextureIndex(), 0u);
   EXPECT_EQ(Place(L"b", 64, 10)->GetBigTextureIndex(), 1u);
@@ -530,14 +540,20 @@ TEST_F(QXTextureImageManagerTest, NoImageThatWaitsIsForgotten) {
       m_Manager.RemoveTextureImage(strName.c_str());
       mapLive.erase(place);
     } else if (place->second->m_bLoaded) {
-      place->second->m_pTextureData = MakeData(4, 4, 12, 2);
+      // Some get their pixels later.
+      if (random() % 4) place->second->m_pTextureData = MakeData(4, 4, 12, 2);
       place->second->m_bLoaded = 0;
+    } else if (!place->second->m_pTextureData) {
+      place->second->m_pTextureData = MakeData(4, 4, 12, 3);
     } else if (!place->second->m_bAllocated) {
       m_Manager.FindSpaceInBigTextures(place->second);
     }
     if (random() % 3) continue;
     m_Manager.LoadTexture();
-    for (auto const& [strLive, pImage] : mapLive) ASSERT_EQ(pImage->m_bLoaded, pImage->m_bAllocated) << i;
+    // Not loaded are those that miss a slot or pixels.
+    for (auto const& [strLive, pImage] : mapLive) {
+      ASSERT_TRUE(pImage->m_bLoaded || !pImage->m_bAllocated || !pImage->m_pTextureData) << i;
+    }
   }
 }
 
@@ -646,6 +662,14 @@ TEST_F(QXTextureImageManagerTest, RemovingTakesOneUserAndOnlyTheLastOneDeletes) 
   m_Manager.RemoveTextureImage(L"a");
   m_Manager.RemoveTextureImage(L"a");
   EXPECT_EQ(m_Manager.GetTextureImage(L"a")->m_bAllocated, 0);
+}
+
+TEST_F(QXTextureImageManagerTest, CountThatPassesZeroDeletesNothing) {
+  QXTextureImage* const pImage = Place(L"a", 64);
+  pImage->m_nRefCount = 0;
+  m_Manager.RemoveTextureImage(L"a");
+  EXPECT_EQ(pImage->m_nRefCount, -1);
+  EXPECT_EQ(m_Manager.GetTextureImage(L"a"), pImage);
 }
 
 TEST_F(QXTextureImageManagerTest, UnknownNamesAreIgnored) {
