@@ -1,5 +1,7 @@
 /// @file
 /// The one city of these tests: read whole, if scripts/setup has fetched it.
+#include <apps/qx3d/QXWholeFile.h>
+#include <apps/qx3d/geo/QXCityGml.h>
 #include <apps/qx3d/geo/QXFootprintModel.h>
 #include <apps/qx3d/geo/QXGeoFile.h>
 #include <apps/qx3d/geo/QXGeoNames.h>
@@ -16,8 +18,24 @@
 namespace QXApp {
 namespace {
 
+std::string const strPath = QX_SOURCE_DIR "/build/samples/Maastricht_GML_20130924.gml";
+
+TEST(QXMaastricht, CutAnywhereItIsToldAndNothingIsLeft) {
+  if (!std::filesystem::exists(strPath)) GTEST_SKIP() << "scripts/setup demo fetches the file";
+  std::string strBytes;
+  ASSERT_EQ(ReadWholeFile(strPath, 1024, "file", strBytes), "");
+  std::size_t const nWhole = strBytes.rfind('>');
+  for (std::size_t const nSize : {nWhole, nWhole / 3, nWhole / 40, nWhole / 1000, nWhole / 100000}) {
+    QXSceneProblems problems(strPath);
+    QXSceneProblems warnings(strPath);
+    QXGeoData const data =
+        ParseCityGml(std::string_view(strBytes).substr(0, nSize), {"tekst", "hoek"}, problems, warnings);
+    EXPECT_EQ(problems.GetLines().size(), 1u) << nSize;
+    EXPECT_TRUE(data.m_vecPoints.empty() && data.m_vecFootprints.empty()) << nSize;
+  }
+}
+
 TEST(QXMaastricht, StreetsAndBuildingsAreAllThere) {
-  std::string const strPath = QX_SOURCE_DIR "/build/samples/Maastricht_GML_20130924.gml";
   if (!std::filesystem::exists(strPath)) GTEST_SKIP() << "scripts/setup demo fetches the file";
   std::vector<std::string> vecProblems;
   std::vector<std::string> vecWarnings;
