@@ -57,7 +57,7 @@ public:
   /// The patch of that name with one more user, made if there is none. It is never null and stays the manager's.
   ///
   /// Asking again for a name is no mere look-up: the patch moves to a new place of the size given, and its old place
-  /// stays taken until Clear. Hold on to the pointer instead.
+  /// stays taken until Clear. Hold on to the pointer instead. If there is no place of the new size, it stays where it was.
   QXRenderTexturePatch* GetRenderTexturePatch(
       QdcUnicodeString const& strName, unsigned int nHeight, unsigned int nWidth);
   /// One user less. With the last one the patch is deleted and its place free; with the last place of a big texture its

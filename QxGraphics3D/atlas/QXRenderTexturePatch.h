@@ -16,7 +16,8 @@ class QXRenderTextureManager;
 /// to 2048 - y.
 ///
 /// A copy is a mere record of the same place: copying takes no place, and destroying a copy gives none back.
-/// Threads: no lock of its own. SetSize and Resize belong on the render thread, since they may make a texture.
+/// Threads: no lock of its own. SetSize, Resize and SetNeedRender belong on the render thread: the first two may make a
+/// texture, and the marks are read there without a lock.
 class QXGRAPHICS3D_API QXRenderTexturePatch {
 public:
   QXRenderTexturePatch(QXRenderTexturePatch const& other);

@@ -103,6 +103,12 @@ protected:
     m_Plain.m_mapPages.erase(nIndex);
   }
 
+  void ClearBoth() {
+    m_Atlas.Clear();
+    m_Plain.m_mapPages.clear();
+    m_arrTiles.clear();
+  }
+
   /// A place that no tile of ours has, as a caller might give it.
   void ReleaseAnything() {
     int const nIndex = Below(static_cast<int>(m_Plain.m_mapPages.size()) + 1);
@@ -168,7 +174,9 @@ TEST_P(QXQuadtreeLife, AgreesWithTheRecursion) {
     if (nTiles > life.m_nTiles * 3 / 2) bFilling = false;
     if (nTiles < life.m_nTiles / 2) bFilling = true;
     int const nChoice = Below(100);
-    if (nChoice == 0)
+    if (nChoice == 0 && Below(life.m_nSteps / 400) == 0)
+      ClearBoth();
+    else if (nChoice == 0)
       ReleaseAnything();
     else if (nTiles == 0 || nChoice < (bFilling ? 65 : 35))
       PlaceOne();

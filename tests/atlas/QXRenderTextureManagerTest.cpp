@@ -194,6 +194,8 @@ TEST_F(QXRenderTextureManagerTest, CountThatWasPushedBelowZeroNeverComesBack) {
   m_Manager.RemoveRenderTexturePatch(L"a");
   EXPECT_EQ(pPatch->GetRef(), -1);
   EXPECT_EQ(Get(L"a", 64), pPatch);
+  // Still the same one, not a new one at its address.
+  EXPECT_EQ(pPatch->GetRef(), 0);
 }
 
 // --- Resizing ---
@@ -339,6 +341,9 @@ TEST_F(QXRenderTextureManagerTest, UselessEntryTakesOneUserEach) {
   Get(L"a", 64);
   m_Manager.AddUselessTexture(ListOf({pPatch, pPatch}));
   m_Manager.RenderToTexture();
+  EXPECT_EQ(pPatch->GetRef(), 1);
+  // The list is empty now.
+  m_Manager.ClearUselessTexture();
   EXPECT_EQ(pPatch->GetRef(), 1);
 }
 

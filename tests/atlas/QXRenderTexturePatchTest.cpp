@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -160,6 +161,28 @@ TEST_F(QXRenderTexturePatchTest, SizesThatNoBigTextureHoldsLeaveItWithoutAPlace)
     EXPECT_EQ(PositionOf(patch), Position(0xFFFFFC00U, 0xFFFFFC00U));
     m_Manager.RemoveRenderTexturePatch(L"huge");
   }
+}
+
+/// Has no memory left for a target.
+class QXExhaustedGraphics3D : public QXNullGraphics3D {
+public:
+  QXRenderTarget* CreateRenderTexture(QdcUnicodeString const&, QX3DPixelFormat, unsigned int, unsigned int, int,
+      unsigned int, QdcUnicodeString const&) override {
+    throw std::bad_alloc();
+  }
+};
+
+TEST_F(QXRenderTexturePatchTest, PlaceIsGivenBackWhereTheRendererRaises) {
+  Get(L"full", 2048, 2048);
+  QXExhaustedGraphics3D exhausted;
+  m_Manager.SetGraphics3D(&exhausted);
+  EXPECT_THROW(Get(L"a", 64, 64), std::bad_alloc);
+  m_Manager.SetGraphics3D(&m_Graphics);
+  m_Manager.RemoveRenderTexturePatch(L"full");
+  // Nothing is left of the texture 1 that could not be made: it would take the next patch.
+  QXRenderTexturePatch const& patch = Get(L"b", 64, 64);
+  EXPECT_EQ(patch.GetTextureIndex(), 0);
+  EXPECT_EQ(PositionOf(patch), Position(0, 0));
 }
 
 }  // namespace
