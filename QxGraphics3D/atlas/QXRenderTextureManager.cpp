@@ -206,6 +206,8 @@ void QXRenderTextureManager::RemoveUseless() {
   for (UselessPatch const& useless : arrPatches) {
     auto const live = m_mapLivePatches.find(useless.m_pPatch);
     if (live == m_mapLivePatches.end() || live->second != useless.m_nNumber) continue;
+    // By the name it has now and from the one manager of the process: hosts that rename patches rely on the former. A
+    // manager made beside the singleton keeps its useless patches.
     GetSingleton().RemoveRenderTexturePatch(useless.m_pPatch->GetName());
   }
 }

@@ -163,6 +163,21 @@ TEST_F(QXRenderTexturePatchTest, SizesThatNoBigTextureHoldsLeaveItWithoutAPlace)
   }
 }
 
+TEST_F(QXRenderTexturePatchTest, UselessPatchesLeaveTheManagerOfTheProcess) {
+  QXRenderTextureManager& singleton = QXRenderTextureManager::GetSingleton();
+  singleton.SetGraphics3D(&m_Graphics);
+  QXRenderTexturePatch* const pNamesake = singleton.GetRenderTexturePatch(L"a", 4, 4);
+  pNamesake->AddRef();
+  QXRenderTexturePatch& patch = Get(L"a", 4, 4);
+  QdcArray<QXRenderTexturePatch*> arrUseless;
+  arrUseless.Add(&patch);
+  m_Manager.AddUselessTexture(arrUseless);
+  m_Manager.ClearUselessTexture();
+  EXPECT_EQ(patch.GetRef(), 1);
+  EXPECT_EQ(pNamesake->GetRef(), 1);
+  singleton.Clear();
+}
+
 /// Has no memory left for a target.
 class QXExhaustedGraphics3D : public QXNullGraphics3D {
 public:
