@@ -9,6 +9,7 @@
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
+#include <QxGraphics3D/text/QXTextLayout.h>
 
 #include "../QXBareTexture.h"
 #include "QXTestGeometry.h"
@@ -48,6 +49,15 @@ TEST_F(QXNullRenderOperation3DTest, StartsAsTheInterfaceTells) {
   EXPECT_EQ(pDrawable->GetIndexRangeCount(), 0u);
   EXPECT_EQ(pDrawable->GetDeviceMemory(), 0u);
   EXPECT_EQ(pDrawable->GetSkeletonAnimation(), nullptr);
+}
+
+TEST_F(QXNullRenderOperation3DTest, KnowsTheProgramsOfLabelsAndNoOthers) {
+  auto const pDrawable = Make();
+  EXPECT_EQ(pDrawable->SetShaderPrograms(LABEL_VERTEX_PROGRAM, LABEL_FRAGMENT_PROGRAM), 1);
+  EXPECT_EQ(pDrawable->SetShaderPrograms(L"", L""), 1);
+  EXPECT_EQ(pDrawable->SetShaderPrograms(LABEL_VERTEX_PROGRAM, L""), 0);
+  EXPECT_EQ(pDrawable->SetShaderPrograms(L"", LABEL_FRAGMENT_PROGRAM), 0);
+  EXPECT_EQ(pDrawable->SetShaderPrograms(LABEL_FRAGMENT_PROGRAM, LABEL_VERTEX_PROGRAM), 0);
 }
 
 TEST_F(QXNullRenderOperation3DTest, KeepsItsState) {
