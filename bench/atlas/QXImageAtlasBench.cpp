@@ -79,7 +79,7 @@ void FrameWithNothingNew(benchmark::State& state) {
 }
 BENCHMARK(FrameWithNothingNew)->Name("QXTextureImageManager/LoadTexture/nothing-new")->Arg(100)->Arg(100'000);
 
-// What it would cost to look at every record instead.
+// What it would cost to look at every record in the order of the names instead.
 void WalkOverAllRecords(benchmark::State& state) {
   QXFilledAtlas const atlas(static_cast<int>(state.range(0)));
   for (auto _ : state) {
