@@ -88,8 +88,13 @@ FT_Face QXTrueType::GetFace(QdcUnicodeString const& strName, FaceStyle const& eS
   if (strName.IsEmpty() || strName.GetLength() == 0) return m_pDefaultFace;
   // Families are kept without the mark of vertical writing, failures with it: "@Name" and "Name" share a face, but each
   // has to fail for itself.
-  QdcUnicodeString family = strName;
-  if (family.GetAt(0) == L'@') family.Delete(0, 1);
+  QdcUnicodeString unmarked;
+  bool const marked = strName.GetAt(0) == L'@';
+  if (marked) {
+    unmarked = strName;
+    unmarked.Delete(0, 1);
+  }
+  QdcUnicodeString const& family = marked ? unmarked : strName;
   if (auto const open = m_dictFaces.Find(family); !m_dictFaces.IsEOF(open)) return ChooseFace(open->second, eStyle);
   if (Holds(m_arrMissingFonts, strName)) return m_pDefaultFace;
 

@@ -155,7 +155,7 @@ public:
   /// Shape:   m_pData is m_nHeight rows of m_nWidth pixels of 2 bytes {255, coverage}; top row first, no padding.
   /// Units:   metrics in whole pixels; size in points at 96 dpi, size times 3D scale truncated to an integer.
   /// Threads: no lock on faces or style; call with the atlas manager's mutex held.
-  /// Cost:    cold: 20 us for a Latin glyph, 50 to 200 us for a Chinese one, a tenth to a third of that for a glyph whose
+  /// Cost:    cold: 25 us for a Latin glyph, 60 to 320 us for a Chinese one, a tenth to a quarter of that for a glyph whose
   ///          outline was drawn of late, as its halo. A rare character can open every catalogued font file.
   /// Leaves:  the face that was drawn with at that size, its slot with anything.
   QXCharBitmapData* GetBitmapData(int nCharacter, unsigned char bHalo);

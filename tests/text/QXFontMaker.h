@@ -70,6 +70,8 @@ public:
   /// Bit 0 bold, bit 1 italic: what a face says of itself beside its names.
   int m_nMacStyle = 0;
   int m_nGlyphs = 3;
+  /// Corners of the first glyph's one contour; a box if there are none.
+  std::vector<std::pair<int, int>> m_arrCorners;
 
 private:
   using Tables = std::vector<std::pair<std::string, std::string>>;
@@ -156,7 +158,27 @@ private:
     return bytes;
   }
 
-  static std::string Glyph(int nGlyph) {
+  std::string Contour() const {
+    std::string bytes;
+    Put16(bytes, 1);
+    PutZeros(bytes, 8);
+    Put16(bytes, m_arrCorners.size() - 1);
+    Put16(bytes, 0);
+    bytes.append(m_arrCorners.size(), '\1');
+    std::string vertical;
+    std::pair<int, int> last = {0, 0};
+    for (auto const& corner : m_arrCorners) {
+      Put16(bytes, static_cast<std::size_t>(corner.first - last.first) & 0xFFFF);
+      Put16(vertical, static_cast<std::size_t>(corner.second - last.second) & 0xFFFF);
+      last = corner;
+    }
+    bytes += vertical;
+    PutZeros(bytes, bytes.size() % 2);
+    return bytes;
+  }
+
+  std::string Glyph(int nGlyph) const {
+    if (nGlyph == 1 && !m_arrCorners.empty()) return Contour();
     std::size_t const right = static_cast<std::size_t>(50 + 100 * nGlyph);
     std::string bytes;
     Put16(bytes, 1);

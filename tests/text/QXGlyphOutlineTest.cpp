@@ -72,17 +72,5 @@ TEST(QXGlyphOutlineCache, RoomLeftByLargeOutlinesCounts) {
   EXPECT_LE(kept, 3);
 }
 
-TEST(QXOutlineBlock, MorePointsThanAnOutlineCountsAreRefused) {
-  std::vector<FT_Vector> points(QXOutlineBlock::MostPoints);
-  std::vector<char> tags(points.size(), FT_CURVE_TAG_ON);
-  QXOutlineBlock block;
-  EXPECT_TRUE(block.Assign(points, tags, {points.size() - 1}));
-  EXPECT_EQ(block.Get()->n_points, 32767);
-  EXPECT_EQ(block.Get()->contours[0], 32766);
-  points.emplace_back();
-  tags.push_back(FT_CURVE_TAG_ON);
-  EXPECT_FALSE(block.Assign(points, tags, {points.size() - 1}));
-}
-
 }  // namespace
 }  // namespace QXC::detail

@@ -418,6 +418,24 @@ TEST_F(QXTrueTypeGlyph, GlyphThatCannotBeLoadedIsNullAndOthersAreNot) {
   }
 }
 
+// An outline counts its points in a short; the round corners of a border are many points for each of the glyph's.
+TEST_F(QXTrueTypeGlyph, BorderOfMorePointsThanAnOutlineCountsIsNull) {
+  for (int const corners : {2000, 12000}) {
+    QXFontMaker font = SimpleFont(u"F");
+    for (int i = 0; i < corners; ++i) font.m_arrCorners.emplace_back(i % 2 == 0 ? 100 : 600, i);
+    std::string const file = WriteFont(std::to_string(corners) + ".fon", font).ToMBString().Cstr();
+    OpenAs(L"f", file);
+    SetStyle(L"f", 75);
+    for (bool const halo : {false, true}) {
+      auto const picture = Draw('A', halo);
+      EXPECT_EQ(picture != nullptr, corners == 2000);
+      EXPECT_TRUE(Same(picture, Plain(file.c_str(), 'A', 75, false, halo)));
+      EXPECT_EQ(DrawnGlyph('B'), 2);
+    }
+    m_pFonts.reset();
+  }
+}
+
 // An advance that does not fit 16.16 pixels cannot be copied out of the slot.
 TEST_F(QXTrueTypeGlyph, AdvanceThatDoesNotFitIsNull) {
   OpenAs(L"f", DEJAVU);

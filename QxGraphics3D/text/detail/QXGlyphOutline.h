@@ -27,10 +27,6 @@ public:
   /// Room for an outline, empty at first. Valid until the next Make or Copy.
   FT_Outline* Make(std::size_t nPoints, std::size_t nContours);
   FT_Outline* Copy(FT_Outline const& outline);
-  /// An outline of these points, tags and places of the contours' last points. False if there are more than MostPoints.
-  bool Assign(std::vector<FT_Vector> const& arrPoints, std::vector<char> const& arrTags,
-      std::vector<std::size_t> const& arrEnds);
-  bool operator==(QXOutlineBlock const& other) const;
   FT_Outline* Get() { return &m_Outline; }
   /// In points.
   std::size_t GetRoom() const { return m_arrPoints.capacity(); }
@@ -79,6 +75,9 @@ public:
 private:
   std::vector<QXGlyphOutline> m_arrOutlines;
   std::size_t m_nNext = 0;
+  QXGlyphOutline* m_pLast = nullptr;  ///< given by the last Add
+  std::size_t m_nLastRoom = 0;        ///< its room at that time
+  std::size_t m_nRoom = 0;            ///< of all, the last one as it was at that time
 };
 
 }  // namespace QXC::detail

@@ -10,38 +10,16 @@ constexpr FT_Pos Pixel = 64;           // 26.6
 constexpr FT_Pos LargestEdge = 16384;  // in pixels; one page of an atlas is 1024 wide
 constexpr FT_Pos AdvanceLimit = 0x8000 * Pixel;
 constexpr int BytesPerPixel = 2;
-// How often a border is compared with FreeType's: the first glyphs, and one of many then.
-constexpr unsigned int FirstChecked = 64;
-constexpr unsigned int CheckedEach = 512;
 
-/// Where the spans of an outline go.
-struct Canvas {
-  unsigned char* m_pData;
-  std::size_t m_nWidth;
-  std::size_t m_nHeight;
-};
+// Of the buffer that glyphs are drawn in: four times a page of an atlas. A single huge glyph is not to hold its memory.
+constexpr std::size_t MostKept = std::size_t{4} * 1024 * 1024;
 
-/// Called by the rasteriser for each row that the outline touches, rows counted from the bottom.
-void DrawSpans(int nRow, int nCount, FT_Span const* pSpans, void* pUser) {
-  Canvas const& canvas = *static_cast<Canvas const*>(pUser);
-  std::size_t const row = canvas.m_nHeight - 1 - static_cast<std::size_t>(nRow);
-  unsigned char* const start = canvas.m_pData + row * canvas.m_nWidth * BytesPerPixel;
-  for (int i = 0; i < nCount; ++i) {
-    unsigned char* coverage = start + pSpans[i].x * BytesPerPixel + 1;
-    for (int n = pSpans[i].len; n > 0; --n, coverage += BytesPerPixel) *coverage = pSpans[i].coverage;
+/// Luminance and coverage of pixels from their coverage.
+void Widen(unsigned char* pPixels, unsigned char const* pCoverage, std::size_t nPixels) {
+  for (std::size_t i = 0; i < nPixels; ++i) {
+    pPixels[BytesPerPixel * i] = 255;
+    pPixels[BytesPerPixel * i + 1] = pCoverage[i];
   }
-}
-
-void RenderInto(FT_Library pLibrary, FT_Outline* pOutline, Canvas canvas) {
-  FT_Raster_Params params{};
-  params.source = pOutline;
-  // Spans instead of a bitmap: the coverage goes straight to its place between the luminances. The clip box is what the
-  // edges of a bitmap would be.
-  params.flags = FT_RASTER_FLAG_AA | FT_RASTER_FLAG_DIRECT | FT_RASTER_FLAG_CLIP;
-  params.gray_spans = DrawSpans;
-  params.user = &canvas;
-  params.clip_box = {0, 0, static_cast<FT_Pos>(canvas.m_nWidth), static_cast<FT_Pos>(canvas.m_nHeight)};
-  FT_Outline_Render(pLibrary, pOutline, &params);
 }
 
 /// The box of a glyph's outline in whole pixels, still in 26.6.
@@ -82,20 +60,34 @@ QXCharBitmapData* QXGlyphRasteriser::Draw(FT_Face pFace, FT_UInt nGlyph, int nSi
   QXGlyphOutline* const outline = GetOutline({pFace, nGlyph, nSize, bBold});
   if (outline == nullptr || outline->m_nWidth > LargestEdge || outline->m_nHeight > LargestEdge) return nullptr;
   auto picture = std::make_unique<QXCharBitmapData>();
-  Canvas canvas{nullptr, static_cast<std::size_t>(outline->m_nWidth), static_cast<std::size_t>(outline->m_nHeight)};
-  std::size_t const pixels = canvas.m_nWidth * canvas.m_nHeight;
-  canvas.m_pData = picture->m_pData = new unsigned char[pixels * BytesPerPixel];
-  for (std::size_t i = 0; i < pixels; ++i) {
-    canvas.m_pData[BytesPerPixel * i] = 255;
-    canvas.m_pData[BytesPerPixel * i + 1] = 0;
-  }
   picture->m_nWidth = static_cast<int>(outline->m_nWidth);
   picture->m_nHeight = static_cast<int>(outline->m_nHeight);
   picture->m_nBearingX = ToPixels(outline->m_Metrics.horiBearingX);
   picture->m_nBearingY = ToPixels(outline->m_Metrics.horiBearingY);
   picture->m_nAdvance = ToPixels(outline->m_nAdvance);
-  RenderInto(m_pLibrary, (bHalo ? outline->m_Stroked : outline->m_Plain).Get(), canvas);
+  Render((bHalo ? outline->m_Stroked : outline->m_Plain).Get(), *picture);
   return picture.release();
+}
+
+void QXGlyphRasteriser::Render(FT_Outline* pOutline, QXCharBitmapData& picture) {
+  std::size_t const pixels = static_cast<std::size_t>(picture.m_nWidth) * static_cast<std::size_t>(picture.m_nHeight);
+  picture.m_pData = new unsigned char[pixels * BytesPerPixel];
+  m_arrCoverage.assign(pixels, 0);
+  FT_Bitmap bitmap{};
+  bitmap.rows = static_cast<unsigned int>(picture.m_nHeight);
+  bitmap.width = static_cast<unsigned int>(picture.m_nWidth);
+  bitmap.pitch = picture.m_nWidth;  // positive: the top row comes first
+  bitmap.buffer = m_arrCoverage.data();
+  bitmap.num_grays = 256;
+  bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
+  FT_Raster_Params params{};
+  params.target = &bitmap;
+  params.source = pOutline;
+  params.flags = FT_RASTER_FLAG_AA;
+  // What FreeType cannot draw is a picture all the same, with what had been drawn by then.
+  FT_Outline_Render(m_pLibrary, pOutline, &params);
+  Widen(picture.m_pData, m_arrCoverage.data(), pixels);
+  if (pixels > MostKept) std::vector<unsigned char>().swap(m_arrCoverage);
 }
 
 QXGlyphOutline* QXGlyphRasteriser::GetOutline(QXGlyphKey const& key) {
@@ -128,23 +120,6 @@ bool QXGlyphRasteriser::MakeOutline(QXGlyphOutline& outline, FT_GlyphSlotRec_& s
 }
 
 bool QXGlyphRasteriser::Stroke(FT_Outline& outline, QXOutlineBlock& stroked) {
-  bool const check = m_nStrokes < FirstChecked || m_nStrokes % CheckedEach == 0;
-  ++m_nStrokes;
-  if (m_bOwnStroker && !check) return StrokeFast(outline, stroked);
-  bool const done = StrokePlain(outline, stroked);
-  if (m_bOwnStroker) {
-    bool const same = StrokeFast(outline, m_Check) == done && (!done || m_Check == stroked);
-    m_bOwnStroker = same;
-  }
-  return done;
-}
-
-bool QXGlyphRasteriser::StrokeFast(FT_Outline& outline, QXOutlineBlock& stroked) {
-  if (!m_Border.Stroke(outline, FT_Outline_GetOutsideBorder(&outline))) return false;
-  return stroked.Assign(m_Border.GetPoints(), m_Border.GetTags(), m_Border.GetEnds());
-}
-
-bool QXGlyphRasteriser::StrokePlain(FT_Outline& outline, QXOutlineBlock& stroked) {
   if (!HasStroker()) return false;
   FT_StrokerBorder const border = FT_Outline_GetOutsideBorder(&outline);
   if (FT_Stroker_ParseOutline(m_pStroker, &outline, 0) != 0) return false;

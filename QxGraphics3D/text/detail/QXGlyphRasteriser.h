@@ -3,14 +3,15 @@
 #pragma once
 
 #include <QxGraphics3D/text/QXCharBitmapData.h>
-#include <QxGraphics3D/text/detail/QXBorderStroker.h>
 #include <QxGraphics3D/text/detail/QXGlyphOutline.h>
 #include <QxGraphics3D/text/detail/QXGlyphSizes.h>
+
+#include <vector>
 
 namespace QXC::detail {
 
 /// Draws glyphs as the plain sequence of FreeType calls would (set the size, load, embolden, copy, stroke, render), byte
-/// for byte, and keeps what the next glyph can use: a stroker, size objects, the outlines drawn last.
+/// for byte, and keeps what the next glyph can use: a stroker, size objects, the outlines drawn last, a buffer to draw in.
 /// Threads: no lock. Faces must outlive the object, and the library too.
 class QXGlyphRasteriser {
 public:
@@ -30,18 +31,15 @@ private:
   bool MakeOutline(QXGlyphOutline& outline, FT_GlyphSlotRec_& slot, bool bBold);
   /// Gives the outer border of an outline.
   bool Stroke(FT_Outline& outline, QXOutlineBlock& stroked);
-  bool StrokeFast(FT_Outline& outline, QXOutlineBlock& stroked);
-  bool StrokePlain(FT_Outline& outline, QXOutlineBlock& stroked);
   bool HasStroker();
+  /// Gives the picture, whose size is set, its pixels.
+  void Render(FT_Outline* pOutline, QXCharBitmapData& picture);
 
   FT_Library m_pLibrary;
   FT_Stroker m_pStroker = nullptr;
-  QXBorderStroker m_Border;
-  QXOutlineBlock m_Check;
-  bool m_bOwnStroker = true;  ///< until a border differs from FreeType's, as one of another version may
-  unsigned int m_nStrokes = 0;
   QXGlyphSizes m_Sizes;
   QXGlyphOutlineCache m_Outlines;
+  std::vector<unsigned char> m_arrCoverage;  ///< what glyphs are drawn in
 };
 
 }  // namespace QXC::detail
