@@ -81,9 +81,8 @@ TEST(QXSceneModels, FlatLabelsHaveBoundsOfTheirLength) {
   scene.m_vecLabels[0].m_strText = "a long text that is of some pixels";
   scene.m_vecLabels[0].m_vecPosition = QXVector3d(10.0, 20.0, 30.0);
   scene.m_vecLabels[0].m_dOffset[0] = 1000.0;
-  scene.m_vecLabels[1].m_strText =
-      "\xE5\x8C\x97\xE4\xBA\xAC"
-      "ab";
+  scene.m_vecLabels[1].m_strText = "\xE5\x8C\x97\xE4\xBA\xAC"
+                                   "ab";
   scene.m_vecLabels[1].m_vecPosition = QXVector3d(0.0, 20.0, 30.0);
   scene.m_vecLabels[1].m_eFacing = QXLabelFacing::Flat;
   scene.m_vecLabels[1].m_dHeight = 6.0;
