@@ -2,6 +2,7 @@
 /// Nodes of a scene.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <vector>
@@ -47,14 +48,22 @@ public:
 
   /// Called by the drawables themselves.
   void Add(QXOgreDrawable* pDrawable) { m_arrDrawables.push_back(pDrawable); }
-  void Remove(QXOgreDrawable* pDrawable) { std::erase(m_arrDrawables, pDrawable); }
+  void Remove(QXOgreDrawable* pDrawable);
 
 private:
   friend class QXOgreSceneNodes;
+  /// The node that follows where each comes before those under it; null behind the last one under top. Hosts may hang
+  /// nodes one under the other as deep as they like, so nothing here calls itself once for each level.
+  QXOgreSceneNode* GetNext(QXOgreSceneNode const& top) const;
+  /// Of this node alone.
+  void ComputeMatrix();
+  /// Of this node and all below.
   void UpdateMatrix();
 
   QdcUnicodeString m_strName;
   QXOgreSceneNode* m_pParent;
+  /// Among the children of the parent.
+  std::size_t m_nIndex;
   std::vector<std::unique_ptr<QXOgreSceneNode>> m_arrChildren;
   std::vector<QXOgreDrawable*> m_arrDrawables;
   QXVector3d m_vecPosition;
@@ -79,8 +88,6 @@ public:
   QXOgreSceneNode* Find(QdcUnicodeString const& strName) const;
 
 private:
-  void Forget(QXOgreSceneNode const& node);
-
   QXOgreSceneNode m_Root;
   std::map<QdcUnicodeString, QXOgreSceneNode*> m_mapNodes;
 };

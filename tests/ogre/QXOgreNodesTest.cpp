@@ -227,4 +227,46 @@ TEST_F(QXOgreNodes, PlacesThatAreNoNumbersTakeNobodyElseOutOfSight) {
   }
 }
 
+TEST_F(QXOgreNodes, NeighboursOfANodeThatGoesAreStillReached) {
+  for (wchar_t const* szName : {L"a", L"b", L"c", L"d"}) m_pGraphics3D->CreateSceneNode(L"3D", L"", szName);
+  for (wchar_t const* szName : {L"b1", L"b2"}) m_pGraphics3D->CreateSceneNode(L"3D", L"b", szName);
+  for (wchar_t const* szName : {L"c1", L"c2", L"c3"}) m_pGraphics3D->CreateSceneNode(L"3D", L"c", szName);
+  m_pGraphics3D->AttachToSceneNode(L"3D", L"c3", DrawMiddle());
+  EXPECT_EQ(m_pGraphics3D->DestroySceneNode(L"3D", L"a"), 1);
+  EXPECT_EQ(m_pGraphics3D->DestroySceneNode(L"3D", L"c1"), 1);
+  EXPECT_FALSE(Bounds(L"c").IsNULL());
+  EXPECT_TRUE(Bounds(L"b").IsNULL()) << "nothing of a neighbour is below";
+  EXPECT_TRUE(Bounds(L"c2").IsNULL());
+  m_pGraphics3D->SetSceneNodeVisible(L"3D", L"b", 0, 1);
+  EXPECT_TRUE(IsSeen());
+  m_pGraphics3D->SetSceneNodeVisible(L"3D", L"c", 0, 1);
+  EXPECT_FALSE(IsSeen());
+  m_pGraphics3D->SetSceneNodeVisible(L"3D", L"c", 1, 1);
+  m_pGraphics3D->SetSceneNodePosition(L"3D", L"b", QXVector3d(9.0, 0.0, 0.0));
+  EXPECT_TRUE(IsSeen());
+  m_pGraphics3D->SetSceneNodePosition(L"3D", L"c", QXVector3d(9.0, 0.0, 0.0));
+  EXPECT_FALSE(IsSeen());
+}
+
+TEST_F(QXOgreNodes, AChainOfAHundredThousandIsMovedHiddenMeasuredAndTakenDown) {
+  constexpr int LENGTH = 100000;
+  QdcUnicodeString strParent;
+  QdcUnicodeString strName;
+  for (int i = 0; i < LENGTH; ++i) {
+    strName.Format(L"link%d", i);
+    ASSERT_EQ(m_pGraphics3D->CreateSceneNode(L"3D", strParent, strName), 1);
+    strParent = strName;
+  }
+  m_pGraphics3D->AttachToSceneNode(L"3D", strName, DrawMiddle());
+  m_pGraphics3D->SetSceneNodePosition(L"3D", L"link0", QXVector3d(2.0, 0.0, 0.0));
+  EXPECT_NEAR(Bounds(L"link0").GetCenter().x, 2.0, 1.0e-6);
+  m_pGraphics3D->SetSceneNodePosition(L"3D", L"link0", QXVector3d(0.0, 0.0, 0.0));
+  EXPECT_TRUE(IsSeen());
+  m_pGraphics3D->SetSceneNodeVisible(L"3D", L"link0", 0, 1);
+  EXPECT_FALSE(IsSeen());
+  EXPECT_EQ(m_pGraphics3D->DestroySceneNode(L"3D", L"link0"), 1);
+  EXPECT_EQ(m_pGraphics3D->DestroySceneNode(L"3D", strName), 0) << "it went with those above it";
+  EXPECT_TRUE(IsSeen()) << "what hung there hangs under the root";
+}
+
 }  // namespace QXC
