@@ -32,12 +32,15 @@ bool IsStack(char cSet) {
 constexpr char SET_DECLARATION[] = "in vec4 @;\n";
 constexpr char VERTEX_DECLARATIONS[] = "uniform vec4 textureU#;\nuniform vec4 textureV#;\nout vec3 place#;\n";
 constexpr char VERTEX_LINE[] = "  place# = vec3(dot(textureU#, @), dot(textureV#, @), @.z);\n";
-constexpr char FRAGMENT_DECLARATIONS[] = "uniform vec4 leastAlpha#;\nin vec3 place#;\n";
+constexpr char FRAGMENT_DECLARATIONS[] = "uniform vec4 alphaRule#;\nin vec3 place#;\n";
 constexpr char IMAGE_DECLARATION[] = "uniform sampler2D texture#;\n";
 constexpr char STACK_DECLARATION[] = "uniform sampler2DArray texture#;\n";
 constexpr char IMAGE_LINE[] = "  vec4 texel# = texture(texture#, place#.xy);\n";
 constexpr char STACK_LINE[] = "  vec4 texel# = texture(texture#, place#);\n";
-constexpr char FRAGMENT_LINE[] = "  colour *= vec4(texel#.rgb, max(texel#.a, leastAlpha#.x));\n";
+/// The division comes after filtering: only then does what is clear bring no colour in.
+constexpr char FRAGMENT_LINE[] =
+    "  texel#.rgb /= mix(1.0, max(texel#.a, 1e-5), alphaRule#.y);\n"
+    "  colour *= vec4(texel#.rgb, max(texel#.a, alphaRule#.x));\n";
 
 void Append(std::string& strTarget, char const* szLines, std::size_t nTexture, unsigned int nSet = 0) {
   for (char const* p = szLines; *p != '\0'; ++p) {
@@ -179,7 +182,7 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
     std::string const strNumber = std::to_string(i);
     pVertex->setNamedAutoConstant("textureU" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i);
     pVertex->setNamedAutoConstant("textureV" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i + 1);
-    pFragment->setNamedAutoConstant("leastAlpha" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i + 2);
+    pFragment->setNamedAutoConstant("alphaRule" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i + 2);
     pFragment->setNamedConstant("texture" + strNumber, static_cast<int>(i));
   }
   pMaterial->load();

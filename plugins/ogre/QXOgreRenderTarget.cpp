@@ -15,6 +15,7 @@
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreMaterials.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreTextureSource.h>
 
 namespace QXC {
 
@@ -24,6 +25,10 @@ namespace {
 QXVector3d const DEFAULT_SUN(-1.0e6, -1.6e6, 2.2e6);
 QXColorValue3D const DEFAULT_AMBIENT(0.4, 0.4, 0.4, 1.0);
 QXColorValue3D const DEFAULT_DIFFUSE(0.6, 0.6, 0.6, 1.0);
+/// Of patches, as symbols are shaded: from the upper left of the picture, so bright that what faces the viewer keeps its
+/// own colours.
+QXVector3d const PATCH_SUN(-1.0, 1.2, 2.0);
+QXColorValue3D const PATCH_DIFFUSE(0.7624, 0.7624, 0.7624, 1.0);
 constexpr int DEFAULT_SAMPLES = 4;
 constexpr int MAX_SAMPLES = 16;
 
@@ -37,7 +42,8 @@ void UploadGlyphs() {
 QXOgreRenderTarget::QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
     QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight)
     : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_vecSun(DEFAULT_SUN),
-      m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE), m_nSamples(1) {
+      m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE), m_nSamples(1), m_bHostLight(false),
+      m_bPatch(false) {
   m_strName = strName;
   m_strSceneName = strSceneName;
   m_nWidth = nWidth;
@@ -97,6 +103,7 @@ void QXOgreRenderTarget::ReSize(unsigned int nWidth, unsigned int nHeight) {
 
 void QXOgreRenderTarget::Update() {
   if (!m_pOgreTarget) return;
+  TellTexture(false);
   if (m_pListener) m_pListener->BeforeRender();
   UploadGlyphs();
   m_Stats.triangleCount = 0;
@@ -168,9 +175,15 @@ void QXOgreRenderTarget::DrawViewport(
   m_pRenderer->Count(counts);
 }
 
+void QXOgreRenderTarget::TellTexture(bool bPremultiplied) {
+  if (QXOgreTextureSource* const pSource = QXOgreTextureSource::Of(GetTexture()))
+    pSource->SetPremultiplied(bPremultiplied);
+}
+
 void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatch) {
   if (!m_pOgreTarget) return;
   // The renderer's current view is the host's, who did not ask for another.
+  TellTexture(true);
   QXViewport* const pFormerViewport = m_pRenderer->GetViewport();
   QXMatrix4d const matFormerView = m_pRenderer->m_matView;
   QXMatrix4d const matFormerProjection = m_pRenderer->m_matProjection;
@@ -178,6 +191,7 @@ void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatc
       std::abs(rcPatch.bottom - rcPatch.top), 0);
   viewport.m_BackgroundColor = QXColorValue3D(0.0, 0.0, 0.0, 0.0);
   UploadGlyphs();
+  m_bPatch = true;
   m_pRenderer->Try([&] {
     m_pRenderer->GetDevice()->BeginFrame();
     m_pOgreTarget->_beginUpdate();
@@ -185,6 +199,7 @@ void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatc
     m_pOgreTarget->_endUpdate();
     FinishPicture();
   });
+  m_bPatch = false;
   m_pRenderer->SetViewport(pFormerViewport);
   m_pRenderer->SetViewMatrix(matFormerView);
   m_pRenderer->SetProjectionMatrix(matFormerProjection);
@@ -226,13 +241,16 @@ QXOgreLight QXOgreRenderTarget::MakeLight(QXOgreView const& view) const {
   QXOgreLight light;
   // A parallel projection leaves w alone.
   light.m_fOrthographic = view.m_matProjection[2][3] == 0.0 ? 1.0F : 0.0F;
-  QXVector3d const vecToSun = (m_vecSun - view.m_vecOrigin).Normalize();
+  // A patch is none of the world's: where that has its origin must not turn the light on it.
+  bool const bPatchLight = m_bPatch && !m_bHostLight;
+  QXVector3d vecSun = m_bPatch ? m_vecSun : m_vecSun - view.m_vecOrigin;
+  if (bPatchLight) vecSun = PATCH_SUN;
   QXMatrix4d matTurn = view.m_matView;
   matTurn.SetTrans(QXVector3d::ZERO);
-  light.m_vecToSun = ToOgre(vecToSun.MultiplyMatrix(matTurn));
+  light.m_vecToSun = ToOgre(vecSun.Normalize().MultiplyMatrix(matTurn));
   // Without the sun there is no light to tell faces by, so colours are shown as they are.
   light.m_Ambient = m_bSunLightEnable ? ToOgre(m_AmbientLight) : Ogre::ColourValue::White;
-  light.m_Diffuse = m_bSunLightEnable ? ToOgre(m_DiffuseLight) : Ogre::ColourValue::Black;
+  light.m_Diffuse = m_bSunLightEnable ? ToOgre(bPatchLight ? PATCH_DIFFUSE : m_DiffuseLight) : Ogre::ColourValue::Black;
   return light;
 }
 

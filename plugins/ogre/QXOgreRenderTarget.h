@@ -54,7 +54,12 @@ public:
   void BeginViewportUpdate(ViewportPosition& position) override;
   void SetClearEveryFrame(unsigned char bClear, unsigned int nBuffers) override;
   void GetClearEveryFrame(unsigned char& bClear, unsigned int& nBuffers) const override;
-  void SetSunPosition(QXVector3d const& vecPosition) override { m_vecSun = vecPosition; }
+  /// Patches, which have coordinates of their own, are lit from there towards their zero, other pictures towards the
+  /// movable origin.
+  void SetSunPosition(QXVector3d const& vecPosition) override {
+    m_vecSun = vecPosition;
+    m_bHostLight = true;
+  }
   QXVector3d GetSunPosition() const override { return m_vecSun; }
   void SetSunLightEnable(unsigned char bEnable) override { m_bSunLightEnable = bEnable; }
   void SetBackgroundColor(QXColorValue3D const& color) override;
@@ -64,8 +69,14 @@ public:
   unsigned char CopyDepthToMemory(float*, unsigned int) override { return 0; }
   /// A window has none.
   QXTexture* GetTexture() const override;
-  void SetAmbientLight(QXColorValue3D const& color) override { m_AmbientLight = color; }
-  void SetDiffuseLight(QXColorValue3D const& color) override { m_DiffuseLight = color; }
+  void SetAmbientLight(QXColorValue3D const& color) override {
+    m_AmbientLight = color;
+    m_bHostLight = true;
+  }
+  void SetDiffuseLight(QXColorValue3D const& color) override {
+    m_DiffuseLight = color;
+    m_bHostLight = true;
+  }
 
 protected:
   QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
@@ -87,6 +98,8 @@ protected:
   virtual void ShowPicture(unsigned char bWaitForVerticalBlank) = 0;
   /// Reads the whole picture; throws what OGRE throws.
   virtual void ReadPicture(unsigned char* pPixels) = 0;
+  /// Whether the colours of the target's texture, if it has one, are multiplied by their alpha from now on.
+  void TellTexture(bool bPremultiplied);
 
 private:
   /// Places the OGRE viewport on the pixels of the library's, which counts from the bottom.
@@ -100,6 +113,10 @@ private:
   QXColorValue3D m_AmbientLight;
   QXColorValue3D m_DiffuseLight;
   int m_nSamples;
+  /// The host has said where the sun stands or how bright it is.
+  bool m_bHostLight;
+  /// While a patch is drawn.
+  bool m_bPatch;
 };
 
 }  // namespace QXC

@@ -45,6 +45,7 @@ QXTexture* QXOgreRenderTexture::GetTexture() const {
 void QXOgreRenderTexture::CopyFromMemory(unsigned char const* pPixels, unsigned int nByteCount) {
   if (!m_pOgreTexture || !pPixels || nByteCount / 4 < std::uint64_t{m_nWidth} * m_nHeight) return;
   Ogre::PixelBox const pixels(m_nWidth, m_nHeight, 1, Ogre::PF_A8R8G8B8, const_cast<unsigned char*>(pPixels));
+  TellTexture(false);
   GetRenderer()->Try([&] { m_pOgreTexture->getBuffer()->blitFromMemory(pixels); });
 }
 

@@ -118,21 +118,25 @@ void QXOgreRenderable::TellProgram(std::size_t nTexture) {
   QXVector3d const& vecOffset = source.GetTexture().m_vecOffset;
   bool const bReversed = source.IsReversed();
   bool const bTransparent = source.IsTransparent();
+  bool const bPremultiplied = source.IsPremultiplied();
   if (binding.m_bTold && binding.m_vecScale == vecScale && binding.m_vecOffset == vecOffset &&
-      binding.m_bReversed == bReversed && binding.m_bTransparent == bTransparent)
+      binding.m_bReversed == bReversed && binding.m_bTransparent == bTransparent &&
+      binding.m_bPremultiplied == bPremultiplied)
     return;
   binding.m_bTold = true;
   binding.m_vecScale = vecScale;
   binding.m_vecOffset = vecOffset;
   binding.m_bReversed = bReversed;
   binding.m_bTransparent = bTransparent;
+  binding.m_bPremultiplied = bPremultiplied;
   std::size_t const nFirst = QX_OGRE_TEXTURES + 3 * nTexture;
   double const dScaleV = bReversed ? -vecScale.y : vecScale.y;
   double const dOffsetV = bReversed ? 1.0 - vecOffset.y : vecOffset.y;
   setCustomParameter(nFirst, Column(binding.m_matTexture, 0, vecScale.x, vecOffset.x));
   setCustomParameter(nFirst + 1, Column(binding.m_matTexture, 1, dScaleV, dOffsetV));
   // What is not blended is drawn as if it had no alpha: pictures keep it otherwise, and show through where they are put.
-  setCustomParameter(nFirst + 2, Ogre::Vector4(bTransparent ? 0.0F : 1.0F, 0.0F, 0.0F, 0.0F));
+  float const fDivide = bTransparent && bPremultiplied ? 1.0F : 0.0F;
+  setCustomParameter(nFirst + 2, Ogre::Vector4(bTransparent ? 0.0F : 1.0F, fDivide, 0.0F, 0.0F));
 }
 
 bool QXOgreRenderable::preRender(Ogre::SceneManager*, Ogre::RenderSystem* pRenderSystem) {

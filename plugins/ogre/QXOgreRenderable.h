@@ -31,6 +31,7 @@ struct QXOgreBinding {
   QXVector3d m_vecOffset;
   bool m_bReversed = false;
   bool m_bTransparent = false;
+  bool m_bPremultiplied = false;
   bool m_bTold = false;
 };
 

@@ -8,7 +8,7 @@
 namespace QXC {
 
 QXOgreTextureSource::QXOgreTextureSource(QXOgreTextureManager& manager, QXTexture& texture)
-    : m_pManager(&manager), m_Texture(texture), m_nFrame(0), m_bOthers(false) {
+    : m_pManager(&manager), m_Texture(texture), m_nFrame(0), m_bOthers(false), m_bPremultiplied(false) {
   manager.Add(this);
 }
 

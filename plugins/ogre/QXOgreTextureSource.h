@@ -43,6 +43,10 @@ public:
   QXTexture& GetTexture() const { return m_Texture; }
   /// Whether blending is needed: pixels let something through, and nobody has said otherwise.
   bool IsTransparent() const;
+  /// Whether the colours were multiplied by their alpha already, as those of what was drawn onto nothing are. They are
+  /// divided again where the texture is shown, or soft edges would come out dark.
+  bool IsPremultiplied() const { return m_bPremultiplied; }
+  void SetPremultiplied(bool bPremultiplied) { m_bPremultiplied = bPremultiplied; }
   /// The manager goes first.
   void LeaveManager() { m_pManager = nullptr; }
 
@@ -67,6 +71,7 @@ private:
   unsigned long long m_nFrame;
   /// Somebody beside drawables has counted.
   bool m_bOthers;
+  bool m_bPremultiplied;
 };
 
 /// One counted use of a texture by a drawable. A texture that the host counted and gave back already is deleted with

@@ -1,8 +1,11 @@
 // Patches of shared render textures, really drawn and read back.
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 #include <QxGraphics3D/atlas/QXRenderTextureManager.h>
 #include <QxGraphics3D/atlas/QXRenderTexturePatch.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXTextureUnitState.h>
 #include <QxGraphics3D/renderop/QXBillboard.h>
 
 #include <tests/ogre/QXOgreTexturing.h>
@@ -244,6 +247,72 @@ TEST_F(QXOgreRenderAtlas, TheSizeOfATextureTargetChangesUnderItsName) {
   ASSERT_NE(pTexture, nullptr);
   EXPECT_EQ(pTexture->IsLoaded(), 1);
   EXPECT_EQ(m_pTextures->GetTexture(L"Picture", 0), nullptr) << "names are told apart by case";
+}
+
+TEST_F(QXOgreRenderAtlas, WhatLetsThroughInAPatchIsAsBrightAsDrawnDirectly) {
+  QXRenderTexturePatch* const pPatch = Atlas().GetRenderTexturePatch(L"patch", 64, 64);
+  Fill(*pPatch, 16, QXColorValue3D(1.0, 1.0, 1.0, 0.5));
+  Atlas().RenderToTexture();
+  QXTexture* const pPage = m_pTextures->GetTexture(pPatch->GetTextureName(), 1);
+  ASSERT_NE(pPage, nullptr);
+  EXPECT_EQ(Read(FIRST_PAGE).At(32, 32), (QXPixel{128, 128, 128, 128})) << "multiplied by its alpha";
+  // Filtered, and enlarged so that its edges are many pixels of the screen.
+  pPage->RendererOperation1(TEXTURE_FILTER_LINEAR, TEXTURE_FILTER_LINEAR, TEXTURE_FILTER_NONE);
+  DrawSquare(-4.0F, -4.0F, 4.0F, 4.0F, -5.0F, QXColorValue3D::White)->SetLightEnable(0);
+  m_pBillboard.reset(m_pGraphics3D->GetRenderOperationManager()->CreateBillboard(L"3D"));
+  m_pBillboard->SetPosition({0.0, -1.0, 0.0});
+  m_pBillboard->SetSize(64.0, 64.0, 1);
+  m_pBillboard->SetTexture(pPage, QdcRect2D(12.0 / 2048.0, 12.0 / 2048.0, 20.0 / 2048.0, 20.0 / 2048.0));
+  QXPicture const picture = Frame();
+  for (unsigned int n = 0; n < 64; ++n) {
+    QXPixel const pixel = picture.At(n, n);
+    EXPECT_GE(std::min({pixel.r, pixel.g, pixel.b}), 253) << "white over white, but " << pixel.r << " at " << n;
+  }
+}
+
+TEST_F(QXOgreRenderAtlas, OnlyWhatWasDrawnOntoNothingIsDivided) {
+  std::unique_ptr<QXRenderTarget> const pTarget(
+      m_pGraphics3D->CreateRenderTexture(L"own", PF_A8R8G8B8, 64, 64, 0, 32, L""));
+  ASSERT_NE(pTarget, nullptr) << Reason();
+  m_pGraphics3D->CreateSceneNode(L"", L"", L"own");
+  QXRenderOperation3D* const pSquare = DrawSquare(0.0F, 0.0F, 64.0F, 64.0F, 0.0F, QXColorValue3D(1.0, 1.0, 1.0, 0.5));
+  pSquare->SetLightEnable(0);
+  m_pGraphics3D->AttachToSceneNode(L"", L"own", pSquare);
+  m_pGraphics3D->RenderPatchToTexture(32.0, 32.0, 64.0, 64.0, pTarget.get(), QdcRect2D(0.0, 0.0, 1.0, 1.0));
+  m_pBillboard.reset(m_pGraphics3D->GetRenderOperationManager()->CreateBillboard(L"3D"));
+  m_pBillboard->SetPosition({0.0, -1.0, 0.0});
+  m_pBillboard->SetSize(64.0, 64.0, 1);
+  m_pBillboard->SetTexture(pTarget->GetTexture(), QdcRect2D(0.0, 0.0, 1.0, 1.0));
+  EXPECT_NEAR(Frame().At(32, 32).r, 128, 1) << "white, half of it";
+  // Pixels of a host are as they are: grey, half of it.
+  std::vector<unsigned char> const arrGrey(64 * 64 * 4, 128);
+  pTarget->CopyFromMemory(arrGrey.data(), 64 * 64 * 4);
+  EXPECT_NEAR(Frame().At(32, 32).r, 64, 1);
+  m_pBillboard.reset();
+  m_pGraphics3D->DestroySceneNode(L"", L"own");
+}
+
+TEST_F(QXOgreRenderAtlas, PatchesAreLitFromTheUpperLeftWhereverTheWorldIs) {
+  QXRenderTexturePatch* const pPatch = Atlas().GetRenderTexturePatch(L"patch", 64, 64);
+  Fill(*pPatch, 0, QXColorValue3D::White)->SetLightEnable(1);
+  // A roof of four sides in the middle, and the flat place around it.
+  auto const pMesh = MakeMesh({{16, 2000, 1}, {48, 2000, 1}, {48, 2032, 1}, {16, 2032, 1}, {32, 2016, 17}});
+  AddRange<unsigned short>(*pMesh, {0, 1, 4, 1, 2, 4, 2, 3, 4, 3, 0, 4}, QXColorValue3D::White);
+  m_pGraphics3D->AttachToSceneNode(L"", FIRST_PAGE, Draw(*pMesh));
+  for (double const dOrigin : {0.0, 5.8e6}) {
+    m_pGraphics3D->SetRelativeOrigin(QXVector3d(604000.0, dOrigin, 70.0));
+    pPatch->SetNeedRender();
+    Atlas().RenderToTexture();
+    QXTexels const page = Read(FIRST_PAGE);
+    EXPECT_GE(page.At(8, 8).r, 254) << "what faces the viewer keeps its colour";
+    int const nWest = page.At(24, 32).r;
+    int const nNorth = page.At(32, 24).r;
+    int const nEast = page.At(40, 32).r;
+    int const nSouth = page.At(32, 40).r;
+    EXPECT_GT(nWest, nEast + 50) << dOrigin;
+    EXPECT_GT(nNorth, nSouth + 50) << dOrigin;
+  }
+  m_pGraphics3D->SetRelativeOrigin(QXVector3d::ZERO);
 }
 
 }  // namespace QXC
