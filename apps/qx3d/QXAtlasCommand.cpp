@@ -58,7 +58,8 @@ private:
   std::string MakeFolder() const {
     std::error_code error;
     std::filesystem::create_directories(m_Options.m_strOut, error);
-    if (!std::filesystem::is_directory(m_Options.m_strOut))
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(m_Options.m_strOut, ignored))
       return "--out " + m_Options.m_strOut +
              ": the folder cannot be made: " + (error ? error.message() : "a file has this name") +
              "; give another name";

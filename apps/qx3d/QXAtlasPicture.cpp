@@ -112,18 +112,20 @@ private:
   QXAtlasPicture m_Picture;
 };
 
-unsigned char Mix(unsigned char nFront, unsigned char nBack, unsigned int nAlpha) {
-  return static_cast<unsigned char>((nFront * nAlpha + nBack * (255U - nAlpha) + 127U) / 255U);
+/// @param nWeight  of the front: its alpha, or 255 where the alpha is in the colour already
+unsigned char Mix(unsigned char nFront, unsigned char nBack, unsigned int nWeight, unsigned int nAlpha) {
+  return static_cast<unsigned char>(std::min((nFront * nWeight + nBack * (255U - nAlpha) + 127U) / 255U, 255U));
 }
 
-void Lay(unsigned char* pTarget, unsigned char const* p, Color const& board) {
+void Lay(unsigned char* pTarget, unsigned char const* p, bool bPremultiplied, Color const& board) {
   if (p[3] == 255) {
     std::memcpy(pTarget, p, 3);
     return;
   }
-  pTarget[0] = Mix(p[0], board.m_nBlue, p[3]);
-  pTarget[1] = Mix(p[1], board.m_nGreen, p[3]);
-  pTarget[2] = Mix(p[2], board.m_nRed, p[3]);
+  unsigned int const nWeight = bPremultiplied ? 255U : p[3];
+  pTarget[0] = Mix(p[0], board.m_nBlue, nWeight, p[3]);
+  pTarget[1] = Mix(p[1], board.m_nGreen, nWeight, p[3]);
+  pTarget[2] = Mix(p[2], board.m_nRed, nWeight, p[3]);
 }
 
 void PaintPixels(Canvas& canvas, QXAtlasPage const& page, int nScale) {
@@ -134,7 +136,7 @@ void PaintPixels(Canvas& canvas, QXAtlasPage const& page, int nScale) {
                                                                  static_cast<std::size_t>(page.m_nSize);
     unsigned char* pTarget = canvas.At(0, y);
     for (int x = 0; x < nEdge; ++x, pTarget += 4) {
-      Lay(pTarget, pSource, Boards[(x / BoardEdge + y / BoardEdge) % 2]);
+      Lay(pTarget, pSource, page.m_bPremultiplied, Boards[(x / BoardEdge + y / BoardEdge) % 2]);
       if ((x + 1) % nScale == 0) pSource += 4;
     }
   }

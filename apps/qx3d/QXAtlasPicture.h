@@ -26,6 +26,8 @@ struct QXAtlasPage {
   std::string m_strFormat;
   /// 4 bytes a pixel: blue, green, red, alpha; top row first. Empty until they are read from the device.
   std::vector<unsigned char> m_vecPixels;
+  /// Whether the colours are multiplied by their alpha already, as those of pages are that models were drawn into.
+  bool m_bPremultiplied = false;
   /// Numbered from 1 in this order.
   std::vector<QXAtlasTile> m_vecTiles;
 

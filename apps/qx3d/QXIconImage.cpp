@@ -106,8 +106,12 @@ void SpreadColors(QXPixels& pixels) {
     }
 }
 
+unsigned int GetIconTileEdge(unsigned int nWidth, unsigned int nHeight) {
+  return QXC::QXMathEngine::NextP2(std::max(nWidth, nHeight) + 2);
+}
+
 QXIconTile MakeIconTile(QXPixels const& pixels) {
-  unsigned int const nEdge = QXC::QXMathEngine::NextP2(std::max(pixels.m_nWidth, pixels.m_nHeight) + 2);
+  unsigned int const nEdge = GetIconTileEdge(pixels.m_nWidth, pixels.m_nHeight);
   QXIconTile tile{MakePixels(nEdge, nEdge), (nEdge - pixels.m_nWidth) / 2, (nEdge - pixels.m_nHeight) / 2};
   for (unsigned int y = 0; y < nEdge; ++y) {
     unsigned int const nRow = std::clamp(y, tile.m_nTop, tile.m_nTop + pixels.m_nHeight - 1);

@@ -41,6 +41,9 @@ struct QXIconTile {
   unsigned int m_nTop = 0;
 };
 
+/// Edge of the square that a picture of a size is put into.
+unsigned int GetIconTileEdge(unsigned int nWidth, unsigned int nHeight);
+
 /// Puts a picture of at most MaxIconEdge into the smallest square that leaves it a rim of a pixel on each side. The rim
 /// goes on with the picture's outermost pixels, so that filtering at its edge meets no neighbour and no empty place;
 /// what is left of the square has their colours and is clear.

@@ -68,21 +68,27 @@ unsigned int LimitEdge(unsigned int nEdge, double dWanted) {
   return dWanted < nEdge ? std::max(1U, static_cast<unsigned int>(std::ceil(dWanted))) : nEdge;
 }
 
-/// Brings a picture to the size that its icons need. Empty, or what is lost.
-std::string FitPicture(Users const& users, QXPixels& pixels) {
-  unsigned int const nFileWidth = pixels.m_nWidth;
-  unsigned int const nFileHeight = pixels.m_nHeight;
-  unsigned int nWidth = users.m_bWhole ? nFileWidth : LimitEdge(nFileWidth, users.m_dWidth);
-  unsigned int nHeight = users.m_bWhole ? nFileHeight : LimitEdge(nFileHeight, users.m_dHeight);
-  std::string strLoss;
-  if (unsigned int const nLonger = std::max(nWidth, nHeight); nLonger > MaxIconEdge) {
-    nWidth = LimitEdge(nWidth, static_cast<double>(nWidth) * MaxIconEdge / nLonger);
-    nHeight = LimitEdge(nHeight, static_cast<double>(nHeight) * MaxIconEdge / nLonger);
-    strLoss = "of its " + DescribeSize(nFileWidth, nFileHeight) + " pixels " + DescribeSize(nWidth, nHeight) +
-              " are kept, more do not fit into an atlas; give a smaller image, or a size in pixels";
+/// The size in which a picture is kept.
+struct Fit {
+  unsigned int m_nWidth = 0;
+  unsigned int m_nHeight = 0;
+  /// Empty, or what is lost.
+  std::string m_strLoss;
+};
+
+/// What the icons need of a file.
+Fit FitPicture(Users const& users, QXPixels const& file) {
+  Fit fit;
+  fit.m_nWidth = users.m_bWhole ? file.m_nWidth : LimitEdge(file.m_nWidth, users.m_dWidth);
+  fit.m_nHeight = users.m_bWhole ? file.m_nHeight : LimitEdge(file.m_nHeight, users.m_dHeight);
+  if (unsigned int const nLonger = std::max(fit.m_nWidth, fit.m_nHeight); nLonger > MaxIconEdge) {
+    fit.m_nWidth = LimitEdge(fit.m_nWidth, static_cast<double>(fit.m_nWidth) * MaxIconEdge / nLonger);
+    fit.m_nHeight = LimitEdge(fit.m_nHeight, static_cast<double>(fit.m_nHeight) * MaxIconEdge / nLonger);
+    fit.m_strLoss = "of its " + DescribeSize(file.m_nWidth, file.m_nHeight) + " pixels " +
+                    DescribeSize(fit.m_nWidth, fit.m_nHeight) +
+                    " are kept, more do not fit into an atlas; give a smaller image, or a size in pixels";
   }
-  if (nWidth != nFileWidth || nHeight != nFileHeight) pixels = Shrink(pixels, nWidth, nHeight);
-  return strLoss;
+  return fit;
 }
 
 std::string MakeName(ImageKey const& key, QXPixels const& pixels) {
@@ -117,11 +123,11 @@ private:
   QXPixels m_Pixels;
 };
 
-QXIconPicture MakePicture(QXPixels const& file, ImageKey const& key, Users const& users, QXSceneProblems& problems) {
-  QXIconPicture picture{{}, users.m_nLine, Copy(file), file.m_nWidth, file.m_nHeight};
+QXIconPicture MakePicture(QXPixels const& file, ImageKey const& key, Fit const& fit) {
+  QXIconPicture picture{{}, 0, Copy(file), file.m_nWidth, file.m_nHeight};
   if (key.m_bColorKey) ApplyColorKey(key.m_ColorKey, picture.m_Pixels);
-  std::string const strLoss = FitPicture(users, picture.m_Pixels);
-  if (!strLoss.empty()) problems.Add(users.m_nLine, "image " + key.m_strFile + ": " + strLoss);
+  if (fit.m_nWidth != file.m_nWidth || fit.m_nHeight != file.m_nHeight)
+    picture.m_Pixels = Shrink(picture.m_Pixels, fit.m_nWidth, fit.m_nHeight);
   SpreadColors(picture.m_Pixels);
   picture.m_strName = MakeName(key, picture.m_Pixels);
   return picture;
@@ -129,10 +135,12 @@ QXIconPicture MakePicture(QXPixels const& file, ImageKey const& key, Users const
 
 }  // namespace
 
-void QXIconPictures::Load(std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems) {
+void QXIconPictures::Load(
+    std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems, std::size_t nMaxPixels) {
   m_vecPictures.clear();
   m_vecChoices.assign(vecIcons.size(), -1);
   LastFile file;
+  std::size_t nLeft = nMaxPixels;
   for (auto const& [key, users] : GatherUsers(vecIcons)) {
     bool const bNew = file.Read(key.m_strFile);
     if (!file.GetReason().empty()) {
@@ -140,8 +148,16 @@ void QXIconPictures::Load(std::vector<QXSceneIcon> const& vecIcons, QXSceneProbl
       if (bNew) problems.Add(users.m_nLine, "image " + key.m_strFile + ": " + file.GetReason());
       continue;
     }
+    Fit const fit = FitPicture(users, file.GetPixels());
+    std::size_t const nEdge = GetIconTileEdge(fit.m_nWidth, fit.m_nHeight);
+    std::string const strLoss =
+        nEdge * nEdge > nLeft ? "the atlas has no place for it; use fewer or smaller images" : fit.m_strLoss;
+    if (!strLoss.empty()) problems.Add(users.m_nLine, "image " + key.m_strFile + ": " + strLoss);
+    if (nEdge * nEdge > nLeft) continue;
+    nLeft -= nEdge * nEdge;
     for (std::size_t const nIcon : users.m_vecIcons) m_vecChoices[nIcon] = static_cast<int>(m_vecPictures.size());
-    m_vecPictures.push_back(MakePicture(file.GetPixels(), key, users, problems));
+    m_vecPictures.push_back(MakePicture(file.GetPixels(), key, fit));
+    m_vecPictures.back().m_nLine = users.m_nLine;
   }
 }
 

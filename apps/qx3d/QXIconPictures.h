@@ -4,6 +4,7 @@
 
 #include <apps/qx3d/QXIconImage.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -31,14 +32,20 @@ struct QXIconPicture {
 /// atlas. Icons in world units can come near and need all of it.
 class QXIconPictures {
 public:
-  /// @param problems  gets the images that cannot be read, each once, and those that lose detail
-  void Load(std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems);
+  /// @param problems    gets the images that cannot be read, each once, those that lose detail, and those beyond nMaxPixels
+  /// @param nMaxPixels  of all tiles together. What does not fit into all pages of the atlas is not kept, however many
+  ///                    images a scene has: a hundred thousand of them would fill the memory
+  void Load(std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems,
+      std::size_t nMaxPixels = ms_nAtlasPixels);
 
   /// Of one image for each file and colour key, by the order of their names.
   std::vector<QXIconPicture>& GetPictures() { return m_vecPictures; }
   /// Picture of each icon in the order given to Load, -1 where its image cannot be read or it shows a
   /// symbol.
   std::vector<int> const& GetChoices() const { return m_vecChoices; }
+
+  /// 256 pages of 1024 x 1024.
+  static constexpr std::size_t ms_nAtlasPixels = std::size_t{256} << 20;
 
 private:
   std::vector<QXIconPicture> m_vecPictures;

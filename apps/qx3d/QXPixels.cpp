@@ -10,6 +10,7 @@
 #include <QxGraphics3D/texture/QXTexture.h>
 
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -20,13 +21,21 @@ namespace {
 using QXC::QdcUnicodeString;
 using QXC::QXFileType;
 
+/// All kinds but the one that holds no pixels for a person.
+std::string ListPictureKinds() {
+  std::string strKinds = ListImageKinds();
+  constexpr std::string_view Texture = " .ktx2";
+  if (std::size_t const nAt = strKinds.find(Texture); nAt != std::string::npos) strKinds.erase(nAt, Texture.size());
+  return strKinds;
+}
+
 /// What makes the library's reading pointless. Empty, or the reason.
 std::string CheckFile(std::string const& strPath, int nType) {
   std::error_code error;
   std::filesystem::file_status const status = std::filesystem::status(strPath, error);
   if (!std::filesystem::exists(status)) return "no such file; correct the name";
   if (!std::filesystem::is_regular_file(status)) return "this is no regular file; name a picture";
-  if (QXFileType::IsImageType(nType) == 0) return "unknown kind of picture; readable are" + ListImageKinds();
+  if (QXFileType::IsImageType(nType) == 0) return "unknown kind of picture; readable are" + ListPictureKinds();
   if (nType == QXFileType::EM_IMAGE_KTX2) return "a .ktx2 file is a finished texture; convert it to PNG";
   return std::string();
 }

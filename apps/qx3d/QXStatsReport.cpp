@@ -11,8 +11,8 @@ namespace QXApp {
 namespace {
 
 /// The number drawn alone puzzles whoever knows the file: the ground is no part of it, and each viewport draws again.
-void PrintDrawn(char const* szWhat, unsigned int nDrawn, unsigned int nModel, unsigned int nGround) {
-  std::printf("%-18s %u drawn; the model has %u", szWhat, nDrawn, nModel);
+void PrintDrawn(char const* szWhat, unsigned int nDrawn, char const* szOf, unsigned int nModel, unsigned int nGround) {
+  std::printf("%-18s %u drawn; the %s has %u", szWhat, nDrawn, szOf, nModel);
   if (nGround > 0) std::printf(", the ground %u", nGround);
   std::printf("\n");
 }
@@ -62,7 +62,8 @@ void PrintLabels(unsigned int nLabels, std::size_t nGlyphs, std::vector<QXAtlasP
 
 }  // namespace
 
-void PrintStats(QXRendererSession const& session, int nFrameTime) {
+void PrintStats(QXRendererSession const& session, bool bScene, int nFrameTime) {
+  char const* szOf = bScene ? "scene" : "model";
   QXC::QXRenderTarget const& target = *session.GetTarget();
   QXC::QXRenderTarget::FrameStats const& stats = target.GetStatistics();
   QXFrameFigures const& figures = session.GetFigures();
@@ -76,8 +77,8 @@ void PrintStats(QXRendererSession const& session, int nFrameTime) {
   } else {
     PrintTimes(stats);
   }
-  PrintDrawn("triangles", figures.m_nTriangles, scene.m_nModelTriangles, scene.m_nGroundTriangles);
-  PrintDrawn("vertices", figures.m_nVertices, scene.m_nModelVertices, scene.m_nGroundVertices);
+  PrintDrawn("triangles", figures.m_nTriangles, szOf, scene.m_nModelTriangles, scene.m_nGroundTriangles);
+  PrintDrawn("vertices", figures.m_nVertices, szOf, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("textures           %u\n", session.GetTextureCount());
   PrintIcons(session.GetIconCount(), session.GetIconPages());

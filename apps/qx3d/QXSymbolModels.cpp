@@ -4,6 +4,7 @@
 #include <apps/qx3d/QXSceneModels.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+#include <QxGraphics3D/renderop/QXVertexBlock.h>
 
 #include <algorithm>
 #include <cmath>
@@ -30,13 +31,26 @@ QXMatrix4d MakeObliqueView(double dElevation) {
   return mat;
 }
 
-QXC::QXBoundingBox GetSeenBounds(QXC::QXBoundingBox const& box, QXMatrix4d const& matView) {
+void MergePoint(QXVector3d const& vecPoint, QXMatrix4d const& matView, QXC::QXBoundingBox& seen) {
+  QXVector3d const vec = vecPoint.MultiplyMatrix(matView);
+  seen.Merge(QXC::QXBoundingBox(vec, vec));
+}
+
+/// Of the vertices: the corners of the box, where mostly nothing is, would leave a slanted view half empty, and the
+/// symbol floating above its position.
+QXC::QXBoundingBox GetSeenBounds(QXScene const& scene, QXMatrix4d const& matView) {
   QXC::QXBoundingBox seen;
   seen.SetNULL();
-  for (QXVector3d const& vecCorner : box.GetCorners()) {
-    QXVector3d const vec = vecCorner.MultiplyMatrix(matView);
-    seen.Merge(QXC::QXBoundingBox(vec, vec));
+  for (QXScenePart const& part : scene.m_vecParts) {
+    QXC::QXVertexBlock const& block = *part.m_pOperation->m_pVertexBlock;
+    QXMatrix4d const mat = *part.m_pOperation->GetMatrix() * matView;
+    for (std::size_t i = 0; i < block.m_nVertexCount; ++i) {
+      float const* p = block.m_pBuffer + i * block.m_nStride + block.m_nPositionOffset;
+      MergePoint(QXVector3d(p[0], p[1], p[2]), mat, seen);
+    }
   }
+  if (seen.IsNULL())
+    for (QXVector3d const& vecCorner : scene.m_Bounds.GetCorners()) MergePoint(vecCorner, matView, seen);
   return seen;
 }
 
@@ -69,7 +83,7 @@ std::string Load(QXSymbolModel& symbol, UpAxis eUp, std::vector<std::string>& ve
 
 QXMatrix4d QXSymbolModel::MakeView(double dLeft, double dBottom, double dEdge) const {
   QXMatrix4d mat = MakeObliqueView(m_Symbol.m_dElevation);
-  QXC::QXBoundingBox const seen = GetSeenBounds(m_Scene.m_Bounds, mat);
+  QXC::QXBoundingBox const seen = GetSeenBounds(m_Scene, mat);
   double const dSize = std::max(seen.m_dMax[0] - seen.m_dMin[0], seen.m_dMax[1] - seen.m_dMin[1]);
   double const dScale = dSize > 0.0 ? (dEdge - 2.0) / dSize : 1.0;
   QXMatrix4d matScale;

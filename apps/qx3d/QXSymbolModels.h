@@ -23,6 +23,7 @@ struct QXSymbolModel {
 
   /// From the scene into a square as it is seen in the picture: x to the right, y up, z to the viewer. The model is in
   /// the square's middle, as large as fits with a pixel left on each side.
+  /// Cost: one pass over its vertices.
   /// @param dLeft,dBottom  corner of the square
   /// @param dEdge          its edge in pixels, one unit each
   QXC::QXMatrix4d MakeView(double dLeft, double dBottom, double dEdge) const;

@@ -93,6 +93,7 @@ std::vector<QXAtlasPage> QXSymbolSet::GetPages() const {
     page.m_strName = Narrow(place.m_pPatch->GetTextureName());
     page.m_nSize = PageEdge;
     page.m_strFormat = "PF_A8R8G8B8 (12)";
+    page.m_bPremultiplied = true;
     unsigned int nX = 0;
     unsigned int nY = 0;
     place.m_pPatch->GetPos(nX, nY);

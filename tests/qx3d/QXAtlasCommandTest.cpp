@@ -115,6 +115,8 @@ TEST_F(QXAtlasCommandTest, PlacesThatCannotBeWrittenToAreToldFirst) {
   ExpectFailure({"--out " + m_Options.m_strOut, "give another name"});
   m_Options.m_strOut = "/proc/nowhere";
   ExpectFailure({"--out /proc/nowhere"});
+  m_Options.m_strOut = m_Folder.Path(std::string(300, 'a'));
+  ExpectFailure({"--out " + m_Options.m_strOut, "give another name"});
 }
 
 TEST_F(QXAtlasCommandTest, SceneWithoutIconsHasNoAtlas) {

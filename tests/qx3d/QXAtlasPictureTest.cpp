@@ -64,6 +64,15 @@ TEST(QXAtlasPicture, ClearPixelsShowABoardOfTwoGreys) {
   EXPECT_EQ(At(half, 0, 0), (Rgb{230, 102, 102}));
 }
 
+TEST(QXAtlasPicture, ColoursThatHaveTheirAlphaInThemAreNotMultipliedAgain) {
+  QXAtlasPage page = MakePage(1024, {0, 0, 128, 128});
+  page.m_bPremultiplied = true;
+  EXPECT_EQ(At(PaintAtlasPage(page), 0, 0), (Rgb{230, 102, 102}));
+  page = MakePage(1024, {255, 255, 255, 0});
+  page.m_bPremultiplied = true;
+  EXPECT_EQ(At(PaintAtlasPage(page), 0, 0), White) << "light that is added has an end";
+}
+
 TEST(QXAtlasPicture, TilesAreOutlinedInsideTheirPlace) {
   QXAtlasPage page = MakePage(1024, {0, 0, 0, 255});
   page.m_vecTiles = {{64, 128, 64, "a"}, {128, 128, 32, "b"}};

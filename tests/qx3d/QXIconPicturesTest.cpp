@@ -149,5 +149,21 @@ TEST_F(QXIconPicturesTest, ManyIconsOfOneImageReadItOnce) {
   EXPECT_EQ(m_Pictures.GetChoices().back(), 0);
 }
 
+TEST_F(QXIconPicturesTest, WhatDoesNotFitIntoAllPagesIsToldAndNotKept) {
+  // Squares of 16, 64 and 16 pixels.
+  Add(Write("a.tga", 14, 14));
+  Add(Write("b.tga", 40, 40));
+  Add(Write("c.tga", 10, 10));
+  m_Pictures.Load(m_vecIcons, m_Problems, 2 * 16 * 16 + 10);
+  EXPECT_EQ(m_Pictures.GetChoices(), (std::vector<int>{0, -1, 1}));
+  ASSERT_EQ(m_Problems.GetLines().size(), 1u);
+  EXPECT_EQ(m_Problems.GetLines()[0], "city.qxscene:20: image " + m_vecIcons[1].m_strImage +
+                                          ": the atlas has no place for it; use fewer or smaller images");
+  QXSceneProblems none("city.qxscene");
+  m_Pictures.Load(m_vecIcons, none, 2 * 16 * 16 + 64 * 64);
+  EXPECT_TRUE(none.IsEmpty());
+  EXPECT_EQ(m_Pictures.GetPictures().size(), 3u);
+}
+
 }  // namespace
 }  // namespace QXApp

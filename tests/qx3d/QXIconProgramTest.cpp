@@ -175,6 +175,25 @@ TEST(QXIconProgramWithDevice, SymbolIsItsModelAndClearAroundIt) {
   EXPECT_GT(rgb[0], 2 * rgb[1]) << "the block is red";
 }
 
+TEST(QXIconProgramWithDevice, SymbolsAreLitFromTheUpperLeft) {
+  Folder const folder;
+  // A roof of four sides, seen from above.
+  folder.Write("roof.obj", "v -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\nv 0 0 1\nf 1 2 5\nf 2 3 5\nf 3 4 5\nf 4 1 5\n");
+  std::string const strScene = WriteScene(folder,
+      "[symbol]\nname = roof\nfile = roof.obj\npixels = 32\nelevation = 90\nup = z\n"
+      "[icon]\nsymbol = roof\nposition = 0, 0, 0\n");
+  ProgramRun const run = RunProgram(folder, View(folder, strScene, "ogre"), WithDisplay);
+  ASSERT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  QXPicture const picture = ReadPicture(folder.Path("out.png"));
+  // It stands on the middle of the picture, 32 high; each side's own middle is 8 pixels off.
+  int const nWest = At(picture, 24, 16)[1];
+  int const nNorth = At(picture, 32, 8)[1];
+  int const nEast = At(picture, 40, 16)[1];
+  int const nSouth = At(picture, 32, 24)[1];
+  EXPECT_GT(nWest, nEast + 20);
+  EXPECT_GT(nNorth, nSouth + 10);
+}
+
 TEST(QXIconProgramWithDevice, AtlasOfTheDeviceIsThatOfTheNullRenderer) {
   Folder const folder;
   std::string strIcons;

@@ -50,5 +50,14 @@ TEST(QXPixels, BadPicturesAreToldWithAnAdvice) {
   expect(folder.Write("broken.gif", "GIF89a"), ";");
 }
 
+TEST(QXPixels, KindsThatAreToldAsReadableAre) {
+  Folder const folder;
+  QXPixels pixels;
+  std::string const strReason = ReadPixels(folder.Write("text.txt", "x"), pixels);
+  EXPECT_NE(strReason.find(" .png"), std::string::npos) << strReason;
+  EXPECT_NE(strReason.find(" .gif"), std::string::npos) << strReason;
+  EXPECT_EQ(strReason.find(".ktx2"), std::string::npos) << strReason;
+}
+
 }  // namespace
 }  // namespace QXApp

@@ -68,7 +68,7 @@ std::string const ThreeBlocks = "[scene]\nground = no\n[model]\nfile = block.obj
 TEST(QXSceneProgram, PlacedModelsAreDrawnTogether) {
   BlockFolder const folder;
   ProgramRun const run = Show(folder, ThreeBlocks, "--stats");
-  EXPECT_THAT(run.m_strOut, HasSubstr("triangles          36 drawn; the model has 36\n"));
+  EXPECT_THAT(run.m_strOut, HasSubstr("triangles          36 drawn; the scene has 36\n"));
   EXPECT_THAT(run.m_strOut, HasSubstr("draw operations    1\n"));
 }
 
@@ -95,10 +95,10 @@ TEST(QXSceneProgram, BackgroundIsBehindEverything) {
 TEST(QXSceneProgram, GroundIsLeftOutByTheSceneOrTheCommandLine) {
   BlockFolder const folder;
   std::string const strScene = "[model]\nfile = block.obj\n";
-  EXPECT_THAT(Show(folder, strScene, "--stats").m_strOut, HasSubstr("the model has 12, the ground 48\n"));
+  EXPECT_THAT(Show(folder, strScene, "--stats").m_strOut, HasSubstr("the scene has 12, the ground 48\n"));
   EXPECT_THAT(Show(folder, "[scene]\nground = yes\n" + strScene, "--stats --no-ground").m_strOut,
-      HasSubstr("the model has 12\n"));
-  EXPECT_THAT(Show(folder, "[scene]\nground = no\n" + strScene, "--stats").m_strOut, HasSubstr("the model has 12\n"));
+      HasSubstr("the scene has 12\n"));
+  EXPECT_THAT(Show(folder, "[scene]\nground = no\n" + strScene, "--stats").m_strOut, HasSubstr("the scene has 12\n"));
 }
 
 TEST(QXSceneProgram, CommandLineGoesBeforeTheCamera) {
@@ -194,11 +194,11 @@ TEST(QXSceneProgram, IconsAloneAreAScene) {
   Folder const folder;
   folder.Write("i.tga", MakeTga(4, 4, {0, 0, 255, 255}));
   ProgramRun const run = Show(folder, "[icon]\nimage = i.tga\nposition = 604099, 5792153, 70\n", "--stats");
-  EXPECT_THAT(run.m_strOut, HasSubstr("the model has 0\n")) << "no ground under a single point";
+  EXPECT_THAT(run.m_strOut, HasSubstr("the scene has 0\n")) << "no ground under a single point";
   EXPECT_THAT(
       Show(folder, "[icon]\nimage = i.tga\nposition = 0, 0, 0\n[icon]\nimage = i.tga\nposition = 9, 0, 0\n", "--stats")
           .m_strOut,
-      HasSubstr("the model has 0, the ground 48\n"));
+      HasSubstr("the scene has 0, the ground 48\n"));
 }
 
 #if defined(QX_WITH_OGRE)
