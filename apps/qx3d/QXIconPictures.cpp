@@ -135,8 +135,7 @@ QXIconPicture MakePicture(QXPixels const& file, ImageKey const& key, Fit const& 
 
 }  // namespace
 
-void QXIconPictures::Load(
-    std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems, std::size_t nMaxPixels) {
+void QXIconPictures::Load(std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems, std::size_t nMaxPixels) {
   m_vecPictures.clear();
   m_vecChoices.assign(vecIcons.size(), -1);
   LastFile file;

@@ -35,8 +35,8 @@ public:
   /// @param problems    gets the images that cannot be read, each once, those that lose detail, and those beyond nMaxPixels
   /// @param nMaxPixels  of all tiles together. What does not fit into all pages of the atlas is not kept, however many
   ///                    images a scene has: a hundred thousand of them would fill the memory
-  void Load(std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems,
-      std::size_t nMaxPixels = ms_nAtlasPixels);
+  void Load(
+      std::vector<QXSceneIcon> const& vecIcons, QXSceneProblems& problems, std::size_t nMaxPixels = ms_nAtlasPixels);
 
   /// Of one image for each file and colour key, by the order of their names.
   std::vector<QXIconPicture>& GetPictures() { return m_vecPictures; }

@@ -279,7 +279,8 @@ private:
 
   void Report() {
     m_Progress.Clear();
-    if (m_Options.m_bStats) PrintStats(m_Session, IsSceneName(m_Options.m_strModel), m_Clock ? m_Options.m_nFrameTime : 0);
+    if (m_Options.m_bStats)
+      PrintStats(m_Session, IsSceneName(m_Options.m_strModel), m_Clock ? m_Options.m_nFrameTime : 0);
   }
 
   QXViewOptions const& m_Options;

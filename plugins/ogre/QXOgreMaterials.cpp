@@ -38,9 +38,8 @@ constexpr char STACK_DECLARATION[] = "uniform sampler2DArray texture#;\n";
 constexpr char IMAGE_LINE[] = "  vec4 texel# = texture(texture#, place#.xy);\n";
 constexpr char STACK_LINE[] = "  vec4 texel# = texture(texture#, place#);\n";
 /// The division comes after filtering: only then does what is clear bring no colour in.
-constexpr char FRAGMENT_LINE[] =
-    "  texel#.rgb /= mix(1.0, max(texel#.a, 1e-5), alphaRule#.y);\n"
-    "  colour *= vec4(texel#.rgb, max(texel#.a, alphaRule#.x));\n";
+constexpr char FRAGMENT_LINE[] = "  texel#.rgb /= mix(1.0, max(texel#.a, 1e-5), alphaRule#.y);\n"
+                                 "  colour *= vec4(texel#.rgb, max(texel#.a, alphaRule#.x));\n";
 
 void Append(std::string& strTarget, char const* szLines, std::size_t nTexture, unsigned int nSet = 0) {
   for (char const* p = szLines; *p != '\0'; ++p) {

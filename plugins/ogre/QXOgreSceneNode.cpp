@@ -9,7 +9,8 @@
 namespace QXC {
 
 QXOgreSceneNode::QXOgreSceneNode(QdcUnicodeString const& strName, QXOgreSceneNode* pParent)
-    : m_strName(strName), m_pParent(pParent), m_nIndex(0), m_vecScale(1.0, 1.0, 1.0), m_dNear(0.0), m_dFar(0.0), m_bVisible(1) {
+    : m_strName(strName), m_pParent(pParent), m_nIndex(0), m_vecScale(1.0, 1.0, 1.0), m_dNear(0.0), m_dFar(0.0),
+      m_bVisible(1) {
   ComputeMatrix();
 }
 

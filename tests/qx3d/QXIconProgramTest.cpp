@@ -179,9 +179,9 @@ TEST(QXIconProgramWithDevice, SymbolsAreLitFromTheUpperLeft) {
   Folder const folder;
   // A roof of four sides, seen from above.
   folder.Write("roof.obj", "v -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\nv 0 0 1\nf 1 2 5\nf 2 3 5\nf 3 4 5\nf 4 1 5\n");
-  std::string const strScene = WriteScene(folder,
-      "[symbol]\nname = roof\nfile = roof.obj\npixels = 32\nelevation = 90\nup = z\n"
-      "[icon]\nsymbol = roof\nposition = 0, 0, 0\n");
+  std::string const strScene =
+      WriteScene(folder, "[symbol]\nname = roof\nfile = roof.obj\npixels = 32\nelevation = 90\nup = z\n"
+                         "[icon]\nsymbol = roof\nposition = 0, 0, 0\n");
   ProgramRun const run = RunProgram(folder, View(folder, strScene, "ogre"), WithDisplay);
   ASSERT_EQ(run.m_nExitStatus, 0) << run.m_strError;
   QXPicture const picture = ReadPicture(folder.Path("out.png"));

@@ -77,14 +77,14 @@ TEST(QXSymbolModel, VerticesReachToTheEdgesOfTheSquare) {
   scene.m_vecSymbols[0].m_strName = "tent";
   scene.m_vecSymbols[0].m_dElevation = 30.0;
   scene.m_vecSymbols[0].m_dHeading = 30.0;
-  scene.m_vecSymbols[0].m_strFile = folder.Write("tent.obj",
-      "v -1 0 -1\nv 1 0 -1\nv 1 0 1\nv -1 0 1\nv 0 3 0\nf 1 2 5\nf 2 3 5\nf 3 4 5\nf 4 1 5\nf 4 3 2 1\n");
+  scene.m_vecSymbols[0].m_strFile = folder.Write(
+      "tent.obj", "v -1 0 -1\nv 1 0 -1\nv 1 0 1\nv -1 0 1\nv 0 3 0\nf 1 2 5\nf 2 3 5\nf 3 4 5\nf 4 1 5\nf 4 3 2 1\n");
   scene.m_vecIcons.resize(1);
   scene.m_vecIcons[0].m_strSymbol = "tent";
   QXSceneProblems problems("a.qxscene");
   std::vector<std::string> vecPictureProblems;
-  std::vector<QXSymbolModel> const vecSymbols =
-      LoadSymbols(scene, UpAxis::Y, [](std::string const&) {}, problems, vecPictureProblems);
+  std::vector<QXSymbolModel> const vecSymbols = LoadSymbols(
+      scene, UpAxis::Y, [](std::string const&) {}, problems, vecPictureProblems);
   ASSERT_EQ(vecSymbols.size(), 1u);
   QXC::QXMatrix4d const mat = vecSymbols[0].MakeView(100.0, 200.0, 66.0);
   double const dTurn = std::numbers::pi / 6.0;
@@ -93,8 +93,8 @@ TEST(QXSymbolModel, VerticesReachToTheEdgesOfTheSquare) {
   for (QXVector3d const& vec : {QXVector3d(-1.0, -1.0, 0.0), QXVector3d(1.0, -1.0, 0.0), QXVector3d(1.0, 1.0, 0.0),
            QXVector3d(-1.0, 1.0, 0.0), QXVector3d(0.0, 0.0, 3.0)}) {
     // Clockwise seen from above.
-    QXVector3d const vecTurned(vec.x * std::cos(dTurn) + vec.y * std::sin(dTurn),
-        vec.y * std::cos(dTurn) - vec.x * std::sin(dTurn), vec.z);
+    QXVector3d const vecTurned(
+        vec.x * std::cos(dTurn) + vec.y * std::sin(dTurn), vec.y * std::cos(dTurn) - vec.x * std::sin(dTurn), vec.z);
     double const dY = vecTurned.MultiplyMatrix(mat).y;
     dLow = std::min(dLow, dY);
     dHigh = std::max(dHigh, dY);
