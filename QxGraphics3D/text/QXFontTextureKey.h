@@ -14,6 +14,11 @@ public:
   /// From the lowest bit on: 10 bits x and 10 bits y of the tile's centre, 4 bits level, 8 bits texture.
   std::uint32_t m_nKey = 0;
 
+  QXFontTextureKey() = default;
+  explicit QXFontTextureKey(std::uint32_t nKey) : m_nKey(nKey) {}
+  /// m_nKey.
+  operator std::uint32_t() const { return m_nKey; }
+
   int GetCentreX() const { return static_cast<int>(m_nKey & 1023U); }
   int GetCentreY() const { return static_cast<int>(m_nKey >> 10 & 1023U); }
   /// 0 for the whole texture; each further level has half the edge.

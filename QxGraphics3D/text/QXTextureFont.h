@@ -18,6 +18,13 @@ public:
     float m_fTop = 0;     ///< v behind the last row, the greater of the two: that of the picture's lower edge
     float m_fRight = 0;   ///< u behind the last column
     float m_fBottom = 0;  ///< v of the first row, that of the picture's upper edge
+
+    /// The four by number, in the order above.
+    /// @param nIndex  0 to 3
+    float& operator[](int nIndex) {
+      return nIndex < 2 ? (nIndex == 0 ? m_fLeft : m_fTop) : nIndex == 2 ? m_fRight : m_fBottom;
+    }
+    float operator[](int nIndex) const { return const_cast<TexCoords&>(*this)[nIndex]; }
   };
 
   QXFontTextureKey m_Key;

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstring>
 #include <set>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -42,6 +43,8 @@ TEST(QXFontKey, CharacterAndHaloAreReadFromTheirBits) {
   EXPECT_EQ(QXFontKey(0xFFFFBFFF, L"").IsHalo(), 0);
   EXPECT_EQ(QXFontKey::HALO, 16384u);
   EXPECT_EQ(QXFontKey().m_nCode, 0u);
+  // The last character of the plane is no negative one.
+  EXPECT_EQ(QXFontKey(0xFFFF0000, L"").GetCharacter(), 65535);
 }
 
 TEST(QXFontTextureKey, FieldsLieInTheirBits) {
@@ -59,6 +62,16 @@ TEST(QXFontTextureKey, FieldsLieInTheirBits) {
   EXPECT_EQ(whole.GetLeft(), 0);
 }
 
+TEST(QXFontTextureKey, IsANumberTooButNoNumberIsAKey) {
+  QXFontTextureKey const key(Location(712, 40, 7, 201));
+  std::uint32_t const nKey = key;
+  EXPECT_EQ(nKey, Location(712, 40, 7, 201));
+  EXPECT_EQ(key >> 24, 201u);
+  EXPECT_TRUE(key == QXFontTextureKey(nKey));
+  EXPECT_FALSE(key == QXFontTextureKey());
+  static_assert(!std::is_convertible_v<std::uint32_t, QXFontTextureKey>);
+}
+
 TEST(QXTextureFont, NewRecordHasNoUsers) {
   QXTextureFont const font;
   EXPECT_EQ(font.m_Key.m_nKey, 0u);
@@ -66,6 +79,21 @@ TEST(QXTextureFont, NewRecordHasNoUsers) {
   EXPECT_EQ(font.m_TexCoords.m_fTop, 0.0F);
   static_assert(std::is_same_v<decltype(font.m_TexCoords.m_fLeft), float>);
   static_assert(sizeof(QXTextureFont) == 24);
+}
+
+TEST(QXTextureFont, CoordinatesAreFourInTheOrderLeftTopRightBottom) {
+  QXTextureFont font;
+  font.m_TexCoords = {1, 2, 3, 4};
+  QXTextureFont const& same = font;
+  EXPECT_EQ(same.m_TexCoords.m_fLeft, 1.0F);
+  EXPECT_EQ(same.m_TexCoords.m_fTop, 2.0F);
+  EXPECT_EQ(same.m_TexCoords.m_fRight, 3.0F);
+  EXPECT_EQ(same.m_TexCoords.m_fBottom, 4.0F);
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(same.m_TexCoords[i], static_cast<float>(i + 1));
+    font.m_TexCoords[i] = 7;
+    EXPECT_EQ(same.m_TexCoords[i], 7.0F);
+  }
 }
 
 // --- Both managers ---
@@ -220,6 +248,18 @@ TYPED_TEST(QXFontAtlasTest, KeysOfOneCharacterAreGlyphsOfTheirOwn) {
   EXPECT_EQ((std::set<QXTextureFont const*>{pFirst, pOtherBits, pOtherName}).size(), 3u);
   EXPECT_EQ(this->m_Manager.GetTextureFont(Blank(1, L"other"), QXTextStyle()), pOtherName);
   EXPECT_EQ(this->m_Manager.GetTextureFont(Blank(1), QXTextStyle()), pFirst);
+}
+
+TYPED_TEST(QXFontAtlasTest, LongNamesAreReadToTheirEnd) {
+  std::wstring const strFirst(10000, L'x');
+  std::wstring const strSecond = strFirst.substr(1) + L'y';
+  QXTextureFont const* const pFirst = this->Get(Blank(1, strFirst.c_str()), 10, 10);
+  QXTextureFont const* const pSecond = this->Get(Blank(1, strSecond.c_str()), 10, 10);
+  EXPECT_NE(pFirst, pSecond);
+  EXPECT_EQ(this->m_Manager.GetTextureFont(Blank(1, strFirst.c_str()), QXTextStyle()), pFirst);
+  this->m_Manager.DelTextureFont(Blank(1, strSecond.c_str()));
+  EXPECT_EQ(pFirst->m_nRefCount, 2);
+  EXPECT_EQ(this->Place(2, 10), Location(24, 8, 6, 0));
 }
 
 TYPED_TEST(QXFontAtlasTest, LastGlyphOfAPageTakesThePageAlong) {
