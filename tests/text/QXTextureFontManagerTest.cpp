@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace QXC {
@@ -193,6 +194,36 @@ TEST_F(QXTextureFontManagerTest, GlyphThatWasReleasedBeforeTheUploadIsNeverSent)
   m_Manager.GetTextureFont(Blank(1), QXTextStyle());
   EXPECT_THAT(Upload(), ElementsAre("Font_BigTexture_0: GetTexture(1)",
                             "Font_BigTexture_0: LoadSubTexture(0, 0, 10, 10, 10, 10, pixels of 61, 0)"));
+}
+
+/// Runs out of memory at a look-up.
+class QXExhaustedTextureManager : public QXToldTextureManager {
+public:
+  QXTexture* GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) override {
+    if (m_nLookUpsLeft-- == 0) throw std::bad_alloc();
+    return QXToldTextureManager::GetTexture(strName, bCreate);
+  }
+
+  int m_nLookUpsLeft = -1;  ///< negative: any number
+};
+
+TEST_F(QXTextureFontManagerTest, GlyphsKeepWaitingWhenMemoryRunsOutHalfway) {
+  QXExhaustedTextureManager textures;
+  QXTextureFontManager manager;
+  manager.SetTextureManager(&textures);
+  // Placed in another order than they are sent in.
+  GetShaped(manager, Blank(3), 10, 10, 73);
+  GetShaped(manager, Blank(1), 10, 10, 71);
+  GetShaped(manager, Blank(2), 10, 10, 72);
+  textures.m_nLookUpsLeft = 1;
+  EXPECT_THROW(manager.AddCharBitmapToTexture(), std::bad_alloc);
+  textures.m_nLookUpsLeft = -1;
+  // One that was sent already and one that was not.
+  manager.DelTextureFont(Blank(1));
+  manager.DelTextureFont(Blank(3));
+  EXPECT_THAT(Told([&] { manager.AddCharBitmapToTexture(); }),
+      ElementsAre("Font_BigTexture_0: GetTexture(1)",
+          "Font_BigTexture_0: LoadSubTexture(0, 16, 10, 10, 10, 10, pixels of 72, 0)"));
 }
 
 TEST_F(QXTextureFontManagerTest, GlyphsThatWaitAreForgottenByClear) {

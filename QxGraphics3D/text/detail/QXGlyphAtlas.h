@@ -67,10 +67,10 @@ public:
   void UploadPending(Upload upload) {
     std::sort(m_arrPending.begin(), m_arrPending.end(),
         [](Glyph const* pFirst, Glyph const* pSecond) { return *pFirst < *pSecond; });
-    for (Glyph* const pGlyph : m_arrPending) {
-      upload(std::as_const(pGlyph->m_Font), std::as_const(*pGlyph->m_pBitmap));
-      pGlyph->m_nPending = kNotPending;
-    }
+    for (std::size_t i = 0; i < m_arrPending.size(); ++i) m_arrPending[i]->m_nPending = i;
+    // An exception out of it, such as that of exhausted memory, leaves them all waiting, each at its place.
+    for (Glyph const* const pGlyph : m_arrPending) upload(pGlyph->m_Font, std::as_const(*pGlyph->m_pBitmap));
+    for (Glyph* const pGlyph : m_arrPending) pGlyph->m_nPending = kNotPending;
     m_arrPending.clear();
   }
   /// Deletes all pictures if they passed the limit. No glyph waits for its upload: one that did would have lost its
