@@ -159,7 +159,8 @@ TEST_F(QXGlyphExact, FacesThatAHostTurnsAreDrawnTurned) {
   Sample& sample = m_arrSamples[0];
   ASSERT_NO_FATAL_FAILURE(Compare(sample, 'F', 24, false, false));
   FT_Matrix slant{0x10000, 0x5000, 0, 0x10000};
-  for (FT_Matrix* const matrix : {&slant, static_cast<FT_Matrix*>(nullptr)}) {
+  FT_Matrix mirrored{-0x9999, 0, 0, 0x10000};  // its advance is negative and no whole pixels: rounded down
+  for (FT_Matrix* const matrix : {&slant, &mirrored, static_cast<FT_Matrix*>(nullptr)}) {
     FT_Set_Transform(sample.m_pFace, matrix, nullptr);
     FT_Set_Transform(sample.m_pPlain->m_pFace, matrix, nullptr);
     ASSERT_NO_FATAL_FAILURE(Compare(sample, 'F', 24, false, false));

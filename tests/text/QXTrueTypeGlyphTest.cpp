@@ -5,6 +5,7 @@
 #include <iostream>
 #include <limits>
 #include <random>
+#include <set>
 #include <vector>
 
 namespace QXC {
@@ -233,16 +234,22 @@ TEST_F(QXTrueTypeGlyph, PicturesOfMoreThan16384PixelsAreNull) {
 
 TEST_F(QXTrueTypeGlyph, EdgeOfTheLargestPictureIsInside) {
   // Boxes 700 units high of 1000 an em: 0.7 * 4 / 3 pixels a point, and a margin.
-  OpenAs(L"f", WriteWith("a.ttf", u"F", {'A'}).ToMBString().Cstr());
-  int largest = 0;
-  for (int size = 17550; size < 17553; ++size) {
+  FT_Face const face = OpenAs(L"f", WriteWith("a.ttf", u"F", {'A'}).ToMBString().Cstr());
+  std::set<FT_Pos> heights;
+  for (int size = 17549; size < 17556; ++size) {
     SetStyle(L"f", size);
     auto const picture = Draw('A', true);
-    if (!picture) break;
-    largest = picture->m_nHeight;
+    ASSERT_EQ(FT_Load_Char(face, 'A', FT_LOAD_NO_BITMAP), 0);
+    FT_BBox box;
+    FT_Outline_Get_CBox(&face->glyph->outline, &box);
+    FT_Pos const height = ((box.yMax + 64 + 63) >> 6) - ((box.yMin - 64) >> 6);
+    heights.insert(height);
+    ASSERT_EQ(picture != nullptr, height <= 16384) << height;
+    if (picture) {
+      EXPECT_EQ(picture->m_nHeight, height);
+    }
   }
-  EXPECT_LE(largest, 16384);
-  EXPECT_GE(largest, 16382);
+  EXPECT_TRUE(heights.count(16384) == 1 && heights.count(16385) == 1);
 }
 
 TEST_F(QXTrueTypeGlyph, HugeSizesOfEveryFontNeverCrash) {
@@ -287,6 +294,18 @@ TEST_F(QXTrueTypeGlyph, CharacterThatTheDefaultFontLacksComesFromTheFirstOfTheCa
   EXPECT_EQ(DrawnGlyph('C'), 2);
   EXPECT_FALSE(Fonts().m_dictFaces.IsEOF(Fonts().m_dictFaces.Find(L"Bbb")));
   EXPECT_TRUE(Fonts().m_dictFaces.IsEOF(Fonts().m_dictFaces.Find(L"Ccc"))) << "no more files are opened than needed";
+}
+
+TEST_F(QXTrueTypeGlyph, FontsOfTheCatalogueAreAskedInTheSameStyle) {
+  WriteWith("style.fon", u"Style", {'A'});
+  WriteWith("b.ttf", u"Bbb", {'C'});
+  OpenAs(L"Style", m_Folder.GetFile("style.fon").ToMBString().Cstr());
+  OpenAs(L"Bbb", WriteWith("regular.fon", u"Bbb", {'C'}).ToMBString().Cstr(), 0, 0);
+  OpenAs(L"Bbb", WriteWith("italic.fon", u"Bbb", {'1', 'C'}).ToMBString().Cstr(), 0, 2);
+  SetStyle(L"Style", 75, false, true);
+  EXPECT_EQ(DrawnGlyph('C'), 2);
+  SetStyle(L"Style", 75, false, false);
+  EXPECT_EQ(DrawnGlyph('C'), 1);
 }
 
 // The face that has the character is the one that is sized and drawn.

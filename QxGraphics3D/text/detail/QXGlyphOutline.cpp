@@ -36,7 +36,7 @@ FT_Outline* QXOutlineBlock::Copy(FT_Outline const& outline) {
   std::copy_n(outline.contours, contours, m_arrContours.begin());
   m_Outline.n_points = outline.n_points;
   m_Outline.n_contours = outline.n_contours;
-  m_Outline.flags = outline.flags & ~FT_OUTLINE_OWNER;
+  m_Outline.flags = 0;
   return &m_Outline;
 }
 
