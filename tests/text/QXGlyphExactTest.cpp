@@ -165,6 +165,7 @@ TEST_F(QXGlyphExact, FacesThatAHostTurnsAreDrawnTurned) {
     FT_Set_Transform(sample.m_pPlain->m_pFace, matrix, nullptr);
     ASSERT_NO_FATAL_FAILURE(Compare(sample, 'F', 24, false, false));
     ASSERT_NO_FATAL_FAILURE(Compare(sample, 'F', 24, false, true));
+    ASSERT_NO_FATAL_FAILURE(Compare(sample, 'G', 24, false, true));  // upright only after it was turned
   }
   FT_Vector moved{40, 20};
   FT_Set_Transform(sample.m_pFace, nullptr, &moved);
