@@ -176,6 +176,15 @@ TEST_F(QXTextureFontManagerTest, WithoutTextureManagerNewGlyphsKeepWaiting) {
   EXPECT_THAT(Upload(), testing::Contains("Font_BigTexture_0: LoadSubTexture(0, 0, 10, 10, 10, 10, pixels of 51, 0)"));
 }
 
+TEST_F(QXTextureFontManagerTest, WithoutTextureManagerPicturesStayHoweverManyTheyAre) {
+  OpenBoxes();
+  for (int i = 0; i < 1700; ++i) ASSERT_NE(m_Manager.GetTextureFont(Box(99, i), Style(L"boxes", 15)), nullptr);
+  m_Manager.SetTextureManager(nullptr);
+  m_Manager.AddCharBitmapToTexture();
+  // Those that wait still need them.
+  EXPECT_EQ(m_Manager.GetCharBitmapData(Box(99, 0), Style(L"boxes", 30))->m_nWidth, 200);
+}
+
 TEST_F(QXTextureFontManagerTest, GlyphOfAMissingTextureLeavesTheQueueUnsent) {
   Get(1, 10, 10);
   m_Textures.m_bEmpty = 1;
@@ -330,6 +339,11 @@ TEST_F(QXFullFontAtlas, BlanksStillOpenTheirPagesWhichTakeNothing) {
   EXPECT_EQ(m_Textures.GetCount(), 257u);
   EXPECT_EQ(Get(1001, 10, 10), nullptr);
   EXPECT_EQ(m_Textures.GetCount(), 257u);
+  // So do glyphs that fit nowhere, too small or too large.
+  EXPECT_EQ(Get(1002, 1, 1), nullptr);
+  EXPECT_EQ(m_Textures.GetCount(), 258u);
+  EXPECT_EQ(Get(1003, 1024, 3), nullptr);
+  EXPECT_EQ(m_Textures.GetCount(), 259u);
   m_Manager.DelTextureFont(Blank(0));
   EXPECT_FALSE(HasPage(0));
   EXPECT_TRUE(HasPage(1));
