@@ -1,11 +1,9 @@
-#include "QXToldTextures.h"
+#include "QXImageAtlasFixture.h"
 
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <ctime>
 #include <memory>
 #include <string>
 
@@ -15,13 +13,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class QXTextureImageManagerExTest : public testing::Test {
+class QXTextureImageManagerExTest : public QXImageAtlasFixture<QXTextureImageManagerEx, QXTextureImageEx> {
 protected:
-  QXTextureImageManagerExTest() {
-    m_Manager.SetTextureManager(&m_Textures);
-    GetTold().clear();
-  }
-
   QXTextureImageEx* Make(wchar_t const* szName, unsigned int nWidth, unsigned int nHeight, int nFormat = 12,
       unsigned char nValue = 1, unsigned int nCompression = 0) {
     QXTextureImageEx* const pImage = m_Manager.GetTextureImage(szName);
@@ -40,43 +33,17 @@ protected:
     EXPECT_EQ(pImage->m_bLoaded, 1);
     return pImage;
   }
-  static QdcArray<QXTextureImageEx*> List(std::initializer_list<QXTextureImageEx*> images) {
-    QdcArray<QXTextureImageEx*> arrImages;
-    for (QXTextureImageEx* const pImage : images) arrImages.Add(pImage);
-    return arrImages;
-  }
   static std::string NameOf(QXTextureImageEx const* pImage) { return Narrow(pImage->m_pTexture->m_strTexFilePath); }
-
-  QXToldTextureManager m_Textures;
-  QXTextureImageManagerEx m_Manager;
-  QXAsSingleton<QXTextureImageManagerEx> m_Singleton{m_Manager};
 };
 
 // --- The record ---
 
 TEST_F(QXTextureImageManagerExTest, NewRecordHasItsDefaults) {
-  auto const nBefore = static_cast<unsigned int>(std::clock());
-  QXTextureImageEx const& image = *m_Manager.GetTextureImage(L"a");
-  auto const nAfter = static_cast<unsigned int>(std::clock());
-  EXPECT_EQ(image.m_nRefCount, 1);
-  EXPECT_EQ(image.m_FirstRect, QdcRect2D());
-  EXPECT_EQ(image.m_SecondRect, QdcRect2D());
-  EXPECT_EQ(image.m_bFlag, 0);
-  EXPECT_EQ(image.m_pTextureData, nullptr);
-  EXPECT_EQ(image.m_nOwnerID, 0);
-  EXPECT_EQ(image.m_nUserValue, 0);
+  ExpectNewRecord();
+  QXTextureImageEx const& image = *m_Manager.GetTextureImage(L"b");
   EXPECT_EQ(image.m_nHeight, 0u);
   EXPECT_EQ(image.m_nWidth, 0u);
-  EXPECT_EQ(image.m_bLoaded, 0);
   EXPECT_EQ(image.m_bReady.load(), 0);
-  EXPECT_TRUE(image.m_strName == L"a");
-  EXPECT_EQ(image.m_nUserTag, 0u);
-  EXPECT_EQ(image.m_pManager, &m_Manager);
-  EXPECT_GE(image.m_nCreateTime, nBefore);
-  EXPECT_LE(image.m_nCreateTime, nAfter);
-  EXPECT_EQ(image.m_bUserFlagA, 0);
-  EXPECT_EQ(image.m_bUserFlagB, 0);
-  EXPECT_EQ(image.m_arrUserData.GetSize(), 0u);
   EXPECT_EQ(image.m_nFormat, 0u);
   EXPECT_EQ(image.m_nCompression, 0u);
   EXPECT_EQ(image.m_pTexture, nullptr);
