@@ -212,7 +212,7 @@ public:
   /// Depth comparison: 0 never, 1 always, 2 less, 3 less or equal (default), 4 equal, 5 not equal,
   /// 6 greater or equal, 7 greater.
   virtual void SetDepthFunction(int nFunction) = 0;
-  /// Offset that keeps coplanar faces apart: dConstant in depth steps, dSlope times the face's depth slope.
+  /// Keeps coplanar faces apart: dConstant in depth steps, dSlope times the face's depth slope; above 0 is farther.
   virtual void SetDepthBias(double dConstant, double dSlope) = 0;
 
   /// 1 keeps every draw from changing the colour buffer until 0 unlocks it. Base: nothing.

@@ -133,7 +133,7 @@ public:
   virtual void SetDepthTest(unsigned char bTest) = 0;
   /// 0: hides nothing that is drawn later.
   virtual void SetDepthWrite(unsigned char bWrite) = 0;
-  /// Offset on the depth, as the device's polygon offset: a constant part and one that grows with the slope.
+  /// The device's polygon offset: dConstant in depth steps, dSlope times the face's depth slope; above 0 is farther.
   virtual void SetDepthBias(double dConstant, double dSlope) = 0;
   /// Width of lines in pixels, 1 at first.
   virtual void SetLineWidth(double dPixels) = 0;

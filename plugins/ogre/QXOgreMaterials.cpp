@@ -152,7 +152,8 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pPass->setPolygonMode(surface.m_bWireframe ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID);
   pPass->setDepthCheckEnabled(surface.m_bDepthTest);
   pPass->setDepthWriteEnabled(surface.m_bDepthWrite && !surface.m_bTransparent);
-  pPass->setDepthBias(surface.m_fDepthBias, surface.m_fDepthBiasSlope);
+  // OGRE counts towards the eye.
+  pPass->setDepthBias(-surface.m_fDepthBias, -surface.m_fDepthBiasSlope);
   pPass->setLineWidth(surface.m_fLineWidth);
   // Lets the vertex program say the size.
   pPass->setPointAttenuation(true);

@@ -277,9 +277,31 @@ TEST_F(QXOgreDrawable, DepthBiasDecidesBetweenFacesInOnePlane) {
   DrawSquare(-1.0F, -1.0F, 1.0F, 1.0F, 0.0F, GREEN);
   QXRenderOperation3D* const pDecal = DrawSquare(-0.5F, -0.5F, 0.5F, 0.5F, -1.0e-5F, RED);
   EXPECT_EQ(Frame().At(32, 32), GREEN_PIXEL);
-  pDecal->SetDepthBias(50.0, 0.0);
+  pDecal->SetDepthBias(-50.0, 0.0);
   pDecal->SetRenderPriority(1);
+  EXPECT_EQ(Frame().At(32, 32), RED_PIXEL) << "below 0 is towards the eye";
+}
+
+TEST_F(QXOgreDrawable, APositiveDepthBiasMovesAwayFromTheEye) {
+  QXRenderOperation3D* const pGround = DrawSquare(-1.0F, -1.0F, 1.0F, 1.0F, 0.0F, GREEN);
+  QXRenderOperation3D* const pDecal = DrawSquare(-0.5F, -0.5F, 0.5F, 0.5F, -1.0e-5F, RED);
+  pDecal->SetRenderPriority(1);
+  pGround->SetDepthBias(50.0, 0.0);
   EXPECT_EQ(Frame().At(32, 32), RED_PIXEL);
+  pDecal->SetDepthBias(100.0, 0.0);
+  EXPECT_EQ(Frame().At(32, 32), GREEN_PIXEL);
+}
+
+TEST_F(QXOgreDrawable, ThePartOfTheSlopeCountsForFacesThatLeanAway) {
+  QXRenderOperation3D* const pGround = DrawSquare(-1.0F, -1.0F, 1.0F, 1.0F, 0.0F, GREEN);
+  QXRenderOperation3D* const pDecal = DrawSquare(-0.5F, -0.5F, 0.5F, 0.5F, 1.0e-5F, RED);
+  pDecal->SetRenderPriority(1);
+  pDecal->SetDepthBias(0.0, 50.0);
+  EXPECT_EQ(Frame().At(32, 32), RED_PIXEL) << "a face seen square on has no slope";
+  QXMatrix4d matLean = QXMatrix4d::IDENTITY;
+  matLean[0][2] = 1.0;
+  for (QXRenderOperation3D* const p : {pGround, pDecal}) p->SetModelMatrix(matLean);
+  EXPECT_EQ(Frame().At(32, 32), GREEN_PIXEL);
 }
 
 TEST_F(QXOgreDrawable, WhatIsTransparentIsBlendedAndThePictureStaysSolid) {
