@@ -93,7 +93,9 @@ QXOgreTexts::~QXOgreTexts() = default;
 
 void QXOgreTexts::SetFont(QdcUnicodeString const& strFaceName, double dPixels) {
   m_Style.SetFaceName(strFaceName);
-  m_Style.SetSize(std::round(dPixels * POINTS_OF_A_PIXEL));
+  double const dPoints = std::round(dPixels * POINTS_OF_A_PIXEL);
+  // What is no number stands neither before nor behind other sizes: the lines of other texts would be found for it.
+  m_Style.SetSize(std::isfinite(dPoints) ? dPoints : 0.0);
 }
 
 void QXOgreTexts::Add(

@@ -141,6 +141,18 @@ TEST_F(QXOgreTextOut, CharactersWithoutGlyphsAreLeftOut) {
   EXPECT_EQ(Words(Ink(FrameWithTexts())), "64 64 0 0");
 }
 
+TEST_F(QXOgreTextOut, ASizeThatIsNoNumberShowsNoOtherText) {
+  m_pGraphics3D->TextOut2DText(BoxText(4), 10.0, 20.0, GREEN_WORD);
+  std::string const strAlone = Words(Ink(FrameWithTexts()));
+  for (double const dSize : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+    m_pGraphics3D->SetRenderFont(L"Boxes", 20.0);
+    m_pGraphics3D->TextOut2DText(BoxText(4), 10.0, 20.0, GREEN_WORD);
+    m_pGraphics3D->SetRenderFont(L"Boxes", dSize);
+    m_pGraphics3D->TextOut2DText(BoxText(4), 10.0, 44.0, RED_WORD);
+    EXPECT_EQ(Words(Ink(FrameWithTexts())), strAlone) << dSize;
+  }
+}
+
 TEST_F(QXOgreTextOut, GlyphsStayAsLongAsTheTextIsSaidAgain) {
   m_pGraphics3D->TextOut2DText(BoxText(4), 10.0, 20.0, RED_WORD);
   m_pGraphics3D->TextOut2DText(BoxText(4), 10.0, 40.0, RED_WORD);
