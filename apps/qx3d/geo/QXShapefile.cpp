@@ -221,7 +221,8 @@ public:
     if (!m_Problems.IsEmpty()) return QXGeoData();
     Decoder const decoder(DBFGetCodePage(pAttributes.get()));
     nCount = std::min(nCount, DBFGetRecordCount(pAttributes.get()));
-    for (int i = 0; i < nCount; ++i) ReadRecord(pShapes.get(), pAttributes.get(), i, decoder);
+    for (int i = 0; i < nCount && m_nPositions <= MaxGeoCorners; ++i)
+      ReadRecord(pShapes.get(), pAttributes.get(), i, decoder);
     return std::move(m_Data);
   }
 
@@ -233,6 +234,12 @@ private:
       return;
     }
     if (!IsPoints(pShape->nSHPType)) return;
+    m_nPositions += static_cast<std::size_t>(pShape->nVertices);
+    if (m_nPositions > MaxGeoCorners) {
+      // The file's size does not bound them: any number of records can name one shape.
+      Warn(nRecord, "the file has more than 10000000 positions, and the further ones are left out; cut it into parts");
+      return;
+    }
     QXGeoPoint point;
     char const* const szText = DBFReadStringAttribute(pAttributes, nRecord, m_nLabel);
     std::string const strRaw = szText == nullptr ? std::string() : szText;
@@ -260,6 +267,7 @@ private:
   QXSceneProblems& m_Problems;
   QXSceneProblems& m_Warnings;
   QXGeoData m_Data;
+  std::size_t m_nPositions = 0;
   int m_nLabel = -1;
   int m_nAngle = -1;
 };

@@ -31,6 +31,15 @@ public:
     ++m_nRows;
   }
 
+  /// Further records whose shape is the last one.
+  void AddAgain(unsigned int nTimes) {
+    std::string const strEntry = m_strIndex.substr(m_strIndex.size() - 8);
+    for (unsigned int i = 0; i < nTimes; ++i, ++m_nRows) {
+      m_strIndex += strEntry;
+      m_strRows += std::string(33, ' ');
+    }
+  }
+
   std::string GetShapes(std::uint32_t nType = 1) const { return Head(nType, m_strShapes.size()) + m_strShapes; }
   std::string GetIndex(std::uint32_t nType = 1) const { return Head(nType, m_strIndex.size()) + m_strIndex; }
   std::string GetAttributes(char cLanguage = 0) const {

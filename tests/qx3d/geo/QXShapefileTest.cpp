@@ -66,6 +66,17 @@ TEST(QXShapefile, EachPointOfARecordIsLabelled) {
   EXPECT_EQ(Parse(maker, {"name", ""}, 8).m_Data.m_vecPoints.size(), 2u);
 }
 
+TEST(QXShapefile, RecordsThatShareALargeShapeAreReadUpToTenMillionPositions) {
+  QXShapefileMaker maker;
+  maker.Add(1.0, 2.0, "first", "");
+  maker.AddMany(std::vector<double>(200000, 1.0), "");
+  maker.AddAgain(5000);
+  Parsed const parsed = Parse(maker, {"name", ""}, 8);
+  EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
+  EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("record 101: the file has more than 10000000 positions")));
+  EXPECT_EQ(TextOf(parsed), "first");
+}
+
 TEST(QXShapefile, TextsAreReadInTheEncodingOfTheFile) {
   QXShapefileMaker latin;
   latin.Add(0.0, 0.0, "Caf\xE9", "");
