@@ -2,10 +2,64 @@
 
 #include <GL/glu.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <new>
 
 namespace QXApp {
+
+namespace {
+
+using Corner = QXRoofCutter::Corner;
+
+struct Edge {
+  Corner m_First;
+  Corner m_Second;
+
+  double GetMinX() const { return std::min(m_First.x, m_Second.x); }
+  double GetMaxX() const { return std::max(m_First.x, m_Second.x); }
+  /// Whether both corners lie strictly on one side of the line through another edge.
+  bool IsBeside(Edge const& other) const {
+    double const dFirst = GetSide(other, m_First);
+    double const dSecond = GetSide(other, m_Second);
+    return (dFirst > 0.0 && dSecond > 0.0) || (dFirst < 0.0 && dSecond < 0.0);
+  }
+  /// Whether they share a corner, as neighbours in a ring do.
+  bool Joins(Edge const& other) const {
+    return IsSame(m_First, other.m_First) || IsSame(m_First, other.m_Second) || IsSame(m_Second, other.m_First) ||
+           IsSame(m_Second, other.m_Second);
+  }
+  bool IsApartInY(Edge const& other) const {
+    return std::max(m_First.y, m_Second.y) < std::min(other.m_First.y, other.m_Second.y) ||
+           std::min(m_First.y, m_Second.y) > std::max(other.m_First.y, other.m_Second.y);
+  }
+
+private:
+  static bool IsSame(Corner const& a, Corner const& b) { return a.x == b.x && a.y == b.y; }
+  static double GetSide(Edge const& line, Corner const& c) {
+    return (line.m_Second.x - line.m_First.x) * (c.y - line.m_First.y) -
+           (line.m_Second.y - line.m_First.y) * (c.x - line.m_First.x);
+  }
+};
+
+/// Whether more than so many pairs of edges cross or touch. Looks only at pairs that overlap in x.
+bool CrossesMoreThan(std::size_t nMax, std::vector<std::vector<Corner>> const& vecRings) {
+  std::vector<Edge> vecEdges;
+  for (std::vector<Corner> const& vecRing : vecRings)
+    for (std::size_t i = 0; i < vecRing.size(); ++i) vecEdges.push_back({vecRing[i], vecRing[(i + 1) % vecRing.size()]});
+  std::ranges::sort(vecEdges, {}, &Edge::GetMinX);
+  std::size_t nCrossings = 0;
+  for (auto it = vecEdges.begin(); it != vecEdges.end(); ++it) {
+    double const dMaxX = it->GetMaxX();
+    for (auto other = it + 1; other != vecEdges.end() && other->GetMinX() <= dMaxX; ++other) {
+      if (it->IsApartInY(*other) || it->Joins(*other) || it->IsBeside(*other) || other->IsBeside(*it)) continue;
+      if (++nCrossings > nMax) return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
 
 /// Data of the tessellator, whose calls all come with a pointer to it.
 struct QXRoofCutter::Core {
@@ -55,6 +109,7 @@ bool QXRoofCutter::Cut(std::vector<std::vector<Corner>> const& vecRings) {
   core.m_vecCorners.clear();
   core.m_vecTriangles.clear();
   core.m_bFailed = false;
+  if (CrossesMoreThan(MaxCrossings, vecRings)) return false;
   gluTessBeginPolygon(core.m_pTessellator, &core);
   for (std::vector<Corner> const& vecRing : vecRings) {
     gluTessBeginContour(core.m_pTessellator);

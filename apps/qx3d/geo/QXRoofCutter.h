@@ -16,13 +16,18 @@ public:
     double y = 0.0;
   };
 
+  /// Each crossing makes a corner, and their number can grow with the square of that of the edges: a polygon of 2000
+  /// corners at random takes a minute to cut.
+  static constexpr std::size_t MaxCrossings = 1000;
+
   QXRoofCutter();
   QXRoofCutter(QXRoofCutter const&) = delete;
   QXRoofCutter& operator=(QXRoofCutter const&) = delete;
   ~QXRoofCutter();
 
   /// What lies inside an odd number of the rings is covered, whatever their direction and where they cross.
-  /// @return  whether it went well; the triangles are good until the next call
+  /// @return  whether it went well, which it does not where more than MaxCrossings edges cross or touch others; the
+  ///          triangles are good until the next call
   bool Cut(std::vector<std::vector<Corner>> const& vecRings);
 
   std::vector<Corner> const& GetCorners() const;

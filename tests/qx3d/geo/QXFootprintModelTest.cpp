@@ -9,13 +9,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <numbers>
+#include <random>
 
 namespace QXApp {
 namespace {
 
 using QXC::QXVector3d;
+using testing::HasSubstr;
 
 std::vector<QXVector3d> Box(double dMin, double dMax, double z = 0.0) {
   return {QXVector3d(dMin, dMin, z), QXVector3d(dMax, dMin, z), QXVector3d(dMax, dMax, z), QXVector3d(dMin, dMax, z)};
@@ -125,6 +128,37 @@ TEST(QXFootprintModel, TheDirectionOfRingsDoesNotMatter) {
     // The bottom lies at 0 and adds nothing to the sum, so that it may be missing.
     EXPECT_NEAR(Volume(vecTriangles), 800.0 * 12.0, 1e-6) << nCase;
   }
+}
+
+/// A zigzag of so many edges up and down, crossed by one level edge.
+std::vector<std::vector<QXRoofCutter::Corner>> MakeCrossed(int nEdges) {
+  std::vector<QXRoofCutter::Corner> vecRing;
+  for (int i = 0; i <= nEdges; ++i) vecRing.push_back({static_cast<double>(i), i % 2 == 0 ? 1.0 : -1.0});
+  vecRing.push_back({nEdges + 1.0, 0.0});
+  vecRing.push_back({-1.0, 0.0});
+  return {vecRing};
+}
+
+TEST(QXRoofCutter, AThousandCrossingsAreCutAndMoreAreNot) {
+  QXRoofCutter cutter;
+  EXPECT_TRUE(cutter.Cut(MakeCrossed(1000)));
+  EXPECT_EQ(cutter.GetCrossingCount(), 1000u);
+  EXPECT_FALSE(cutter.Cut(MakeCrossed(1001)));
+  EXPECT_TRUE(cutter.GetTriangles().empty());
+  EXPECT_EQ(cutter.GetCrossingCount(), 1000u) << "they are not even begun";
+}
+
+TEST(QXFootprintModel, CornersAtRandomCostNoTime) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> place(0.0, 100.0);
+  QXGeoFootprint footprint;
+  footprint.m_vecRings.emplace_back();
+  for (int i = 0; i < 2000; ++i) footprint.m_vecRings[0].emplace_back(place(random), place(random), 0.0);
+  std::string strWarning;
+  auto const begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(MakeFootprintModel(std::vector<QXGeoFootprint>(100, footprint), QXVector3d(), strWarning), nullptr);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
+  EXPECT_THAT(strWarning, HasSubstr("100 footprints"));
 }
 
 TEST(QXFootprintModel, BuildingsStandOnTheirLowestCorner) {
