@@ -48,7 +48,8 @@ struct QXGRAPHICS3D_API QXTextGlyph {
 
 /// Lays one line of text out and holds its glyphs in the atlas: each stays where it is as long as this object does.
 ///
-/// The pen moves from glyph to glyph by whole pixels; there is no kerning. Bold glyphs, which are thickened to the
+/// The pen moves from glyph to glyph by whole pixels, from left to right in the order of the text; there is no kerning,
+/// and letters of scripts that run from right to left are neither put in order nor joined. Bold glyphs, which are thickened to the
 /// right and upwards by a pixel, move it by one more. A character without pixels, such as a blank, only moves the pen,
 /// and control characters, line breaks among them, are blanks.
 ///

@@ -101,9 +101,12 @@ int ListFonts() {
   return 0;
 }
 
-std::string DescribeSource(QXTrueType::FontSource eSource, char const* szStyle) {
+std::string DescribeSource(QXTrueType::FontSource eSource, QXTrueType::FaceStyle eStyle) {
+  char const* const szStyle = NameStyle(eStyle);
   switch (eSource) {
-  case QXTrueType::FONT_FROM_REGISTRY: return "the registry section Graphics3DDefaultFonts names this file";
+  case QXTrueType::FONT_FROM_REGISTRY:
+    return std::string("the registry section Graphics3DDefaultFonts names this file") +
+           (eStyle == QXTrueType::FACE_REGULAR ? "" : ", for all styles");
   case QXTrueType::FONT_FROM_CATALOGUE: return std::string("it is the first ") + szStyle + " face whose name begins so";
   case QXTrueType::FONT_REGULAR:
     return std::string("no ") + szStyle + " face has a name that begins so; this is the first regular one";
@@ -122,7 +125,7 @@ int FindFont(QXFontsOptions const& options) {
   auto const eStyle = static_cast<QXTrueType::FaceStyle>((options.m_bBold ? 1 : 0) + (options.m_bItalic ? 2 : 0));
   if (strFamily.GetAt(0) == L'@') strFamily.Delete(0, 1);
   FontFile file = FindFile(strFamily, eStyle);
-  std::string strReason = DescribeSource(file.m_eSource, NameStyle(eStyle));
+  std::string strReason = DescribeSource(file.m_eSource, eStyle);
   bool const bFound = file.m_eSource != QXTrueType::FONT_UNKNOWN && file.m_eSource != QXTrueType::FONT_LOST;
   if (!bFound) {
     if (file.m_eSource == QXTrueType::FONT_LOST) strReason += " (" + Name(file.m_strPath) + ")";

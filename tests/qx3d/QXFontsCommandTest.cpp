@@ -132,7 +132,10 @@ TEST_F(QXFontsCommand, NameIsAnsweredWithItsFileAndWhy) {
   EXPECT_EQ(
       Find("Two").m_strOut, Answer("Two, regular", "pair.ttc", 1, "it is the first regular face whose name begins so"));
   EXPECT_EQ(Find("@My Font", true, true).m_strOut,
-      Answer("My Font, bold italic", "listed.fon", 0, "the registry section Graphics3DDefaultFonts names this file"));
+      Answer("My Font, bold italic", "listed.fon", 0,
+          "the registry section Graphics3DDefaultFonts names this file, for all styles"));
+  EXPECT_EQ(Find("My Font").m_strOut,
+      Answer("My Font, regular", "listed.fon", 0, "the registry section Graphics3DDefaultFonts names this file"));
   EXPECT_EQ(Find("Nobody").m_strOut,
       Answer("Nobody, regular", "default.fon", 0,
           "neither the registry nor any font file knows the name: the default font, Default, stands in"));
