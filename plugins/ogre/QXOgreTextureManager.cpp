@@ -49,6 +49,8 @@ QXTexture* QXOgreTextureManager::CreateTexture() {
 
 void QXOgreTextureManager::DeleteTexture(unsigned int nBindID) {
   if (nBindID == 0) return;
+  // Threads that ask for glyphs make textures of pages.
+  std::scoped_lock const lock(m_Mutex);
   for (QXOgreTextureSource* const pSource : m_setSources) {
     if (pSource->GetTexture().GetBindID() == nBindID) return pSource->LeaveDevice();
   }
