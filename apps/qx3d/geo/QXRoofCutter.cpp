@@ -3,6 +3,7 @@
 #include <GL/glu.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <new>
 
@@ -24,10 +25,12 @@ struct Edge {
     double const dSecond = GetSide(other, m_Second);
     return (dFirst > 0.0 && dSecond > 0.0) || (dFirst < 0.0 && dSecond < 0.0);
   }
-  /// Whether they share a corner, as neighbours in a ring do.
-  bool Joins(Edge const& other) const {
-    return IsSame(m_First, other.m_First) || IsSame(m_First, other.m_Second) || IsSame(m_Second, other.m_First) ||
-           IsSame(m_Second, other.m_Second);
+  /// Whether they share a corner, as neighbours in a ring do, and part there.
+  bool PartsFrom(Edge const& other) const {
+    if (IsSame(m_First, other.m_First)) return Part(m_First, m_Second, other.m_Second);
+    if (IsSame(m_First, other.m_Second)) return Part(m_First, m_Second, other.m_First);
+    if (IsSame(m_Second, other.m_First)) return Part(m_Second, m_First, other.m_Second);
+    return IsSame(m_Second, other.m_Second) && Part(m_Second, m_First, other.m_First);
   }
   bool IsApartInY(Edge const& other) const {
     return std::max(m_First.y, m_Second.y) < std::min(other.m_First.y, other.m_Second.y) ||
@@ -36,6 +39,12 @@ struct Edge {
 
 private:
   static bool IsSame(Corner const& a, Corner const& b) { return a.x == b.x && a.y == b.y; }
+  /// Whether the ways from a corner to two others do not lie on each other.
+  static bool Part(Corner const& from, Corner const& a, Corner const& b) {
+    double const dAlong = (a.x - from.x) * (b.x - from.x) + (a.y - from.y) * (b.y - from.y);
+    double const dAcross = (a.x - from.x) * (b.y - from.y) - (a.y - from.y) * (b.x - from.x);
+    return !(dAlong > 0.0 && std::abs(dAcross) <= 1e-9 * dAlong);
+  }
   static double GetSide(Edge const& line, Corner const& c) {
     return (line.m_Second.x - line.m_First.x) * (c.y - line.m_First.y) -
            (line.m_Second.y - line.m_First.y) * (c.x - line.m_First.x);
@@ -52,7 +61,7 @@ bool CrossesMoreThan(std::size_t nMax, std::vector<std::vector<Corner>> const& v
   for (auto it = vecEdges.begin(); it != vecEdges.end(); ++it) {
     double const dMaxX = it->GetMaxX();
     for (auto other = it + 1; other != vecEdges.end() && other->GetMinX() <= dMaxX; ++other) {
-      if (it->IsApartInY(*other) || it->Joins(*other) || it->IsBeside(*other) || other->IsBeside(*it)) continue;
+      if (it->IsApartInY(*other) || it->PartsFrom(*other) || it->IsBeside(*other) || other->IsBeside(*it)) continue;
       if (++nCrossings > nMax) return true;
     }
   }

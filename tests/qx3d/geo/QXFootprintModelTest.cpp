@@ -148,6 +148,25 @@ TEST(QXRoofCutter, AThousandCrossingsAreCutAndMoreAreNot) {
   EXPECT_EQ(cutter.GetCrossingCount(), 1000u) << "they are not even begun";
 }
 
+TEST(QXRoofCutter, EdgesThatLieOnEachOtherCountAsCrossing) {
+  // Out and back from one corner, each time a little farther.
+  std::vector<QXRoofCutter::Corner> vecRing;
+  for (int i = 1; i < 40; ++i) {
+    vecRing.push_back({0.0, 0.0});
+    vecRing.push_back({0.3 * i, 0.1 * i});
+  }
+  vecRing.push_back({0.0, 5.0});
+  QXRoofCutter cutter;
+  EXPECT_FALSE(cutter.Cut({vecRing}));
+  // Back and forth along one edge.
+  vecRing.clear();
+  for (int i = 0; i < 40; ++i) vecRing.push_back({i % 2 == 0 ? 0.0 : 4.0, 0.0});
+  vecRing.push_back({0.0, 5.0});
+  EXPECT_TRUE(cutter.Cut({vecRing})) << "741 pairs";
+  for (int i = 0; i < 40; ++i) vecRing.insert(vecRing.begin(), {i % 2 == 0 ? 4.0 : 0.0, 0.0});
+  EXPECT_FALSE(cutter.Cut({vecRing}));
+}
+
 TEST(QXFootprintModel, CornersAtRandomCostNoTime) {
   std::mt19937 random(5);
   std::uniform_real_distribution<double> place(0.0, 100.0);
