@@ -55,7 +55,8 @@ private:
 bool CrossesMoreThan(std::size_t nMax, std::vector<std::vector<Corner>> const& vecRings) {
   std::vector<Edge> vecEdges;
   for (std::vector<Corner> const& vecRing : vecRings)
-    for (std::size_t i = 0; i < vecRing.size(); ++i) vecEdges.push_back({vecRing[i], vecRing[(i + 1) % vecRing.size()]});
+    for (std::size_t i = 0; i < vecRing.size(); ++i)
+      vecEdges.push_back({vecRing[i], vecRing[(i + 1) % vecRing.size()]});
   std::ranges::sort(vecEdges, {}, &Edge::GetMinX);
   std::size_t nCrossings = 0;
   for (auto it = vecEdges.begin(); it != vecEdges.end(); ++it) {
