@@ -49,9 +49,9 @@ struct QXGRAPHICS3D_API QXTextGlyph {
 /// Lays one line of text out and holds its glyphs in the atlas: each stays where it is as long as this object does.
 ///
 /// The pen moves from glyph to glyph by whole pixels, from left to right in the order of the text; there is no kerning,
-/// and letters of scripts that run from right to left are neither put in order nor joined. Bold glyphs, which are thickened to the
-/// right and upwards by a pixel, move it by one more. A character without pixels, such as a blank, only moves the pen,
-/// and control characters, line breaks among them, are blanks.
+/// and letters of scripts that run from right to left are neither put in order nor joined. Bold glyphs, which are
+/// thickened to the right and upwards by a pixel, move it by one more. A character without pixels, such as a blank, only
+/// moves the pen, and control characters, line breaks among them, are blanks.
 ///
 /// Ownership: the manager is borrowed and must outlive this object. QXTextureFontManager::Clear takes the glyphs away:
 ///            call it only when no layout is left, or call Clear of each of them before.
