@@ -1,16 +1,20 @@
 #include <QxGraphics3D/atlas/QXRenderTextureManager.h>
 
 #include <QxGraphics3D/atlas/QXRenderTexturePatch.h>
+#include <QxGraphics3D/atlas/detail/QXLiveRecords.h>
 #include <QxGraphics3D/atlas/detail/QXQuadtreeAtlas.h>
 #include <QxGraphics3D/frame/QXGraphics3D.h>
 #include <QxGraphics3D/frame/QXRenderTarget.h>
+
+#include <utility>
 
 namespace QXC {
 
 template class QXSingleton<QXRenderTextureManager>;
 
 QXRenderTextureManager::QXRenderTextureManager()
-    : m_pBigTextures(std::make_unique<detail::QXQuadtreeAtlas>(detail::g_RenderAtlasRules)) {}
+    : m_pLivePatches(std::make_unique<LivePatches>()),
+      m_pBigTextures(std::make_unique<detail::QXQuadtreeAtlas>(detail::g_RenderAtlasRules)) {}
 
 QXRenderTextureManager::~QXRenderTextureManager() {
   Clear();
@@ -40,11 +44,11 @@ QXRenderTexturePatch* QXRenderTextureManager::GetRenderTexturePatch(
   if (pPatch == nullptr) {
     std::unique_ptr<QXRenderTexturePatch> pMade(new QXRenderTexturePatch(this));
     pMade->SetName(strName);
-    auto const live = m_mapLivePatches.emplace(pMade.get(), ++m_nPatchesMade).first;
+    m_pLivePatches->Insert(pMade.get(), NoData());
     try {
       m_mapPatches.emplace(strName, pMade.get());
     } catch (...) {
-      m_mapLivePatches.erase(live);
+      m_pLivePatches->Erase(pMade.get());
       throw;
     }
     pPatch = pMade.release();
@@ -69,7 +73,7 @@ void QXRenderTextureManager::RemoveRenderTexturePatch(QdcUnicodeString const& st
   // The name may be the patch's own, so it is not read again; and a target that dies may call back, so the maps are
   // in order before.
   m_mapPatches.erase(place);
-  m_mapLivePatches.erase(pPatch.get());
+  m_pLivePatches->Erase(pPatch.get());
   int const nIndex = pPatch->GetTextureIndex();
   if (ReleasePlace(*pPatch)) DropBigTexture(nIndex);
 }
@@ -186,11 +190,8 @@ void QXRenderTextureManager::RenderBigTexture(int nIndex, QXRenderTarget* pTarge
 void QXRenderTextureManager::AddUselessTexture(QdcArray<QXRenderTexturePatch*> arrPatches) {
   QXMutexLock lock(m_Mutex);
   lock.lock();
-  for (QXRenderTexturePatch* const pPatch : arrPatches) {
-    auto const live = m_mapLivePatches.find(pPatch);
-    if (live != m_mapLivePatches.end()) m_arrUselessPatches.push_back({pPatch, live->second});
-  }
-  if (!m_arrUselessPatches.empty()) m_bHasUseless.store(true, std::memory_order_relaxed);
+  m_pLivePatches->AddUseless(arrPatches);
+  if (m_pLivePatches->HasUseless()) m_bHasUseless.store(true, std::memory_order_relaxed);
 }
 
 void QXRenderTextureManager::ClearUselessTexture() {
@@ -200,16 +201,11 @@ void QXRenderTextureManager::ClearUselessTexture() {
 void QXRenderTextureManager::RemoveUseless() {
   QXMutexLock lock(m_Mutex);
   lock.lock();
-  std::vector<UselessPatch> arrPatches;
-  arrPatches.swap(m_arrUselessPatches);
   m_bHasUseless.store(false, std::memory_order_relaxed);
-  for (UselessPatch const& useless : arrPatches) {
-    auto const live = m_mapLivePatches.find(useless.m_pPatch);
-    if (live == m_mapLivePatches.end() || live->second != useless.m_nNumber) continue;
-    // By the name it has now and from the one manager of the process: hosts that rename patches rely on the former. A
-    // manager made beside the singleton keeps its useless patches.
-    GetSingleton().RemoveRenderTexturePatch(useless.m_pPatch->GetName());
-  }
+  // By the name it has now and from the one manager of the process: hosts that rename patches rely on the former. A
+  // manager made beside the singleton keeps its useless patches.
+  m_pLivePatches->RemoveUseless(
+      [](QXRenderTexturePatch const& patch) { GetSingleton().RemoveRenderTexturePatch(patch.GetName()); });
 }
 
 void QXRenderTextureManager::Clear() {
@@ -218,7 +214,7 @@ void QXRenderTextureManager::Clear() {
   for (auto const& [strName, pPatch] : std::exchange(m_mapPatches, {})) {
     delete pPatch;
   }
-  m_mapLivePatches.clear();
+  m_pLivePatches->Clear();
   m_pBigTextures->Clear();
   for (auto const& [nIndex, pTarget] : std::exchange(m_mapRenderTargets, {})) {
     DeleteTarget(pTarget);

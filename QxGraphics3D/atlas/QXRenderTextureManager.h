@@ -9,17 +9,16 @@
 #include <QxGraphics3D/frame/foundation/toolkit/QXSingleton.h>
 
 #include <atomic>
-#include <cstdint>
 #include <map>
 #include <memory>
-#include <utility>
-#include <vector>
 
 namespace QXC {
 
 namespace detail {
+template <class Record, class Data>
+class QXLiveRecords;
 class QXQuadtreeAtlas;
-}
+}  // namespace detail
 
 class QXGraphics3D;
 class QXRenderTarget;
@@ -90,11 +89,9 @@ public:
 private:
   friend class QXRenderTexturePatch;
 
-  /// A patch with the number it had among all patches made: another one may stand at the same address later.
-  struct UselessPatch {
-    QXRenderTexturePatch* m_pPatch;
-    std::uint64_t m_nNumber;
-  };
+  /// Nothing but the address has to be known of a patch.
+  struct NoData {};
+  using LivePatches = detail::QXLiveRecords<QXRenderTexturePatch, NoData>;
 
   /// Gives the patch a place of its size, and the place's big texture a target if it has none. 0 with the patch as it
   /// was, if there is no such place or no target.
@@ -109,16 +106,13 @@ private:
 
   /// Owned.
   std::map<QdcUnicodeString, QXRenderTexturePatch*> m_mapPatches;
-  /// Every patch of the map, with its number.
-  std::map<QXRenderTexturePatch*, std::uint64_t> m_mapLivePatches;
-  std::uint64_t m_nPatchesMade = 0;
+  std::unique_ptr<LivePatches> m_pLivePatches;
   std::unique_ptr<detail::QXQuadtreeAtlas> m_pBigTextures;
   /// By the index of the big texture; owned.
   std::map<int, QXRenderTarget*> m_mapRenderTargets;
   std::map<int, bool> m_mapNeedRender;
   QXMutex m_Mutex{1};
   QXGraphics3D* m_pGraphics = nullptr;
-  std::vector<UselessPatch> m_arrUselessPatches;
   /// Lets a frame without useless patches go without the lock.
   std::atomic<bool> m_bHasUseless{false};
 };

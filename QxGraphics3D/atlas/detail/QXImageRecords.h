@@ -6,11 +6,9 @@
 #include <map>
 #include <memory>
 #include <set>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
-#include <QxGraphics3D/Platform.h>
+#include <QxGraphics3D/atlas/detail/QXLiveRecords.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 
@@ -39,8 +37,8 @@ public:
         place->second = std::make_unique<Image>(pManager);
         place->second->m_strName = strName;
         // Room for it among the uploaded ones before it is one: after an upload nothing may fail any more.
-        if (m_arrUploaded.capacity() <= m_mapLive.size()) m_arrUploaded.reserve(2 * m_mapLive.size() + 16);
-        m_mapLive.emplace(place->second.get(), Live{place, ++m_nLastSerial});
+        if (m_arrUploaded.capacity() <= m_Live.GetCount()) m_arrUploaded.reserve(2 * m_Live.GetCount() + 16);
+        m_Live.Insert(place->second.get(), Live{place});
         m_setWaiting.insert(place);
       }
     } catch (...) {
@@ -58,9 +56,9 @@ public:
   /// must not find the record any more.
   std::unique_ptr<Image> Take(Place place) {
     std::unique_ptr<Image> pImage = std::move(place->second);
-    if (auto const live = m_mapLive.find(pImage.get()); live != m_mapLive.end()) {
-      if (live->second.m_nUploaded != kWaits) TakeFromUploaded(live->second.m_nUploaded);
-      m_mapLive.erase(live);
+    if (Live const* const pLive = m_Live.Find(pImage.get())) {
+      if (pLive->m_nUploaded != kWaits) TakeFromUploaded(pLive->m_nUploaded);
+      m_Live.Erase(pImage.get());
     }
     m_setWaiting.erase(place);
     m_mapImages.erase(place);
@@ -85,46 +83,35 @@ public:
         ++waiting;
         continue;
       }
-      m_mapLive.find(pImage)->second.m_nUploaded = m_arrUploaded.size();
+      m_Live.Find(pImage)->m_nUploaded = m_arrUploaded.size();
       m_arrUploaded.push_back(pImage);
       waiting = m_setWaiting.erase(waiting);
     }
   }
 
   /// Lists records as useless. Addresses that are no records are left out.
-  void AddUseless(QdcArray<Image*> const& arrImages) {
-    for (Image* const pImage : arrImages) {
-      auto const live = m_mapLive.find(pImage);
-      if (live != m_mapLive.end()) m_arrUseless.emplace_back(pImage, live->second.m_nSerial);
-    }
-  }
+  void AddUseless(QdcArray<Image*> const& arrImages) { m_Live.AddUseless(arrImages); }
 
   /// Empties the list, calling remove with the name of each entry that is still a record when its turn comes. What is
   /// listed meanwhile stays for the next time.
   template <class Remove>
   void RemoveUseless(Remove remove) {
-    std::vector<Useless> const arrUseless = std::exchange(m_arrUseless, std::vector<Useless>());
-    for (auto const& [pImage, nSerial] : arrUseless) {
-      auto const live = m_mapLive.find(pImage);
-      // The serial tells a record from a later one that got the same address.
-      if (live == m_mapLive.end() || live->second.m_nSerial != nSerial) continue;
+    m_Live.RemoveUseless([&](Image const& image) {
       // A copy: the record dies while its name is still in use.
-      QdcUnicodeString const strName = pImage->m_strName;
+      QdcUnicodeString const strName = image.m_strName;
       remove(strName);
-    }
+    });
   }
 
-  void ForgetUseless() { m_arrUseless = std::vector<Useless>(); }
+  void ForgetUseless() { m_Live.ForgetUseless(); }
 
 private:
   static constexpr std::size_t kWaits = ~std::size_t{0};
 
   struct Live {
     Place m_Place;
-    QXUInt64 m_nSerial;
     std::size_t m_nUploaded = kWaits;  // index in m_arrUploaded
   };
-  using Useless = std::pair<Image const*, QXUInt64>;
 
   struct ByName {
     bool operator()(Place first, Place second) const { return first->first < second->first; }
@@ -136,7 +123,7 @@ private:
         ++i;
         continue;
       }
-      Live& live = m_mapLive.find(m_arrUploaded[i])->second;
+      Live& live = *m_Live.Find(m_arrUploaded[i]);
       m_setWaiting.insert(live.m_Place);
       live.m_nUploaded = kWaits;
       TakeFromUploaded(i);
@@ -147,15 +134,13 @@ private:
     m_arrUploaded.pop_back();
     if (nUploaded == m_arrUploaded.size()) return;
     m_arrUploaded[nUploaded] = pLast;
-    m_mapLive.find(pLast)->second.m_nUploaded = nUploaded;
+    m_Live.Find(pLast)->m_nUploaded = nUploaded;
   }
 
   Map m_mapImages;
   std::set<Place, ByName> m_setWaiting;
-  std::unordered_map<Image const*, Live> m_mapLive;
+  QXLiveRecords<Image, Live> m_Live;
   std::vector<Image*> m_arrUploaded;  // in no order
-  std::vector<Useless> m_arrUseless;
-  QXUInt64 m_nLastSerial = 0;
 };
 
 }  // namespace QXC::detail
