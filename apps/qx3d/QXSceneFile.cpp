@@ -458,11 +458,14 @@ public:
     Report(nLine, "[" + std::string(m_pSection->m_szName) + "] has no key '" + strKey + "'; known are " + ListKeys());
   }
 
+  void MissValue() override { m_bMissed = true; }
+
   /// Behind the last line.
   void Finish() {
     if (m_pSection == nullptr) return;
-    bool bComplete = !m_bFaulty;
-    for (std::size_t i = 0; i < m_vecKeyLines.size(); ++i) {
+    bool bComplete = !m_bFaulty && !m_bMissed;
+    // A line that could not be read may have been the key that is missing.
+    for (std::size_t i = 0; !m_bMissed && i < m_vecKeyLines.size(); ++i) {
       Key const& key = m_pSection->m_vecKeys[i];
       if (!key.m_bRequired || m_vecKeyLines[i] != 0 || Stands(key.m_szInstead)) continue;
       Report(m_nSectionLine,
@@ -501,6 +504,7 @@ private:
     }
     m_pSection = &section;
     m_bFaulty = false;
+    m_bMissed = false;
     m_vecKeyLines.assign(section.m_vecKeys.size(), 0);
   }
 
@@ -531,6 +535,8 @@ private:
   int m_nSectionLine = 0;
   bool m_bBefore = true;
   bool m_bFaulty = false;
+  /// Whether a line of the section was left out before anyone knew its key.
+  bool m_bMissed = false;
   /// Where each key of the section stands, 0 for nowhere.
   std::vector<int> m_vecKeyLines;
 };

@@ -37,7 +37,7 @@ public:
 private:
   char* Next(char* pBuffer, std::size_t nSize) {
     // The parser says nothing of a line that it cannot use before its end, and then of the first alone.
-    if (m_bExpectsEntry) Report("expected [section], key = value or a comment; correct the line");
+    if (m_bExpectsEntry) Refuse("expected [section], key = value or a comment; correct the line");
     m_bExpectsEntry = false;
     if (m_Rest.empty()) return nullptr;
     std::string_view line = m_Rest.substr(0, m_Rest.find('\n'));
@@ -54,8 +54,8 @@ private:
   /// Whether the line is to be parsed; sections are heard here, where those without keys are seen as well.
   bool Accept(std::string_view line, std::size_t nSize) {
     if (line.empty() || line[0] == '#' || line[0] == ';') return false;
-    if (char const* szFault = FaultOf(line, nSize)) {
-      Report(szFault);
+    if (std::string const strFault = FaultOf(line, nSize); !strFault.empty()) {
+      Refuse(strFault);
       return false;
     }
     m_bExpectsEntry = line[0] != '[';
@@ -75,26 +75,31 @@ private:
     m_Handler.BeginSection(std::string(name), m_nLine);
   }
 
-  static char const* FaultOf(std::string_view line, std::size_t nSize) {
+  static std::string FaultOf(std::string_view line, std::size_t nSize) {
     if (line.find('\0') != std::string_view::npos) return "the line holds a zero byte; save the file as UTF-8 text";
     if (line.size() > MaxSceneLine || line.size() + 2 > nSize)
-      return "the line is longer than 190 bytes; shorten it, of a file name by moving the file nearer to the scene";
+      return "the line is longer than " + std::to_string(MaxSceneLine) +
+             " bytes; shorten it, of a file name by moving the file nearer to the scene";
     if (!IsUtf8(std::string(line))) return "the line is no UTF-8 text; save the file as UTF-8";
-    return nullptr;
+    return std::string();
   }
 
   int Take(char const* szKey, char const* szValue) {
     m_bExpectsEntry = false;
     if (*szKey == '\0')
-      Report("there is no key before the =; write key = value");
+      Refuse("there is no key before the =; write key = value");
     else if (*szValue == '\0')
-      Report(std::string("'") + szKey + "' has no value; give one, or leave the line out");
+      Refuse(std::string("'") + szKey + "' has no value; give one, or leave the line out");
     else
       m_Handler.TakeValue(szKey, szValue, m_nLine);
     return 1;
   }
 
   void Report(std::string const& strText) { m_Problems.Add(m_nLine, strText); }
+  void Refuse(std::string const& strText) {
+    Report(strText);
+    m_Handler.MissValue();
+  }
 
   std::string_view m_Rest;
   QXSceneTextHandler& m_Handler;

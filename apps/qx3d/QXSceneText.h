@@ -43,6 +43,8 @@ public:
   /// A `key = value` line of the section begun last; none was begun before the first. Both stand without blanks around
   /// them, and neither is empty.
   virtual void TakeValue(std::string const& strKey, std::string const& strValue, int nLine) = 0;
+  /// A line of the section begun last was told and left out; nobody knows which key it would have been.
+  virtual void MissValue() = 0;
 };
 
 /// Longest line and section name in bytes: those of the parser underneath, which would cut longer ones silently.
