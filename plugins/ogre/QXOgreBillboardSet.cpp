@@ -167,12 +167,12 @@ void QXOgreBillboardSet::SortItems() {
 
 void QXOgreBillboardSet::MakeRoom(std::size_t nQuads) {
   if (nQuads <= m_nRoom) return;
-  m_nRoom = std::bit_ceil(std::max(nQuads, LEAST_ROOM));
+  std::size_t const nRoom = std::bit_ceil(std::max(nQuads, LEAST_ROOM));
   auto& manager = Ogre::HardwareBufferManager::getSingleton();
   m_pVertexBuffer = manager.createVertexBuffer(
-      sizeof(Vertex), m_nRoom * CORNERS, Ogre::HardwareBuffer::HBU_DYNAMIC_WRITE_ONLY_DISCARDABLE);
+      sizeof(Vertex), nRoom * CORNERS, Ogre::HardwareBuffer::HBU_DYNAMIC_WRITE_ONLY_DISCARDABLE);
   std::vector<std::uint32_t> arrIndices;
-  for (std::uint32_t i = 0; i < m_nRoom; ++i)
+  for (std::uint32_t i = 0; i < nRoom; ++i)
     for (std::uint32_t const nCorner : {0U, 1U, 2U, 0U, 2U, 3U})
       arrIndices.push_back(static_cast<std::uint32_t>(CORNERS) * i + nCorner);
   m_pIndexBuffer = manager.createIndexBuffer(
@@ -186,7 +186,9 @@ void QXOgreBillboardSet::MakeRoom(std::size_t nQuads) {
     declaration.addElement(0, offsetof(Vertex, m_fTexCoord), Ogre::VET_FLOAT2, Ogre::VES_TEXTURE_COORDINATES, 0);
   }
   m_pVertexData->vertexBufferBinding->setBinding(0, m_pVertexBuffer);
-  m_pVertexData->vertexCount = m_nRoom * CORNERS;
+  m_pVertexData->vertexCount = nRoom * CORNERS;
+  // In the end: where the device has no room for a buffer, the next frame asks again and writes into none too small.
+  m_nRoom = nRoom;
 }
 
 void QXOgreBillboardSet::UploadVertices() {
