@@ -1,5 +1,6 @@
 #include <QxGraphics3D/atlas/QXTextureImage.h>
 
+#include <QxGraphics3D/atlas/detail/QXQuadtreeRules.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
 
 #include <ctime>
@@ -14,11 +15,10 @@ QXTextureImage::~QXTextureImage() {
 }
 
 QdcRect QXTextureImage::GetSlot() const {
-  int const nColumn = static_cast<int>(m_nLocation & 0x3FFu);
-  int const nRow = static_cast<int>((m_nLocation >> 10) & 0x3FFu);
-  int const nSize = 1024 >> ((m_nLocation >> 20) & 0xFu);
-  int const nLeft = nColumn - (nSize >> 1);
-  int const nTop = nRow - (nSize >> 1);
+  detail::QXQuadtreePlace const place = detail::UnpackQuadtreePlace(m_nLocation);
+  int const nSize = detail::g_ImageAtlasRules.m_nPageSize >> place.m_nLod;
+  int const nLeft = place.m_nCol - (nSize >> 1);
+  int const nTop = place.m_nRow - (nSize >> 1);
   return QdcRect(nLeft, nTop, nLeft + nSize, nTop + nSize);
 }
 
