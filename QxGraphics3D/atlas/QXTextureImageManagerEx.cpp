@@ -21,6 +21,14 @@ QdcUnicodeString GetPoolKey(QXTextureImageEx const& image) {
   return strKey;
 }
 
+// Grey images are handed on as they were read, under the code of 4 bytes: their length tells, to renderers too.
+QX3DPixelFormat GetStoredFormat(QXTextureData const& data) {
+  QXUInt64 const nPixels = QXUInt64{data.m_nWidth} * data.m_nHeight;
+  bool const bGrey = data.m_eFormat == PF_R8G8B8A8 && data.m_nCompression == TEXTURE_COMPRESSION_NONE && nPixels != 0 &&
+                     data.GetBlockLength() == nPixels;
+  return bGrey ? PF_L8 : data.m_eFormat;
+}
+
 void DeletePixels(QXTextureImageEx& image) {
   delete image.m_pTextureData;
   image.m_pTextureData = nullptr;
@@ -83,7 +91,9 @@ bool QXTextureImageManagerEx::UploadToKept(QXTextureImageEx& image) {
   QXTextureData const& data = *image.m_pTextureData;
   auto const kind = m_mapKinds.find(kept->second);
   auto const [eFormat, nCompression] =
-      kind != m_mapKinds.end() ? kind->second : std::pair(data.m_eFormat, data.m_nCompression);
+      kind != m_mapKinds.end() ? kind->second : std::pair(GetStoredFormat(data), data.m_nCompression);
+  // Pixels of 4 bytes are long enough for a grey texture, and would come out as stripes.
+  if (eFormat == PF_L8 && GetStoredFormat(data) != PF_L8) return false;
   if (!detail::HasUploadBlock(data, eFormat, nCompression, image.m_nWidth, image.m_nHeight)) return false;
   int const nWidth = static_cast<int>(image.m_nWidth);
   int const nHeight = static_cast<int>(image.m_nHeight);
@@ -104,7 +114,7 @@ bool QXTextureImageManagerEx::UploadToNew(QXTextureImageEx& image) {
     pTexture = m_pTextureManager->GetTexture(strName, 1);
   }
   if (!pTexture) return false;
-  m_mapKinds[pTexture] = {image.m_pTextureData->m_eFormat, image.m_pTextureData->m_nCompression};
+  m_mapKinds[pTexture] = {GetStoredFormat(*image.m_pTextureData), image.m_pTextureData->m_nCompression};
   // One image drawn at about its own size; levels would have to be made anew for each image that is sent into it later.
   pTexture->SetTextureMipMap(0);
   pTexture->SetTextureData(static_cast<QXTextureData const*>(image.m_pTextureData));

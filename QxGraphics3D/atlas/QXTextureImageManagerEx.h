@@ -53,7 +53,8 @@ public:
   /// AddUselessTexture listed. Called once a frame. Nothing without a texture manager. An image without pixels, or for
   /// which there is no texture, keeps waiting.
   ///
-  /// Textures must not call back into this manager while they are loaded.
+  /// An image whose owner gave its texture back and set m_pTexture to null and m_bLoaded to 0, on the rendering thread,
+  /// is uploaded once more. Textures must not call back into this manager while they are loaded.
   /// Cost: the images that are not uploaded yet, and a look at one byte of each that is; nothing is allocated where
   /// nothing has to be done.
   /// @param bKeepTextures  for the listed images, as in RemoveTextureImage

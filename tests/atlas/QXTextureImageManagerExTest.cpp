@@ -306,6 +306,24 @@ TEST_F(QXTextureImageManagerExTest, KindThatNobodyWroteDownIsAKindToo) {
   EXPECT_EQ(NameOf(m_Manager.GetTextureImage(L"b")), "TextureImage_0");
 }
 
+TEST_F(QXTextureImageManagerExTest, KeptGreyTextureTakesGreyImagesAndNoOthers) {
+  // As they are read from files: one byte a pixel, under a code of 4 bytes.
+  auto const makeGrey = [this](wchar_t const* szName) {
+    QXTextureImageEx* const pImage = Make(szName, 16, 16, 28);
+    delete pImage->m_pTextureData;
+    pImage->m_pTextureData = MakeData(16, 4, 28, 1);
+    pImage->m_pTextureData->m_nHeight = 16;
+    m_Manager.LoadTexture(0);
+    return pImage;
+  };
+  makeGrey(L"a");
+  m_Manager.RemoveTextureImage(L"a", 1);
+  EXPECT_EQ(NameOf(Load(L"colours", 16, 16, 28)), "TextureImage_1");
+  EXPECT_EQ(NameOf(makeGrey(L"b")), "TextureImage_0");
+  m_Manager.RemoveTextureImage(L"colours", 1);
+  EXPECT_EQ(NameOf(makeGrey(L"c")), "TextureImage_2");
+}
+
 TEST_F(QXTextureImageManagerExTest, WithoutKeepingTheTextureGoesBack) {
   Load(L"a", 8, 8);
   GetTold().clear();
@@ -332,6 +350,15 @@ TEST_F(QXTextureImageManagerExTest, RemovingTakesOneUserAndOnlyTheLastOneDeletes
   // Its texture was kept once.
   EXPECT_EQ(NameOf(Load(L"c", 8, 8)), "TextureImage_0");
   EXPECT_EQ(NameOf(Load(L"d", 8, 8)), "TextureImage_1");
+}
+
+TEST_F(QXTextureImageManagerExTest, CountThatPassesZeroDeletesNothing) {
+  QXTextureImageEx* const pImage = Load(L"a", 8, 8);
+  pImage->m_nRefCount = 0;
+  m_Manager.RemoveTextureImage(L"a", 0);
+  EXPECT_EQ(pImage->m_nRefCount, -1);
+  EXPECT_EQ(m_Manager.GetTextureImage(L"a"), pImage);
+  EXPECT_EQ(m_Textures.GetCount(), 1u);
 }
 
 TEST_F(QXTextureImageManagerExTest, ImageThatIsNotLoadedLeavesNothing) {
