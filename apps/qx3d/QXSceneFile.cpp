@@ -222,6 +222,7 @@ std::string BeginSymbol(Draft& draft, int nLine) {
 
 std::string SetSymbolFile(Draft& draft, std::string const& strValue) {
   if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a symbol shows one model; name a model";
+  if (IsGeoName(strValue)) return "'" + strValue + "' is map data, and a symbol shows one model; name a model";
   draft.GetSymbol().m_strFile = draft.Complete(strValue);
   draft.GetSymbol().m_nLine = draft.m_nLine;
   return std::string();
@@ -584,10 +585,7 @@ void CheckSymbols(QXSceneFile const& scene, QXSceneProblems& problems) {
 }  // namespace
 
 bool IsSceneName(std::string const& strPath) {
-  std::string strExtension = std::filesystem::path(strPath).extension().string();
-  for (char& c : strExtension)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 'a' - 'A');
-  return strExtension == ".qxscene";
+  return GetLowerExtension(strPath) == ".qxscene";
 }
 
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems) {

@@ -395,6 +395,8 @@ TEST(QXSceneFile, SymbolsAndIconsMustMatch) {
   EXPECT_THAT(Problems(strSymbol + strIcon + "color-key = #FF00FF\n"), ElementsAre(HasSubstr("color-key is about an")));
   EXPECT_THAT(Problems(strSymbol + strIcon + "[symbol]\nname = b\nfile = b.qxscene\npixels = 7\nelevation = 91\n"),
       ElementsAre(HasSubstr("9: 'b.qxscene' is a scene"), HasSubstr("10: "), HasSubstr("11: ")));
+  EXPECT_THAT(
+      Problems("[symbol]\nname = a\nfile = b.gml\n" + strIcon), ElementsAre(HasSubstr("3: 'b.gml' is map data")));
   EXPECT_THAT(Problems("[symbol]\npixels = 16\n" + strIcon),
       ElementsAre(HasSubstr("[symbol] lacks 'name'; add it"), HasSubstr("[symbol] lacks 'file'; add it"),
           HasSubstr("there is no symbol 'a'")));

@@ -4,10 +4,15 @@
 
 namespace QXApp {
 
-QXGeoFormat FindGeoFormat(std::string const& strPath) {
+std::string GetLowerExtension(std::string const& strPath) {
   std::string strExtension = std::filesystem::path(strPath).extension().string();
   for (char& c : strExtension)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 'a' - 'A');
+  return strExtension;
+}
+
+QXGeoFormat FindGeoFormat(std::string const& strPath) {
+  std::string const strExtension = GetLowerExtension(strPath);
   if (strExtension == ".gml" || strExtension == ".citygml") return QXGeoFormat::CityGml;
   if (strExtension == ".geojson") return QXGeoFormat::GeoJson;
   if (strExtension == ".shp") return QXGeoFormat::Shapefile;

@@ -10,6 +10,9 @@ namespace QXApp {
 
 enum class QXGeoFormat { None, CityGml, GeoJson, Shapefile };
 
+/// The extension of a name with its dot, in small letters; empty if it has none.
+std::string GetLowerExtension(std::string const& strPath);
+
 /// By the extension, in any case.
 QXGeoFormat FindGeoFormat(std::string const& strPath);
 
