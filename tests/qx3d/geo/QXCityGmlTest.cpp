@@ -1,5 +1,7 @@
 #include <apps/qx3d/geo/QXCityGml.h>
 
+#include <tests/qx3d/geo/QXParsedGeo.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,20 +15,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct Parsed {
-  QXGeoData m_Data;
-  std::vector<std::string> m_vecProblems;
-  std::vector<std::string> m_vecWarnings;
-};
-
-Parsed Parse(std::string const& strText, QXGeoNames const& names = {"tekst", "hoek"}) {
-  QXSceneProblems problems("a.gml");
-  QXSceneProblems warnings("a.gml");
-  Parsed parsed;
-  parsed.m_Data = ParseCityGml(strText, names, problems, warnings);
-  parsed.m_vecProblems = problems.GetLines();
-  parsed.m_vecWarnings = warnings.GetLines();
-  return parsed;
+QXParsedGeo Parse(std::string const& strText, QXGeoNames const& names = {"tekst", "hoek"}) {
+  return ParseGeo(ParseCityGml, "a.gml", strText, names);
 }
 
 std::string City(std::string const& strMembers) {
@@ -62,7 +52,7 @@ std::string Building(std::string const& strInside) {
 }
 
 TEST(QXCityGml, LabelsHaveTextPositionAndAngle) {
-  Parsed const parsed = Parse(City(Label("Sint  Pieterskade\n", "1.5 -2", " 79.25 ") + Label("B", "1 2 3", "0")));
+  QXParsedGeo const parsed = Parse(City(Label("Sint  Pieterskade\n", "1.5 -2", " 79.25 ") + Label("B", "1 2 3", "0")));
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);
   QXGeoPoint const& first = parsed.m_Data.m_vecPoints[0];
   EXPECT_EQ(first.m_strText, "Sint Pieterskade");
@@ -75,9 +65,10 @@ TEST(QXCityGml, LabelsHaveTextPositionAndAngle) {
 }
 
 TEST(QXCityGml, ATextStandsAtEachOfItsPositionsInItsAngle) {
-  Parsed const parsed = Parse(City(Member("<S><tekst>A &amp; B</tekst><Point><pos>1 1</pos></Point><hoek>10</hoek>"
-                                          "<Point><pos>2 2</pos></Point><hoek>-20</hoek><Point><pos>3 3</pos></Point>"
-                                          "</S>")));
+  QXParsedGeo const parsed =
+      Parse(City(Member("<S><tekst>A &amp; B</tekst><Point><pos>1 1</pos></Point><hoek>10</hoek>"
+                        "<Point><pos>2 2</pos></Point><hoek>-20</hoek><Point><pos>3 3</pos></Point>"
+                        "</S>")));
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 3u);
   EXPECT_EQ(parsed.m_Data.m_vecPoints[2].m_strText, "A & B");
   EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_dAngle, 10.0);
@@ -86,15 +77,16 @@ TEST(QXCityGml, ATextStandsAtEachOfItsPositionsInItsAngle) {
 }
 
 TEST(QXCityGml, PointsWithoutATextAndTextsWithoutAPointGiveNothing) {
-  Parsed const parsed = Parse(City(Member("<S><Point><pos>1 1</pos></Point></S>") + Member("<S><tekst>a</tekst></S>") +
-                                   Member("<S><tekst> </tekst><Point><pos>1 1</pos></Point></S>")));
+  QXParsedGeo const parsed =
+      Parse(City(Member("<S><Point><pos>1 1</pos></Point></S>") + Member("<S><tekst>a</tekst></S>") +
+                 Member("<S><tekst> </tekst><Point><pos>1 1</pos></Point></S>")));
   EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty());
   EXPECT_THAT(parsed.m_vecWarnings, IsEmpty());
 }
 
 TEST(QXCityGml, TheNamesOfLabelAndAngleCanBeChosen) {
   std::string const strText = City(Member("<S><n>a</n><Point><pos>1 1</pos></Point><r>5</r></S>"));
-  Parsed const parsed = Parse(strText, {"n", "r"});
+  QXParsedGeo const parsed = Parse(strText, {"n", "r"});
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
   EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_dAngle, 5.0);
   EXPECT_FALSE(Parse(strText, {"n", ""}).m_Data.m_vecPoints[0].m_bAngle);
@@ -102,14 +94,14 @@ TEST(QXCityGml, TheNamesOfLabelAndAngleCanBeChosen) {
 }
 
 TEST(QXCityGml, AnAngleThatIsNoNumberIsTold) {
-  Parsed const parsed = Parse(City(Label("a", "1 1", "steep") + "\n" + Label("b", "1 1", "nan")));
+  QXParsedGeo const parsed = Parse(City(Label("a", "1 1", "steep") + "\n" + Label("b", "1 1", "nan")));
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);
   EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_dAngle, 0.0);
   EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("a.gml:3: the angle of a text"), HasSubstr("a.gml:4: ")));
 }
 
 TEST(QXCityGml, FootprintsHaveCourtyardsAndTheHeightsOfTheirBuilding) {
-  Parsed const parsed = Parse(
+  QXParsedGeo const parsed = Parse(
       City(Building("<b:measuredHeight uom=\"m\">7.5</b:measuredHeight><b:storeysAboveGround>2"
                     "</b:storeysAboveGround>" +
                     Ground(Polygon(Ring("exterior", "0 0 9 0 9 9 0 9 0 0") + Ring("interior", "1 1 2 1 2 2 1 1"))))));
@@ -145,8 +137,8 @@ TEST(QXCityGml, APartHasTheHeightOfItsBuildingUntilItSaysItsOwn) {
     return "<b:consistsOfBuildingPart><b:BuildingPart>" + strInside + Ground(Square) +
            "</b:BuildingPart></b:consistsOfBuildingPart>";
   };
-  Parsed const parsed = Parse(City(Building("<b:measuredHeight>8</b:measuredHeight>" + part("") +
-                                            part("<b:measuredHeight>5</b:measuredHeight>") + Ground(Square))));
+  QXParsedGeo const parsed = Parse(City(Building("<b:measuredHeight>8</b:measuredHeight>" + part("") +
+                                                 part("<b:measuredHeight>5</b:measuredHeight>") + Ground(Square))));
   ASSERT_EQ(parsed.m_Data.m_vecFootprints.size(), 3u);
   EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_dHeight, 8.0);
   EXPECT_EQ(parsed.m_Data.m_vecFootprints[1].m_dHeight, 5.0);
@@ -155,14 +147,14 @@ TEST(QXCityGml, APartHasTheHeightOfItsBuildingUntilItSaysItsOwn) {
 
 TEST(QXCityGml, HeightsThatNoBuildingHasAreAsGoodAsNone) {
   for (char const* szHeight : {"0", "-3", "nan", "inf", "1e9", "high", "", "12 13"}) {
-    Parsed const parsed =
+    QXParsedGeo const parsed =
         Parse(City(Building("<measuredHeight>" + std::string(szHeight) + "</measuredHeight>" + Ground(Square))));
     ASSERT_EQ(parsed.m_Data.m_vecFootprints.size(), 1u) << szHeight;
     EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_dHeight, 0.0) << szHeight;
   }
 }
 
-std::vector<QXVector3d> OuterRing(Parsed const& parsed) {
+std::vector<QXVector3d> OuterRing(QXParsedGeo const& parsed) {
   return parsed.m_Data.m_vecFootprints.empty() ? std::vector<QXVector3d>()
                                                : parsed.m_Data.m_vecFootprints[0].m_vecRings[0];
 }
@@ -195,21 +187,21 @@ TEST(QXCityGml, RingsOfSinglePositionsAreRead) {
 TEST(QXCityGml, BadPositionsCostTheirPolygonAndAreTold) {
   for (char const* szPositions : {"0 0 4 0 4 4 0", "0 0 4 zero 4 4 0 0", "0 0 nan 0 4 4 0 0", "0 0 1e16 0 4 4 0 0",
            "0 0 1e999 0 4 4 0 0", "", "0 0 4 0x4 4 4 0 0"}) {
-    Parsed const parsed = Parse(City("\n\n" + Building(Ground(Polygon(Ring("exterior", szPositions)) + Square))));
+    QXParsedGeo const parsed = Parse(City("\n\n" + Building(Ground(Polygon(Ring("exterior", szPositions)) + Square))));
     EXPECT_EQ(parsed.m_Data.m_vecFootprints.size(), 1u) << szPositions;
     EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("a.gml:5: these are no positions"))) << szPositions;
   }
 }
 
 TEST(QXCityGml, PolygonsOfTwoCornersAreLeftOut) {
-  Parsed const parsed = Parse(City(Building(Ground(Polygon(Ring("exterior", "0 0 4 0 4 0 0 0")) + Polygon("")))));
+  QXParsedGeo const parsed = Parse(City(Building(Ground(Polygon(Ring("exterior", "0 0 4 0 4 0 0 0")) + Polygon("")))));
   EXPECT_THAT(parsed.m_Data.m_vecFootprints, IsEmpty());
   EXPECT_EQ(parsed.m_vecWarnings.size(), 2u);
 }
 
 TEST(QXCityGml, ACourtyardOfTwoCornersLeavesItsBuilding) {
   std::string const strPolygon = Polygon(Ring("exterior", "0 0 4 0 4 4 0 0") + Ring("interior", "1 1 2 2 1 1"));
-  Parsed const parsed = Parse(City(Building(Ground(strPolygon))));
+  QXParsedGeo const parsed = Parse(City(Building(Ground(strPolygon))));
   ASSERT_EQ(parsed.m_Data.m_vecFootprints.size(), 1u);
   EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_vecRings.size(), 1u);
 }
@@ -227,7 +219,7 @@ TEST(QXCityGml, EntitiesAreRefusedBeforeTheyGrow) {
     std::string const strBefore = "&e" + std::to_string(i - 1) + ";";
     strBomb += "<!ENTITY e" + std::to_string(i) + " \"" + strBefore + strBefore + strBefore + "\">\n";
   }
-  Parsed const parsed = Parse(strBomb + "]><a>&e29;</a>");
+  QXParsedGeo const parsed = Parse(strBomb + "]><a>&e29;</a>");
   EXPECT_THAT(parsed.m_vecProblems, ElementsAre(HasSubstr("a.gml:2: the file declares entities")));
   EXPECT_THAT(Parse("<!DOCTYPE a [<!ENTITY x SYSTEM \"/etc/passwd\">]><a>&x;</a>").m_vecProblems,
       ElementsAre(HasSubstr("declares entities")));
@@ -246,7 +238,7 @@ TEST(QXCityGml, DeepNestingIsRefused) {
 }
 
 TEST(QXCityGml, NestedBuildingsAndPolygonsKeepTheirBooks) {
-  Parsed const parsed = Parse(City(
+  QXParsedGeo const parsed = Parse(City(
       Building(Ground("<g:Polygon>" + Ring("exterior", "0 0 4 0 4 4 0 0") + Square + "</g:Polygon>" + Ground(Square)) +
                "<b:Building/>")));
   EXPECT_LE(parsed.m_Data.m_vecFootprints.size(), 2u);
@@ -254,7 +246,7 @@ TEST(QXCityGml, NestedBuildingsAndPolygonsKeepTheirBooks) {
 }
 
 TEST(QXCityGml, ATextOfMoreThanAThousandBytesIsLeftOut) {
-  Parsed const parsed =
+  QXParsedGeo const parsed =
       Parse(City(Label(std::string(1000, 'x'), "0 0", "0") + Label(std::string(1001, 'x'), "0 0", "0")));
   EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
   EXPECT_EQ(parsed.m_vecWarnings.size(), 1u);
@@ -265,7 +257,7 @@ TEST(QXCityGml, CutAnywhereItIsToldAndNothingIsLeft) {
       City(Label("a", "1 2", "3") + Building("<measuredHeight>8</measuredHeight>" + Ground(Square)));
   std::size_t const nWhole = strText.rfind('>') + 1;
   for (std::size_t nSize = 0; nSize < nWhole; ++nSize) {
-    Parsed const parsed = Parse(strText.substr(0, nSize));
+    QXParsedGeo const parsed = Parse(strText.substr(0, nSize));
     EXPECT_EQ(parsed.m_vecProblems.size(), 1u) << nSize;
     EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty()) << nSize;
     EXPECT_THAT(parsed.m_Data.m_vecFootprints, IsEmpty()) << nSize;

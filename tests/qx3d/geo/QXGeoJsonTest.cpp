@@ -1,5 +1,7 @@
 #include <apps/qx3d/geo/QXGeoJson.h>
 
+#include <tests/qx3d/geo/QXParsedGeo.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,20 +13,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct Parsed {
-  QXGeoData m_Data;
-  std::vector<std::string> m_vecProblems;
-  std::vector<std::string> m_vecWarnings;
-};
-
-Parsed Parse(std::string const& strText, QXGeoNames const& names = {"name", "turn"}) {
-  QXSceneProblems problems("a.geojson");
-  QXSceneProblems warnings("a.geojson");
-  Parsed parsed;
-  parsed.m_Data = ParseGeoJson(strText, names, problems, warnings);
-  parsed.m_vecProblems = problems.GetLines();
-  parsed.m_vecWarnings = warnings.GetLines();
-  return parsed;
+QXParsedGeo Parse(std::string const& strText, QXGeoNames const& names = {"name", "turn"}) {
+  return ParseGeo(ParseGeoJson, "a.geojson", strText, names);
 }
 
 std::string Feature(std::string const& strType, std::string const& strCoordinates, std::string const& strProperties) {
@@ -37,8 +27,8 @@ std::string Collection(std::string const& strFeatures) {
 }
 
 TEST(QXGeoJson, PointsHaveTheTextAndTheAngleOfTheirProperties) {
-  Parsed const parsed = Parse(Collection(Feature("Point", "[1.5,-2]", R"({"name":"\u6b66  \u6c49","turn":30})") +
-                                         ",\n" + Feature("Point", "[1,2,3,4]", R"({"turn":"-7.5","name":12})")));
+  QXParsedGeo const parsed = Parse(Collection(Feature("Point", "[1.5,-2]", R"({"name":"\u6b66  \u6c49","turn":30})") +
+                                              ",\n" + Feature("Point", "[1,2,3,4]", R"({"turn":"-7.5","name":12})")));
   EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);
   EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "\xE6\xAD\xA6 \xE6\xB1\x89");
@@ -59,10 +49,10 @@ TEST(QXGeoJson, EachPointOfAMultiPointIsLabelled) {
 }
 
 TEST(QXGeoJson, FeaturesWithoutATextOrAPlaceGiveNothing) {
-  Parsed const parsed = Parse(Collection(Feature("Point", "[1,2]", "null") + "," + Feature("Point", "[1,2]", "{}") +
-                                         "," + Feature("Point", "[1,2]", R"({"name":["a"]})") + "," +
-                                         Feature("LineString", "[[1,2],[3,4]]", R"({"name":"a"})") + "," +
-                                         R"({"type":"Feature","geometry":null,"properties":{"name":"a"}})"));
+  QXParsedGeo const parsed = Parse(Collection(
+      Feature("Point", "[1,2]", "null") + "," + Feature("Point", "[1,2]", "{}") + "," +
+      Feature("Point", "[1,2]", R"({"name":["a"]})") + "," + Feature("LineString", "[[1,2],[3,4]]", R"({"name":"a"})") +
+      "," + R"({"type":"Feature","geometry":null,"properties":{"name":"a"}})"));
   EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty());
   EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
   EXPECT_THAT(parsed.m_vecWarnings, IsEmpty());
@@ -70,14 +60,14 @@ TEST(QXGeoJson, FeaturesWithoutATextOrAPlaceGiveNothing) {
 
 TEST(QXGeoJson, FeaturesThatStandInPropertiesAreNone) {
   std::string const strInner = Feature("Point", "[1,2]", R"({"name":"inner"})");
-  Parsed const parsed =
+  QXParsedGeo const parsed =
       Parse(Collection(Feature("Point", "[1,2]", R"({"features":[)" + strInner + R"(],"name":"outer"})")));
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
   EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "outer");
 }
 
 TEST(QXGeoJson, PolygonsAreFootprintsWithTheirHeights) {
-  Parsed const parsed = Parse(Collection(
+  QXParsedGeo const parsed = Parse(Collection(
       Feature("Polygon", "[[[0,0],[9,0],[9,9],[0,0]],[[2,1],[3,1],[3,2],[2,1]]]", R"({"height":5.5,"storeys":"2"})") +
       "," + Feature("MultiPolygon", "[[[[0,0],[9,0],[9,9],[0,0]]],[[[0,0],[9,0],[9,9],[0,0]]]]", R"({"height":-1})")));
   ASSERT_EQ(parsed.m_Data.m_vecFootprints.size(), 3u);
@@ -90,7 +80,7 @@ TEST(QXGeoJson, PolygonsAreFootprintsWithTheirHeights) {
 
 TEST(QXGeoJson, BadCoordinatesAreToldWithTheLineWhereTheirFeatureEnds) {
   for (char const* szCoordinates : {"[1]", "[1,null]", "1", "[1,1e16]", "[[1,2]]", "{}", "[\"1\",2]"}) {
-    Parsed const parsed = Parse(Collection(
+    QXParsedGeo const parsed = Parse(Collection(
         Feature("Point", "[1,2]", R"({"name":"a"})") + ",\n" + Feature("Point", szCoordinates, R"({"name":"b"})")));
     EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 1u) << szCoordinates;
     EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("a.geojson:4: the coordinates"))) << szCoordinates;
@@ -123,7 +113,7 @@ TEST(QXGeoJson, CutAnywhereItIsToldAndNothingIsLeft) {
   std::string const strText = Collection(Feature("Point", "[1.5,-2]", R"({"name":"\u6b66","turn":30})") + ",\n" +
                                          Feature("Polygon", "[[[0,0],[9,0],[9,9],[0,0]]]", "{}"));
   for (std::size_t nSize = 0; nSize < strText.size(); ++nSize) {
-    Parsed const parsed = Parse(strText.substr(0, nSize));
+    QXParsedGeo const parsed = Parse(strText.substr(0, nSize));
     EXPECT_EQ(parsed.m_vecProblems.size(), 1u) << nSize;
     EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty()) << nSize;
   }

@@ -1,5 +1,6 @@
 #include <apps/qx3d/geo/QXShapefile.h>
 
+#include <tests/qx3d/geo/QXParsedGeo.h>
 #include <tests/qx3d/geo/QXShapefileMaker.h>
 
 #include <gmock/gmock.h>
@@ -15,23 +16,11 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct Parsed {
-  QXGeoData m_Data;
-  std::vector<std::string> m_vecProblems;
-  std::vector<std::string> m_vecWarnings;
-};
-
-Parsed Parse(QXShapefileBytes const& bytes, QXGeoNames const& names = {"name", "turn"}) {
-  QXSceneProblems problems("a.shp");
-  QXSceneProblems warnings("a.shp");
-  Parsed parsed;
-  parsed.m_Data = ParseShapefile(bytes, names, problems, warnings);
-  parsed.m_vecProblems = problems.GetLines();
-  parsed.m_vecWarnings = warnings.GetLines();
-  return parsed;
+QXParsedGeo Parse(QXShapefileBytes const& bytes, QXGeoNames const& names = {"name", "turn"}) {
+  return ParseGeo(ParseShapefile, "a.shp", bytes, names);
 }
 
-Parsed Parse(QXShapefileMaker const& maker, QXGeoNames const& names = {"name", "turn"}, std::uint32_t nType = 1,
+QXParsedGeo Parse(QXShapefileMaker const& maker, QXGeoNames const& names = {"name", "turn"}, std::uint32_t nType = 1,
     std::string const& strCodePage = "", char cLanguage = 0) {
   std::string const strShapes = maker.GetShapes(nType);
   std::string const strIndex = maker.GetIndex(nType);
@@ -39,7 +28,7 @@ Parsed Parse(QXShapefileMaker const& maker, QXGeoNames const& names = {"name", "
   return Parse({strShapes, strIndex, strAttributes, strCodePage}, names);
 }
 
-std::string TextOf(Parsed const& parsed) {
+std::string TextOf(QXParsedGeo const& parsed) {
   return parsed.m_Data.m_vecPoints.empty() ? "nothing" : parsed.m_Data.m_vecPoints[0].m_strText;
 }
 
@@ -48,7 +37,7 @@ TEST(QXShapefile, PointsHaveTheTextAndAngleOfTheirRecord) {
   maker.Add(1.5, -2.0, "Domplein", "30.5");
   maker.Add(3.0, 4.0, "Markt", "");
   maker.Add(3.0, 4.0, "", "12");
-  Parsed const parsed = Parse(maker);
+  QXParsedGeo const parsed = Parse(maker);
   EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
   EXPECT_THAT(parsed.m_vecWarnings, IsEmpty());
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);
@@ -71,7 +60,7 @@ TEST(QXShapefile, RecordsThatShareALargeShapeAreReadUpToTenMillionPositions) {
   maker.Add(1.0, 2.0, "first", "");
   maker.AddMany(std::vector<double>(200000, 1.0), "");
   maker.AddAgain(5000);
-  Parsed const parsed = Parse(maker, {"name", ""}, 8);
+  QXParsedGeo const parsed = Parse(maker, {"name", ""}, 8);
   EXPECT_THAT(parsed.m_vecProblems, IsEmpty());
   EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("record 101: the file has more than 10000000 positions")));
   EXPECT_EQ(TextOf(parsed), "first");
@@ -94,7 +83,7 @@ TEST(QXShapefile, TextsAreReadInTheEncodingOfTheFile) {
 TEST(QXShapefile, ATextOfAnotherEncodingIsTold) {
   QXShapefileMaker maker;
   maker.Add(0.0, 0.0, "Caf\xE9", "");
-  Parsed const parsed = Parse(maker, {"name", ""}, 1, "UTF-8");
+  QXParsedGeo const parsed = Parse(maker, {"name", ""}, 1, "UTF-8");
   EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty());
   EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("record 1: its text is none in the encoding")));
 }
@@ -117,7 +106,7 @@ TEST(QXShapefile, PlacesThatAreNoneAreLeftOut) {
   maker.Add(std::numeric_limits<double>::quiet_NaN(), 0.0, "a", "");
   maker.Add(0.0, 1e16, "b", "");
   maker.Add(0.0, 1e15, "c", "1e300");
-  Parsed const parsed = Parse(maker);
+  QXParsedGeo const parsed = Parse(maker);
   EXPECT_EQ(TextOf(parsed), "c");
   EXPECT_FALSE(parsed.m_Data.m_vecPoints[0].m_bAngle);
   EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("record 1: "), HasSubstr("record 2: ")));
@@ -133,7 +122,7 @@ TEST(QXShapefile, CutAnywhereItIsToldAndNoMemoryIsSpent) {
     for (std::size_t nSize = 0; nSize < nWhole; ++nSize) {
       std::string strCut[3] = {strFiles[0], strFiles[1], strFiles[2]};
       strCut[nFile].resize(nSize);
-      Parsed const parsed = Parse({strCut[0], strCut[1], strCut[2], ""});
+      QXParsedGeo const parsed = Parse({strCut[0], strCut[1], strCut[2], ""});
       EXPECT_EQ(parsed.m_vecProblems.size(), 1u) << nFile << " " << nSize;
     }
   }
