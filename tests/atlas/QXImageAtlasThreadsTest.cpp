@@ -1,21 +1,18 @@
 // Many threads on the image atlases, one of them rendering. What two of them touch at once without a lock is a report
 // of the thread sanitizer; what gets lost shows in the counts at the end.
 
-#include "../QXBareTexture.h"
+#include "../QXSentTextures.h"
+#include "../QXThreadDuration.h"
 
 #include <QxGraphics3D/atlas/QXTextureImageManager.h>
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
-#include <QxGraphics3D/texture/QXTexture.h>
-#include <QxGraphics3D/texture/QXTextureCacheEntry.h>
-#include <QxGraphics3D/texture/QXTextureManager.h>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <random>
 #include <string>
@@ -27,38 +24,17 @@ namespace QXC {
 namespace {
 
 std::atomic<int> g_nLiveTextures{0};
-std::atomic<int> g_nSent{0};
 
-class QXSentTexture : public QXBareTexture {
+using QXPixels = QXSentTexture<4>;
+
+class QXLiveTexture : public QXPixels {
 public:
-  explicit QXSentTexture(QdcUnicodeString const& strName) : QXBareTexture(strName) { ++g_nLiveTextures; }
-  ~QXSentTexture() override { --g_nLiveTextures; }
+  explicit QXLiveTexture(QdcUnicodeString const& strName) : QXPixels(strName) { ++g_nLiveTextures; }
+  ~QXLiveTexture() override { --g_nLiveTextures; }
 
-  void LoadTexture(unsigned char, unsigned char) override {
-    m_nBindID = 1;
-    ++g_nSent;
-  }
-  // Reads the pixels, as a device does.
-  void LoadSubTexture(int, int, int nWidth, int nHeight, int, int, void const* pPixels, unsigned int) override {
-    auto const* const pBytes = static_cast<unsigned char const*>(pPixels);
-    for (int i = 0; i < nWidth * nHeight * 4; ++i) m_nSum += pBytes[i];
-    ++g_nSent;
-  }
-
-  unsigned int m_nSum = 0;
-};
-
-class QXSharedTextureManager : public QXTextureManager {
-public:
-  QXTexture* GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) override {
-    if (QXTextureCacheEntry* const pEntry = FindCacheEntry(strName)) return pEntry->GetTexture();
-    if (!bCreate) return nullptr;
-    auto* const pTexture = new QXSentTexture(strName);
-    AddToCache(strName, new QXTextureCacheEntry(pTexture));
-    return pTexture;
-  }
-  unsigned char ManagerOperation2(QdcUnicodeString const& strName) const override {
-    return FindCacheEntry(strName) ? 1 : 0;
+  void LoadTexture(unsigned char bOnlyIfNeeded, unsigned char bReleaseImage) override {
+    QXPixels::LoadTexture(bOnlyIfNeeded, bReleaseImage);
+    ++ms_nSent;
   }
 };
 
@@ -69,12 +45,6 @@ QXTextureData* MakePixels(unsigned int nSize) {
   pData->m_nDataSize = nSize * nSize * 4;
   pData->m_pPixels = new unsigned char[pData->m_nDataSize]();
   return pData;
-}
-
-/// How long to go on; a longer run is asked for by QX_THREAD_SECONDS.
-std::chrono::milliseconds GetDuration() {
-  char const* const szSeconds = std::getenv("QX_THREAD_SECONDS");
-  return szSeconds ? std::chrono::seconds(std::atoi(szSeconds)) : std::chrono::milliseconds(400);
 }
 
 /// Seven threads work, each with a random number generator of its own, while the calling one renders.
@@ -89,7 +59,7 @@ void Hammer(std::function<void(std::mt19937&, int nThread)> const& work, std::fu
       while (!bStop) work(random, i);
     });
   }
-  auto const end = std::chrono::steady_clock::now() + GetDuration();
+  auto const end = std::chrono::steady_clock::now() + GetThreadDuration();
   while (std::chrono::steady_clock::now() < end) render();
   bStop = true;
   for (std::thread& thread : arrThreads) thread.join();
@@ -127,11 +97,11 @@ private:
 class QXImageAtlasThreads : public testing::Test {
 protected:
   void SetUp() override {
-    g_nSent = 0;
+    QXLiveTexture::ms_nSent = 0;
     g_nLiveTextures = 0;
   }
 
-  QXSharedTextureManager m_Textures;
+  QXSentTextureManager<QXLiveTexture> m_Textures;
   std::vector<QXHeldNames> m_arrHeld{
       QXHeldNames(0), QXHeldNames(1), QXHeldNames(2), QXHeldNames(3), QXHeldNames(4), QXHeldNames(5), QXHeldNames(6)};
 };
@@ -165,7 +135,7 @@ TEST_F(QXImageAtlasThreads, ImagesComeAndGoWhileOneThreadRenders) {
   for (QXHeldNames const& held : m_arrHeld) {
     for (QdcUnicodeString const& strName : held.GetNames()) manager.RemoveTextureImage(strName);
   }
-  EXPECT_GT(g_nSent.load(), 0);
+  EXPECT_GT(QXLiveTexture::ms_nSent.load(), 0);
   // Nothing is left: no texture has a user, and the whole of the first big texture is free.
   EXPECT_EQ(g_nLiveTextures.load(), 0);
   QXTextureImage* const pWhole = manager.GetTextureImage(L"whole");
@@ -198,7 +168,7 @@ TEST_F(QXImageAtlasThreads, ReadyImagesAreLoadedWhileOthersAreMade) {
   for (QXHeldNames const& held : m_arrHeld) {
     for (QdcUnicodeString const& strName : held.GetNames()) manager.RemoveTextureImage(strName, 1);
   }
-  EXPECT_GT(g_nSent.load(), 0);
+  EXPECT_GT(QXLiveTexture::ms_nSent.load(), 0);
   manager.Clear();
   EXPECT_EQ(g_nLiveTextures.load(), 0);
   EXPECT_EQ(manager.GetTextureImage(L"shared/1")->m_nRefCount, 1);

@@ -1,4 +1,6 @@
 // Users on other threads let go of patches while the render thread makes, moves, renders and drops them.
+#include "../QXThreadDuration.h"
+
 #include <QxGraphics3D/atlas/QXRenderTextureManager.h>
 #include <QxGraphics3D/atlas/QXRenderTexturePatch.h>
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
@@ -7,7 +9,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <mutex>
 #include <random>
 #include <thread>
@@ -15,12 +16,6 @@
 
 namespace QXC {
 namespace {
-
-/// QX_THREAD_SECONDS in the environment makes a long run of it.
-std::chrono::milliseconds GetDuration() {
-  char const* const szSeconds = std::getenv("QX_THREAD_SECONDS");
-  return szSeconds != nullptr ? std::chrono::milliseconds(1000 * std::atoi(szSeconds)) : std::chrono::milliseconds(500);
-}
 
 /// Patches on their way from the render thread to those who use and drop them.
 class QXPatchQueue {
@@ -63,7 +58,7 @@ TEST(QXRenderTextureThreads, PatchesAreLetGoOfOnAnyThread) {
     });
   }
   std::mt19937 random(615);
-  auto const end = std::chrono::steady_clock::now() + GetDuration();
+  auto const end = std::chrono::steady_clock::now() + GetThreadDuration();
   int nMade = 0;
   do {
     for (int i = 0; i < 20; ++i) {

@@ -6,6 +6,7 @@
 
 #include <QxGraphics3D/atlas/QXTextureImageManager.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace QXC {
@@ -29,6 +30,22 @@ protected:
     QXTextureImage* const pImage = Make(szName, nSize, nFormat, nValue, nCompression);
     EXPECT_EQ(m_Manager.FindSpaceInBigTextures(pImage), 1);
     return pImage;
+  }
+  /// Uploads, the locks told too. What is told first, the making of the big texture for the first image, of format 12,
+  /// is compared here and taken off the list; what is sent to it is left to the caller.
+  void UploadToNewBigTexture() {
+    {
+      QXToldLocks const locks(m_Textures);
+      m_Manager.LoadTexture();
+    }
+    QXTold const arrMaking{"atlas(", "store(", "Image_BigTexture_0: GetTexture(1)",
+        "Image_BigTexture_0: SetTextureData(1024 x 1024, format 12, compression 0, size 4194304)",
+        "Image_BigTexture_0: LoadTexture(1, 0) need 0"};
+    QXTold& arrTold = GetTold();
+    ASSERT_GE(arrTold.size(), arrMaking.size());
+    auto const rest = arrTold.begin() + static_cast<std::ptrdiff_t>(arrMaking.size());
+    EXPECT_EQ(QXTold(arrTold.begin(), rest), arrMaking);
+    arrTold.erase(arrTold.begin(), rest);
   }
 };
 

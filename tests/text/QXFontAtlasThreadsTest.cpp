@@ -1,6 +1,7 @@
 // Eight threads ask for glyphs of one manager and release them while one uploads. What two of them touch at once without
 // a lock is a report of the thread sanitizer; what gets lost shows in the counts at the end.
-#include "../QXBareTexture.h"
+#include "../QXSentTextures.h"
+#include "../QXThreadDuration.h"
 #include "QXFontAtlasFixture.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <thread>
 #include <vector>
@@ -16,43 +16,7 @@
 namespace QXC {
 namespace {
 
-std::atomic<int> g_nSent{0};
-
-class QXSentTexture : public QXBareTexture {
-public:
-  using QXBareTexture::QXBareTexture;
-
-  void LoadTexture(unsigned char, unsigned char) override { m_nBindID = 1; }
-  // Reads the pixels, as a device does.
-  void LoadSubTexture(int, int, int nWidth, int nHeight, int, int, void const* pPixels, unsigned int) override {
-    auto const* const pBytes = static_cast<unsigned char const*>(pPixels);
-    for (int i = 0; i < nWidth * nHeight * 2; ++i) m_nSum += pBytes[i];
-    ++g_nSent;
-  }
-
-  unsigned int m_nSum = 0;
-};
-
-class QXSharedTextureManager : public QXTextureManager {
-public:
-  QXTexture* GetTexture(QdcUnicodeString const& strName, unsigned char bCreate) override {
-    if (QXTextureCacheEntry* const pEntry = FindCacheEntry(strName)) return pEntry->GetTexture();
-    if (!bCreate) return nullptr;
-    auto* const pTexture = new QXSentTexture(strName);
-    AddToCache(strName, new QXTextureCacheEntry(pTexture));
-    return pTexture;
-  }
-  unsigned char ManagerOperation2(QdcUnicodeString const& strName) const override {
-    return FindCacheEntry(strName) ? 1 : 0;
-  }
-  std::size_t GetCount() const { return m_mapCache.size(); }
-};
-
-/// How long to go on; a longer run is asked for by QX_THREAD_SECONDS.
-std::chrono::milliseconds GetDuration() {
-  char const* const szSeconds = std::getenv("QX_THREAD_SECONDS");
-  return szSeconds ? std::chrono::seconds(std::atoi(szSeconds)) : std::chrono::milliseconds(400);
-}
+using QXGlyphPage = QXSentTexture<2>;
 
 /// Asks for glyphs and releases them, and gives all of them back at the end.
 template <class Manager>
@@ -87,7 +51,7 @@ void Hammer(Manager& manager) {
   for (unsigned int i = 0; i < kThreads; ++i) {
     arrThreads.emplace_back([&, i] { AskAndRelease(manager, 800 + i, bStop); });
   }
-  auto const end = std::chrono::steady_clock::now() + GetDuration();
+  auto const end = std::chrono::steady_clock::now() + GetThreadDuration();
   while (std::chrono::steady_clock::now() < end) manager.AddCharBitmapToTexture();
   bStop = true;
   for (std::thread& thread : arrThreads) thread.join();
@@ -96,12 +60,12 @@ void Hammer(Manager& manager) {
 class QXFontAtlasThreads : public QXFontAtlasFixture {};
 
 TEST_F(QXFontAtlasThreads, GlyphsComeAndGoWhileOneThreadUploads) {
-  QXSharedTextureManager textures;
+  QXSentTextureManager<QXGlyphPage> textures;
   QXTextureFontManager manager;
   manager.SetTextureManager(&textures);
-  g_nSent = 0;
+  QXGlyphPage::ms_nSent = 0;
   Hammer(manager);
-  EXPECT_GT(g_nSent.load(), 0);
+  EXPECT_GT(QXGlyphPage::ms_nSent.load(), 0);
   // Each request had its release: every page that had glyphs has gone.
   EXPECT_EQ(textures.GetCount(), 0u);
 }
