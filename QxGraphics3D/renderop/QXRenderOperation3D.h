@@ -127,7 +127,8 @@ public:
   virtual void SetTexture(unsigned int nUnit, QXTexture* pTexture) = 0;
   /// Transform of a unit's coordinates, row vectors.
   virtual void SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) = 0;
-  /// Selection and colour of single objects of a batched drawable, by the identifiers of its vertices.
+  /// Selection and colour of single objects of a batched drawable, by the identifiers of its vertices; those of static
+  /// geometry are the keys of QXStaticGeometryBucket::m_mapSubObjects.
   virtual void SetBatchState(QXBatchSelAndVertexColor const& state) = 0;
   /// 0: drawn over what stands in front of it.
   virtual void SetDepthTest(unsigned char bTest) = 0;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QxGraphics3D/Export.h>
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 
 namespace QXC {
@@ -11,9 +12,9 @@ class QXBillboard;
 class QXParticleSystem3D;
 class QXQueryOperation3D;
 class QXRenderOperation3D;
-class QXRenderOperationOverlay;
 class QXRibbonTrail3D;
 class QXSkeletonAnimation;
+struct QXStaticGeometryBucket;
 
 /// Makes the drawables of a renderer; QXGraphics3D::GetRenderOperationManager hands it out. Scenes are named as
 /// QXGraphics3D::GetSceneName and CreateScene name them.
@@ -47,8 +48,19 @@ public:
   virtual void DetachRenderOperation3D(QXRenderOperation3D* pOperation) = 0;
   /// A picture that faces the camera. Null if the scene does not exist: it could not be put into another one later.
   virtual QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) = 0;
-  /// A rectangle over the pictures of all targets.
-  virtual QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const& strName) = 0;
+  /// A drawable of one merged bucket of a static geometry, standing in the scene. Never null, as above; a scene that
+  /// does not exist makes a drawable that stands in none. Everything is copied: bucket and geometry may die afterwards.
+  /// Ranges: level by level, in each level one a package in their order. A range is drawn with the pass that
+  ///         m_mapPasses has under the package's first pass name, with plain vertex colours where there is none; its
+  ///         textures are those that the renderer's texture manager has under the names in the pass's units.
+  /// Place:  the host sets the model matrix (QXStaticGeometry::GetLocalViewMatrix).
+  /// SetBatchState: objects are the keys of m_mapSubObjects.
+  /// Bad input: what is not whole is left out: an array shorter than the vertices, an index past them, a missing pass.
+  /// @param arrLevelDistances  level n is drawn while the eye is at least arrLevelDistances[n] and less than
+  ///                           arrLevelDistances[n + 1] world units away from the bounds; an entry that is missing is
+  ///                           without limit. An empty array draws level 0 alone
+  virtual QXRenderOperation3D* CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
+      QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) = 0;
   /// @param strTemplate  the renderer's name of the kind of particles, empty for plain ones
   virtual QXParticleSystem3D* CreateParticleSystem(
       QdcUnicodeString const& strSceneName, QdcUnicodeString const& strTemplate) = 0;

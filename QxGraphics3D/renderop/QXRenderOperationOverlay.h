@@ -12,7 +12,7 @@ namespace QXC {
 class QXTexture;
 
 /// A textured or plain rectangle in pixels that lies over everything in the scene: logos, scale bars, frames.
-/// Made by QXRenderOperationManager::CreateOverlay, deleted by the host; drawn while its target shows overlays.
+/// Made by QXGraphics3D::CreateOverlay and deleted by its DestroyOverlay; drawn while its target shows overlays.
 /// Threads: the render thread.
 class QXGRAPHICS3D_API QXRenderOperationOverlay {
 public:

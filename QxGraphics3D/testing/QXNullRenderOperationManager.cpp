@@ -7,7 +7,6 @@
 #include <QxGraphics3D/testing/QXNullParticleSystem3D.h>
 #include <QxGraphics3D/testing/QXNullQueryOperation3D.h>
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
-#include <QxGraphics3D/testing/QXNullRenderOperationOverlay.h>
 #include <QxGraphics3D/testing/QXNullRibbonTrail3D.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
 #include <QxGraphics3D/testing/QXNullSkeletonAnimation.h>
@@ -30,6 +29,11 @@ std::string QXNullRenderOperationManager::MakeLabel(char const* szKind) {
 QXRenderOperation3D* QXNullRenderOperationManager::CreateRenderOperation3D(
     QdcUnicodeString const& strSceneName, unsigned char bAttach) {
   Record("CreateRenderOperation3D", strSceneName, bAttach);
+  return MakeDrawable(strSceneName, bAttach);
+}
+
+QXNullRenderOperation3D* QXNullRenderOperationManager::MakeDrawable(
+    QdcUnicodeString const& strSceneName, unsigned char bAttach) {
   auto pDrawable = std::make_unique<QXNullRenderOperation3D>(this, m_pLog, MakeLabel("drawable"));
   m_arrDrawables.push_back(pDrawable.get());
   QXNullScene* const pScene = m_Graphics.FindScene(strSceneName);
@@ -77,9 +81,10 @@ QXBillboard* QXNullRenderOperationManager::CreateBillboard(QdcUnicodeString cons
   return new QXNullBillboard(m_pLog, MakeLabel("billboard"));
 }
 
-QXRenderOperationOverlay* QXNullRenderOperationManager::CreateOverlay(QdcUnicodeString const& strName) {
-  Record("CreateOverlay", strName);
-  return new QXNullRenderOperationOverlay(m_pLog, MakeLabel("overlay"), strName);
+QXRenderOperation3D* QXNullRenderOperationManager::CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
+    QXStaticGeometryBucket const& /*bucket*/, QdcArray<double> const& arrLevelDistances) {
+  Record("CreateStaticGeometry3D", strSceneName, arrLevelDistances.GetSize());
+  return MakeDrawable(strSceneName, 1);
 }
 
 QXParticleSystem3D* QXNullRenderOperationManager::CreateParticleSystem(

@@ -26,7 +26,8 @@ public:
   unsigned char AttachRenderOperation3D(QXRenderOperation3D* pOperation, QdcUnicodeString const& strSceneName) override;
   void DetachRenderOperation3D(QXRenderOperation3D* pOperation) override;
   QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) override;
-  QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const& strName) override;
+  QXRenderOperation3D* CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
+      QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) override;
   QXParticleSystem3D* CreateParticleSystem(
       QdcUnicodeString const& strSceneName, QdcUnicodeString const& strTemplate) override;
   QXRibbonTrail3D* CreateRibbonTrail(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strName,
@@ -41,6 +42,7 @@ public:
   std::vector<QXNullRenderOperation3D*> const& GetDrawables() const { return m_arrDrawables; }
 
 private:
+  QXNullRenderOperation3D* MakeDrawable(QdcUnicodeString const& strSceneName, unsigned char bAttach);
   std::string MakeLabel(char const* szKind);
 
   QXNullGraphics3D& m_Graphics;

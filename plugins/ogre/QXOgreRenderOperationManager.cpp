@@ -64,6 +64,11 @@ void QXOgreRenderOperationManager::DetachRenderOperation3D(QXRenderOperation3D* 
   if (QXOgreRenderOperation3D* const pOwn = Own(pOperation)) pOwn->GetDrawable().SetScene(nullptr);
 }
 
+QXRenderOperation3D* QXOgreRenderOperationManager::CreateStaticGeometry3D(
+    QdcUnicodeString const& strSceneName, QXStaticGeometryBucket const&, QdcArray<double> const&) {
+  return CreateRenderOperation3D(strSceneName, 1);
+}
+
 QXBillboard* QXOgreRenderOperationManager::CreateBillboard(QdcUnicodeString const& strSceneName) {
   if (QXOgreScene* const pScene = m_Graphics3D.FindScene(strSceneName))
     return new QXOgreBillboard(pScene->GetBillboards());

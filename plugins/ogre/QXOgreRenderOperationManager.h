@@ -12,7 +12,7 @@ namespace QXC {
 class QXOgreGraphics3D;
 class QXOgreRenderOperation3D;
 
-/// Makes drawables, and knows those that exist, and billboards. Overlays, particles, ribbons, queries and skeletons are
+/// Makes drawables, and knows those that exist, and billboards. Particles, ribbons, queries and skeletons are
 /// not there yet: null.
 class QXOgreRenderOperationManager final : public QXRenderOperationManager {
 public:
@@ -42,7 +42,8 @@ public:
   void DetachRenderOperation3D(QXRenderOperation3D* pOperation) override;
   /// Null for a scene that does not exist, since nobody could put it into another one later.
   QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) override;
-  QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const&) override { return nullptr; }
+  QXRenderOperation3D* CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
+      QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) override;
   QXParticleSystem3D* CreateParticleSystem(QdcUnicodeString const&, QdcUnicodeString const&) override {
     return nullptr;
   }

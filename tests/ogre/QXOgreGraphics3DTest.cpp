@@ -331,7 +331,6 @@ TEST_F(QXOgreGraphics3D, WhatItCannotDoAnswersNothing) {
   EXPECT_EQ(nWidth, 0U);
   EXPECT_EQ(nHeight, 0U);
   QXRenderOperationManager& manager = *m_pGraphics3D->GetRenderOperationManager();
-  EXPECT_EQ(manager.CreateOverlay(L"logo"), nullptr);
   EXPECT_EQ(manager.CreateParticleSystem(L"3D", L""), nullptr);
   EXPECT_EQ(manager.CreateRibbonTrail(L"3D", L"trail", L""), nullptr);
   EXPECT_EQ(manager.CreateQueryOperation(L"query"), nullptr);

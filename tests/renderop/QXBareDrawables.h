@@ -128,7 +128,10 @@ public:
   unsigned char AttachRenderOperation3D(QXRenderOperation3D*, QdcUnicodeString const&) override { return {}; }
   void DetachRenderOperation3D(QXRenderOperation3D*) override {}
   QXBillboard* CreateBillboard(QdcUnicodeString const&) override { return {}; }
-  QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const&) override { return {}; }
+  QXRenderOperation3D* CreateStaticGeometry3D(
+      QdcUnicodeString const&, QXStaticGeometryBucket const&, QdcArray<double> const&) override {
+    return {};
+  }
   QXParticleSystem3D* CreateParticleSystem(QdcUnicodeString const&, QdcUnicodeString const&) override { return {}; }
   QXRibbonTrail3D* CreateRibbonTrail(
       QdcUnicodeString const&, QdcUnicodeString const&, QdcUnicodeString const&) override {

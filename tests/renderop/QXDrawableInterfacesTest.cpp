@@ -91,6 +91,7 @@ TEST(QXRenderOperation3D, NamedOperationsStandInTheirSlots) {
 TEST(QXRenderOperationManager, NamedOperationsStandInTheirSlots) {
   EXPECT_EQ(SlotOf(&QXRenderOperationManager::GetRenderOperationCount), 1);
   EXPECT_EQ(SlotOf(&QXRenderOperationManager::CreateRenderOperation3D), 2);
+  EXPECT_EQ(SlotOf(&QXRenderOperationManager::CreateStaticGeometry3D), 7);
   EXPECT_EQ(SlotOf(&QXRenderOperationManager::CreateSkeletonAnimation), 11);
 }
 

@@ -49,12 +49,13 @@ TEST_F(QXNullSceneObjectsTest, BillboardNeedsASceneThatExists) {
 TEST_F(QXNullSceneObjectsTest, OverlayKeepsItsNameAndTexture) {
   QXBareTexture texture;
   {
-    std::unique_ptr<QXRenderOperationOverlay> const pOverlay(Manager().CreateOverlay(L"logo"));
+    QXRenderOperationOverlay* const pOverlay = m_Graphics.CreateOverlay(L"logo");
     EXPECT_TRUE(pOverlay->GetName() == L"logo");
     pOverlay->SetVisible(0);
     EXPECT_EQ(pOverlay->IsVisible(), 0);
     pOverlay->SetTexture(&texture, QdcRect2D());
     EXPECT_EQ(texture.GetRef(), 1);
+    m_Graphics.DestroyOverlay(L"logo");
   }
   EXPECT_EQ(texture.GetRef(), 0);
 }
