@@ -143,4 +143,8 @@
 #include <QxGraphics3D/text/QXTextureFontManager.h>
 #include <QxGraphics3D/text/QXTrueType.h>
 
+#include <QxGraphics3D/staticgeometry/QXBucketIndexPackage.h>
+#include <QxGraphics3D/staticgeometry/QXStaticGeometry.h>
+#include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
+
 #include <QxGraphics3D/model/QXModelManager.h>
