@@ -1,4 +1,5 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXAnimationKey.h>
+#include <QxGraphics3D/frame/foundation/stream/QXMemoryStream.h>
 
 #include <gtest/gtest.h>
 
@@ -6,9 +7,6 @@
 #include <type_traits>
 
 namespace QXC {
-
-// Complete here alone: the test needs an object to pass on, never what is in it.
-class QXStream {};
 
 namespace {
 
@@ -29,7 +27,7 @@ private:
 TEST(QXAnimationKey, IsACopyableValueWithVirtualDestructor) {
   static_assert(std::has_virtual_destructor_v<QXAnimationKey>);
   static_assert(std::is_copy_constructible_v<QXAnimationKey> && std::is_copy_assignable_v<QXAnimationKey>);
-  QXStream stream;
+  QXMemoryStream stream;
   QXAnimationKey key;
   QXAnimationKey copy(key);
   copy = key;
@@ -39,7 +37,7 @@ TEST(QXAnimationKey, IsACopyableValueWithVirtualDestructor) {
 
 TEST(QXAnimationKey, KindsOverrideEveryOperation) {
   int log = 0;
-  QXStream stream;
+  QXMemoryStream stream;
   QXAnimationKey* pKey = new TimedKey(log);
   EXPECT_EQ(pKey->Load(stream), 0);
   pKey->Save(stream);

@@ -9,6 +9,8 @@
 
 namespace QXC {
 
+class QXStream;
+
 /// Index array of one mesh part. Static geometry collects several of them over one vertex package.
 /// Ownership: the package owns m_pIndices and frees it as an array of the width that m_nIndexType says.
 /// Copying:   deep.
@@ -32,6 +34,19 @@ public:
   unsigned short* GetIndices16() const;
   unsigned int* GetIndices32() const;
 
+  /// Replaces the package by what Save wrote. Entries past the vertices of the mesh are loaded like any others; a
+  /// package of 0 entries gets no array.
+  /// @param nOption  0; any other value does the same
+  /// @return  0 if the stream ended early or makes no sense, or if there is no memory for the entries; the package is
+  ///          then as it was
+  /// Failure: the allocator's exception for the names; memory only as far as the bytes that remain could fill it.
+  unsigned char Load(QXStream& stream, int nOption);
+  /// Writes GetDataSize bytes, the entries in their own width and with one call; none if there is no array. nOption as in
+  /// Load.
+  void Save(QXStream& stream, int nOption) const;
+  /// Bytes that Save writes.
+  int GetDataSize() const;
+
   /// Entries in m_pIndices.
   int m_nIndexNum = 0;
   /// `new unsigned short[]` or `new unsigned int[]`, owned.
@@ -46,6 +61,8 @@ public:
   int m_eOperationType = QX_OPERATION_TRIANGLE_LIST;
 
 private:
+  int GetSavedNum() const;
+  unsigned char LoadIndices(QXStream& stream);
   void Free();
   void Allocate(int nNum, int nIndexType);
 };

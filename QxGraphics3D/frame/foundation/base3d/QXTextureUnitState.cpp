@@ -1,7 +1,10 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureUnitState.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXStreamRecords.h>
+
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace QXC {
 
@@ -64,6 +67,41 @@ void QXTextureUnitState::SetEffect(QXTextureEffect const& effect) {
 void QXTextureUnitState::RemoveAllEffects() {
   for (auto at = m_dictEffects.GetStartPosition(); !m_dictEffects.IsEOF(at); ++at) delete at->second;
   m_dictEffects.RemoveAll();
+}
+
+unsigned char QXTextureUnitState::Load(QXStream& stream) {
+  constexpr unsigned int EffectSize = 8;
+  QXTextureUnitState loaded;
+  int nEffects = 0;
+  stream >> loaded.m_strTextureName;
+  detail::LoadMatrix(stream, loaded.m_matUnit);
+  stream.Load(loaded.m_nFiltering, 3);
+  if (!detail::LoadCount(stream, nEffects, EffectSize)) return 0;
+  for (int i = 0; i < nEffects; ++i) {
+    QXTextureEffect effect;
+    stream >> effect.m_nType >> effect.m_nSubType;
+    loaded.SetEffect(effect);
+  }
+  if (!stream.IsGood()) return 0;
+  m_strTextureName = std::move(loaded.m_strTextureName);
+  m_matUnit = loaded.m_matUnit;
+  std::copy_n(loaded.m_nFiltering, 3, m_nFiltering);
+  std::swap(m_dictEffects, loaded.m_dictEffects);
+  return 1;
+}
+
+void QXTextureUnitState::Save(QXStream& stream) const {
+  stream << m_strTextureName;
+  detail::SaveMatrix(stream, m_matUnit);
+  stream.Save(m_nFiltering, 3);
+  stream << static_cast<int>(m_dictEffects.GetCount());
+  for (auto at = m_dictEffects.GetStartPosition(); !m_dictEffects.IsEOF(at); ++at)
+    stream << at->second->m_nType << at->second->m_nSubType;
+}
+
+int QXTextureUnitState::GetDataSize() const {
+  constexpr int FixedSize = detail::MatrixSize + 3 * 4 + 4;
+  return QXStream::GetStringSize(m_strTextureName) + FixedSize + 8 * static_cast<int>(m_dictEffects.GetCount());
 }
 
 }  // namespace QXC

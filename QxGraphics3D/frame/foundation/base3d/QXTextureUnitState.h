@@ -9,6 +9,8 @@
 
 namespace QXC {
 
+class QXStream;
+
 /// How a texture unit gets its coordinates when they do not come from the vertices.
 enum QXTextureEffectType : int {
   TEXTURE_EFFECT_ENVIRONMENT_MAP = 0,  ///< reflection; the subtype 0 to 3 says which map
@@ -66,6 +68,16 @@ public:
   /// Adds the effect, or replaces the one of the same type.
   void SetEffect(QXTextureEffect const& effect);
   void RemoveAllEffects();
+
+  /// Replaces the unit by what Save wrote; of two effects of one type the later counts.
+  /// @return  0 if the stream ended early or makes no sense; the unit is then as it was
+  /// Failure: the allocator's exception; memory only as far as the bytes that remain could fill it.
+  unsigned char Load(QXStream& stream);
+  /// Writes GetDataSize bytes: the transform, the filters, the effects in the order of their types and the texture's
+  /// name, not its pixels.
+  void Save(QXStream& stream) const;
+  /// Bytes that Save writes.
+  int GetDataSize() const;
 
 private:
   QdcUnicodeString m_strTextureName;
