@@ -4,6 +4,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXStreamRecords.h>
 
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace QXC {
@@ -80,10 +81,10 @@ void QXIndexPackage::Save(QXStream& stream, int /*nOption*/) const {
 }
 
 int QXIndexPackage::GetDataSize() const {
-  constexpr int FixedSize = 4 + 4 + 1 + 4 + 4;
-  int nNames = 0;
-  for (QdcUnicodeString const& strName : m_arrPassNames) nNames += QXStream::GetStringSize(strName);
-  return FixedSize + nNames + GetSavedNum() * static_cast<int>(detail::GetIndexSize(m_nIndexType));
+  constexpr QXInt64 FixedSize = 4 + 4 + 1 + 4 + 4;
+  QXInt64 nSize = FixedSize + GetSavedNum() * static_cast<QXInt64>(detail::GetIndexSize(m_nIndexType));
+  for (QdcUnicodeString const& strName : m_arrPassNames) nSize += QXStream::GetStringSize(strName);
+  return detail::ToDataSize(nSize);
 }
 
 int QXIndexPackage::GetSavedNum() const {

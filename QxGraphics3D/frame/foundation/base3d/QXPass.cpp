@@ -114,10 +114,10 @@ void QXPass::Save(QXStream& stream, double /*dVersion*/) const {
 }
 
 int QXPass::GetDataSize() const {
-  int nSize = QXStream::GetStringSize(m_strName) + 4 + QXStream::GetStringSize(m_strVertexProgram) +
-              QXStream::GetStringSize(m_strFragmentProgram) + StatesSize + 4 + 1;
+  QXInt64 nSize = QXInt64{QXStream::GetStringSize(m_strName)} + 4 + QXStream::GetStringSize(m_strVertexProgram) +
+                  QXStream::GetStringSize(m_strFragmentProgram) + StatesSize + 4 + 1;
   for (auto const& pUnit : m_arrUnits) nSize += pUnit->GetDataSize();
-  return m_pExtension ? nSize + ExtensionSize : nSize;
+  return detail::ToDataSize(m_pExtension ? nSize + ExtensionSize : nSize);
 }
 
 void QXPass::Swap(QXPass& other) {
@@ -139,9 +139,10 @@ unsigned char QXPass::LoadUnits(QXStream& stream) {
 }
 
 unsigned char QXPass::LoadExtension(QXStream& stream) {
+  QXUInt64 const nPosition = stream.GetPosition();
   unsigned char bExtension = 0;
   stream >> bExtension;
-  if (bExtension > 1) stream.Fail();
+  if (bExtension > 1) stream.Fail(nPosition);
   if (bExtension == 0 || !stream.IsGood()) return stream.IsGood();
   int nType = 0;
   stream >> nType;

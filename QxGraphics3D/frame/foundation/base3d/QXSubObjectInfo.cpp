@@ -52,9 +52,10 @@ void QXSubObjectInfo::Save(QXStream& stream) const {
 }
 
 int QXSubObjectInfo::GetDataSize() const {
-  constexpr int FixedSize = 4 * 8 + 3 * 4;
-  return FixedSize + 8 * static_cast<int>(m_mapPassSlots.size()) + 4 * static_cast<int>(m_arrOffsets.GetSize()) +
-         4 * static_cast<int>(m_arrCounts.GetSize());
+  constexpr QXInt64 FixedSize = 4 * 8 + 3 * 4;
+  auto const nSlots = static_cast<QXInt64>(m_mapPassSlots.size());
+  auto const nNumbers = static_cast<QXInt64>(m_arrOffsets.GetSize() + m_arrCounts.GetSize());
+  return detail::ToDataSize(FixedSize + 8 * nSlots + 4 * nNumbers);
 }
 
 }  // namespace QXC

@@ -23,8 +23,7 @@ QXStream& QXStream::operator>>(QdcUnicodeString& strText) {
   *this >> nCount;
   if (nCount == 0) return *this;
   if (nCount > Remaining()) {
-    FailWith(STREAM_ENDED);
-    m_nReadEndOffset = nStart;
+    FailWith(STREAM_ENDED, nStart);
     return *this;
   }
   std::string bytes(nCount, '\0');
@@ -55,9 +54,9 @@ int QXStream::GetStringSize(QdcUnicodeString const& strText) {
   return 4 + strText.ToMBString().GetLength();
 }
 
-void QXStream::FailWith(QXStreamProblem eProblem) {
+void QXStream::FailWith(QXStreamProblem eProblem, QXUInt64 nReadPosition) {
   if (!IsGood()) return;
-  m_nReadEndOffset = GetPosition();
+  m_nReadEndOffset = nReadPosition;
   m_nWriteEndOffset = GetWritten();
   // Empty windows send every later operation the slow way, which asks for the failure.
   m_pReadEnd = m_pRead;

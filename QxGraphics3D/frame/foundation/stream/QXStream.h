@@ -37,7 +37,11 @@ class QXGRAPHICS3D_API QXStream {
 public:
   QXStream(QXStream const&) = delete;
   QXStream& operator=(QXStream const&) = delete;
+
+  // Slot order is the contract with plug-ins: never reorder, never insert; append only with a major version.
   virtual ~QXStream();
+  /// The reason of the failure for people, without a full stop; empty while the stream is good.
+  virtual QdcUnicodeString GetErrorText() const;
 
   QXStream& operator<<(int nValue) { return Put(nValue); }
   QXStream& operator<<(unsigned int nValue) { return Put(nValue); }
@@ -85,18 +89,16 @@ public:
   /// 1 if nCount elements of at least nLeastSize bytes each could still come: what a reader asks before it believes a
   /// count. 0 for a negative one.
   unsigned char CanHold(QXInt64 nCount, unsigned int nLeastSize) const;
-  /// Offset of the next byte to be read; after a failed read, or Fail, the offset where that read began.
+  /// Offset of the next byte to be read; after a failed read the offset where that read began.
   QXUInt64 GetPosition() const { return m_nReadEndOffset - static_cast<QXUInt64>(m_pReadEnd - m_pRead); }
   /// Bytes written so far.
   QXUInt64 GetWritten() const { return m_nWriteEndOffset - static_cast<QXUInt64>(m_pWriteEnd - m_pWrite); }
 
   /// Ends the stream because what was read makes no sense, so that nothing behind it is taken for data. Nothing on a
   /// stream that failed before.
-  void Fail() { FailWith(STREAM_NONSENSE); }
+  /// @param nPosition  where the nonsense begins; GetPosition gives it from now on
+  void Fail(QXUInt64 nPosition) { FailWith(STREAM_NONSENSE, nPosition); }
   QXStreamProblem GetProblem() const { return m_eProblem; }
-  /// The reason of the failure for people, in English, without a full stop; empty while the stream is good.
-  virtual QdcUnicodeString GetErrorText() const;
-
   /// Bytes that a text takes in a stream.
   static int GetStringSize(QdcUnicodeString const& strText);
 
@@ -113,7 +115,9 @@ protected:
   virtual unsigned char WritePast(void const* pBytes, std::size_t nSize) = 0;
 
   /// Keeps the first reason, closes both windows and holds both positions.
-  void FailWith(QXStreamProblem eProblem);
+  void FailWith(QXStreamProblem eProblem) { FailWith(eProblem, GetPosition()); }
+  /// @copydoc FailWith(QXStreamProblem)
+  void FailWith(QXStreamProblem eProblem, QXUInt64 nReadPosition);
   /// Takes a failure back, for a stream that begins anew.
   void Recover() { m_eProblem = STREAM_NO_PROBLEM; }
 

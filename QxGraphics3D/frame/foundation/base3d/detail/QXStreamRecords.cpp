@@ -1,11 +1,19 @@
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXStreamRecords.h>
 
+#include <algorithm>
+#include <limits>
+
 namespace QXC::detail {
 
 unsigned char LoadCount(QXStream& stream, int& nCount, unsigned int nLeastSize) {
+  QXUInt64 const nPosition = stream.GetPosition();
   stream >> nCount;
-  if (stream.IsGood() && !stream.CanHold(nCount, nLeastSize)) stream.Fail();
+  if (!stream.CanHold(nCount, nLeastSize)) stream.Fail(nPosition);
   return stream.IsGood();
+}
+
+int ToDataSize(QXInt64 nBytes) {
+  return static_cast<int>(std::min<QXInt64>(nBytes, std::numeric_limits<int>::max()));
 }
 
 void LoadMatrix(QXStream& stream, QXMatrix4d& matrix) {

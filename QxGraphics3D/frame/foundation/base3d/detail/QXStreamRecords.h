@@ -17,6 +17,9 @@ constexpr int ColourSize = 4 * 8;
 /// @return  0 if the stream failed, now or before
 unsigned char LoadCount(QXStream& stream, int& nCount, unsigned int nLeastSize);
 
+/// The size that a record tells its callers: 2 GiB - 1 for what is longer, instead of a negative number.
+int ToDataSize(QXInt64 nBytes);
+
 /// Sixteen doubles, row after row.
 void LoadMatrix(QXStream& stream, QXMatrix4d& matrix);
 void SaveMatrix(QXStream& stream, QXMatrix4d const& matrix);
