@@ -146,5 +146,6 @@
 #include <QxGraphics3D/staticgeometry/QXBucketIndexPackage.h>
 #include <QxGraphics3D/staticgeometry/QXStaticGeometry.h>
 #include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
+#include <QxGraphics3D/staticgeometry/QXVertexPackageStream.h>
 
 #include <QxGraphics3D/model/QXModelManager.h>
