@@ -9,6 +9,7 @@
 
 #include <QxGraphics3D/frame/foundation/base/Namespaces.h>
 #include <QxGraphics3D/frame/foundation/base/QDCCharset.h>
+#include <QxGraphics3D/frame/foundation/base/QXNameIndex.h>
 #include <QxGraphics3D/frame/foundation/base/QXSharedPtr.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>

@@ -1,28 +1,11 @@
 #include <QxGraphics3D/texture/QXTextureCacheMap.h>
 
-#include <QxGraphics3D/texture/detail/QXTextHash.h>
+#include <QxGraphics3D/frame/foundation/base/detail/QXNameIndexParts.h>
 
-#include <cstring>
-#include <cwchar>
 #include <new>
 #include <stdexcept>
 
 namespace QXC {
-namespace {
-
-constexpr std::size_t kFewestSlots = 64;
-
-/// At most two thirds of the slots are taken, so that a search ends after a slot or two.
-bool IsTooFull(std::size_t nItems, std::size_t nSlots) {
-  return nItems > nSlots - nSlots / 3;
-}
-
-/// The length of the text, where GetLength counts a tail of zeros too: the map compares texts.
-std::size_t GetTextLength(QdcUnicodeString const& strName) {
-  return std::wcslen(strName.Cstr());
-}
-
-}  // namespace
 
 QXTextureCacheMap::QXTextureCacheMap() = default;
 
@@ -61,67 +44,20 @@ QXTextureCacheMap::operator Map&() {
 
 // --- The index ---
 
-QXTextureCacheMap::Slot const* QXTextureCacheMap::FindSlot(wchar_t const* pText, std::size_t nLength) const {
-  std::uint64_t const nHash = detail::HashText(pText, nLength);
-  std::size_t const nMask = m_arrSlots.size() - 1;
-  for (std::size_t i = nHash & nMask; m_arrSlots[i].m_pText != nullptr; i = (i + 1) & nMask) {
-    Slot const& slot = m_arrSlots[i];
-    if (slot.m_nHash == nHash && slot.m_nLength == nLength &&
-        std::memcmp(slot.m_pText, pText, nLength * sizeof(wchar_t)) == 0) {
-      return &slot;
-    }
-  }
-  return nullptr;
-}
-
-QXTextureCacheMap::Slot const* QXTextureCacheMap::FindSlot(key_type const& strName) const {
-  if (m_arrSlots.empty()) return nullptr;
-  std::size_t const nLength = static_cast<std::size_t>(strName.GetLength());
-  Slot const* const pSlot = FindSlot(strName.Cstr(), nLength);
-  if (pSlot != nullptr) return pSlot;
-  // Texts in the index have no zero inside, so a name with one is found by its text alone. Measuring it waits until
-  // here because it would cost every hit a walk over the name.
-  std::size_t const nTextLength = GetTextLength(strName);
-  return nTextLength == nLength ? nullptr : FindSlot(strName.Cstr(), nTextLength);
-}
-
 void QXTextureCacheMap::Reserve(std::size_t nItems) {
-  if (!m_bIndexed || !IsTooFull(nItems, m_arrSlots.size())) return;
-  std::size_t nSlots = kFewestSlots;
-  while (IsTooFull(nItems, nSlots)) nSlots *= 2;
-  std::vector<Slot> slots(nSlots, Slot{0, nullptr, 0, iterator()});
-  m_arrSlots.swap(slots);
-  Refill();
+  if (m_bIndexed) m_Index.Reserve(nItems);
 }
 
 void QXTextureCacheMap::AddPlace(iterator place) {
-  if (!m_bIndexed) return;
-  std::size_t const nLength = GetTextLength(place->first);
-  Slot const slot{detail::HashText(place->first.Cstr(), nLength), place->first.Cstr(), nLength, place};
-  std::size_t const nMask = m_arrSlots.size() - 1;
-  std::size_t i = slot.m_nHash & nMask;
-  while (m_arrSlots[i].m_pText != nullptr) i = (i + 1) & nMask;
-  m_arrSlots[i] = slot;
+  if (m_bIndexed) m_Index.Add(place->first, place);
 }
 
 void QXTextureCacheMap::RemovePlace(const_iterator place) {
-  if (!m_bIndexed) return;
-  std::size_t const nMask = m_arrSlots.size() - 1;
-  auto nFree = static_cast<std::size_t>(FindSlot(place->first.Cstr(), GetTextLength(place->first)) - m_arrSlots.data());
-  // Slots behind move up over the gap, unless they would come to stand before their home: a search stops at a free
-  // slot, and marks of removed entries would pile up in a cache that changes all the time.
-  for (std::size_t i = (nFree + 1) & nMask; m_arrSlots[i].m_pText != nullptr; i = (i + 1) & nMask) {
-    std::size_t const nHome = m_arrSlots[i].m_nHash & nMask;
-    if (((i - nHome) & nMask) >= ((i - nFree) & nMask)) {
-      m_arrSlots[nFree] = m_arrSlots[i];
-      nFree = i;
-    }
-  }
-  m_arrSlots[nFree].m_pText = nullptr;
+  if (m_bIndexed) m_Index.Remove(place->first);
 }
 
 void QXTextureCacheMap::Refill() {
-  for (Slot& slot : m_arrSlots) slot.m_pText = nullptr;
+  m_Index.RemoveAll();
   for (iterator place = m_mapItems.begin(); place != m_mapItems.end(); ++place) AddPlace(place);
 }
 
@@ -136,21 +72,21 @@ void QXTextureCacheMap::BuildIndex() noexcept {
 
 void QXTextureCacheMap::GiveUpIndex() {
   m_bIndexed = 0;
-  m_arrSlots = std::vector<Slot>();
+  m_Index.Free();
 }
 
 // --- Looking up ---
 
 QXTextureCacheMap::iterator QXTextureCacheMap::find(key_type const& strName) {
   if (!m_bIndexed) return m_mapItems.find(strName);
-  Slot const* const pSlot = FindSlot(strName);
-  return pSlot != nullptr ? pSlot->m_Place : m_mapItems.end();
+  iterator const* const pPlace = m_Index.Find(strName);
+  return pPlace != nullptr ? *pPlace : m_mapItems.end();
 }
 
 QXTextureCacheMap::const_iterator QXTextureCacheMap::find(key_type const& strName) const {
   if (!m_bIndexed) return m_mapItems.find(strName);
-  Slot const* const pSlot = FindSlot(strName);
-  return pSlot != nullptr ? const_iterator(pSlot->m_Place) : m_mapItems.end();
+  iterator const* const pPlace = m_Index.Find(strName);
+  return pPlace != nullptr ? const_iterator(*pPlace) : m_mapItems.end();
 }
 
 QXTextureCacheMap::mapped_type& QXTextureCacheMap::at(key_type const& strName) {
@@ -257,7 +193,7 @@ QXTextureCacheMap::node_type QXTextureCacheMap::extract(key_type const& strName)
 }
 
 void QXTextureCacheMap::clear() {
-  m_arrSlots.clear();
+  m_Index.RemoveAll();
   m_mapItems.clear();
 }
 
@@ -265,7 +201,7 @@ void QXTextureCacheMap::swap(QXTextureCacheMap& other) noexcept {
   if (this == &other) return;
   m_mapItems.swap(other.m_mapItems);
   if (m_bIndexed && other.m_bIndexed) {
-    m_arrSlots.swap(other.m_arrSlots);
+    m_Index.Swap(other.m_Index);
     return;
   }
   // Whoever holds a reference holds it on one of the two objects: that one stays without an index, whatever it holds.

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <QxGraphics3D/Export.h>
+#include <QxGraphics3D/frame/foundation/base/QXNameIndex.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <initializer_list>
 #include <map>
 #include <utility>
-#include <vector>
 
 namespace QXC {
 
@@ -150,17 +149,6 @@ public:
   }
 
 private:
-  /// Open addressing: the entry of a hash stands in the first free slot from its home slot on.
-  struct Slot {
-    std::uint64_t m_nHash;
-    /// The text in the map's own key; null in a free slot.
-    wchar_t const* m_pText;
-    std::size_t m_nLength;
-    iterator m_Place;
-  };
-
-  Slot const* FindSlot(wchar_t const* pText, std::size_t nLength) const;
-  Slot const* FindSlot(key_type const& strName) const;
   void Reserve(std::size_t nItems);
   void AddPlace(iterator place);
   void RemovePlace(const_iterator place);
@@ -171,8 +159,8 @@ private:
   void GiveUpIndex();
 
   Map m_mapItems;
-  /// A power of two of slots, or none.
-  std::vector<Slot> m_arrSlots;
+  /// Empty once it is given up.
+  QXNameIndex<iterator> m_Index;
   unsigned char m_bIndexed = 1;
 };
 

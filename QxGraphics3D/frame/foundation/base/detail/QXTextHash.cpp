@@ -1,4 +1,4 @@
-#include <QxGraphics3D/texture/detail/QXTextHash.h>
+#include <QxGraphics3D/frame/foundation/base/detail/QXTextHash.h>
 
 #include <QxGraphics3D/frame/foundation/base/detail/QXInstructionSets.h>
 
