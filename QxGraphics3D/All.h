@@ -12,6 +12,7 @@
 #include <QxGraphics3D/frame/foundation/base/QXNameIndex.h>
 #include <QxGraphics3D/frame/foundation/base/QXSharedPtr.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
+#include <QxGraphics3D/frame/foundation/base/QdcByteOrder.h>
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
 #include <QxGraphics3D/frame/foundation/base/QdcColorDictTable.h>
 #include <QxGraphics3D/frame/foundation/base/QdcDict.h>
@@ -29,13 +30,17 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingSphere.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMaterialExtension.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix3d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXOrientedBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXPassStates.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXPlane.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXQuaternion4d.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXSubObjectInfo.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureInfo.h>
@@ -60,6 +65,9 @@
 #include <QxGraphics3D/frame/foundation/toolkit/QXToolkit.h>
 
 #include <QxGraphics3D/frame/foundation/stream/QXFile.h>
+#include <QxGraphics3D/frame/foundation/stream/QXFileStream.h>
+#include <QxGraphics3D/frame/foundation/stream/QXMemoryStream.h>
+#include <QxGraphics3D/frame/foundation/stream/QXStream.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXExchangeParams.h>
@@ -80,7 +88,9 @@
 #include <QxGraphics3D/frame/foundation/geometry/QXGeoPicture.h>
 
 #include <QxGraphics3D/view/QXCamera.h>
+#include <QxGraphics3D/view/QXFog.h>
 #include <QxGraphics3D/view/QXFrustum.h>
+#include <QxGraphics3D/view/QXLight.h>
 
 #include <QxGraphics3D/frame/QXGraphics3D.h>
 #include <QxGraphics3D/frame/QXGraphics3DCapabilities.h>
@@ -149,4 +159,17 @@
 #include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
 #include <QxGraphics3D/staticgeometry/QXVertexPackageStream.h>
 
+#include <QxGraphics3D/model/QXGeometryInstanceManager.h>
+#include <QxGraphics3D/model/QXHwInstancingManager.h>
+#include <QxGraphics3D/model/QXInstancing.h>
+#include <QxGraphics3D/model/QXModelData.h>
+#include <QxGraphics3D/model/QXModelDataPtr.h>
 #include <QxGraphics3D/model/QXModelManager.h>
+#include <QxGraphics3D/model/QXROInstancePtr.h>
+#include <QxGraphics3D/model/QXRenderObjectInstance.h>
+#include <QxGraphics3D/model/QXRenderOperationInstance.h>
+
+#include <QxGraphics3D/environment/QXOceanParameters.h>
+#include <QxGraphics3D/environment/QXSkyGraphics3D.h>
+#include <QxGraphics3D/environment/QXTritonOceanGraphics3D.h>
+#include <QxGraphics3D/environment/QXVirtualReality.h>

@@ -68,6 +68,13 @@ void QXTextureManager::RemoveTexture(QXTexture* pTexture, unsigned char bDeleteE
   if (bDeleteEntry) delete pEntry;
 }
 
+unsigned char QXTextureManager::HoldsTexture(QdcUnicodeString const& strName, QXTexture const* pTexture) const {
+  QXMutexLock lock(m_Mutex);
+  lock.lock();
+  QXTextureCacheEntry const* const pEntry = FindCacheEntry(strName);
+  return static_cast<unsigned char>(pEntry && pTexture && pEntry->GetTexture() == pTexture);
+}
+
 void QXTextureManager::AddUnusedTextures(QXTexture*& pTexture) {
   m_arrUnusedTextures.Add(pTexture);
   pTexture = nullptr;

@@ -84,6 +84,23 @@ public:
   /// Pointers that hold the object, this one included; 0 if nothing is held.
   unsigned int UseCount() const { return m_pUseCount ? *m_pUseCount : 0; }
 
+protected:
+  /// As Bind, for objects that remember their counter in pRememberedCount: the first pointer bound to such an object
+  /// stores it there, and a further one that gets the plain address shares the count instead of starting a second, with
+  /// which the object would be freed twice. The object's copies begin without a counter.
+  void BindRemembered(T* pObject, unsigned int*& pRememberedCount) {
+    if (pObject == m_pRep) return;
+    if (!pRememberedCount) {
+      Bind(pObject);
+      pRememberedCount = m_pUseCount;
+      return;
+    }
+    ++*pRememberedCount;
+    Release();
+    m_pRep = pObject;
+    m_pUseCount = pRememberedCount;
+  }
+
 private:
   void Swap(QXSharedPtr& other) noexcept {
     T* const pRep = m_pRep;

@@ -1,0 +1,7 @@
+#include <QxGraphics3D/environment/QXVirtualReality.h>
+
+namespace QXC {
+
+QXVirtualReality::~QXVirtualReality() = default;
+
+}  // namespace QXC
