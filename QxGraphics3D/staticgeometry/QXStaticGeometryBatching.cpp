@@ -68,7 +68,7 @@ PassTransforms GetTransforms(QXPass const& pass) {
   return {true, Moves(pExtension->m_fSlides) || Moves(pExtension->m_fTurns)};
 }
 
-void FillTextureMatrices(QXBucketIndexPackage& record, QXPass& pass, PassTransforms transforms) {
+void FillTextureMatrices(QXBucketIndexPackage& record, QXPass const& pass, PassTransforms transforms) {
   if (transforms.m_bKept) return;
   // A folded pass may have more units than a vertex has coordinates.
   unsigned int const nUnits = std::min(
@@ -77,7 +77,7 @@ void FillTextureMatrices(QXBucketIndexPackage& record, QXPass& pass, PassTransfo
     record.m_matTextures[unit] = pass.GetTextureUnitState(unit)->GetTextureTransform();
 }
 
-void CollectTextureNames(QXPass& pass, TextureNames& names) {
+void CollectTextureNames(QXPass const& pass, TextureNames& names) {
   unsigned int const nUnits = static_cast<unsigned int>(pass.GetTextureUnitStatesSize());
   for (unsigned int unit = 0; unit < nUnits; ++unit) {
     QdcUnicodeString const strName = pass.GetTextureUnitState(unit)->GetTextureName();
@@ -105,7 +105,7 @@ void AddRecords(QXStaticGeometryBucket& bucket, QXIndexPackage& package,
     std::map<QdcUnicodeString, QXPass*> const& mapPasses, TextureNames* pTextureNames) {
   for (QdcUnicodeString const& strName : package.m_arrPassNames) {
     auto const found = mapPasses.find(strName);
-    QXPass* const pPass = found == mapPasses.end() ? nullptr : found->second;
+    QXPass const* const pPass = found == mapPasses.end() ? nullptr : found->second;
     QdcUnicodeString const strKey = pPass ? pPass->GetName() : QdcUnicodeString();
     QXBucketIndexPackage& record = bucket.m_mapPassIndices[strKey].emplace_back();
     record.m_nVertexStart = static_cast<int>(bucket.m_pVertexPackage->m_nVertexNum);

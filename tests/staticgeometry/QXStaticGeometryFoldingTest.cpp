@@ -1,0 +1,385 @@
+#include <QxGraphics3D/staticgeometry/QXStaticGeometry.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <random>
+#include <string>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+#include "QXStaticGeometryParts.h"
+
+namespace QXC {
+namespace {
+
+using Records = std::vector<QXBucketIndexPackage>;
+
+// What tells records apart: first vertex, layer and index package.
+using RecordList = std::vector<std::tuple<int, float, QXIndexPackage*>>;
+
+RecordList ListOf(Records const& records) {
+  RecordList list;
+  for (QXBucketIndexPackage const& record : records)
+    list.emplace_back(record.m_nVertexStart, record.m_fTextureLayer, record.m_vecIndexPackages.at(0));
+  return list;
+}
+
+TextList TexturesOf(QXPass& pass) {
+  TextList names;
+  for (unsigned int unit = 0; unit < pass.GetTextureUnitStatesSize(); ++unit)
+    names.emplace_back(pass.GetTextureUnitState(unit)->GetTextureName().Cstr());
+  return names;
+}
+
+TextList PassKeys(QXStaticGeometryBucket const& bucket) {
+  TextList keys;
+  for (auto const& [strKey, pPass] : bucket.m_mapPasses) keys.emplace_back(strKey.Cstr());
+  return keys;
+}
+
+TextList RecordKeys(QXStaticGeometryBucket const& bucket) {
+  TextList keys;
+  for (auto const& [strKey, records] : bucket.m_mapPassIndices) keys.emplace_back(strKey.Cstr());
+  return keys;
+}
+
+std::wstring FoldedName(
+    wchar_t const* szFormat, int nA, int nB, QXStaticGeometryBucket& bucket, std::wstring const& strName) {
+  QdcUnicodeString strFolded;
+  strFolded.Format(szFormat, nA, nB, static_cast<void*>(&bucket));
+  return strFolded.Cstr() + strName;
+}
+
+// Passes "p0", "p1", ... with nTextures textures each, "t0_0.png" and so on, all used by one mesh of four vertices.
+void AddPasses(
+    QXStaticGeometry& geometry, QXBatchingHost& host, int nPasses, int nTextures, unsigned int nVertices = 4) {
+  TextList names;
+  for (int pass = 0; pass < nPasses; ++pass) {
+    TextList textures;
+    for (int unit = 0; unit < nTextures; ++unit)
+      textures.push_back(L"t" + std::to_wstring(pass) + L"_" + std::to_wstring(unit) + L".png");
+    names.push_back(L"p" + std::to_wstring(pass));
+    QXPass& made = host.AddPass(names.back(), textures);
+    for (unsigned int unit = 0; unit < 8; ++unit)
+      made.m_nUnitWords[unit] = 100U * static_cast<unsigned int>(pass + 1) + unit;
+  }
+  host.AddNamed(geometry, nVertices, names);
+}
+
+QXStaticGeometryBucket& FirstSmall(QXStaticGeometry& geometry) {
+  return *geometry.m_vecBuckets16.at(0);
+}
+
+TEST(QXStaticGeometryFolding, SingleTextureAloneGetsNameAndPrograms) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 1, 1);
+  geometry.AssginMutiTexture(12, -3);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  EXPECT_EQ(PassKeys(bucket), (TextList{L"p0"}));
+  QXPass& pass = *bucket.m_mapPasses.at(L"p0");
+  EXPECT_EQ(pass.GetName().Cstr(), FoldedName(L"FirTex_%d_%d_%p_", 12, -3, bucket, L"p0"));
+  EXPECT_TRUE(pass.m_strVertexProgram == L"RenderModelSecVP.glsl");
+  EXPECT_TRUE(pass.m_strFragmentProgram == L"RenderModelSecFP.glsl");
+  EXPECT_EQ(TexturesOf(pass), (TextList{L"t0_0.png"}));
+  EXPECT_EQ(pass.m_bMultiTexture, 0);
+  EXPECT_EQ(pass.m_nUnitWords[0], 100u);
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"p0").at(0).m_fTextureLayer, 0.0F);
+}
+
+TEST(QXStaticGeometryFolding, FoldedNameSaysTheBucketsAddress) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 1, 1);
+  geometry.AssginMutiTexture(0, 0);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  char szAddress[64];
+  std::snprintf(szAddress, sizeof szAddress, "FirTex_0_0_%p_p0", static_cast<void*>(&bucket));
+  EXPECT_STREQ(bucket.m_mapPasses.at(L"p0")->GetName().ToMBString().Cstr(), szAddress);
+}
+
+TEST(QXStaticGeometryFolding, EightSingleTexturesBecomeOnePass) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 8, 1);
+  geometry.AssginMutiTexture(0, 0);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  EXPECT_EQ(PassKeys(bucket), (TextList{L"p0"}));
+  EXPECT_EQ(RecordKeys(bucket), (TextList{L"p0"}));
+  QXPass& pass = *bucket.m_mapPasses.at(L"p0");
+  EXPECT_EQ(TexturesOf(pass), (TextList{L"t0_0.png", L"t1_0.png", L"t2_0.png", L"t3_0.png", L"t4_0.png", L"t5_0.png",
+                                  L"t6_0.png", L"t7_0.png"}));
+  EXPECT_EQ(pass.m_bMultiTexture, 1);
+  for (unsigned int unit = 0; unit < 8; ++unit) EXPECT_EQ(pass.m_nUnitWords[unit], 100 * (unit + 1)) << unit;
+}
+
+TEST(QXStaticGeometryFolding, NineSingleTexturesGiveGroupsOfEightAndOne) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 9, 1);
+  geometry.AssginMutiTexture(0, 0);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  EXPECT_EQ(PassKeys(bucket), (TextList{L"p0", L"p8"}));
+  EXPECT_EQ(RecordKeys(bucket), (TextList{L"p0", L"p8"}));
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"p0").size(), 8u);
+  QXPass& last = *bucket.m_mapPasses.at(L"p8");
+  EXPECT_EQ(last.GetTextureUnitStatesSize(), 1u);
+  EXPECT_EQ(last.m_bMultiTexture, 0);
+  EXPECT_EQ(last.GetName().Cstr(), FoldedName(L"FirTex_%d_%d_%p_", 0, 0, bucket, L"p8"));
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"p8").at(0).m_fTextureLayer, 0.0F);
+}
+
+TEST(QXStaticGeometryFolding, FivePairsGiveGroupsOfFourAndOne) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 5, 2);
+  geometry.AssginMutiTexture(1, 2);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  EXPECT_EQ(PassKeys(bucket), (TextList{L"p0", L"p4"}));
+  QXPass& pass = *bucket.m_mapPasses.at(L"p0");
+  EXPECT_EQ(pass.GetName().Cstr(), FoldedName(L"SecTex_%d_%d_%p_", 1, 2, bucket, L"p0"));
+  EXPECT_TRUE(pass.m_strVertexProgram == L"MutiRenderModelSecVP.glsl");
+  EXPECT_TRUE(pass.m_strFragmentProgram == L"MutiRenderModelSecFP.glsl");
+  EXPECT_EQ(TexturesOf(pass), (TextList{L"t0_0.png", L"t0_1.png", L"t1_0.png", L"t1_1.png", L"t2_0.png", L"t2_1.png",
+                                  L"t3_0.png", L"t3_1.png"}));
+  EXPECT_EQ(pass.m_bMultiTexture, 1);
+  unsigned int const expected[] = {100, 101, 200, 201, 300, 301, 400, 401};
+  EXPECT_TRUE(std::equal(std::begin(expected), std::end(expected), pass.m_nUnitWords));
+  std::vector<float> layers;
+  for (auto const& record : bucket.m_mapPassIndices.at(L"p0")) layers.push_back(record.m_fTextureLayer);
+  EXPECT_EQ(layers, (std::vector<float>{6.0F, 4.0F, 2.0F, 0.0F})) << "each before the first of the same mesh";
+  EXPECT_EQ(bucket.m_mapPasses.at(L"p4")->m_bMultiTexture, 0);
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"p4").at(0).m_fTextureLayer, 0.0F);
+}
+
+TEST(QXStaticGeometryFolding, UnitsPastTheSecondOfAJoiningPassAreLost) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 2, 3);
+  geometry.AssginMutiTexture(0, 0);
+  QXPass& pass = *FirstSmall(geometry).m_mapPasses.at(L"p0");
+  EXPECT_EQ(TexturesOf(pass), (TextList{L"t0_0.png", L"t0_1.png", L"t0_2.png", L"t1_0.png", L"t1_1.png"}));
+  EXPECT_EQ(pass.m_nUnitWords[2], 200u) << "by the layer, though the unit is the fourth";
+  EXPECT_EQ(pass.m_nUnitWords[3], 201u);
+  EXPECT_EQ(pass.m_nUnitWords[4], 104u);
+}
+
+TEST(QXStaticGeometryFolding, MasterOfManyUnitsGetsMoreThanEight) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 4, 9);
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(FirstSmall(geometry).m_mapPasses.at(L"p0")->GetTextureUnitStatesSize(), 15u);
+}
+
+TEST(QXStaticGeometryFolding, SinglesAndPairsAreFoldedApartAndCountedAnew) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPass(L"a", {L"a.png"});
+  host.AddPass(L"b", {L"b.png", L"b2.png"});
+  host.AddPass(L"c", {L"c.png"});
+  host.AddPass(L"d", {L"d.png", L"d2.png"});
+  host.AddPass(L"e", {});
+  host.AddNamed(geometry, 4, {L"a", L"b", L"c", L"d", L"e"});
+  geometry.AssginMutiTexture(0, 0);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  EXPECT_EQ(PassKeys(bucket), (TextList{L"a", L"b", L"e"}));
+  EXPECT_EQ(RecordKeys(bucket), (TextList{L"a", L"b", L"e"}));
+  EXPECT_EQ(TexturesOf(*bucket.m_mapPasses.at(L"a")), (TextList{L"a.png", L"c.png"}));
+  EXPECT_EQ(TexturesOf(*bucket.m_mapPasses.at(L"b")), (TextList{L"b.png", L"b2.png", L"d.png", L"d2.png"}));
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"a").at(0).m_fTextureLayer, 1.0F);
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"b").at(0).m_fTextureLayer, 2.0F);
+  EXPECT_TRUE(bucket.m_mapPasses.at(L"e")->GetName() == L"e") << "no units: left alone";
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"e").at(0).m_fTextureLayer, 1.0F);
+}
+
+TEST(QXStaticGeometryFolding, PassesThatAreLeftAlone) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPass(L"a", {L"a.png"});
+  host.AddPass(L"b", {L"moving.gif"});
+  host.AddPass(L"c", {L"folder.png/MOVING.GIF"});
+  host.AddPass(L"d", {L"d.png"}).SetPFFMode(1);
+  host.AddPass(L"e", {L"e.png", L"e.gif"});  // only the first unit decides
+  host.AddPass(L"f", {L"f.gif", L"f.png"});
+  host.AddPass(L"g", {L"g.png"}).SetPFFMode(2);
+  host.AddPass(L"h", {L""});
+  TextList const names{L"a", L"b", L"c", L"d", L"e", L"f", L"g", L"h"};
+  host.AddNamed(geometry, 4, names);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  bucket.m_mapPasses[L"0"] = nullptr;
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(PassKeys(bucket), (TextList{L"0", L"a", L"b", L"c", L"d", L"e", L"f"}));
+  for (wchar_t const* szAlone : {L"b", L"c", L"d", L"f"}) {
+    QXPass const& pass = *bucket.m_mapPasses.at(szAlone);
+    EXPECT_TRUE(pass.GetName() == szAlone);
+    EXPECT_TRUE(pass.m_strVertexProgram.IsEmpty());
+    EXPECT_TRUE(pass.m_strFragmentProgram.IsEmpty());
+    ASSERT_EQ(bucket.m_mapPassIndices.at(szAlone).size(), 1u);
+    EXPECT_EQ(bucket.m_mapPassIndices.at(szAlone)[0].m_fTextureLayer, 1.0F);
+  }
+  EXPECT_EQ(TexturesOf(*bucket.m_mapPasses.at(L"a")), (TextList{L"a.png", L"g.png", L""}));
+  EXPECT_EQ(bucket.m_mapPasses.at(L"e")->GetName().Cstr(), FoldedName(L"SecTex_%d_%d_%p_", 0, 0, bucket, L"e"));
+}
+
+TEST(QXStaticGeometryFolding, OnlyTheUntypedListsAreFolded) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPass(L"a", {L"a.png"});
+  host.AddPass(L"b", {L"b.png"});
+  for (int nType : {0, 1}) {
+    for (unsigned int nVertices : {4u, 70000u}) host.AddNamed(geometry, nVertices, {L"a", L"b"}, nullptr, nType);
+  }
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(geometry.m_vecBuckets32.at(0)->m_mapPasses.size(), 1u);
+  EXPECT_EQ(geometry.m_vecBuckets16.at(0)->m_mapPasses.size(), 1u);
+  EXPECT_EQ(geometry.m_vecTypedBuckets32.at(0)->m_mapPasses.size(), 2u);
+  EXPECT_EQ(geometry.m_vecTypedBuckets16.at(0)->m_mapPasses.size(), 2u);
+  EXPECT_TRUE(geometry.m_vecTypedBuckets16.at(0)->m_mapPasses.at(L"a")->GetName() == L"a");
+}
+
+TEST(QXStaticGeometryFolding, BucketsWithoutPackageAreSkipped) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 2, 1);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  delete bucket.m_pVertexPackage;
+  bucket.m_pVertexPackage = nullptr;
+  geometry.m_vecBuckets16.push_back(nullptr);
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(bucket.m_mapPasses.size(), 2u);
+  EXPECT_TRUE(bucket.m_mapPasses.at(L"p0")->GetName() == L"p0");
+}
+
+TEST(QXStaticGeometryFolding, RecordsOfAMeshComeTogetherLatestFirst) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  for (wchar_t const* szName : {L"a", L"b", L"c"}) host.AddPass(szName, {szName});
+  QXIndexPackage& a1 = host.MakeIndices({L"a"});
+  QXIndexPackage& a2 = host.MakeIndices({L"a"});
+  QXIndexPackage& b1 = host.MakeIndices({L"b"});
+  QXIndexPackage& c1 = host.MakeIndices({L"c"});
+  host.Add(geometry, host.MakeCounted(10), {&a1, &b1, &c1});
+  host.Add(geometry, host.MakeCounted(10), {&a2, &b1, &b1});
+  host.Add(geometry, host.MakeCounted(10), {&c1, &b1});
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(ListOf(FirstSmall(geometry).m_mapPassIndices.at(L"a")),
+      (RecordList{{0, 2.0F, &c1}, {0, 1.0F, &b1}, {0, 0.0F, &a1}, {10, 1.0F, &b1}, {10, 1.0F, &b1}, {10, 0.0F, &a2},
+          {20, 2.0F, &c1}, {20, 1.0F, &b1}}));
+}
+
+TEST(QXStaticGeometryFolding, RecordsMoveWithTheirMatrices) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPass(L"a", {L"a.png"}).GetTextureUnitState(0)->m_matUnit = Moved(1.0);
+  host.AddPass(L"b", {L"b.png"}).GetTextureUnitState(0)->m_matUnit = Moved(2.0);
+  host.AddNamed(geometry, 10, {L"a", L"b"});
+  geometry.AssginMutiTexture(0, 0);
+  Records const& records = FirstSmall(geometry).m_mapPassIndices.at(L"a");
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_TRUE(records[0].m_matTextures[0] == Moved(2.0));
+  EXPECT_TRUE(records[1].m_matTextures[0] == Moved(1.0));
+}
+
+TEST(QXStaticGeometryFolding, PassesWithoutRecordsFoldWithoutMakingAny) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 4, 1);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  bucket.m_mapPassIndices.clear();
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_TRUE(bucket.m_mapPassIndices.empty()) << "a key without records could not be merged";
+  EXPECT_EQ(bucket.m_mapPasses.at(L"p0")->GetTextureUnitStatesSize(), 4u);
+}
+
+TEST(QXStaticGeometryFolding, RecordsOfAJoiningPassGoToAMasterWithoutAny) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  AddPasses(geometry, host, 2, 1);
+  QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+  bucket.m_mapPassIndices.erase(L"p0");
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(RecordKeys(bucket), (TextList{L"p0"}));
+  EXPECT_EQ(bucket.m_mapPassIndices.at(L"p0").at(0).m_fTextureLayer, 1.0F);
+}
+
+// Folding a group record by record, as slow as it is plain.
+void JoinSlowly(Records& master, Records const& joining, float fLayer) {
+  for (QXBucketIndexPackage record : joining) {
+    record.m_fTextureLayer = fLayer;
+    auto const same = [&](QXBucketIndexPackage const& other) { return other.m_nVertexStart == record.m_nVertexStart; };
+    master.insert(std::find_if(master.begin(), master.end(), same), record);
+  }
+}
+
+void FoldSlowly(std::map<std::wstring, Records>& records, TextList const& keys, int nStep) {
+  int nLayer = 0;
+  std::wstring strMaster;
+  for (std::wstring const& strKey : keys) {
+    if (nLayer % 8 == 0) {
+      nLayer = 0;
+      strMaster = strKey;
+      for (QXBucketIndexPackage& record : records[strKey]) record.m_fTextureLayer = 0.0F;
+    } else {
+      JoinSlowly(records[strMaster], records[strKey], static_cast<float>(nLayer));
+      records.erase(strKey);
+    }
+    nLayer += nStep;
+  }
+}
+
+// Meshes of 0 to 3 vertices, so that some share their first vertex, each with some of the passes.
+void AddRandomMeshes(QXStaticGeometry& geometry, QXBatchingHost& host, TextList const& names, std::mt19937& random) {
+  auto const draw = [&](unsigned int nBound) { return static_cast<unsigned int>(random() % nBound); };
+  unsigned int const nMeshes = draw(40);
+  for (unsigned int mesh = 0; mesh < nMeshes; ++mesh) {
+    std::vector<QXIndexPackage*> packages;
+    for (unsigned int package = draw(6); package > 0; --package) {
+      TextList some;
+      for (unsigned int name = draw(4); name > 0; --name)
+        some.push_back(names[draw(static_cast<unsigned int>(names.size()))]);
+      packages.push_back(&host.MakeIndices(some));
+    }
+    host.Add(geometry, host.MakeCounted(draw(4)), packages);
+  }
+}
+
+TEST(QXStaticGeometryFolding, OrderOfRecordsIsThatOfInsertingOneByOne) {
+  constexpr unsigned int Seed = 20260611;
+  std::mt19937 random(Seed);
+  for (int round = 0; round < 400; ++round) {
+    SCOPED_TRACE("seed " + std::to_string(Seed) + " round " + std::to_string(round));
+    QXStaticGeometry geometry;
+    QXBatchingHost host;
+    TextList names{L"no such pass"};
+    for (unsigned int pass = 0; pass < 1 + random() % 24; ++pass) {
+      names.push_back(std::wstring(1, static_cast<wchar_t>(L'A' + pass)));
+      host.AddPass(names.back(), TextList(random() % 4, L"a.png"));
+    }
+    AddRandomMeshes(geometry, host, names, random);
+    if (geometry.m_vecBuckets16.empty()) continue;
+    QXStaticGeometryBucket& bucket = FirstSmall(geometry);
+    // A host may have moved records about.
+    if (round % 3 == 0) {
+      for (auto& [strKey, records] : bucket.m_mapPassIndices) std::shuffle(records.begin(), records.end(), random);
+    }
+    std::map<std::wstring, Records> expected;
+    for (auto const& [strKey, records] : bucket.m_mapPassIndices) expected[strKey.Cstr()] = records;
+    TextList singles;
+    TextList pairs;
+    for (auto const& [strKey, pPass] : bucket.m_mapPasses) {
+      auto const nUnits = pPass->GetTextureUnitStatesSize();
+      if (nUnits > 0) (nUnits == 1 ? singles : pairs).emplace_back(strKey.Cstr());
+    }
+    FoldSlowly(expected, singles, 1);
+    FoldSlowly(expected, pairs, 2);
+    geometry.AssginMutiTexture(round, 0);
+    ASSERT_EQ(bucket.m_mapPassIndices.size(), expected.size());
+    for (auto const& [strKey, records] : expected)
+      ASSERT_EQ(ListOf(bucket.m_mapPassIndices.at(Text(strKey))), ListOf(records));
+  }
+}
+
+}  // namespace
+}  // namespace QXC
