@@ -1,5 +1,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXVertexDataPackage.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPositionSlack.h>
+
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -7,10 +9,6 @@
 namespace QXC {
 
 namespace {
-
-// Bounds scans read three numbers a vertex with the position dimension as step; with a dimension of 1 or 2 they
-// reach past the last vertex.
-constexpr std::size_t PositionSlack = 4;
 
 template <class T>
 void Allocate(T*& pItems, unsigned int& nNum, unsigned int nCount, unsigned short nDim, std::size_t nSlack = 0) {
@@ -25,7 +23,7 @@ void Allocate(T*& pItems, unsigned int& nNum, unsigned int nCount, unsigned shor
 template <class Target, class Source, class Visitor>
 void VisitArrays(Target& a, Source& b, Visitor visit) {
   auto const size = [](unsigned int nNum, unsigned short nDim) { return static_cast<std::size_t>(nNum) * nDim; };
-  visit(a.m_pVertices, b.m_pVertices, size(b.m_nVertexNum, b.m_nVertexDim), PositionSlack);
+  visit(a.m_pVertices, b.m_pVertices, size(b.m_nVertexNum, b.m_nVertexDim), detail::kPositionSlack);
   visit(a.m_pNormals, b.m_pNormals, size(b.m_nNormalNum, b.m_nNormalDim), 0);
   visit(a.m_pTangents, b.m_pTangents, size(b.m_nTangentNum, b.m_nTangentDim), 0);
   visit(a.m_pBinormals, b.m_pBinormals, size(b.m_nBinormalNum, b.m_nBinormalDim), 0);
@@ -74,7 +72,7 @@ void QXVertexDataPackageTemplate<F, D>::Reset() {
 
 template <class F, class D>
 void QXVertexDataPackageTemplate<F, D>::SetVertexNum(unsigned int nCount, unsigned short nStride) {
-  Allocate(this->m_pVertices, this->m_nVertexNum, nCount, this->m_nVertexDim, PositionSlack);
+  Allocate(this->m_pVertices, this->m_nVertexNum, nCount, this->m_nVertexDim, detail::kPositionSlack);
   this->m_nVertexStride = nStride;
 }
 
