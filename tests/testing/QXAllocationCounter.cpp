@@ -9,6 +9,7 @@ namespace {
 std::atomic<long> g_nAllocations{0};
 /// The count of the call to be refused.
 std::atomic<long> g_nRefused{0};
+std::atomic<std::size_t> g_nLargest{0};
 
 }  // namespace
 
@@ -22,9 +23,19 @@ void RefuseAllocation(long nNumber) {
   g_nRefused.store(nNumber == 0 ? 0 : GetAllocationCount() + nNumber, std::memory_order_relaxed);
 }
 
+std::size_t GetLargestAllocation() {
+  return g_nLargest.load(std::memory_order_relaxed);
+}
+
+void ForgetLargestAllocation() {
+  g_nLargest.store(0, std::memory_order_relaxed);
+}
+
 }  // namespace QXC
 
 void* operator new(std::size_t nSize) {
+  std::size_t nLargest = g_nLargest.load(std::memory_order_relaxed);
+  while (nSize > nLargest && !g_nLargest.compare_exchange_weak(nLargest, nSize, std::memory_order_relaxed)) {}
   long const nNumber = g_nAllocations.fetch_add(1, std::memory_order_relaxed) + 1;
   if (nNumber == g_nRefused.load(std::memory_order_relaxed)) throw std::bad_alloc();
   if (void* const pMemory = std::malloc(nSize > 0 ? nSize : 1)) {

@@ -3,6 +3,8 @@
 // malloc and delete not fitting together.
 #pragma once
 
+#include <cstddef>
+
 namespace QXC {
 
 /// Calls of operator new in this process so far, in all its forms but the over-aligned one.
@@ -10,5 +12,9 @@ long GetAllocationCount();
 
 /// Refuses one of the calls of this process from now on: the next one for 1, and so on; none for 0.
 void RefuseAllocation(long nNumber);
+
+/// The longest block asked for since ForgetLargestAllocation, in bytes.
+std::size_t GetLargestAllocation();
+void ForgetLargestAllocation();
 
 }  // namespace QXC

@@ -45,6 +45,33 @@ TEST(QXAnimationKey, KindsOverrideEveryOperation) {
   EXPECT_EQ(log, 111);
 }
 
+class PlacedKey : public QXAnimationKey {
+public:
+  unsigned char Load(QXStream& stream) override {
+    stream >> m_nTime >> m_dPlace;
+    return stream.IsGood();
+  }
+  void Save(QXStream& stream) override { stream << m_nTime << m_dPlace; }
+
+  unsigned int m_nTime = 0;
+  double m_dPlace = 0.0;
+};
+
+TEST(QXAnimationKey, TravelsThroughAStream) {
+  PlacedKey key;
+  key.m_nTime = 40;
+  key.m_dPlace = 0.125;
+  QXMemoryStream stream;
+  QXAnimationKey().Save(stream);
+  EXPECT_EQ(stream.GetSize(), 0u) << "the base has no fields";
+  key.Save(stream);
+  PlacedKey loaded;
+  ASSERT_EQ(loaded.Load(stream), 1);
+  EXPECT_EQ(loaded.m_nTime, 40u);
+  EXPECT_EQ(loaded.m_dPlace, 0.125);
+  EXPECT_EQ(loaded.Load(stream), 0);
+}
+
 TEST(QXAnimationKey, ArraysOfKeysAndOfPointersStand) {
   QdcArray<QXAnimationKey> arrKeys;
   EXPECT_EQ(arrKeys.Add(QXAnimationKey()), 0U);

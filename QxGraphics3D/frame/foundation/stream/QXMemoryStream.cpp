@@ -1,6 +1,7 @@
 #include <QxGraphics3D/frame/foundation/stream/QXMemoryStream.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <limits>
 
@@ -72,10 +73,6 @@ unsigned char QXMemoryStream::WritePast(void const* pBytes, std::size_t nSize) {
     FailWith(m_bConstant != 0 ? STREAM_NOT_OPEN : STREAM_FULL);
     return 0;
   }
-  if (nSize > std::numeric_limits<std::size_t>::max() / 4 - m_nCapacity) {
-    FailWith(STREAM_NO_MEMORY);
-    return 0;
-  }
   if (!Grow(std::max({GetWritten() + nSize, m_nCapacity * 2, SmallestBlock}))) return 0;
   std::memcpy(m_pWrite, pBytes, nSize);
   m_pWrite += nSize;
@@ -86,7 +83,9 @@ unsigned char QXMemoryStream::WritePast(void const* pBytes, std::size_t nSize) {
 unsigned char QXMemoryStream::Grow(QXUInt64 nCapacity) {
   QXUInt64 const nWritten = GetWritten();
   QXUInt64 const nPosition = GetPosition();
-  void* const pNew = std::realloc(m_pData, static_cast<std::size_t>(nCapacity));
+  // No block is longer than pointers can tell apart.
+  bool const bPossible = nCapacity <= static_cast<QXUInt64>(std::numeric_limits<std::ptrdiff_t>::max());
+  void* const pNew = bPossible ? std::realloc(m_pData, static_cast<std::size_t>(nCapacity)) : nullptr;
   if (!pNew) {
     FailWith(STREAM_NO_MEMORY);
     return 0;
