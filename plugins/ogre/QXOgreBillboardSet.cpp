@@ -56,7 +56,7 @@ double ToWholePixel(double dClip, double dW, int nPixels) {
 struct QXOgreBillboardSet::Batch {
   Batch(QXOgreDevice& device, Ogre::VertexData* pVertexData)
       : m_Renderable(device, pVertexData, &m_IndexData, QX_OPERATION_TRIANGLE_LIST, QXColorValue3D::White, m_Place) {
-    m_Renderable.SetLook(QXColorValue3D::White, QXColorValue3D(), false);
+    m_Renderable.SetLook(QXColorValue3D::White, QXColorValue3D(), false, false);
   }
 
   Ogre::IndexData m_IndexData;

@@ -197,7 +197,7 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
     if (dDistance < m_Look.m_dNear || (m_Look.m_dFar > 0.0 && dDistance > m_Look.m_dFar)) return false;
     if (m_pNode && !m_pNode->IsWithin(dDistance)) return false;
   }
-  if (m_Look.m_Surface.m_bLabel) return MayReach(box, m_Geometry.GetLabelReach(), view);
+  if (m_Look.m_Surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) return MayReach(box, m_Geometry.GetLabelReach(), view);
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
 
@@ -257,8 +257,8 @@ void QXOgreDrawable::UpdateMaterial(std::size_t nRange) {
                            renderable.HasTransparentTextures();
   renderable.SetMaterial(m_pDevice->GetMaterials().Get(surface));
   // What faces the camera has no side that the sun could shine on.
-  bool const bLight = m_Look.m_bLight && !surface.m_bLabel;
-  renderable.SetLook(tint, m_Look.m_bSelected ? m_Look.m_SelectionColor : QXColorValue3D(), bLight);
+  bool const bLight = m_Look.m_bLight && surface.m_eProgram != QX_OGRE_PROGRAM_LABEL;
+  renderable.SetLook(tint, m_Look.m_SelectionColor, m_Look.m_bSelected, bLight);
 }
 
 std::vector<QXOgreBinding> QXOgreDrawable::FindBindings(std::size_t nRange) const {

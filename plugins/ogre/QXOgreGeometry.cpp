@@ -27,9 +27,10 @@ constexpr std::uint32_t OPAQUE_WHITE = 0xFFFFFFFF;
 constexpr unsigned short POSITION_STREAM = 0;
 constexpr unsigned short COLOR_STREAM = 2;
 
-/// The element at nOffset of a vertex, null where the block has no such element.
-float const* Element(QXVertexBlock const& block, std::size_t nVertex, short nOffset) {
-  return nOffset < 0 ? nullptr : block.m_pBuffer + nVertex * block.m_nStride + nOffset;
+/// The element of nDim numbers at nOffset of each vertex; none where the block has no such element.
+QXOgreElement ElementOf(QXVertexBlock const& block, short nOffset, unsigned short nDim) {
+  if (nOffset < 0) return {};
+  return {block.m_pBuffer + nOffset, block.m_nStride, nDim};
 }
 
 /// Whether an element of nSize floats, if present at all, stands inside the stride.
@@ -41,6 +42,26 @@ bool IsUsable(QXVertexBlock const* pBlock) {
   return pBlock && pBlock->m_pBuffer && pBlock->m_nVertexCount > 0 && pBlock->m_nPositionOffset >= 0 &&
          Fits(*pBlock, pBlock->m_nPositionOffset, 3) && Fits(*pBlock, pBlock->m_nNormalOffset, 3) &&
          Fits(*pBlock, pBlock->m_nColorOffset, 1);
+}
+
+/// The vertices of a usable source.
+QXOgreVertices VerticesOf(QXRenderOperationMultiIndex const& source) {
+  QXVertexBlock const& block = *source.m_pVertexBlock;
+  QXOgreVertices vertices;
+  vertices.m_nCount = block.m_nVertexCount;
+  vertices.m_Position = ElementOf(block, block.m_nPositionOffset, 3);
+  vertices.m_Normal = ElementOf(block, block.m_nNormalOffset, 3);
+  vertices.m_Color = ElementOf(block, block.m_nColorOffset, 1);
+  if (!source.m_pTexCoordBlock) return vertices;
+  QXTexCoordBlock const& coords = *source.m_pTexCoordBlock;
+  for (unsigned int i = 0; i < QXTexCoordBlock::UnitNum; ++i) {
+    unsigned short const nDim = coords.m_nDims[i];
+    // A set that does not reach all vertices would be read beyond its end.
+    if (!coords.m_pBuffers[i] || nDim < 1 || nDim > 4 || coords.m_nCounts[i] < vertices.m_nCount) continue;
+    std::size_t const nStride = coords.m_nStrides[i] == 0 ? nDim : coords.m_nStrides[i];
+    vertices.m_TexCoords[i] = {coords.m_pBuffers[i], nStride, nDim};
+  }
+  return vertices;
 }
 
 unsigned int TriangleCount(int eOperationType, unsigned int nIndexNum) {
@@ -64,48 +85,62 @@ bool IndicesStayBelow(T const* pIndices, unsigned int nCount, unsigned int nLimi
 }  // namespace
 
 QXOgreGeometry::QXOgreGeometry()
-    : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0), m_nTexCoordSets(0),
+    : m_nDeviceMemory(0), m_nVertexCount(0), m_bColors(0), m_bTransparentVertices(0), m_nTexCoordDims(),
       m_fLabelReach(0.0F) {}
 QXOgreGeometry::~QXOgreGeometry() = default;
 
 void QXOgreGeometry::Upload(QXRenderOperationMultiIndex const& source) {
   Clear();
   if (!IsUsable(source.m_pVertexBlock)) return;
-  m_nVertexCount = source.m_pVertexBlock->m_nVertexCount;
-  MeasureBounds(source);
+  Upload(VerticesOf(source));
+  UploadRanges(source);
+}
+
+void QXOgreGeometry::Upload(QXOgreVertices const& vertices) {
+  Clear();
+  m_nVertexCount = vertices.m_nCount;
+  MeasureBounds(vertices.m_Position);
   m_pVertexData = std::make_unique<Ogre::VertexData>();
   m_pVertexData->vertexCount = m_nVertexCount;
-  UploadVertices(source);
-  UploadTexCoords(source);
-  UploadRanges(source);
+  bool const bLines = vertices.m_bWideLines;
+  UploadNumbers(vertices.m_Position, bLines ? 4 : 3, true, Ogre::VES_POSITION, 0);
+  // No normal is a normal of zeros: the fragment program then takes the face's own.
+  UploadNumbers(vertices.m_Normal, 3, bLines, Ogre::VES_NORMAL, 0);
+  UploadColors(vertices.m_Color);
+  UploadTexCoords(vertices);
 }
 
 void QXOgreGeometry::Clear() {
   m_arrRanges.clear();
   m_pVertexData.reset();
+  m_pSelectionBuffer.reset();
   m_vecZero = QXVector3d::ZERO;
   m_Bounds.SetNULL();
   m_nDeviceMemory = 0;
   m_nVertexCount = 0;
   m_bColors = 0;
   m_bTransparentVertices = 0;
-  m_nTexCoordSets = 0;
+  std::fill_n(m_nTexCoordDims, SetNum, static_cast<unsigned short>(0));
   m_fLabelReach = 0.0F;
 }
 
 int QXOgreGeometry::FindTexCoordSet(unsigned int nWanted) const {
-  if (nWanted < QXTexCoordBlock::UnitNum && (m_nTexCoordSets >> nWanted & 1U) != 0) return static_cast<int>(nWanted);
-  return m_nTexCoordSets == 0 ? -1 : std::countr_zero(m_nTexCoordSets);
+  if (GetTexCoordDim(nWanted) > 0) return static_cast<int>(nWanted);
+  for (unsigned int i = 0; i < SetNum; ++i)
+    if (m_nTexCoordDims[i] > 0) return static_cast<int>(i);
+  return -1;
 }
 
-void QXOgreGeometry::MeasureBounds(QXRenderOperationMultiIndex const& source) {
-  QXVertexBlock const& block = *source.m_pVertexBlock;
+void QXOgreGeometry::MeasureBounds(QXOgreElement const& position) {
   double const dInfinity = std::numeric_limits<double>::infinity();
   double dMin[3] = {dInfinity, dInfinity, dInfinity};
   double dMax[3] = {-dInfinity, -dInfinity, -dInfinity};
+  int const nDim = std::min<int>(position.m_nDim, 3);
+  // A number that the source is short of is 0.
+  for (int k = nDim; k < 3; ++k) dMin[k] = dMax[k] = 0.0;
   for (std::size_t i = 0; i < m_nVertexCount; ++i) {
-    float const* const pPosition = Element(block, i, block.m_nPositionOffset);
-    for (int k = 0; k < 3; ++k) {
+    float const* const pPosition = position.At(i);
+    for (int k = 0; k < nDim; ++k) {
       dMin[k] = std::min(dMin[k], static_cast<double>(pPosition[k]));
       dMax[k] = std::max(dMax[k], static_cast<double>(pPosition[k]));
     }
@@ -118,25 +153,28 @@ void QXOgreGeometry::MeasureBounds(QXRenderOperationMultiIndex const& source) {
   m_vecZero = bFar ? vecCenter : QXVector3d::ZERO;
 }
 
-void QXOgreGeometry::UploadVertices(QXRenderOperationMultiIndex const& source) {
-  QXVertexBlock const& block = *source.m_pVertexBlock;
-  double const dZero[3] = {m_vecZero.x, m_vecZero.y, m_vecZero.z};
-  std::vector<float> arrPositions(std::size_t{m_nVertexCount} * 3);
-  // No normal is a normal of zeros: the fragment program then takes the face's own.
-  std::vector<float> arrNormals(std::size_t{m_nVertexCount} * 3, 0.0F);
-  std::vector<std::uint32_t> arrColors(m_nVertexCount, OPAQUE_WHITE);
-  for (std::size_t i = 0; i < m_nVertexCount; ++i) {
-    float const* const pPosition = Element(block, i, block.m_nPositionOffset);
-    for (std::size_t k = 0; k < 3; ++k) arrPositions[3 * i + k] = static_cast<float>(pPosition[k] - dZero[k]);
-    float const* const pNormal = Element(block, i, block.m_nNormalOffset);
-    if (pNormal) std::copy_n(pNormal, 3, arrNormals.data() + 3 * i);
-    float const* const pColor = Element(block, i, block.m_nColorOffset);
-    if (pColor) arrColors[i] = std::bit_cast<std::uint32_t>(*pColor);
+void QXOgreGeometry::UploadNumbers(QXOgreElement const& element, unsigned short nDim, bool bPlaces,
+    Ogre::VertexElementSemantic eSemantic, unsigned short nIndex) {
+  Ogre::VertexElementType const eType = Ogre::VertexElement::multiplyTypeCount(Ogre::VET_FLOAT1, nDim);
+  bool const bMoved = bPlaces && !(m_vecZero == QXVector3d::ZERO);
+  if (!bMoved && element.IsDense(nDim)) return AddStream(eType, eSemantic, nIndex, element.m_pFirst);
+  double const dZero[4] = {bMoved ? m_vecZero.x : 0.0, bMoved ? m_vecZero.y : 0.0, bMoved ? m_vecZero.z : 0.0, 0.0};
+  std::vector<float> arrNumbers(std::size_t{m_nVertexCount} * nDim, 0.0F);
+  std::size_t const nGiven = element.m_pFirst ? std::min(nDim, element.m_nDim) : 0;
+  for (std::size_t i = 0; i < m_nVertexCount && element.m_pFirst; ++i) {
+    float const* const pSource = element.At(i);
+    float* const pTarget = arrNumbers.data() + i * nDim;
+    for (std::size_t k = 0; k < nDim; ++k) pTarget[k] = static_cast<float>((k < nGiven ? pSource[k] : 0.0F) - dZero[k]);
   }
-  m_bColors = block.m_nColorOffset >= 0;
+  AddStream(eType, eSemantic, nIndex, arrNumbers.data());
+}
+
+void QXOgreGeometry::UploadColors(QXOgreElement const& color) {
+  std::vector<std::uint32_t> arrColors(m_nVertexCount, OPAQUE_WHITE);
+  if (color.m_pFirst)
+    for (std::size_t i = 0; i < m_nVertexCount; ++i) arrColors[i] = std::bit_cast<std::uint32_t>(*color.At(i));
+  m_bColors = color.m_pFirst != nullptr;
   m_bTransparentVertices = HasTransparent(arrColors.data(), m_nVertexCount);
-  AddStream(Ogre::VET_FLOAT3, Ogre::VES_POSITION, 0, arrPositions.data());
-  AddStream(Ogre::VET_FLOAT3, Ogre::VES_NORMAL, 0, arrNormals.data());
   AddStream(Ogre::VET_UBYTE4_NORM, Ogre::VES_DIFFUSE, 0, arrColors.data());
 }
 
@@ -154,6 +192,10 @@ void QXOgreGeometry::AddStream(
 
 unsigned char QXOgreGeometry::UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions) {
   if (!pPositions || !m_pVertexData || nFirst > m_nVertexCount || nCount > m_nVertexCount - nFirst) return 0;
+  std::size_t const nSize = 3 * sizeof(float);
+  auto const pBuffer = m_pVertexData->vertexBufferBinding->getBuffer(POSITION_STREAM);
+  // The corners of wide lines are more than positions.
+  if (pBuffer->getVertexSize() != nSize) return 0;
   double const dZero[3] = {m_vecZero.x, m_vecZero.y, m_vecZero.z};
   std::vector<float> arrPositions(std::size_t{nCount} * 3);
   for (std::size_t i = 0; i < nCount; ++i) {
@@ -162,9 +204,7 @@ unsigned char QXOgreGeometry::UpdatePositions(unsigned int nFirst, unsigned int 
     QXVector3d const vecPoint(p[0], p[1], p[2]);
     m_Bounds.Merge(QXBoundingBox(vecPoint, vecPoint));
   }
-  std::size_t const nSize = 3 * sizeof(float);
-  m_pVertexData->vertexBufferBinding->getBuffer(POSITION_STREAM)
-      ->writeData(nFirst * nSize, nCount * nSize, arrPositions.data());
+  pBuffer->writeData(nFirst * nSize, nCount * nSize, arrPositions.data());
   return 1;
 }
 
@@ -177,22 +217,38 @@ unsigned char QXOgreGeometry::UpdateColors(unsigned int nFirst, unsigned int nCo
   return 1;
 }
 
-void QXOgreGeometry::UploadTexCoords(QXRenderOperationMultiIndex const& source) {
-  if (!source.m_pTexCoordBlock) return;
-  QXTexCoordBlock const& block = *source.m_pTexCoordBlock;
-  for (unsigned short nUnit = 0; nUnit < QXTexCoordBlock::UnitNum; ++nUnit) {
-    unsigned short const nDim = block.m_nDims[nUnit];
-    // A set that does not reach all vertices would be read beyond its end.
-    if (!block.m_pBuffers[nUnit] || nDim < 1 || nDim > 4 || block.m_nCounts[nUnit] < m_nVertexCount) continue;
-    std::size_t const nStride = block.m_nStrides[nUnit] == 0 ? nDim : block.m_nStrides[nUnit];
-    std::vector<float> arrCoords(std::size_t{m_nVertexCount} * nDim);
+void QXOgreGeometry::FillColor(unsigned int nFirst, unsigned int nCount, std::uint32_t nColor) {
+  std::vector<std::uint32_t> const arrColors(nCount, nColor);
+  std::size_t const nSize = sizeof(std::uint32_t);
+  m_pVertexData->vertexBufferBinding->getBuffer(COLOR_STREAM)
+      ->writeData(nFirst * nSize, nCount * nSize, arrColors.data());
+  if (HasTransparent(&nColor, 1)) m_bTransparentVertices = 1;
+}
+
+void QXOgreGeometry::FillSelection(unsigned int nFirst, unsigned int nCount, bool bSelected) {
+  std::size_t const nSize = sizeof(std::uint32_t);
+  if (!m_pSelectionBuffer) {
+    if (!bSelected) return;
+    std::vector<std::uint32_t> const arrNone(m_nVertexCount, 0);
+    auto const nStream = static_cast<unsigned short>(m_pVertexData->vertexBufferBinding->getBufferCount());
+    AddStream(Ogre::VET_UBYTE4_NORM, Ogre::VES_SPECULAR, 0, arrNone.data());
+    m_pSelectionBuffer = m_pVertexData->vertexBufferBinding->getBuffer(nStream);
+  }
+  std::vector<std::uint32_t> const arrMarks(nCount, bSelected ? OPAQUE_WHITE : 0);
+  m_pSelectionBuffer->writeData(nFirst * nSize, nCount * nSize, arrMarks.data());
+}
+
+void QXOgreGeometry::UploadTexCoords(QXOgreVertices const& vertices) {
+  for (unsigned short nSet = 0; nSet < SetNum; ++nSet) {
+    QXOgreElement const& coords = vertices.m_TexCoords[nSet];
+    if (!coords.m_pFirst) continue;
+    bool const bPlaces = vertices.m_bWideLines && nSet == 0;
+    UploadNumbers(coords, coords.m_nDim, bPlaces, Ogre::VES_TEXTURE_COORDINATES, nSet);
+    m_nTexCoordDims[nSet] = coords.m_nDim;
+    if (nSet != 1) continue;
     for (std::size_t i = 0; i < m_nVertexCount; ++i)
-      std::copy_n(block.m_pBuffers[nUnit] + i * nStride, nDim, arrCoords.data() + i * nDim);
-    AddStream(Ogre::VertexElement::multiplyTypeCount(Ogre::VET_FLOAT1, nDim), Ogre::VES_TEXTURE_COORDINATES, nUnit,
-        arrCoords.data());
-    m_nTexCoordSets |= 1U << nUnit;
-    if (nUnit == 1)
-      for (float const f : arrCoords) m_fLabelReach = std::max(m_fLabelReach, std::abs(f));
+      for (std::size_t k = 0; k < coords.m_nDim; ++k)
+        m_fLabelReach = std::max(m_fLabelReach, std::abs(coords.At(i)[k]));
   }
 }
 

@@ -29,7 +29,30 @@ struct QXOgreRange {
   int m_nPackage;
 };
 
-/// Copies of everything that a QXRenderOperationMultiIndex holds, in GPU buffers. The source may die afterwards.
+/// The numbers of one kind that a source keeps for its vertices.
+struct QXOgreElement {
+  float const* m_pFirst = nullptr;  ///< Null: the source has none
+  std::size_t m_nStride = 0;        ///< Numbers from one vertex to the next
+  unsigned short m_nDim = 0;        ///< Numbers of a vertex, 1 to 4
+
+  float const* At(std::size_t nVertex) const { return m_pFirst + nVertex * m_nStride; }
+  /// Whether the vertices of so many numbers follow each other without gaps.
+  bool IsDense(unsigned short nDim) const { return m_pFirst && m_nDim == nDim && m_nStride == nDim; }
+};
+
+/// The vertices of any source: everything that is there reaches all of them.
+struct QXOgreVertices {
+  unsigned int m_nCount = 0;
+  QXOgreElement m_Position;
+  QXOgreElement m_Normal;
+  QXOgreElement m_Color;  ///< QDCRGBA words, looked at as numbers
+  QXOgreElement m_TexCoords[8];
+  /// The vertices of wide lines: the fourth number of a position is the side of the line, and normals and the first
+  /// set of coordinates are the points before and after.
+  bool m_bWideLines = false;
+};
+
+/// Copies of vertices and index ranges in GPU buffers. The source may die afterwards.
 /// Vertices far from their coordinates' zero are moved to a zero of their own (m_vecZero): floats of four million are
 /// half a metre apart, and a shader that adds a translation of minus four million to them loses what they still had.
 class QXOgreGeometry final {
@@ -39,10 +62,15 @@ public:
   QXOgreGeometry(QXOgreGeometry const&) = delete;
   QXOgreGeometry& operator=(QXOgreGeometry const&) = delete;
 
-  /// A range with an index beyond the vertices draws nothing, since the GPU would read foreign memory; nor does one of
-  /// an unknown kind, or an empty one.
+  /// Vertices and ranges of a source.
   /// Cost: one pass over vertices and indices.
   void Upload(QXRenderOperationMultiIndex const& source);
+  /// Vertices without ranges, in place of everything.
+  void Upload(QXOgreVertices const& vertices);
+  /// One more range. One with an index beyond the vertices draws nothing, since the GPU would read foreign memory; nor
+  /// does one of an unknown kind, or an empty one; they keep their numbers all the same.
+  void AddRange(void const* pIndices, int nIndexType, unsigned int nStart, unsigned int nCount, int eOperationType,
+      QXColorValue3D const& color, int nPackage);
   /// Releases the buffers.
   void Clear();
 
@@ -65,19 +93,28 @@ public:
   /// The set of texture coordinates that stands in for a wanted one: itself where the geometry has it, else the first
   /// that there is; -1 without any.
   int FindTexCoordSet(unsigned int nWanted) const;
+  /// Numbers of a vertex in a set of texture coordinates, 0 without the set.
+  unsigned short GetTexCoordDim(unsigned int nSet) const { return nSet < SetNum ? m_nTexCoordDims[nSet] : 0; }
+  /// Puts one word in place of the colours of some vertices, whether they came with colours or not. They must be there.
+  void FillColor(unsigned int nFirst, unsigned int nCount, std::uint32_t nColor);
+  /// Marks vertices as selected or not, for programs that look at that. They must be there.
+  void FillSelection(unsigned int nFirst, unsigned int nCount, bool bSelected);
   /// The largest number in set 1: how far the corners of labels are from their anchors, in pixels.
   float GetLabelReach() const { return m_fLabelReach; }
 
 private:
-  void MeasureBounds(QXRenderOperationMultiIndex const& source);
-  /// One stream for each element, so that one can be overwritten without touching the others.
-  void UploadVertices(QXRenderOperationMultiIndex const& source);
+  static constexpr unsigned int SetNum = 8;
+
+  void MeasureBounds(QXOgreElement const& position);
+  // One stream for each element, so that one can be overwritten without touching the others.
+  /// nDim numbers a vertex, less the geometry's zero where they are places; what the source is short of is 0.
+  void UploadNumbers(QXOgreElement const& element, unsigned short nDim, bool bPlaces,
+      Ogre::VertexElementSemantic eSemantic, unsigned short nIndex);
+  void UploadColors(QXOgreElement const& color);
+  void UploadTexCoords(QXOgreVertices const& vertices);
   void AddStream(
       Ogre::VertexElementType eType, Ogre::VertexElementSemantic eSemantic, unsigned short nIndex, void const* pData);
-  void UploadTexCoords(QXRenderOperationMultiIndex const& source);
   void UploadRanges(QXRenderOperationMultiIndex const& source);
-  void AddRange(void const* pIndices, int nIndexType, unsigned int nStart, unsigned int nCount, int eOperationType,
-      QXColorValue3D const& color, int nPackage);
   void UploadIndices(QXOgreRange& range, void const* pIndices, bool bWide, unsigned int nStart, unsigned int nCount);
 
   std::unique_ptr<Ogre::VertexData> m_pVertexData;
@@ -88,9 +125,10 @@ private:
   unsigned int m_nVertexCount;
   unsigned char m_bColors;
   unsigned char m_bTransparentVertices;
-  /// One bit a set of texture coordinates.
-  unsigned int m_nTexCoordSets;
+  unsigned short m_nTexCoordDims[SetNum];
   float m_fLabelReach;
+  /// Made when vertices are first marked.
+  std::shared_ptr<Ogre::HardwareVertexBuffer> m_pSelectionBuffer;
 };
 
 }  // namespace QXC

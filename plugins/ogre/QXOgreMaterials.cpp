@@ -1,6 +1,5 @@
 #include <plugins/ogre/QXOgreMaterials.h>
 
-#include <cstddef>
 #include <stdexcept>
 #include <string>
 
@@ -15,83 +14,10 @@
 
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreLog.h>
-#include <plugins/ogre/QXOgreShaders.h>
 
 namespace QXC {
 
 namespace {
-
-constexpr char VERSION[] = "#version 330 core\n";
-
-/// Whether a letter names a set whose third coordinate picks a layer.
-bool IsStack(char cSet) {
-  return cSet >= 'A';
-}
-
-// Lines for one texture: # is its number, @ the set of coordinates that it reads.
-constexpr char SET_DECLARATION[] = "in vec4 @;\n";
-constexpr char VERTEX_DECLARATIONS[] = "uniform vec4 textureU#;\nuniform vec4 textureV#;\nout vec3 place#;\n";
-constexpr char VERTEX_LINE[] = "  place# = vec3(dot(textureU#, @), dot(textureV#, @), @.z);\n";
-constexpr char FRAGMENT_DECLARATIONS[] = "uniform vec4 alphaRule#;\nin vec3 place#;\n";
-constexpr char IMAGE_DECLARATION[] = "uniform sampler2D texture#;\n";
-constexpr char STACK_DECLARATION[] = "uniform sampler2DArray texture#;\n";
-constexpr char IMAGE_LINE[] = "  vec4 texel# = texture(texture#, place#.xy);\n";
-constexpr char STACK_LINE[] = "  vec4 texel# = texture(texture#, place#);\n";
-/// The division comes after filtering: only then does what is clear bring no colour in.
-constexpr char FRAGMENT_LINE[] = "  texel#.rgb /= mix(1.0, max(texel#.a, 1e-5), alphaRule#.y);\n"
-                                 "  colour *= vec4(texel#.rgb, max(texel#.a, alphaRule#.x));\n";
-
-void Append(std::string& strTarget, char const* szLines, std::size_t nTexture, unsigned int nSet = 0) {
-  for (char const* p = szLines; *p != '\0'; ++p) {
-    if (*p == '#') {
-      strTarget += std::to_string(nTexture);
-    } else if (*p == '@') {
-      strTarget += "uv";
-      strTarget += std::to_string(nSet);
-    } else {
-      strTarget += *p;
-    }
-  }
-}
-
-/// The vertex program that hands on, for each texture, the transformed coordinates of its set; the layer of a stack is
-/// a coordinate that nothing transforms.
-std::string VertexSource(std::string const& strCoordSets, bool bLabel) {
-  std::string strSource = VERSION;
-  std::string strLines;
-  unsigned int nDeclared = 0;
-  for (std::size_t i = 0; i < strCoordSets.size(); ++i) {
-    auto const nSet = static_cast<unsigned int>(strCoordSets[i] - (IsStack(strCoordSets[i]) ? 'A' : '0'));
-    // Two textures may read one set, which is declared once.
-    if ((nDeclared >> nSet & 1U) == 0) Append(strSource, SET_DECLARATION, i, nSet);
-    nDeclared |= 1U << nSet;
-    Append(strSource, VERTEX_DECLARATIONS, i);
-    Append(strLines, VERTEX_LINE, i, nSet);
-  }
-  // The offsets of labels, which no texture need read.
-  if (bLabel && (nDeclared >> 1U & 1U) == 0) Append(strSource, SET_DECLARATION, 0, 1);
-  strSource += bLabel ? QX_OGRE_LABEL_SHADER : QX_OGRE_VERTEX_SHADER;
-  strSource += strLines;
-  strSource += "}\n";
-  return strSource;
-}
-
-/// The fragment program that multiplies the colour with every texture.
-std::string FragmentSource(std::string const& strCoordSets) {
-  std::string strSource = VERSION;
-  std::string strLines;
-  for (std::size_t i = 0; i < strCoordSets.size(); ++i) {
-    bool const bStack = IsStack(strCoordSets[i]);
-    Append(strSource, bStack ? STACK_DECLARATION : IMAGE_DECLARATION, i);
-    Append(strSource, FRAGMENT_DECLARATIONS, i);
-    Append(strLines, bStack ? STACK_LINE : IMAGE_LINE, i);
-    Append(strLines, FRAGMENT_LINE, i);
-  }
-  strSource += QX_OGRE_FRAGMENT_SHADER;
-  strSource += strLines;
-  strSource += QX_OGRE_FRAGMENT_SHADER_END;
-  return strSource;
-}
 
 void Apply(Ogre::Material const& material, QXOgreLight const& light) {
   auto const pParameters = material.getTechnique(0)->getPass(0)->getFragmentProgramParameters();
@@ -104,7 +30,7 @@ void Apply(Ogre::Material const& material, QXOgreLight const& light) {
 }  // namespace
 
 QXOgreMaterials::QXOgreMaterials(QXOgreLog& log) : m_Log(log), m_Light() {
-  GetPrograms({}, false);
+  GetPrograms({});
 }
 
 QXOgreMaterials::~QXOgreMaterials() {
@@ -116,10 +42,10 @@ QXOgreMaterials::~QXOgreMaterials() {
       if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
 }
 
-QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(std::string const& strCoordSets, bool bLabel) {
-  Programs& programs = m_mapPrograms[{bLabel, strCoordSets}];
-  if (!programs.m_pVertex) programs.m_pVertex = Compile(VertexSource(strCoordSets, bLabel), Ogre::GPT_VERTEX_PROGRAM);
-  if (!programs.m_pFragment) programs.m_pFragment = Compile(FragmentSource(strCoordSets), Ogre::GPT_FRAGMENT_PROGRAM);
+QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(QXOgreVariant const& variant) {
+  Programs& programs = m_mapPrograms[variant];
+  if (!programs.m_pVertex) programs.m_pVertex = Compile(MakeVertexSource(variant), Ogre::GPT_VERTEX_PROGRAM);
+  if (!programs.m_pFragment) programs.m_pFragment = Compile(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
   return programs;
 }
 
@@ -144,13 +70,15 @@ Ogre::MaterialPtr const& QXOgreMaterials::Get(QXOgreSurface const& surface) {
 }
 
 Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
-  Programs const& programs = GetPrograms(surface.m_strCoordSets, surface.m_bLabel);
+  QXOgreVariant const variant{surface.m_eProgram, surface.m_eAlphaFunction, surface.m_strCoordSets};
+  Programs const& programs = GetPrograms(variant);
   auto pMaterial = Ogre::MaterialManager::getSingleton().create(
       QXOgreDevice::MakeName("material"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
   Ogre::Pass* const pPass = pMaterial->getTechnique(0)->getPass(0);
   pPass->setCullingMode(static_cast<Ogre::CullingMode>(surface.m_eCullingMode));
   pPass->setPolygonMode(surface.m_bWireframe ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID);
   pPass->setDepthCheckEnabled(surface.m_bDepthTest);
+  pPass->setDepthFunction(static_cast<Ogre::CompareFunction>(surface.m_eDepthFunction));
   pPass->setDepthWriteEnabled(surface.m_bDepthWrite && !surface.m_bTransparent);
   // OGRE counts towards the eye.
   pPass->setDepthBias(-surface.m_fDepthBias, -surface.m_fDepthBiasSlope);
@@ -159,25 +87,41 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pPass->setPointAttenuation(true);
   // Alpha adds up instead of being blended: what is seen through a pane stays as solid as it was.
   if (surface.m_bTransparent)
-    pPass->setSeparateSceneBlending(
-        Ogre::SBF_SOURCE_ALPHA, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA, Ogre::SBF_ONE, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA);
+    pPass->setSeparateSceneBlending(static_cast<Ogre::SceneBlendFactor>(surface.m_eSourceFactor),
+        static_cast<Ogre::SceneBlendFactor>(surface.m_eDestFactor), Ogre::SBF_ONE, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA);
   pPass->setVertexProgram(programs.m_pVertex->getName());
   pPass->setFragmentProgram(programs.m_pFragment->getName());
+  BindParameters(*pPass, surface, variant);
+  pMaterial->load();
+  return pMaterial;
+}
+
+void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surface, QXOgreVariant const& variant) {
   using Parameters = Ogre::GpuProgramParameters;
-  auto const pVertex = pPass->getVertexProgramParameters();
+  bool const bLines = surface.m_eProgram == QX_OGRE_PROGRAM_LINES;
+  auto const pVertex = pass.getVertexProgramParameters();
   pVertex->setNamedAutoConstant("worldViewProj", Parameters::ACT_WORLDVIEWPROJ_MATRIX);
-  if (surface.m_bLabel) {
+  if (bLines || surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) {
     pVertex->setNamedAutoConstant("viewport", Parameters::ACT_VIEWPORT_SIZE);
-    pVertex->setNamedAutoConstant("flipping", Parameters::ACT_RENDER_TARGET_FLIPPING);
+    if (bLines) {
+      pVertex->setNamedConstant("lineWidth", surface.m_fLineWidth);
+    } else {
+      pVertex->setNamedAutoConstant("flipping", Parameters::ACT_RENDER_TARGET_FLIPPING);
+    }
   } else {
     pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
     pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
     pVertex->setNamedConstant("pointSize", surface.m_fPointSize);
   }
-  auto const pFragment = pPass->getFragmentProgramParameters();
+  auto const pFragment = pass.getFragmentProgramParameters();
   pFragment->setNamedAutoConstant("tint", Parameters::ACT_CUSTOM, QX_OGRE_TINT);
   pFragment->setNamedAutoConstant("selection", Parameters::ACT_CUSTOM, QX_OGRE_SELECTION);
   pFragment->setNamedAutoConstant("shading", Parameters::ACT_CUSTOM, QX_OGRE_SHADING);
+  if (variant.IsOfPass()) {
+    pFragment->setNamedAutoConstant("ownAmbient", Parameters::ACT_CUSTOM, QX_OGRE_AMBIENT);
+    pFragment->setNamedAutoConstant("emissive", Parameters::ACT_CUSTOM, QX_OGRE_EMISSIVE);
+    pFragment->setNamedAutoConstant("highlight", Parameters::ACT_CUSTOM, QX_OGRE_HIGHLIGHT);
+  }
   for (unsigned int i = 0; i < surface.m_strCoordSets.size(); ++i) {
     std::string const strNumber = std::to_string(i);
     pVertex->setNamedAutoConstant("textureU" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i);
@@ -185,8 +129,6 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
     pFragment->setNamedAutoConstant("alphaRule" + strNumber, Parameters::ACT_CUSTOM, QX_OGRE_TEXTURES + 3 * i + 2);
     pFragment->setNamedConstant("texture" + strNumber, static_cast<int>(i));
   }
-  pMaterial->load();
-  return pMaterial;
 }
 
 void QXOgreMaterials::SetLight(QXOgreLight const& light) {

@@ -5,12 +5,13 @@
 #include <compare>
 #include <map>
 #include <string>
-#include <utility>
 
 #include <OgreColourValue.h>
 #include <OgreHighLevelGpuProgram.h>
 #include <OgrePrerequisites.h>
 #include <OgreVector.h>
+
+#include <plugins/ogre/QXOgrePrograms.h>
 
 namespace QXC {
 
@@ -30,12 +31,17 @@ struct QXOgreSurface {
   bool m_bWireframe = false;
   bool m_bDepthTest = true;
   bool m_bDepthWrite = true;
-  bool m_bLabel = false;   ///< The vertices are the corners of labels that face the camera
+  int m_eProgram = QX_OGRE_PROGRAM_PLAIN;  ///< QXOgreProgram
   int m_eCullingMode = 1;  ///< CullingMode; none at first, since models of the real world come with either winding
   float m_fLineWidth = 1.0F;
   float m_fPointSize = 1.0F;
   float m_fDepthBias = 0.0F;
   float m_fDepthBiasSlope = 0.0F;
+  int m_eDepthFunction = 3;  ///< Ogre::CompareFunction; less or equal at first
+  int m_eAlphaFunction = 1;  ///< QXCompareFunction; at first every alpha passes
+  /// Ogre::SceneBlendFactor of what is drawn and of what was there, where it is transparent.
+  int m_eSourceFactor = 7;
+  int m_eDestFactor = 9;
   /// The coordinate set that each texture reads ('0' to '7', 'A' to 'H' for a stack of layers), in the order in which textures are multiplied with the
   /// colour; empty without textures. Which textures they are the renderable knows.
   std::string m_strCoordSets;
@@ -47,13 +53,17 @@ struct QXOgreSurface {
 /// Numbers of the custom parameters that a renderable gives.
 enum QXOgreParameter : unsigned int {
   QX_OGRE_TINT = 0,       ///< Factor on the vertex colour
-  QX_OGRE_SELECTION = 1,  ///< Colour of the selection; alpha is how much it covers, 0 where nothing is selected
-  QX_OGRE_SHADING = 2,    ///< x: 1 lit, 0 the plain colour
+  QX_OGRE_SELECTION = 1,  ///< Colour of the selection; alpha is how much it covers
+  QX_OGRE_SHADING = 2,    ///< x: 1 lit, 0 the plain colour; y: 1 selected
   /// Three for each texture: what the four coordinates are multiplied with to give u and v, and x: the least alpha.
   QX_OGRE_TEXTURES = 3,
+  // Of passes, behind those of eight textures.
+  QX_OGRE_AMBIENT = 27,    ///< Factor on the ambient light
+  QX_OGRE_EMISSIVE = 28,   ///< Light of its own; alpha is the reference of the alpha test
+  QX_OGRE_HIGHLIGHT = 29,  ///< Colour of the highlight; alpha is its exponent, 0 for none
 };
 
-/// Materials of the drawables, one a surface, on one pair of programs for each sequence of coordinate sets: GL3Plus
+/// Materials of the drawables, one a surface, on one pair of programs for each variant: GL3Plus
 /// draws nothing without programs. Textures are no part of a material: the renderables bind them, so that a texture may
 /// come, change and go without any material that knows of it.
 class QXOgreMaterials final {
@@ -76,13 +86,14 @@ private:
     Ogre::HighLevelGpuProgramPtr m_pFragment;
   };
 
-  /// Those of a sequence of coordinate sets, compiled at its first use. Throws as the constructor does.
-  Programs const& GetPrograms(std::string const& strCoordSets, bool bLabel);
+  /// Those of a variant, compiled at its first use. Throws as the constructor does.
+  Programs const& GetPrograms(QXOgreVariant const& variant);
   Ogre::HighLevelGpuProgramPtr Compile(std::string const& strSource, Ogre::GpuProgramType eType);
   Ogre::MaterialPtr Make(QXOgreSurface const& surface);
+  static void BindParameters(Ogre::Pass& pass, QXOgreSurface const& surface, QXOgreVariant const& variant);
 
   QXOgreLog& m_Log;
-  std::map<std::pair<bool, std::string>, Programs> m_mapPrograms;
+  std::map<QXOgreVariant, Programs> m_mapPrograms;
   std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
   QXOgreLight m_Light;
 };

@@ -116,7 +116,8 @@ unsigned char QXOgreRenderOperation3D::SetShaderPrograms(
     QdcUnicodeString const& strVertex, QdcUnicodeString const& strFragment) {
   bool const bLabel = strVertex == LABEL_VERTEX_PROGRAM && strFragment == LABEL_FRAGMENT_PROGRAM;
   if (!bLabel && !(strVertex.IsEmpty() && strFragment.IsEmpty())) return 0;
-  return ChangeLook([&](QXOgreLook& look) { look.m_Surface.m_bLabel = bLabel; });
+  return ChangeLook(
+      [&](QXOgreLook& look) { look.m_Surface.m_eProgram = bLabel ? QX_OGRE_PROGRAM_LABEL : QX_OGRE_PROGRAM_PLAIN; });
 }
 
 void QXOgreRenderOperation3D::SetRenderOperation(QXRenderOperation const* pOperation) {

@@ -43,13 +43,17 @@ char LetterOf(QXOgreBinding const& binding) {
   return static_cast<char>((binding.m_bStack ? 'A' : '0') + binding.m_nCoordSet);
 }
 
+QXOgreTextureSource* SourceOf(QXOgreBinding const& binding) {
+  return binding.m_pUse ? binding.m_pUse->GetSource() : nullptr;
+}
+
 bool IsTransparent(QXOgreBinding const& binding) {
-  QXOgreTextureSource const* const pSource = binding.m_pUse->GetSource();
+  QXOgreTextureSource const* const pSource = SourceOf(binding);
   return pSource && pSource->IsTransparent();
 }
 
 bool IsStack(QXOgreBinding const& binding) {
-  QXOgreTextureSource const* const pSource = binding.m_pUse->GetSource();
+  QXOgreTextureSource const* const pSource = SourceOf(binding);
   return pSource && pSource->GetImage() && pSource->GetImage()->IsStack();
 }
 
@@ -69,12 +73,14 @@ bool QXOgreRenderable::IsBlended() const {
   return m_pMaterial && m_pMaterial->isTransparent();
 }
 
-void QXOgreRenderable::SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bLight) {
+void QXOgreRenderable::SetLook(
+    QXColorValue3D const& tint, QXColorValue3D const& selection, bool bSelected, bool bLight) {
   bool const bFaces = m_Operation.operationType >= Ogre::RenderOperation::OT_TRIANGLE_LIST;
   QXColorValue3D const product(tint.r * m_Color.r, tint.g * m_Color.g, tint.b * m_Color.b, tint.a * m_Color.a);
   setCustomParameter(QX_OGRE_TINT, ToVector4(product));
   setCustomParameter(QX_OGRE_SELECTION, ToVector4(selection));
-  setCustomParameter(QX_OGRE_SHADING, Ogre::Vector4(bLight && bFaces ? 1.0F : 0.0F, 0.0F, 0.0F, 0.0F));
+  setCustomParameter(
+      QX_OGRE_SHADING, Ogre::Vector4(bLight && bFaces ? 1.0F : 0.0F, bSelected ? 1.0F : 0.0F, 0.0F, 0.0F));
 }
 
 void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> const& arrBindings) {
@@ -83,7 +89,8 @@ void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> const& arrBindings
   for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
     m_bTransparentTextures = m_bTransparentTextures || IsTransparent(m_arrBindings[i]);
     m_arrBindings[i].m_bStack = IsStack(m_arrBindings[i]);
-    if (m_arrBindings[i].m_pUse->GetSource()) TellProgram(i);
+    if (SourceOf(m_arrBindings[i])) TellProgram(i);
+    if (!m_arrBindings[i].m_pUse) TellProgramOfNone(i);
   }
 }
 
@@ -97,7 +104,8 @@ bool QXOgreRenderable::PrepareTextures(unsigned long long nFrame) {
   bool bFits = true;
   bool bTransparent = false;
   for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
-    QXOgreTextureSource* const pSource = m_arrBindings[i].m_pUse->GetSource();
+    if (!m_arrBindings[i].m_pUse) continue;
+    QXOgreTextureSource* const pSource = SourceOf(m_arrBindings[i]);
     if (!pSource) return false;
     pSource->PrepareFor(nFrame);
     bTransparent = bTransparent || pSource->IsTransparent();
@@ -109,6 +117,13 @@ bool QXOgreRenderable::PrepareTextures(unsigned long long nFrame) {
 
 bool QXOgreRenderable::HasTransparentTextures() const {
   return m_bTransparentTextures;
+}
+
+void QXOgreRenderable::TellProgramOfNone(std::size_t nTexture) {
+  std::size_t const nFirst = QX_OGRE_TEXTURES + 3 * nTexture;
+  setCustomParameter(nFirst, Ogre::Vector4::ZERO);
+  setCustomParameter(nFirst + 1, Ogre::Vector4::ZERO);
+  setCustomParameter(nFirst + 2, Ogre::Vector4(1.0F, 0.0F, 0.0F, 0.0F));
 }
 
 void QXOgreRenderable::TellProgram(std::size_t nTexture) {
@@ -142,12 +157,13 @@ void QXOgreRenderable::TellProgram(std::size_t nTexture) {
 bool QXOgreRenderable::preRender(Ogre::SceneManager*, Ogre::RenderSystem* pRenderSystem) {
   for (std::size_t i = 0; i < m_arrBindings.size(); ++i) {
     QXOgreBinding const& binding = m_arrBindings[i];
-    QXOgreTextureSource const* const pSource = binding.m_pUse->GetSource();
+    QXOgreTextureSource const* const pSource = SourceOf(binding);
     QXOgreImage const* const pImage = pSource ? pSource->GetImage() : nullptr;
     bool const bRepeat = pSource && pSource->GetTexture().GetTextureRepeatMode() != 0;
     pRenderSystem->_setTexture(i, true, (pImage ? *pImage : m_Device.GetWhiteImage()).GetOgreTexture());
-    pRenderSystem->_setSampler(i, m_Device.GetTextureUnits().GetSampler(
-                                      binding.m_nUnit, pSource ? pSource->GetFilters() : QXOgreFilters(), bRepeat));
+    pRenderSystem->_setSampler(
+        i, m_Device.GetTextureUnits().GetSampler(binding.m_nUnit, pSource ? pSource->GetFilters() : QXOgreFilters(),
+               bRepeat && !binding.m_bClampU, bRepeat && !binding.m_bClampV));
   }
   return true;
 }

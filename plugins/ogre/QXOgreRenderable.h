@@ -20,9 +20,13 @@ class QXOgreTextureUse;
 
 /// One texture as a renderable shows it.
 struct QXOgreBinding {
+  /// Null: the place of a texture that is not there; it leaves colours as they are.
   QXOgreTextureUse const* m_pUse = nullptr;
   unsigned int m_nUnit = 0;
   int m_nCoordSet = 0;
+  /// Keeps to the edge of the image along u or v even where the texture repeats itself.
+  bool m_bClampU = false;
+  bool m_bClampV = false;
   /// Of the coordinates; the texture's own scale and offset follow it.
   QXMatrix4d m_matTexture;
   bool m_bStack = false;
@@ -62,7 +66,7 @@ public:
   /// Whether the material lets through what is behind it.
   bool IsBlended() const;
   /// Hands the programs what differs from drawable to drawable. Points and lines have no face that could be lit.
-  void SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bLight);
+  void SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bSelected, bool bLight);
 
   /// The textures that are multiplied with the colour; the uses must outlive this object or the next call.
   void SetBindings(std::vector<QXOgreBinding> const& arrBindings);
@@ -85,6 +89,7 @@ public:
 
 private:
   void TellProgram(std::size_t nTexture);
+  void TellProgramOfNone(std::size_t nTexture);
 
   QXOgreDevice& m_Device;
   Ogre::RenderOperation m_Operation;

@@ -80,9 +80,69 @@ void main() {
 )glsl";
 
 inline constexpr char QX_OGRE_FRAGMENT_SHADER_END[] = R"glsl(
-  colour.rgb = mix(colour.rgb, selection.rgb, selection.a);
+  colour.rgb = mix(colour.rgb, selection.rgb, selection.a * shading.y);
   fragmentColour = vec4(min(colour.rgb * mix(vec3(1.0), light, shading.x), vec3(1.0)), colour.a);
 }
+)glsl";
+
+/// In front of the fragment program of a pass: whether the object is selected, and the colours of the material beside
+/// the diffuse one, which is in the tint. The exponent of the highlight stands in its alpha, the reference of the alpha
+/// test in that of the emissive colour.
+inline constexpr char QX_OGRE_PASS_DECLARATIONS[] = R"glsl(
+uniform vec4 ownAmbient;
+uniform vec4 emissive;
+uniform vec4 highlight;
+in float chosen;
+)glsl";
+
+/// The material's ambient colour is a factor on the ambient light. The highlight is largest where the direction halfway
+/// between eye and sun is the normal.
+inline constexpr char QX_OGRE_PASS_SHADER_END[] = R"glsl(
+  colour.rgb = mix(colour.rgb, selection.rgb, selection.a * max(shading.y, chosen));
+  light += ambient.rgb * (ownAmbient.rgb - 1.0);
+  vec3 lit = colour.rgb * light + emissive.rgb;
+  if (highlight.a > 0.0 && dot(normal, toSun) > 0.0) {
+    vec3 halfway = normalize(toSun + normalize(toEye));
+    lit += highlight.rgb * diffuse.rgb * pow(max(dot(normal, halfway), 0.0), highlight.a);
+  }
+  fragmentColour = vec4(min(mix(colour.rgb, lit, shading.x), vec3(1.0)), colour.a);
+}
+)glsl";
+
+/// For lines of so many pixels, as triangles. In: the point with the side of the line as its fourth number, the point
+/// before it as the normal, the one after it as the first set of coordinates; at an end the point itself. The corner
+/// moves sideways from the point, where two parts meet along the line that halves their angle, as far as that takes up
+/// to twice the half width. The direction on the screen is the derivative of the projection, which keeps its sign when
+/// the line passes the eye, as the difference of two projected points does not.
+inline constexpr char QX_OGRE_LINE_SHADER[] = R"glsl(
+uniform mat4 worldViewProj;
+uniform vec4 viewport;
+uniform float lineWidth;
+in vec4 vertex;
+in vec3 normal;
+in vec4 colour;
+out vec3 viewPosition;
+out vec3 viewNormal;
+out vec4 vertexColour;
+vec2 direction(vec4 from, vec4 to) {
+  vec2 way = (to.xy * from.w - from.xy * to.w) * viewport.xy;
+  float size = max(abs(way.x), abs(way.y));
+  return size > 0.0 ? normalize(way / size) : vec2(1.0, 0.0);
+}
+void main() {
+  vec4 here = worldViewProj * vec4(vertex.xyz, 1.0);
+  vec2 inwards = direction(worldViewProj * vec4(normal, 1.0), here);
+  vec2 outwards = direction(here, worldViewProj * vec4(uv0.xyz, 1.0));
+  if (normal == vertex.xyz) inwards = outwards;
+  if (uv0.xyz == vertex.xyz) outwards = inwards;
+  vec2 middle = inwards + outwards;
+  middle = dot(middle, middle) > 1e-6 ? normalize(middle) : outwards;
+  float reach = 1.0 / max(dot(middle, outwards), 0.5);
+  vec2 offset = vec2(-middle.y, middle.x) * reach * vertex.w * lineWidth * viewport.zw;
+  gl_Position = vec4(here.xy + offset * here.w, here.zw);
+  viewPosition = vec3(0.0);
+  viewNormal = vec3(0.0);
+  vertexColour = colour;
 )glsl";
 
 }  // namespace QXC

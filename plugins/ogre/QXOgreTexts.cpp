@@ -129,7 +129,7 @@ void QXOgreTexts::DrawPages(Pages const& pages, QXVector3d const& vecZero, unsig
   QXMatrix4d matModel;
   matModel.SetTrans(vecZero);
   QXOgreLook look;
-  look.m_Surface.m_bLabel = true;
+  look.m_Surface.m_eProgram = QX_OGRE_PROGRAM_LABEL;
   look.m_Surface.m_bDepthTest = false;
   look.m_Surface.m_bDepthWrite = false;
   for (auto const& [nPage, page] : pages) {

@@ -47,11 +47,12 @@ void QXOgreTextureUnits::SetCoordSet(unsigned int nUnit, unsigned int nSet) {
   if (nUnit < UnitNum && nSet < UnitNum) m_arrUnits[nUnit].m_nCoordSet = nSet;
 }
 
-Ogre::Sampler& QXOgreTextureUnits::GetSampler(unsigned int nUnit, QXOgreFilters const& filters, bool bRepeat) {
+Ogre::Sampler& QXOgreTextureUnits::GetSampler(
+    unsigned int nUnit, QXOgreFilters const& filters, bool bRepeatU, bool bRepeatV) {
   Unit const& unit = m_arrUnits[std::min(nUnit, UnitNum - 1)];
   Key key{{Choose(filters.m_nMin, unit.m_Filters.m_nMin), Choose(filters.m_nMag, unit.m_Filters.m_nMag),
               Choose(filters.m_nMip, unit.m_Filters.m_nMip)},
-      unit.m_nAnisotropy, unit.m_fMipmapBias, bRepeat};
+      unit.m_nAnisotropy, unit.m_fMipmapBias, bRepeatU, bRepeatV};
   bool const bAsked =
       key.m_Filters.m_nMin == TEXTURE_FILTER_ANISOTROPIC || key.m_Filters.m_nMag == TEXTURE_FILTER_ANISOTROPIC;
   if (bAsked && key.m_nAnisotropy == 1) key.m_nAnisotropy = std::max(m_nMaxAnisotropy, 1U);
@@ -66,7 +67,9 @@ Ogre::SamplerPtr QXOgreTextureUnits::Make(Key const& key) const {
   int const nMip = key.m_Filters.m_nMip;
   pSampler->setFiltering(ToOgre(key.m_Filters.m_nMin, bAnisotropic), ToOgre(key.m_Filters.m_nMag, bAnisotropic),
       nMip == TEXTURE_FILTER_NONE ? Ogre::FO_NONE : ToOgre(std::min<int>(nMip, TEXTURE_FILTER_LINEAR), false));
-  pSampler->setAddressingMode(key.m_bRepeat ? Ogre::TAM_WRAP : Ogre::TAM_CLAMP);
+  Ogre::TextureAddressingMode const eModeU = key.m_bRepeatU ? Ogre::TAM_WRAP : Ogre::TAM_CLAMP;
+  Ogre::TextureAddressingMode const eModeV = key.m_bRepeatV ? Ogre::TAM_WRAP : Ogre::TAM_CLAMP;
+  pSampler->setAddressingMode(eModeU, eModeV, Ogre::TAM_CLAMP);
   pSampler->setAnisotropy(key.m_nAnisotropy);
   pSampler->setMipmapBias(key.m_fMipmapBias);
   return pSampler;

@@ -42,7 +42,7 @@ public:
   /// The sampler of a unit. Where neither the texture nor the unit says which filter, it is the linear one, between the
   /// levels as well.
   /// @param filters  the texture's own
-  Ogre::Sampler& GetSampler(unsigned int nUnit, QXOgreFilters const& filters, bool bRepeat);
+  Ogre::Sampler& GetSampler(unsigned int nUnit, QXOgreFilters const& filters, bool bRepeatU, bool bRepeatV);
 
 private:
   struct Unit {
@@ -55,7 +55,8 @@ private:
     QXOgreFilters m_Filters;
     unsigned int m_nAnisotropy;
     float m_fMipmapBias;
-    bool m_bRepeat;
+    bool m_bRepeatU;
+    bool m_bRepeatV;
 
     auto operator<=>(Key const&) const = default;  // NOLINT(modernize-use-nullptr)
   };
