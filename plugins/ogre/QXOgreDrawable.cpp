@@ -8,6 +8,7 @@
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/view/QXFrustum.h>
 
+#include <plugins/ogre/QXOgreBucket.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreRenderable.h>
@@ -64,6 +65,20 @@ bool MayReach(QXBoundingBox const& box, double dReach, QXOgreView const& view) {
     nOutside &= nSides;
   }
   return nOutside == 0;
+}
+
+/// From the eye to the nearest point of a box; 0 inside it.
+double NearestDistance(QXBoundingBox const& boxWorld, QXOgreView const& view) {
+  QXBoundingBox const box = Exaggerated(boxWorld, view.m_dVerticalExaggeration);
+  QXVector3d const vecEye = QXVector3d::ZERO.MultiplyMatrix(view.m_matView.Invert()) + view.m_vecOrigin;
+  auto const outside = [](double dValue, double dMin, double dMax) {
+    return std::max({dMin - dValue, 0.0, dValue - dMax});
+  };
+  QXVector3d const& vecMin = box.GetMin();
+  QXVector3d const& vecMax = box.GetMax();
+  return QXVector3d(outside(vecEye.x, vecMin.x, vecMax.x), outside(vecEye.y, vecMin.y, vecMax.y),
+      outside(vecEye.z, vecMin.z, vecMax.z))
+      .Length();
 }
 
 }  // namespace
@@ -133,6 +148,7 @@ void QXOgreDrawable::TakeTextures(QXRenderOperationMultiIndex const& source, QXT
 void QXOgreDrawable::ClearGeometry() {
   m_arrRenderables.clear();
   m_arrRangeTextures.clear();
+  m_pBucket.reset();
   m_Geometry.Clear();
   UpdateWorld();
 }
@@ -145,6 +161,7 @@ unsigned char QXOgreDrawable::UpdatePositions(unsigned int nFirst, unsigned int 
 
 unsigned char QXOgreDrawable::UpdateColors(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors) {
   unsigned char const bDone = m_Geometry.UpdateColors(nFirst, nCount, pColors);
+  if (bDone && m_pBucket) NoteTransparent(nFirst, nCount, pColors);
   UpdateMaterials();
   return bDone;
 }
@@ -197,6 +214,8 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
     if (dDistance < m_Look.m_dNear || (m_Look.m_dFar > 0.0 && dDistance > m_Look.m_dFar)) return false;
     if (m_pNode && !m_pNode->IsWithin(dDistance)) return false;
   }
+  if (m_pBucket && m_pBucket->HasWideLines())
+    return MayReach(box, std::max(m_pBucket->GetLineReach(), static_cast<double>(m_Look.m_Surface.m_fLineWidth)), view);
   if (m_Look.m_Surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) return MayReach(box, m_Geometry.GetLabelReach(), view);
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
@@ -207,22 +226,23 @@ void QXOgreDrawable::Queue(
   QXMatrix4d matWorld = m_matWorld;
   for (int i = 0; i < 4; ++i) matWorld[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
-  m_Place.m_matToEye =
-      ToOgre(Translation(m_Geometry.GetZero()) * matWorld * Translation(-view.m_vecOrigin) * view.m_matView);
+  QXMatrix4d const matToEye = matWorld * Translation(-view.m_vecOrigin) * view.m_matView;
+  m_Place.m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matToEye);
   if (!IsFinite(m_Place.m_matToEye)) return;
   m_Place.m_fDepth = -m_Place.m_matToEye.getTrans().z;
+  double const dDistance = m_pBucket ? NearestDistance(m_WorldBounds, view) : 0.0;
   auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
   unsigned int nRanges = 0;
-  bool bBlended = false;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
-    if (!m_arrRenderables[i]->IsVisible()) continue;
-    if (!m_arrRenderables[i]->PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
-    queue.addRenderable(m_arrRenderables[i].get(), Ogre::RENDER_QUEUE_MAIN, nPriority);
-    bBlended = bBlended || m_arrRenderables[i]->IsBlended();
+    QXOgreRenderable& renderable = *m_arrRenderables[i];
+    if (!renderable.IsVisible() || (m_pBucket && !IsLevelDrawn(i, dDistance))) continue;
+    if (m_pBucket) PutPlace(i, matToEye);
+    if (!renderable.PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
+    queue.addRenderable(&renderable, Ogre::RENDER_QUEUE_MAIN, nPriority);
+    if (renderable.IsBlended()) arrDepths.push_back(renderable.getSquaredViewDepth(nullptr));
     counts.m_nTriangles += m_Geometry.GetRanges()[i].m_nTriangleCount;
     ++nRanges;
   }
-  if (bBlended) arrDepths.push_back(m_Place.m_fDepth);
   counts.m_nDrawOperations += nRanges;
   if (nRanges > 0) counts.m_nVertices += m_Geometry.GetVertexCount();
 }
@@ -245,10 +265,15 @@ void QXOgreDrawable::UpdateMaterials() {
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) UpdateMaterial(i);
 }
 
-void QXOgreDrawable::UpdateMaterial(std::size_t nRange) {
+QXColorValue3D QXOgreDrawable::GetTint() const {
   QXColorValue3D const& own = m_Look.m_Color;
   QXColorValue3D const& mark = m_Look.m_MarkColor;
-  QXColorValue3D const tint(own.r * mark.r, own.g * mark.g, own.b * mark.b, own.a * mark.a * m_Look.m_dOpacity);
+  return {own.r * mark.r, own.g * mark.g, own.b * mark.b, own.a * mark.a * m_Look.m_dOpacity};
+}
+
+void QXOgreDrawable::UpdateMaterial(std::size_t nRange) {
+  if (m_pBucket) return UpdateBucketMaterial(nRange);
+  QXColorValue3D const tint = GetTint();
   QXOgreRenderable& renderable = *m_arrRenderables[nRange];
   renderable.SetBindings(FindBindings(nRange));
   QXOgreSurface surface = m_Look.m_Surface;
@@ -269,15 +294,19 @@ std::vector<QXOgreBinding> QXOgreDrawable::FindBindings(std::size_t nRange) cons
     if (!unit.GetSource()) continue;
     int const nSet = m_Geometry.FindTexCoordSet(m_pDevice->GetTextureUnits().GetCoordSet(unit.m_nUnit));
     // Without coordinates there is no place in the texture that would be the right one.
-    if (nSet < 0) continue;
-    QXOgreBinding binding;
-    binding.m_pUse = unit.m_pUse.get();
-    binding.m_nUnit = unit.m_nUnit;
-    binding.m_nCoordSet = nSet;
-    binding.m_matTexture = bOwn ? unit.m_matTexture * m_Textures.GetMatrix(unit.m_nUnit) : unit.m_matTexture;
-    arrBindings.push_back(std::move(binding));
+    if (nSet >= 0) arrBindings.push_back(Bind(set, unit, nSet));
   }
   return arrBindings;
+}
+
+QXOgreBinding QXOgreDrawable::Bind(QXOgreTextureSet const& set, QXOgreTextureSet::Unit const& unit, int nSet) const {
+  QXOgreBinding binding;
+  binding.m_pUse = unit.m_pUse.get();
+  binding.m_nUnit = unit.m_nUnit;
+  binding.m_nCoordSet = nSet;
+  bool const bOwn = &set == &m_Textures;
+  binding.m_matTexture = bOwn ? unit.m_matTexture : unit.m_matTexture * m_Textures.GetMatrix(unit.m_nUnit);
+  return binding;
 }
 
 void QXOgreDrawable::UpdateWorld() {

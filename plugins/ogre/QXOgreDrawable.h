@@ -8,6 +8,7 @@
 
 #include <OgrePrerequisites.h>
 
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
@@ -20,11 +21,14 @@
 
 namespace QXC {
 
+class QXOgreBucket;
 class QXOgreDevice;
 class QXOgreScene;
 class QXOgreSceneNode;
 class QXTextureManager;
 class QXRenderOperationMultiIndex;
+struct QXBatchSelAndVertexColor;
+struct QXStaticGeometryBucket;
 
 /// How a drawable looks, apart from its geometry.
 struct QXOgreLook {
@@ -68,6 +72,12 @@ public:
   /// textures of its packages are used from then on.
   /// @param pManager  knows textures by name; may be null
   void SetGeometry(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
+  /// Replaces the geometry by a copy of a bucket of static geometry; its passes stand beside the look.
+  /// @param arrLevelDistances  see QXRenderOperationManager::CreateStaticGeometry3D
+  void SetBucket(
+      QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances, QXTextureManager* pManager);
+  /// Selects and colours objects of a bucket; nothing for other geometry.
+  void SetBatchState(QXBatchSelAndVertexColor const& state);
   void ClearGeometry();
   QXOgreGeometry const& GetGeometry() const { return m_Geometry; }
   unsigned char UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions);
@@ -113,11 +123,26 @@ private:
   void TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
   void UpdateMaterial(std::size_t nRange);
   std::vector<QXOgreBinding> FindBindings(std::size_t nRange) const;
+  QXOgreBinding Bind(QXOgreTextureSet const& set, QXOgreTextureSet::Unit const& unit, int nSet) const;
+  /// The colour that everything is multiplied with.
+  QXColorValue3D GetTint() const;
+
+  // Of buckets alone.
+  void UpdateBucketMaterial(std::size_t nRange);
+  /// @param eProgram  that of the pass; becomes the one that fits the textures and coordinates that are there
+  std::vector<QXOgreBinding> FindBucketBindings(std::size_t nRange, int& eProgram) const;
+  std::vector<QXOgreBinding> FindFoldedBindings(std::size_t nRange, int eProgram) const;
+  /// Where the range stands in the view, as m_Place was put there.
+  void PutPlace(std::size_t nRange, QXMatrix4d const& matToEye);
+  bool IsLevelDrawn(std::size_t nRange, double dDistance) const;
+  void NoteTransparent(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors);
 
   QXOgreDevice* m_pDevice;
   QXOgreScene* m_pScene;
   QXOgreSceneNode* m_pNode;
   QXOgreGeometry m_Geometry;
+  /// Null for other geometry.
+  std::unique_ptr<QXOgreBucket> m_pBucket;
   QXOgreTextureSet m_Textures;
   /// One a range, or none at all.
   std::vector<QXOgreTextureSet> m_arrRangeTextures;

@@ -44,6 +44,16 @@ void QXOgreRenderOperation3D::SetGeometry(QXRenderOperationMultiIndex const& sou
   if (!Try([&] { m_Drawable.SetGeometry(source, pTextures); })) m_Drawable.ClearGeometry();
 }
 
+void QXOgreRenderOperation3D::SetBucket(
+    QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) {
+  QXTextureManager* const pTextures = m_pManager ? &m_pManager->GetGraphics3D().GetTextures() : nullptr;
+  if (!Try([&] { m_Drawable.SetBucket(bucket, arrLevelDistances, pTextures); })) m_Drawable.ClearGeometry();
+}
+
+void QXOgreRenderOperation3D::SetBatchState(QXBatchSelAndVertexColor const& state) {
+  Try([&] { m_Drawable.SetBatchState(state); });
+}
+
 void QXOgreRenderOperation3D::SetMarkColor(QXColorValue3D const& color) {
   ChangeLook([&](QXOgreLook& look) { look.m_MarkColor = color; });
 }

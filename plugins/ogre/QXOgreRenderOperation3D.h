@@ -23,6 +23,8 @@ public:
   QXOgreDrawable const& GetDrawable() const { return m_Drawable; }
   /// Multiplies the colour until white is set; the colour itself stays.
   void SetMarkColor(QXColorValue3D const& color);
+  /// A bucket of static geometry in place of what it held.
+  void SetBucket(QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances);
   /// The renderer goes first.
   void LeaveManager() { m_pManager = nullptr; }
   /// Rises from each drawable of the manager to the next.
@@ -70,7 +72,8 @@ public:
   void SetTexture(unsigned int nUnit, QXTexture* pTexture) override;
   /// Of all ranges; a range's own transform comes first.
   void SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) override;
-  void SetBatchState(QXBatchSelAndVertexColor const&) override {}
+  /// Takes effect on static geometry alone.
+  void SetBatchState(QXBatchSelAndVertexColor const& state) override;
   void SetDepthTest(unsigned char bTest) override;
   void SetDepthWrite(unsigned char bWrite) override;
   void SetDepthBias(double dConstant, double dSlope) override;

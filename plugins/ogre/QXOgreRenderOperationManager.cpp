@@ -39,12 +39,16 @@ unsigned int QXOgreRenderOperationManager::GetRenderOperationCount() const {
   return static_cast<unsigned int>(m_setOperations.size());
 }
 
-QXRenderOperation3D* QXOgreRenderOperationManager::CreateRenderOperation3D(
-    QdcUnicodeString const& strSceneName, unsigned char bAttach) {
+QXOgreRenderOperation3D* QXOgreRenderOperationManager::Make(QdcUnicodeString const& strSceneName, bool bAttach) {
   auto* const pOperation = new QXOgreRenderOperation3D(*this, m_Graphics3D.GetDevice());
   pOperation->SetSelectionColor(m_SelectionColor);
   if (bAttach) pOperation->GetDrawable().SetScene(m_Graphics3D.FindScene(strSceneName));
   return pOperation;
+}
+
+QXRenderOperation3D* QXOgreRenderOperationManager::CreateRenderOperation3D(
+    QdcUnicodeString const& strSceneName, unsigned char bAttach) {
+  return Make(strSceneName, bAttach != 0);
 }
 
 void QXOgreRenderOperationManager::DestroyRenderOperation3D(QXRenderOperation3D* pOperation) {
@@ -64,9 +68,11 @@ void QXOgreRenderOperationManager::DetachRenderOperation3D(QXRenderOperation3D* 
   if (QXOgreRenderOperation3D* const pOwn = Own(pOperation)) pOwn->GetDrawable().SetScene(nullptr);
 }
 
-QXRenderOperation3D* QXOgreRenderOperationManager::CreateStaticGeometry3D(
-    QdcUnicodeString const& strSceneName, QXStaticGeometryBucket const&, QdcArray<double> const&) {
-  return CreateRenderOperation3D(strSceneName, 1);
+QXRenderOperation3D* QXOgreRenderOperationManager::CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
+    QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) {
+  QXOgreRenderOperation3D* const pOperation = Make(strSceneName, true);
+  pOperation->SetBucket(bucket, arrLevelDistances);
+  return pOperation;
 }
 
 QXBillboard* QXOgreRenderOperationManager::CreateBillboard(QdcUnicodeString const& strSceneName) {

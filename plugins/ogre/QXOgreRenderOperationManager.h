@@ -55,6 +55,8 @@ public:
   QXSkeletonAnimation* CreateSkeletonAnimation(QdcUnicodeString const&) override { return nullptr; }
 
 private:
+  QXOgreRenderOperation3D* Make(QdcUnicodeString const& strSceneName, bool bAttach);
+
   QXOgreGraphics3D& m_Graphics3D;
   std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
   QXColorValue3D m_SelectionColor;
