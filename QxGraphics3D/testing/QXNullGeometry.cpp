@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <cstring>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
+#include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
 
 namespace QXC {
 namespace {
@@ -29,6 +31,26 @@ QXNullIndexRange CopyRange(QXVertexIndexPackage const& package) {
     CopyIndices<unsigned short>(package.m_pIndices, package.m_nStart, package.m_nIndexNum, range.m_arrIndices);
   } else if (package.m_nIndexType == 1) {
     CopyIndices<unsigned int>(package.m_pIndices, package.m_nStart, package.m_nIndexNum, range.m_arrIndices);
+  }
+  return range;
+}
+
+QXNullIndexRange CopyPackage(QXIndexPackage const& package, int nLevel, unsigned int nVertices) {
+  QXNullIndexRange range;
+  range.m_eOperationType = package.m_eOperationType;
+  range.m_nLevel = nLevel;
+  if (package.m_pIndices == nullptr || package.m_nIndexNum <= 0) {
+    return range;
+  }
+  auto const nCount = static_cast<unsigned int>(package.m_nIndexNum);
+  if (package.m_nIndexType == 0) {
+    CopyIndices<unsigned short>(package.m_pIndices, 0, nCount, range.m_arrIndices);
+  } else if (package.m_nIndexType == 1) {
+    CopyIndices<unsigned int>(package.m_pIndices, 0, nCount, range.m_arrIndices);
+  }
+  if (std::any_of(range.m_arrIndices.begin(), range.m_arrIndices.end(),
+          [nVertices](unsigned int nIndex) { return nIndex >= nVertices; })) {
+    range.m_arrIndices.clear();
   }
   return range;
 }
@@ -93,6 +115,7 @@ void QXNullGeometry::Clear() {
   m_arrPositions.clear();
   m_arrColors.clear();
   m_arrRanges.clear();
+  m_arrLevelDistances.clear();
 }
 
 void QXNullGeometry::Set(QXRenderOperationMultiIndex const& operation) {
@@ -115,6 +138,43 @@ void QXNullGeometry::Set(QXRenderOperationMultiIndex const& operation) {
   for (QXVertexIndexPackage const* const pPackage : operation.GetIndexPackageArray()) {
     m_arrRanges.push_back(CopyRange(*pPackage));
   }
+}
+
+void QXNullGeometry::Set(QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) {
+  Clear();
+  m_arrLevelDistances.assign(arrLevelDistances.begin(), arrLevelDistances.end());
+  QXVertexDataPackage const* const pPackage = bucket.m_pVertexPackage;
+  if (pPackage == nullptr || pPackage->m_pVertices == nullptr || pPackage->m_nVertexDim == 0) {
+    return;
+  }
+  std::size_t const nDim = pPackage->m_nVertexDim;
+  m_arrPositions.resize(std::size_t{3} * pPackage->m_nVertexNum, 0.0F);
+  for (std::size_t i = 0; i < pPackage->m_nVertexNum; ++i) {
+    std::copy_n(pPackage->m_pVertices + i * nDim, std::min<std::size_t>(nDim, 3), m_arrPositions.data() + 3 * i);
+  }
+  if (pPackage->m_pColors != nullptr && pPackage->m_nColorNum >= pPackage->m_nVertexNum) {
+    m_arrColors.assign(pPackage->m_pColors, pPackage->m_pColors + pPackage->m_nVertexNum);
+  }
+  for (auto const& [nLevel, vecPackages] : bucket.m_mapLevelIndices) {
+    for (QXIndexPackage const* const pIndices : vecPackages) {
+      m_arrRanges.push_back(CopyPackage(pIndices == nullptr ? QXIndexPackage() : *pIndices, nLevel, GetVertexCount()));
+    }
+  }
+}
+
+unsigned char QXNullGeometry::IsDrawn(QXNullIndexRange const& range, double dDistance) const {
+  if (!range.IsDrawn()) {
+    return 0;
+  }
+  if (m_arrLevelDistances.empty()) {
+    return range.m_nLevel == 0;
+  }
+  if (range.m_nLevel < 0 || static_cast<std::size_t>(range.m_nLevel) >= m_arrLevelDistances.size()) {
+    return 0;
+  }
+  auto const n = static_cast<std::size_t>(range.m_nLevel);
+  return dDistance >= m_arrLevelDistances[n] &&
+         (n + 1 == m_arrLevelDistances.size() || dDistance < m_arrLevelDistances[n + 1]);
 }
 
 void QXNullGeometry::Append(QXRenderOperation const& operation) {

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
@@ -13,6 +14,7 @@ namespace QXC {
 
 class QXRenderOperation;
 class QXRenderOperationMultiIndex;
+struct QXStaticGeometryBucket;
 
 /// One index range: entries, how they join to triangles, and what a host may change on the range.
 struct QXNullIndexRange {
@@ -25,6 +27,8 @@ struct QXNullIndexRange {
   int m_eOperationType = 0;
   QXColorValue3D m_Color{1.0, 1.0, 1.0, 1.0};
   unsigned char m_bVisible = 1;
+  /// Level of detail; 0 for what has none.
+  int m_nLevel = 0;
 };
 
 /// Positions, colours and index ranges, copied from the operations that hosts hand in. Broken input (missing buffers,
@@ -35,10 +39,16 @@ public:
   void Clear();
   /// In place of what it held.
   void Set(QXRenderOperationMultiIndex const& operation);
+  /// The merged vertices and packages of static geometry in place of what it held, one range a package, level by level.
+  /// Without positions there are no ranges; a package that is null or has an index past the vertices is an empty range.
+  /// @param arrLevelDistances  see QXRenderOperationManager::CreateStaticGeometry3D
+  void Set(QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances);
   /// Behind what it holds, as one index range.
   void Append(QXRenderOperation const& operation);
 
   unsigned int GetVertexCount() const { return static_cast<unsigned int>(m_arrPositions.size() / 3); }
+  /// Whether a range draws while the eye is so far from the bounds; that matters to levels of static geometry alone.
+  unsigned char IsDrawn(QXNullIndexRange const& range, double dDistance) const;
   /// Box of all positions, null without any.
   QXBoundingBox GetBounds() const;
   /// Nearest hit of a ray with the visible triangles under a model matrix, from either side.
@@ -51,6 +61,9 @@ public:
   /// One QDCRGBA word a vertex; empty without colours.
   std::vector<unsigned int> m_arrColors;
   std::vector<QXNullIndexRange> m_arrRanges;
+
+  /// Of static geometry.
+  std::vector<double> m_arrLevelDistances;
 
 private:
   QXVector3d GetPosition(unsigned int nVertex) const;

@@ -4,14 +4,17 @@
 #include <cmath>
 #include <cstddef>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
 #include <QxGraphics3D/renderop/QXBatchSelAndVertexColor.h>
 #include <QxGraphics3D/renderop/QXRenderOperation.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/renderop/QXRenderOperationSet.h>
+#include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
 #include <QxGraphics3D/testing/QXNullRenderOperationManager.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
 #include <QxGraphics3D/text/QXTextLayout.h>
 #include <QxGraphics3D/texture/QXTexture.h>
+#include <QxGraphics3D/texture/QXTextureManager.h>
 
 namespace QXC {
 
@@ -140,6 +143,33 @@ void QXNullRenderOperation3D::TakePackageTextures(QXRenderOperationMultiIndex co
   }
 }
 
+void QXNullRenderOperation3D::TakePassTextures(QXStaticGeometryBucket const& bucket, QXTextureManager& textures) {
+  for (auto const& [strKey, pPass] : bucket.m_mapPasses) {
+    auto const nUnits = pPass == nullptr ? 0U : static_cast<unsigned int>(pPass->GetTextureUnitStatesSize());
+    for (unsigned int i = 0; i < nUnits; ++i) {
+      QXTextureUnitState const* const pUnit = pPass->GetTextureUnitState(i);
+      textures.Lock();
+      QXTexture* const pTexture = pUnit->IsBlank() ? nullptr : textures.GetTexture(pUnit->GetTextureName(), 0);
+      if (pTexture != nullptr) {
+        pTexture->AddRef();
+        m_arrPackageTextures.push_back(pTexture);
+      }
+      textures.Unlock();
+    }
+  }
+}
+
+void QXNullRenderOperation3D::SetBucket(
+    QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances, QXTextureManager* pTextures) {
+  m_Geometry.Set(bucket, arrLevelDistances);
+  ReleasePackageTextures();
+  if (pTextures != nullptr) {
+    TakePassTextures(bucket, *pTextures);
+  }
+  TakeGeometryBounds();
+  Record("SetBucket", m_Geometry.GetVertexCount(), GetIndexRangeCount(), GetTriangleCount());
+}
+
 void QXNullRenderOperation3D::ReleasePackageTextures() {
   for (QXTexture* const pTexture : m_arrPackageTextures) {
     pTexture->DecRef();
@@ -213,18 +243,18 @@ unsigned int QXNullRenderOperation3D::GetIndexRangeCount() const {
   return static_cast<unsigned int>(m_Geometry.m_arrRanges.size());
 }
 
-unsigned int QXNullRenderOperation3D::GetDrawnRangeCount() const {
+unsigned int QXNullRenderOperation3D::GetDrawnRangeCount(double dDistance) const {
   unsigned int nRanges = 0;
   for (QXNullIndexRange const& range : m_Geometry.m_arrRanges) {
-    nRanges += range.IsDrawn();
+    nRanges += m_Geometry.IsDrawn(range, dDistance);
   }
   return nRanges;
 }
 
-unsigned int QXNullRenderOperation3D::GetDrawnTriangleCount() const {
+unsigned int QXNullRenderOperation3D::GetDrawnTriangleCount(double dDistance) const {
   unsigned int nTriangles = 0;
   for (QXNullIndexRange const& range : m_Geometry.m_arrRanges) {
-    nTriangles += range.IsDrawn() ? range.GetTriangleCount() : 0;
+    nTriangles += m_Geometry.IsDrawn(range, dDistance) ? range.GetTriangleCount() : 0;
   }
   return nTriangles;
 }

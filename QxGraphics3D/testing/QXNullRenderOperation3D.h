@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/renderop/QXRenderOperation3D.h>
 #include <QxGraphics3D/testing/QXNullGeometry.h>
 #include <QxGraphics3D/testing/QXNullObject.h>
@@ -13,6 +14,8 @@ namespace QXC {
 
 class QXNullRenderOperationManager;
 class QXNullScene;
+class QXTextureManager;
+struct QXStaticGeometryBucket;
 
 /// Copies the geometry handed in, keeps the state and draws nothing: cameras count what they would draw. Answers that
 /// need the geometry alone (bounds, counts, rays) are true ones. References on textures are taken and given back.
@@ -85,12 +88,18 @@ public:
   unsigned int GetDeviceMemory() const override;
   void SetMaterialSystemType(QXMaterialSystemType eType) override;
 
+  /// A bucket of static geometry in place of what it held.
+  /// @param pTextures  has the textures of the passes by their names; may be null
+  void SetBucket(
+      QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances, QXTextureManager* pTextures);
+
   /// What a camera at that place would draw of it, were it in its frustum.
   unsigned char IsDrawnFrom(QXVector3d const& vecEye, QXBoundingBox const& boxWorld) const;
-  /// Index ranges that are drawn, each of which is one draw operation.
-  unsigned int GetDrawnRangeCount() const;
+  /// Index ranges that are drawn while the eye is so far from the bounds, each of which is one draw operation. The
+  /// distance matters to levels of static geometry alone.
+  unsigned int GetDrawnRangeCount(double dDistance = 0.0) const;
   /// Triangles of the ranges that are drawn.
-  unsigned int GetDrawnTriangleCount() const;
+  unsigned int GetDrawnTriangleCount(double dDistance = 0.0) const;
   QXNullGeometry const& GetGeometry() const { return m_Geometry; }
 
   /// The scene that it stands in, null for none; QXNullScene::Attach and Detach set it.
@@ -104,6 +113,7 @@ private:
   /// The model matrix with the node's behind it.
   QXMatrix4d GetWorldMatrix() const;
   void TakeGeometryBounds();
+  void TakePassTextures(QXStaticGeometryBucket const& bucket, QXTextureManager& textures);
   void TakePackageTextures(QXRenderOperationMultiIndex const& operation);
   void ReleasePackageTextures();
 

@@ -82,9 +82,11 @@ QXBillboard* QXNullRenderOperationManager::CreateBillboard(QdcUnicodeString cons
 }
 
 QXRenderOperation3D* QXNullRenderOperationManager::CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
-    QXStaticGeometryBucket const& /*bucket*/, QdcArray<double> const& arrLevelDistances) {
+    QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) {
   Record("CreateStaticGeometry3D", strSceneName, arrLevelDistances.GetSize());
-  return MakeDrawable(strSceneName, 1);
+  QXNullRenderOperation3D* const pDrawable = MakeDrawable(strSceneName, 1);
+  pDrawable->SetBucket(bucket, arrLevelDistances, m_Graphics.GetTextureManager());
+  return pDrawable;
 }
 
 QXParticleSystem3D* QXNullRenderOperationManager::CreateParticleSystem(

@@ -42,6 +42,7 @@ public:
   std::vector<QXNullRenderOperation3D*> const& GetDrawables() const { return m_arrDrawables; }
 
 private:
+  /// @param bAttach  1: in that scene, if there is one
   QXNullRenderOperation3D* MakeDrawable(QdcUnicodeString const& strSceneName, unsigned char bAttach);
   std::string MakeLabel(char const* szKind);
 
