@@ -4,6 +4,12 @@
 
 #  include <QxGraphics3D/staticgeometry/detail/QXMergeLoops.h>
 
+// The operations of g++ 12 pass registers without contents to themselves and then warn of it.
+#  if !defined(__clang__)
+#    pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#    pragma GCC diagnostic ignored "-Wuninitialized"
+#  endif
+
 #  include <immintrin.h>
 
 #  include <algorithm>
