@@ -72,10 +72,6 @@ QXPass::~QXPass() {
   delete m_pExtension;
 }
 
-QdcUnicodeString QXPass::GetName() const {
-  return m_strName;
-}
-
 void QXPass::SetName(QdcUnicodeString const& strName) {
   m_strName = strName;
 }

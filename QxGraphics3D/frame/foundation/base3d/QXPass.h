@@ -34,7 +34,7 @@ public:
   QXPass& operator=(QXPass const& other);
   ~QXPass();
 
-  QdcUnicodeString GetName() const;
+  QdcUnicodeString const& GetName() const { return m_strName; }
   /// The name need not be the key under which the pass is filed.
   void SetName(QdcUnicodeString const& strName);
 

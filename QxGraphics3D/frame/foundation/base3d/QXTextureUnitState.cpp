@@ -33,10 +33,6 @@ unsigned char QXTextureUnitState::IsBlank() const {
   return m_strTextureName.IsEmpty();
 }
 
-QdcUnicodeString QXTextureUnitState::GetTextureName() const {
-  return m_strTextureName;
-}
-
 void QXTextureUnitState::SetTextureName(QdcUnicodeString const& strName) {
   m_strTextureName = strName;
 }

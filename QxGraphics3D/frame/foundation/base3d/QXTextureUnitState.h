@@ -52,7 +52,7 @@ public:
 
   /// 1 if the unit names no texture: the renderer then switches it off.
   unsigned char IsBlank() const;
-  QdcUnicodeString GetTextureName() const;
+  QdcUnicodeString const& GetTextureName() const { return m_strTextureName; }
   void SetTextureName(QdcUnicodeString const& strName);
 
   /// @param nFilterType  one of QXTextureFilterType
