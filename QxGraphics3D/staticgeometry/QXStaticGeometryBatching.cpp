@@ -8,6 +8,7 @@
 #include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 
 namespace QXC {
@@ -19,8 +20,8 @@ constexpr unsigned int TextureMatrixNum = 8;
 constexpr unsigned int MergedOption = 0x400;
 
 using BucketList = std::vector<QXStaticGeometryBucket*>;
-// The texture names that one mesh uses, in any order.
-using TextureNames = std::vector<QdcUnicodeString>;
+// The texture names that one mesh uses, each once; the passes of the host hold them.
+using TextureNames = std::vector<QdcUnicodeString const*>;
 
 // Lists are public and a host may have taken a bucket or its package out: both count as not there.
 QXStaticGeometryBucket& AppendBucket(BucketList& buckets) {
@@ -80,8 +81,9 @@ void FillTextureMatrices(QXBucketIndexPackage& record, QXPass const& pass, PassT
 void CollectTextureNames(QXPass const& pass, TextureNames& names) {
   unsigned int const nUnits = static_cast<unsigned int>(pass.GetTextureUnitStatesSize());
   for (unsigned int unit = 0; unit < nUnits; ++unit) {
-    QdcUnicodeString const strName = pass.GetTextureUnitState(unit)->GetTextureName();
-    if (std::find(names.begin(), names.end(), strName) == names.end()) names.push_back(strName);
+    QdcUnicodeString const& strName = pass.GetTextureUnitState(unit)->GetTextureName();
+    auto const same = [&](QdcUnicodeString const* pOther) { return *pOther == strName; };
+    if (std::none_of(names.begin(), names.end(), same)) names.push_back(&strName);
   }
 }
 
@@ -100,21 +102,39 @@ void AddPass(
   pHeld = copy.release();
 }
 
+// Room for one more item, and in a small bucket for as many as will probably come before it is full: items are large,
+// and doubling would move each of them once more and leave room that nobody fills.
+template <class T>
+void MakeRoom(std::vector<T>& items, QXStaticGeometryBucket const& bucket) {
+  if (items.size() < items.capacity()) return;
+  std::size_t const nVertexNum = bucket.m_pVertexPackage->m_nVertexNum;
+  std::size_t nWanted = 2 * items.size();
+  if (bucket.m_nIndexType == 0 && nVertexNum > 0)
+    nWanted = std::clamp(items.size() * SmallVertexNum / nVertexNum, items.size() + items.size() / 4, 4 * items.size());
+  items.reserve(std::max<std::size_t>(nWanted, items.size() + 2));
+}
+
 // Files one index package of a mesh under each of its passes.
 void AddRecords(QXStaticGeometryBucket& bucket, QXIndexPackage& package,
     std::map<QdcUnicodeString, QXPass*> const& mapPasses, TextureNames* pTextureNames) {
+  QdcUnicodeString const strNoPass;
   for (QdcUnicodeString const& strName : package.m_arrPassNames) {
     auto const found = mapPasses.find(strName);
     QXPass const* const pPass = found == mapPasses.end() ? nullptr : found->second;
-    QdcUnicodeString const strKey = pPass ? pPass->GetName() : QdcUnicodeString();
-    QXBucketIndexPackage& record = bucket.m_mapPassIndices[strKey].emplace_back();
+    QdcUnicodeString const& strKey = pPass ? pPass->GetName() : strNoPass;
+    std::vector<QXBucketIndexPackage>& records = bucket.m_mapPassIndices[strKey];
+    MakeRoom(records, bucket);
+    QXBucketIndexPackage& record = records.emplace_back();
     record.m_nVertexStart = static_cast<int>(bucket.m_pVertexPackage->m_nVertexNum);
     record.m_vecIndexPackages.push_back(&package);
     if (!pPass) continue;
     PassTransforms const transforms = GetTransforms(*pPass);
     FillTextureMatrices(record, *pPass, transforms);
     if (pTextureNames) CollectTextureNames(*pPass, *pTextureNames);
-    AddPass(bucket, strKey, *pPass, transforms);
+    // Where records are, their pass came with the first; looking it up again would cost as much as finding them. The
+    // second condition notices a host that took the passes out.
+    bool const bHasPass = records.size() > 1 && bucket.m_mapPasses.size() >= bucket.m_mapPassIndices.size();
+    if (!bHasPass) AddPass(bucket, strKey, *pPass, transforms);
   }
 }
 
@@ -146,7 +166,10 @@ void AddCounts(QXVertexDataPackage& merged, QXVertexDataPackage const& mesh) {
 }
 
 void StoreSubObject(QXStaticGeometryBucket& bucket, QXSubObjectInfo* pSubObject) {
-  QXSubObjectInfo*& pHeld = bucket.m_mapSubObjects[static_cast<int>(bucket.m_pVertexPackage->m_nVertexNum)];
+  int const nVertexStart = static_cast<int>(bucket.m_pVertexPackage->m_nVertexNum);
+  auto& subObjects = bucket.m_mapSubObjects;
+  // Each mesh starts behind all others.
+  QXSubObjectInfo*& pHeld = subObjects.try_emplace(subObjects.end(), nVertexStart, nullptr)->second;
   if (pHeld != pSubObject) delete pHeld;
   pHeld = pSubObject;
 }
@@ -177,9 +200,10 @@ void QXStaticGeometry::AddVertexDataAndIndexPackage(
   DropArrays(*bucket.m_pVertexPackage);
   AddCounts(*bucket.m_pVertexPackage, *pVertexPackage);
   bucket.m_vecPackages.push_back(pVertexPackage);
+  MakeRoom(bucket.m_vecMatrices, bucket);
   bucket.m_vecMatrices.push_back(matModel);
   bucket.m_nType = nType;
-  for (QdcUnicodeString const& strName : textureNames) m_mapTextureSpheres[strName].Add(pSubObject->m_BoundingSphere);
+  for (QdcUnicodeString const* pName : textureNames) m_mapTextureSpheres[*pName].Add(pSubObject->m_BoundingSphere);
 }
 
 }  // namespace QXC

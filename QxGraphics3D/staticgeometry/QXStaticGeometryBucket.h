@@ -57,7 +57,7 @@ struct QXGRAPHICS3D_API QXStaticGeometryBucket {
   /// Level number to merged index packages, all owned: one a key of m_mapPassIndices, in the order of the keys.
   std::map<int, std::vector<QXIndexPackage*>> m_mapLevelIndices;
   /// The bucket's own copies of the passes, owned. After folding a pass has another name than its key here; the keys
-  /// are what the index packages name.
+  /// are what the index packages name. A host that takes a pass out takes the records under its key out as well.
   std::map<QdcUnicodeString, QXPass*> m_mapPasses;
   /// Model matrix of each added mesh.
   std::vector<QXMatrix4d> m_vecMatrices;
