@@ -34,14 +34,14 @@ using QXC::QXVertexDataPackage;
 
 using Records = std::vector<QXBucketIndexPackage>;
 
-constexpr unsigned int PassNum = 32;
 constexpr unsigned int VerticesPerMesh = 500;
 
-// Meshes of a city, each with one of 32 materials.
+// Meshes of a city, each with one of a few materials.
 class City {
 public:
-  explicit City(std::size_t nMeshes) : m_vecMeshes(nMeshes), m_vecIndices(nMeshes), m_vecIndexArrays(nMeshes) {
-    for (unsigned int pass = 0; pass < PassNum; ++pass) {
+  City(std::size_t nMeshes, unsigned int nPasses)
+      : m_vecMeshes(nMeshes), m_vecIndices(nMeshes), m_vecIndexArrays(nMeshes) {
+    for (unsigned int pass = 0; pass < nPasses; ++pass) {
       m_vecPasses.push_back(std::make_unique<QXPass>());
       QdcUnicodeString strName;
       strName.Format(L"Facade_%02u", pass);
@@ -57,7 +57,7 @@ public:
     }
   }
 
-  QXPass& PassOf(std::size_t nMesh) { return *m_vecPasses[nMesh % PassNum]; }
+  QXPass& PassOf(std::size_t nMesh) { return *m_vecPasses[nMesh % m_vecPasses.size()]; }
 
   void AddTo(QXStaticGeometry& geometry, bool bSubObjects) {
     for (std::size_t mesh = 0; mesh < m_vecMeshes.size(); ++mesh) {
@@ -74,16 +74,26 @@ public:
   QXMatrix4d m_matModel;
 };
 
-// The records alone: a sequence for each pass of each bucket, found by its number.
-std::size_t MakeRecords(City& city) {
+// What is recorded of the meshes of a bucket, a sequence for each pass found by its number.
+struct BareBucket {
+  explicit BareBucket(std::size_t nPasses) : m_vecRecords(nPasses) {}
+  std::vector<Records> m_vecRecords;
+  std::map<int, std::unique_ptr<QXSubObjectInfo>> m_mapSubObjects;
+};
+
+// The records alone.
+std::size_t MakeRecords(City& city, bool bSubObjects) {
   std::size_t const nPerBucket = 65535 / VerticesPerMesh;
-  std::vector<std::vector<Records>> buckets;
+  std::size_t const nPasses = city.m_vecPasses.size();
+  std::vector<std::unique_ptr<BareBucket>> buckets;
   for (std::size_t mesh = 0; mesh < city.m_vecMeshes.size(); ++mesh) {
-    if (mesh % nPerBucket == 0) buckets.emplace_back(PassNum);
-    QXBucketIndexPackage& record = buckets.back()[mesh % PassNum].emplace_back();
+    if (mesh % nPerBucket == 0) buckets.push_back(std::make_unique<BareBucket>(nPasses));
+    BareBucket& bucket = *buckets.back();
+    QXBucketIndexPackage& record = bucket.m_vecRecords[mesh % nPasses].emplace_back();
     record.m_nVertexStart = static_cast<int>(mesh % nPerBucket * VerticesPerMesh);
     record.m_vecIndexPackages.push_back(&city.m_vecIndices[mesh]);
     record.m_matTextures[0] = city.PassOf(mesh).GetTextureUnitState(0)->GetTextureTransform();
+    if (bSubObjects) bucket.m_mapSubObjects[record.m_nVertexStart] = std::make_unique<QXSubObjectInfo>();
   }
   benchmark::DoNotOptimize(buckets.data());
   return buckets.size();
@@ -99,13 +109,13 @@ std::size_t CountRecords(QXStaticGeometry const& geometry) {
 
 // Both sides include what taking the records down costs.
 void BenchAdding(benchmark::State& state, bool bSubObjects) {
-  City city(static_cast<std::size_t>(state.range(0)));
+  City city(static_cast<std::size_t>(state.range(0)), static_cast<unsigned int>(state.range(1)));
   QXBench::Quickest adding;
   QXBench::Quickest making;
   std::size_t nRecords = 0;
   std::size_t nBuckets = 0;
   for (auto _ : state) {
-    making.Time([&] { nBuckets = MakeRecords(city); });
+    making.Time([&] { nBuckets = MakeRecords(city, bSubObjects); });
     adding.Time([&] {
       QXStaticGeometry geometry;
       city.AddTo(geometry, bSubObjects);
@@ -191,8 +201,15 @@ void BenchFolding(benchmark::State& state) {
   if (bCompare) state.counters["times_faster"] = inserting.m_dSeconds / folding.m_dSeconds;
 }
 
-BENCHMARK_CAPTURE(BenchAdding, plain, false)->Arg(10000)->Arg(200000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BenchAdding, with_sub_objects, true)->Arg(10000)->Arg(200000)->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchFolding)->Arg(200)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+void MeshesAndPasses(benchmark::internal::Benchmark* pBenchmark) {
+  pBenchmark->ArgNames({"meshes", "passes"})->Unit(benchmark::kMillisecond);
+  for (int nMeshes : {10000, 200000}) {
+    for (int nPasses : {1, 4, 16}) pBenchmark->Args({nMeshes, nPasses});
+  }
+}
+
+BENCHMARK_CAPTURE(BenchAdding, plain, false)->Apply(MeshesAndPasses);
+BENCHMARK_CAPTURE(BenchAdding, with_sub_objects, true)->Apply(MeshesAndPasses);
+BENCHMARK(BenchFolding)->ArgName("meshes")->Arg(200)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
