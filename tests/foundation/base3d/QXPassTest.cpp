@@ -79,7 +79,7 @@ std::string PassBytes() {
   writer.Int(2).Int(2).Int(1).Int(0).Text("");
   for (int i = 0; i < 16; ++i) writer.Double(i == 12 ? 0.5 : i % 5 == 0 ? 1.0 : 0.0);
   writer.Int(2).Int(2).Int(1).Int(0).Byte(1).Int(1);
-  for (int i = 0; i < 20; ++i) writer.Float(static_cast<float>(i / 5 * 10 + i % 5));
+  for (int i = 0; i < 20; ++i) writer.Float(static_cast<float>(10 * (i / 5) + i % 5));
   return writer.GetBytes();
 }
 

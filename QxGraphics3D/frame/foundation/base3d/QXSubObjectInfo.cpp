@@ -54,8 +54,9 @@ void QXSubObjectInfo::Save(QXStream& stream) const {
 int QXSubObjectInfo::GetDataSize() const {
   constexpr QXInt64 FixedSize = 4 * 8 + 3 * 4;
   auto const nSlots = static_cast<QXInt64>(m_mapPassSlots.size());
-  auto const nNumbers = static_cast<QXInt64>(m_arrOffsets.GetSize() + m_arrCounts.GetSize());
-  return detail::ToDataSize(FixedSize + 8 * nSlots + 4 * nNumbers);
+  auto const nOffsets = static_cast<QXInt64>(m_arrOffsets.GetSize());
+  auto const nCounts = static_cast<QXInt64>(m_arrCounts.GetSize());
+  return detail::ToDataSize(FixedSize + 8 * nSlots + 4 * nOffsets + 4 * nCounts);
 }
 
 }  // namespace QXC

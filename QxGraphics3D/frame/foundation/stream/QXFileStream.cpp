@@ -82,11 +82,10 @@ unsigned char QXFileStream::Open(QdcUnicodeString const& strPath, Mode eMode) {
 
 unsigned char QXFileStream::CheckOpened(Mode eMode) {
   struct stat status = {};
-  if (::fstat(m_nHandle, &status) != 0) {
-    FailWithSystem(errno);
-  } else if (!S_ISREG(status.st_mode)) {
+  bool const bKnown = ::fstat(m_nHandle, &status) == 0;
+  if (bKnown && !S_ISREG(status.st_mode)) {
     FailWith(STREAM_NOT_A_FILE);
-  } else if (eMode == MODE_WRITE && ::ftruncate(m_nHandle, 0) != 0) {
+  } else if (!bKnown || (eMode == MODE_WRITE && ::ftruncate(m_nHandle, 0) != 0)) {
     FailWithSystem(errno);
   }
   if (!IsGood()) {
