@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "QXByteWriter.h"
@@ -33,6 +34,16 @@ inline QXBytes SavedBucket(QXC::QXStaticGeometryBucket& bucket) {
 }
 inline QXBytes SavedGeometry(QXC::QXStaticGeometry& geometry) {
   return Written([&](QXC::QXStream& stream) { geometry.SaveVecData(stream, 0.0F); });
+}
+
+/// Where two rows of bytes differ first, for a message that can be read; empty if they do not.
+inline std::string Difference(QXBytes const& first, QXBytes const& second) {
+  auto const [at, other] = std::ranges::mismatch(first, second);
+  if (at == first.end() && other == second.end()) return {};
+  auto const text = [](QXBytes const& bytes, QXBytes::const_iterator position) {
+    return position == bytes.end() ? std::string("the end") : std::to_string(*position);
+  };
+  return "byte " + std::to_string(at - first.begin()) + ": " + text(first, at) + ", not " + text(second, other);
 }
 
 /// A block of exactly the bytes, so that the address sanitizer sees its end, and a stream over it.
