@@ -66,6 +66,20 @@ TEST(QXTextureUnitStateStream, ComesBackAsItWas) {
   ExpectRoundTrip(QXTextureUnitState(), MakeUnit());
 }
 
+TEST(QXTextureUnitStateStream, SixteenEffectsComeBackAndSeventeenAreRefused) {
+  QXTextureUnitState unit;
+  for (int nType = 0; nType < 16; ++nType) unit.SetEffect({nType, 1});
+  QXMemoryStream stream;
+  unit.Save(stream);
+  QXTextureUnitState read;
+  EXPECT_EQ(read.Load(stream), 1);
+  EXPECT_EQ(read.GetEffects().GetCount(), 16u);
+  unit.SetEffect({16, 1});
+  unit.Save(stream);
+  EXPECT_EQ(read.Load(stream), 0);
+  EXPECT_EQ(read.GetEffects().GetCount(), 16u);
+}
+
 TEST(QXTextureUnitStateStream, TakesTheLaterOfTwoEffectsOfOneType) {
   QXByteWriter writer;
   writer.Text("");

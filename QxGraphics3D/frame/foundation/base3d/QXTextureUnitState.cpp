@@ -67,12 +67,20 @@ void QXTextureUnitState::RemoveAllEffects() {
 
 unsigned char QXTextureUnitState::Load(QXStream& stream) {
   constexpr unsigned int EffectSize = 8;
+  // An effect takes twelve times its bytes in memory: without an end to them a file of nothing else could take more
+  // than readers of files promise. There are two types so far.
+  constexpr int MostEffects = 16;
   QXTextureUnitState loaded;
   int nEffects = 0;
   stream >> loaded.m_strTextureName;
   detail::LoadMatrix(stream, loaded.m_matUnit);
   stream.Load(loaded.m_nFiltering, 3);
+  QXUInt64 const nPosition = stream.GetPosition();
   if (!detail::LoadCount(stream, nEffects, EffectSize)) return 0;
+  if (nEffects > MostEffects) {
+    stream.Fail(nPosition);
+    return 0;
+  }
   for (int i = 0; i < nEffects; ++i) {
     QXTextureEffect effect;
     stream >> effect.m_nType >> effect.m_nSubType;

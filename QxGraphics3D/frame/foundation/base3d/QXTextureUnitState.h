@@ -69,7 +69,8 @@ public:
   void SetEffect(QXTextureEffect const& effect);
   void RemoveAllEffects();
 
-  /// Replaces the unit by what Save wrote; of two effects of one type the later counts.
+  /// Replaces the unit by what Save wrote; of two effects of one type the later counts, and more
+  /// than 16 are refused.
   /// @return  0 if the stream ended early or makes no sense; the unit is then as it was
   /// Failure: the allocator's exception; memory only as far as the bytes that remain could fill it.
   unsigned char Load(QXStream& stream);
