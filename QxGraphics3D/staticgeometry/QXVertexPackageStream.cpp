@@ -2,6 +2,7 @@
 
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
 #include <QxGraphics3D/frame/foundation/base/QdcNumeric.h>
+#include <QxGraphics3D/frame/foundation/base3d/detail/QXPositionSlack.h>
 #include <QxGraphics3D/frame/foundation/base3d/detail/QXStreamRecords.h>
 #include <QxGraphics3D/frame/foundation/stream/QXStream.h>
 #include <QxGraphics3D/staticgeometry/detail/QXGeometryBytes.h>
@@ -19,8 +20,6 @@ namespace QXC {
 namespace {
 
 constexpr unsigned int UnitNum = QXVertexDataPackage::UnitNum;
-/// The same behind positions as SetVertexNum makes: bounds scans read three numbers a vertex whatever the dimension.
-constexpr std::size_t PositionSlack = 4;
 /// Greatest number of elements handed to the stream in one call, whose counts are 32 bits wide.
 constexpr std::uint64_t BulkNum = std::uint64_t{1} << 30;
 
@@ -191,7 +190,7 @@ public:
   bool Read() {
     return ReadHeader() &&
            ReadNumbers(m_package.m_pVertices, m_package.m_nVertexNum, m_package.m_nVertexStride, m_package.m_nVertexDim,
-               PositionSlack) &&
+               detail::kPositionSlack) &&
            ReadNumbers(
                m_package.m_pNormals, m_package.m_nNormalNum, m_package.m_nNormalStride, m_package.m_nNormalDim, 0) &&
            ReadColors() && (!m_bWide || ReadSecondColors()) && ReadUnits();
