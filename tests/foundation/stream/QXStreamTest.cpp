@@ -266,6 +266,7 @@ TEST(QXStream, BelievesCountsThatTheRestCanFill) {
   EXPECT_EQ(stream.CanHold(2, 11), 0);
   EXPECT_EQ(stream.CanHold(0, 4), 1);
   EXPECT_EQ(stream.CanHold(-1, 4), 0);
+  EXPECT_EQ(stream.CanHold(-1, 0), 0);
   EXPECT_EQ(stream.CanHold(std::numeric_limits<QXInt64>::min(), 1), 0);
   EXPECT_EQ(stream.CanHold(std::numeric_limits<QXInt64>::max(), 0xFFFFFFFFu), 0);
   EXPECT_EQ(stream.CanHold(std::numeric_limits<QXInt64>::max(), 0), 1);
