@@ -65,7 +65,7 @@ public:
 
   /// The effects by their type. The objects belong to the unit.
   QdcDict<int, QXTextureEffect*> const& GetEffects() const;
-  /// Adds the effect, or replaces the one of the same type.
+  /// Adds the effect, or replaces the one of the same type. A unit of more than 16 types is not read back by Load.
   void SetEffect(QXTextureEffect const& effect);
   void RemoveAllEffects();
 
