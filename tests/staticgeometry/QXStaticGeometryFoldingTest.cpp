@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <random>
+#include <cstdio>
+#include <iterator>
 #include <string>
 #include <tuple>
 
@@ -302,83 +303,6 @@ TEST(QXStaticGeometryFolding, RecordsOfAJoiningPassGoToAMasterWithoutAny) {
   geometry.AssginMutiTexture(0, 0);
   EXPECT_EQ(RecordKeys(bucket), (TextList{L"p0"}));
   EXPECT_EQ(bucket.m_mapPassIndices.at(L"p0").at(0).m_fTextureLayer, 1.0F);
-}
-
-// Folding a group record by record, as slow as it is plain.
-void JoinSlowly(Records& master, Records const& joining, float fLayer) {
-  for (QXBucketIndexPackage record : joining) {
-    record.m_fTextureLayer = fLayer;
-    auto const same = [&](QXBucketIndexPackage const& other) { return other.m_nVertexStart == record.m_nVertexStart; };
-    master.insert(std::find_if(master.begin(), master.end(), same), record);
-  }
-}
-
-void FoldSlowly(std::map<std::wstring, Records>& records, TextList const& keys, int nStep) {
-  int nLayer = 0;
-  std::wstring strMaster;
-  for (std::wstring const& strKey : keys) {
-    if (nLayer % 8 == 0) {
-      nLayer = 0;
-      strMaster = strKey;
-      for (QXBucketIndexPackage& record : records[strKey]) record.m_fTextureLayer = 0.0F;
-    } else {
-      JoinSlowly(records[strMaster], records[strKey], static_cast<float>(nLayer));
-      records.erase(strKey);
-    }
-    nLayer += nStep;
-  }
-}
-
-// Meshes of 0 to 3 vertices, so that some share their first vertex, each with some of the passes.
-void AddRandomMeshes(QXStaticGeometry& geometry, QXBatchingHost& host, TextList const& names, std::mt19937& random) {
-  auto const draw = [&](unsigned int nBound) { return static_cast<unsigned int>(random() % nBound); };
-  unsigned int const nMeshes = draw(40);
-  for (unsigned int mesh = 0; mesh < nMeshes; ++mesh) {
-    std::vector<QXIndexPackage*> packages;
-    for (unsigned int package = draw(6); package > 0; --package) {
-      TextList some;
-      for (unsigned int name = draw(4); name > 0; --name)
-        some.push_back(names[draw(static_cast<unsigned int>(names.size()))]);
-      packages.push_back(&host.MakeIndices(some));
-    }
-    host.Add(geometry, host.MakeCounted(draw(4)), packages);
-  }
-}
-
-TEST(QXStaticGeometryFolding, OrderOfRecordsIsThatOfInsertingOneByOne) {
-  constexpr unsigned int Seed = 20260611;
-  std::mt19937 random(Seed);
-  for (int round = 0; round < 400; ++round) {
-    SCOPED_TRACE("seed " + std::to_string(Seed) + " round " + std::to_string(round));
-    QXStaticGeometry geometry;
-    QXBatchingHost host;
-    TextList names{L"no such pass"};
-    for (unsigned int pass = 0; pass < 1 + random() % 24; ++pass) {
-      names.push_back(std::wstring(1, static_cast<wchar_t>(L'A' + pass)));
-      host.AddPass(names.back(), TextList(random() % 4, L"a.png"));
-    }
-    AddRandomMeshes(geometry, host, names, random);
-    if (geometry.m_vecBuckets16.empty()) continue;
-    QXStaticGeometryBucket& bucket = FirstSmall(geometry);
-    // A host may have moved records about.
-    if (round % 3 == 0) {
-      for (auto& [strKey, records] : bucket.m_mapPassIndices) std::shuffle(records.begin(), records.end(), random);
-    }
-    std::map<std::wstring, Records> expected;
-    for (auto const& [strKey, records] : bucket.m_mapPassIndices) expected[strKey.Cstr()] = records;
-    TextList singles;
-    TextList pairs;
-    for (auto const& [strKey, pPass] : bucket.m_mapPasses) {
-      auto const nUnits = pPass->GetTextureUnitStatesSize();
-      if (nUnits > 0) (nUnits == 1 ? singles : pairs).emplace_back(strKey.Cstr());
-    }
-    FoldSlowly(expected, singles, 1);
-    FoldSlowly(expected, pairs, 2);
-    geometry.AssginMutiTexture(round, 0);
-    ASSERT_EQ(bucket.m_mapPassIndices.size(), expected.size());
-    for (auto const& [strKey, records] : expected)
-      ASSERT_EQ(ListOf(bucket.m_mapPassIndices.at(Text(strKey))), ListOf(records));
-  }
 }
 
 }  // namespace
