@@ -368,6 +368,30 @@ TEST(QXStaticGeometryBatching, EachBucketHasACopyOfItsOwn) {
       geometry.m_vecBuckets16.at(0)->m_mapPasses.at(L"wall"), geometry.m_vecBuckets16.at(1)->m_mapPasses.at(L"wall"));
 }
 
+TEST(QXStaticGeometryBatching, PassComesAlsoWhereOthersHaveNoRecords) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPass(L"wall", {});
+  host.AddNamed(geometry, 5, {});
+  // As after loading: passes, and no records.
+  FirstSmall(geometry).m_mapPasses[L"roof"] = MakePass(L"roof", {}).release();
+  host.AddNamed(geometry, 5, {L"wall"});
+  EXPECT_EQ(PassKeys(FirstSmall(geometry)), (TextList{L"roof", L"wall"}));
+}
+
+TEST(QXStaticGeometryBatching, PassesThatTheHostTookOutComeAgain) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPass(L"roof", {});
+  host.AddPass(L"wall", {});
+  for (int mesh = 0; mesh < 3; ++mesh) host.AddNamed(geometry, 5, {L"wall", L"roof"});
+  auto& passes = FirstSmall(geometry).m_mapPasses;
+  for (auto const& [strKey, pPass] : passes) delete pPass;
+  passes.clear();
+  host.AddNamed(geometry, 5, {L"wall", L"roof"});
+  EXPECT_EQ(PassKeys(FirstSmall(geometry)), (TextList{L"roof", L"wall"}));
+}
+
 TEST(QXStaticGeometryBatching, UnitsPastTheEighthHaveNoMatrix) {
   QXStaticGeometry geometry;
   QXBatchingHost host;
