@@ -5,6 +5,7 @@
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
+#include <QxGraphics3D/testing/QXNullHwInstancingManager.h>
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
 
@@ -93,6 +94,26 @@ void QXNullCamera::DrawScene(QXViewport const& viewport) {
     m_Graphics.CountDraw(pDrawable->GetDrawnRangeCount(dDistance), pDrawable->GetDrawnTriangleCount(dDistance),
         pDrawable->GetVertexCount());
   }
+  for (QXNullInstancing* const pInstancing : pScene->GetInstancings()) {
+    DrawInstancing(*pInstancing, dExaggeration);
+  }
+}
+
+void QXNullCamera::DrawInstancing(QXNullInstancing& instancing, double dExaggeration) {
+  unsigned int nDrawn = 0;
+  for (QXNullPlacement const& placement : instancing.m_arrPlacements) {
+    QXBoundingBox const box = Exaggerate(instancing.GetPlacementBounds(placement), dExaggeration);
+    nDrawn += !box.IsNULL() && instancing.IsDrawnFrom(placement, m_vecPosition, box) && IsVisible(box, 0.0);
+  }
+  instancing.m_nDrawnPlacements = nDrawn;
+  if (nDrawn == 0) {
+    return;
+  }
+  ++m_nDrawn;
+  Record("draw", instancing.GetLabel(), nDrawn);
+  QXNullRenderOperation3D const& mesh = *instancing.GetMesh();
+  m_Graphics.CountDraw(instancing.GetDrawOperationCount(nDrawn, QXNullHwInstancingManager::MaxPlacementCount),
+      nDrawn * mesh.GetDrawnTriangleCount(), nDrawn * mesh.GetVertexCount());
 }
 
 QXNullScene* QXNullCamera::FindScene(QXViewport const& viewport) const {

@@ -8,6 +8,7 @@
 namespace QXC {
 
 class QXNullGraphics3D;
+class QXNullInstancing;
 class QXNullScene;
 
 /// Walks the road of a real camera and counts in place of drawing: makes its viewport current, clears it, sets its
@@ -37,6 +38,7 @@ public:
 private:
   void ComputeProjection(QXViewport const& viewport);
   void DrawScene(QXViewport const& viewport);
+  void DrawInstancing(QXNullInstancing& instancing, double dExaggeration);
 
   QXNullGraphics3D& m_Graphics;
   QdcUnicodeString m_strSceneName;

@@ -29,9 +29,11 @@ QdcUnicodeString Join(wchar_t const* szBefore, QdcUnicodeString const& strName, 
 QXNullGraphics3D::QXNullGraphics3D() : QXNullGraphics3D(std::shared_ptr<QXCallLog>()) {}
 
 QXNullGraphics3D::QXNullGraphics3D(std::shared_ptr<QXCallLog> pLog)
-    : QXNullDevice(pLog), m_strName(L"null"), m_TextureManager(pLog), m_Manager(*this, pLog) {
+    : QXNullDevice(pLog), m_strName(L"null"), m_TextureManager(pLog), m_Manager(*this, pLog),
+      m_HwInstancingManager(*this, pLog) {
   m_pTextureManager = &m_TextureManager;
   m_pRenderOperationManager = &m_Manager;
+  m_pHwInstancingManager = &m_HwInstancingManager;
 }
 
 QXNullGraphics3D::~QXNullGraphics3D() {
@@ -46,6 +48,7 @@ QXNullGraphics3D::~QXNullGraphics3D() {
   m_pTextureScene.reset();
   m_pTextureManager = nullptr;
   m_pRenderOperationManager = nullptr;
+  m_pHwInstancingManager = nullptr;
 }
 
 unsigned char QXNullGraphics3D::Initialize(QdcUnicodeString const& strResourcePath) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <QxGraphics3D/testing/QXNullDevice.h>
+#include <QxGraphics3D/testing/QXNullHwInstancingManager.h>
 #include <QxGraphics3D/testing/QXNullRenderOperationManager.h>
 #include <QxGraphics3D/testing/QXNullTextureManager.h>
 
@@ -176,6 +177,7 @@ private:
   std::map<unsigned int, QXColorValue3D> m_mapFormerColors;
   QXNullTextureManager m_TextureManager;
   QXNullRenderOperationManager m_Manager;
+  QXNullHwInstancingManager m_HwInstancingManager;
 };
 
 }  // namespace QXC

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QxGraphics3D/testing/QXNullHwInstancingManager.h>
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
 
 namespace QXC {
@@ -27,6 +28,9 @@ QXMatrix4d ToMatrix(QXNullSceneNode const& node) {
 QXNullScene::~QXNullScene() {
   for (QXNullRenderOperation3D* const pDrawable : m_arrDrawables) {
     pDrawable->m_pScene = nullptr;
+  }
+  for (QXNullInstancing* const pInstancing : m_arrInstancings) {
+    pInstancing->m_pScene = nullptr;
   }
 }
 
@@ -120,6 +124,10 @@ void QXNullScene::Detach(QXNullRenderOperation3D* pDrawable) {
   m_arrDrawables.erase(std::remove(m_arrDrawables.begin(), m_arrDrawables.end(), pDrawable), m_arrDrawables.end());
   pDrawable->m_pScene = nullptr;
   pDrawable->m_strNode = QdcUnicodeString();
+}
+
+void QXNullScene::RemoveInstancing(QXNullInstancing* pInstancing) {
+  std::erase(m_arrInstancings, pInstancing);
 }
 
 }  // namespace QXC

@@ -13,6 +13,7 @@
 
 namespace QXC {
 
+class QXNullInstancing;
 class QXNullRenderOperation3D;
 
 /// Place, turn and scale relative to the parent, and whether what hangs under the node is drawn.
@@ -60,6 +61,11 @@ public:
   /// In the order in which they came.
   std::vector<QXNullRenderOperation3D*> const& GetDrawables() const { return m_arrDrawables; }
 
+  /// Instancings stand in one scene all their lives and call both themselves.
+  void AddInstancing(QXNullInstancing* pInstancing) { m_arrInstancings.push_back(pInstancing); }
+  void RemoveInstancing(QXNullInstancing* pInstancing);
+  std::vector<QXNullInstancing*> const& GetInstancings() const { return m_arrInstancings; }
+
 private:
   /// Whether strName is strAncestor or stands under it.
   bool IsUnder(QdcUnicodeString strName, QdcUnicodeString const& strAncestor) const;
@@ -67,6 +73,7 @@ private:
   QdcUnicodeString m_strName;
   std::map<QdcUnicodeString, QXNullSceneNode> m_mapNodes;
   std::vector<QXNullRenderOperation3D*> m_arrDrawables;
+  std::vector<QXNullInstancing*> m_arrInstancings;
 };
 
 }  // namespace QXC

@@ -263,10 +263,10 @@ TEST(QXNullGraphics3D, EverythingMadeIsReleased) {
     graphics.CreateUniformBuffer(L"light");
     graphics.GetTextureManager()->GetTexture(L"road", 1);
     QXRenderOperation3D* const pDrawable = graphics.GetRenderOperationManager()->CreateRenderOperation3D(L"city", 1);
-    EXPECT_EQ(QXNullObject::GetLiveCount(), nBefore + 9);
+    EXPECT_EQ(QXNullObject::GetLiveCount(), nBefore + 10);
     delete pDrawable;
     graphics.ShutDown();
-    EXPECT_EQ(QXNullObject::GetLiveCount(), nBefore + 7);
+    EXPECT_EQ(QXNullObject::GetLiveCount(), nBefore + 8);
   }
   EXPECT_EQ(QXNullObject::GetLiveCount(), nBefore);
 }
