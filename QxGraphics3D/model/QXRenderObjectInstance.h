@@ -24,7 +24,8 @@ class QXTexture;
 class QXGRAPHICS3D_API QXRenderObjectInstance {
 public:
   QXRenderObjectInstance();
-  /// @param pROMultiIndex  taken over; its owned packages go with it
+  /// @param pROMultiIndex  taken over; its owned packages go with it. Its m_Bounds become those of the drawable, which
+  ///                       cameras do not see with a null box
   /// @param pGraphics3D    the renderer that draws it, which must outlive this object
   QXRenderObjectInstance(QXRenderOperationMultiIndex* pROMultiIndex, QXGraphics3D* pGraphics3D);
   QXRenderObjectInstance(QXRenderObjectInstance const& other);

@@ -1,0 +1,217 @@
+#include <QxGraphics3D/model/QXModelData.h>
+
+#include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
+#include <QxGraphics3D/model/QXModelDataPtr.h>
+#include <QxGraphics3D/model/QXModelManager.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace QXC {
+namespace {
+
+class OpenModelData : public QXModelData {
+public:
+  using QXModelData::m_pModelDataInfo;
+  using QXModelData::m_pModelManager;
+  using QXModelData::QXModelData;
+};
+
+ModelDataInfo* MakeInfo(wchar_t const* szName) {
+  auto pInfo = std::make_unique<ModelDataInfo>();
+  pInfo->SetName(szName);
+  return pInfo.release();
+}
+
+TEST(QXModelData, ANewOneHasNothing) {
+  QXModelData const model;
+  EXPECT_EQ(model.GetModelDataInfo(), nullptr);
+  EXPECT_EQ(model.GetModelManager(), nullptr);
+}
+
+TEST(QXModelData, FieldsStandInTheirOrderBehindTheTable) {
+  OpenModelData const model;
+  void const* const arrFields[] = {&model, &model.m_pModelDataInfo, &model.m_pModelManager};
+  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  EXPECT_TRUE(std::has_virtual_destructor_v<QXModelData>);
+}
+
+TEST(QXModelData, TakesTheInfoOfItsConstructorOver) {
+  QXModelManager manager;
+  ModelDataInfo* const pInfo = MakeInfo(L"tree");
+  QXModelData const model(&manager, pInfo);
+  EXPECT_EQ(model.GetModelDataInfo(), pInfo);
+  EXPECT_EQ(model.GetModelManager(), &manager);
+}
+
+TEST(QXModelData, SetModelDataInfoReplacesAndDropsTheFormer) {
+  QXModelData model(nullptr, MakeInfo(L"tree"));
+  ModelDataInfo* const pInfo = MakeInfo(L"house");
+  model.SetModelDataInfo(pInfo);
+  EXPECT_EQ(model.GetModelDataInfo(), pInfo);
+  model.SetModelDataInfo(nullptr);
+  EXPECT_EQ(model.GetModelDataInfo(), nullptr);
+}
+
+TEST(QXModelData, SetModelDataInfoKeepsTheOneThatIsHeldAlready) {
+  QXModelData model(nullptr, MakeInfo(L"tree"));
+  model.SetModelDataInfo(model.GetModelDataInfo());
+  ASSERT_NE(model.GetModelDataInfo(), nullptr);
+  EXPECT_TRUE(model.GetModelDataInfo()->GetName() == L"tree");
+}
+
+TEST(QXModelData, ACopyHasAModelOfItsOwnAndTheSameManager) {
+  QXModelManager manager;
+  QXModelData const source(&manager, MakeInfo(L"tree"));
+  QXModelData copy(source);
+  ASSERT_NE(copy.GetModelDataInfo(), nullptr);
+  EXPECT_NE(copy.GetModelDataInfo(), source.GetModelDataInfo());
+  EXPECT_TRUE(copy.GetModelDataInfo()->GetName() == L"tree");
+  EXPECT_EQ(copy.GetModelManager(), &manager);
+  copy.GetModelDataInfo()->SetName(L"bush");
+  EXPECT_TRUE(source.GetModelDataInfo()->GetName() == L"tree");
+}
+
+TEST(QXModelData, ACopyOfNothingHasNothing) {
+  QXModelData const source;
+  QXModelData const copy(source);
+  EXPECT_EQ(copy.GetModelDataInfo(), nullptr);
+  EXPECT_EQ(copy.GetModelManager(), nullptr);
+}
+
+TEST(QXModelData, AssignmentCopiesIntoTheInfoThatIsThere) {
+  QXModelManager manager;
+  QXModelData const source(&manager, MakeInfo(L"tree"));
+  ModelDataInfo* const pInfo = MakeInfo(L"house");
+  QXModelData model(nullptr, pInfo);
+  model = source;
+  EXPECT_EQ(model.GetModelDataInfo(), pInfo);
+  EXPECT_TRUE(pInfo->GetName() == L"tree");
+  EXPECT_EQ(model.GetModelManager(), &manager);
+}
+
+TEST(QXModelData, AssignmentMakesAnInfoWhereThereIsNone) {
+  QXModelData const source(nullptr, MakeInfo(L"tree"));
+  QXModelData model;
+  model = source;
+  ASSERT_NE(model.GetModelDataInfo(), nullptr);
+  EXPECT_NE(model.GetModelDataInfo(), source.GetModelDataInfo());
+  EXPECT_TRUE(model.GetModelDataInfo()->GetName() == L"tree");
+}
+
+TEST(QXModelData, AssignmentOfNothingLeavesTheInfoAndTakesTheManager) {
+  QXModelManager manager;
+  QXModelData const source(&manager, nullptr);
+  ModelDataInfo* const pInfo = MakeInfo(L"house");
+  QXModelData model(nullptr, pInfo);
+  model = source;
+  EXPECT_EQ(model.GetModelDataInfo(), pInfo);
+  EXPECT_TRUE(pInfo->GetName() == L"house");
+  EXPECT_EQ(model.GetModelManager(), &manager);
+}
+
+TEST(QXModelData, AssignmentToItselfChangesNothing) {
+  QXModelManager manager;
+  QXModelData model(&manager, MakeInfo(L"tree"));
+  ModelDataInfo* const pInfo = model.GetModelDataInfo();
+  model = *&model;
+  EXPECT_EQ(model.GetModelDataInfo(), pInfo);
+  EXPECT_TRUE(pInfo->GetName() == L"tree");
+  EXPECT_EQ(model.GetModelManager(), &manager);
+}
+
+TEST(QXModelData, ReleaseForgetsBothAndMayBeRepeated) {
+  QXModelManager manager;
+  QXModelData model(&manager, MakeInfo(L"tree"));
+  model.Release();
+  EXPECT_EQ(model.GetModelDataInfo(), nullptr);
+  EXPECT_EQ(model.GetModelManager(), nullptr);
+  model.Release();
+  EXPECT_EQ(model.GetModelDataInfo(), nullptr);
+}
+
+TEST(QXModelData, ReleaseWithoutAnInfoTellsNothing) {
+  QXModelManager manager;
+  QXModelData model(&manager, nullptr);
+  model.Release();
+  EXPECT_EQ(model.GetModelManager(), nullptr);
+}
+
+TEST(QXModelData, ForgetsAManagerThatDies) {
+  auto pManager = std::make_unique<QXModelManager>();
+  QXModelData model(pManager.get(), MakeInfo(L"tree"));
+  QXModelData copy(model);
+  { QXModelData const gone(model); }
+  pManager.reset();
+  EXPECT_EQ(model.GetModelManager(), nullptr);
+  EXPECT_EQ(copy.GetModelManager(), nullptr);
+  EXPECT_NE(model.GetModelDataInfo(), nullptr);
+}
+
+TEST(QXModelData, TheManagerOfAnAssignedModelIsTheOneThatEndsIt) {
+  auto pFormer = std::make_unique<QXModelManager>();
+  auto pLater = std::make_unique<QXModelManager>();
+  QXModelData model(pFormer.get(), MakeInfo(L"tree"));
+  QXModelData const source(pLater.get(), nullptr);
+  model = source;
+  pFormer.reset();
+  EXPECT_EQ(model.GetModelManager(), pLater.get());
+  pLater.reset();
+  EXPECT_EQ(model.GetModelManager(), nullptr);
+}
+
+// --- The pointer ---
+
+TEST(QXModelDataPtr, IsASharedPointerWithNothingAdded) {
+  EXPECT_TRUE((std::is_base_of_v<QXSharedPtr<QXModelData>, QXModelDataPtr>));
+  EXPECT_EQ(sizeof(QXModelDataPtr), sizeof(QXSharedPtr<QXModelData>));
+  EXPECT_EQ(QXModelDataPtr().IsNull(), 1);
+  EXPECT_EQ(QXModelDataPtr(nullptr).IsNull(), 1);
+}
+
+TEST(QXModelDataPtr, CopiesShareAndMovesTakeOver) {
+  QXModelDataPtr pFirst(new QXModelData);
+  EXPECT_EQ(pFirst.UseCount(), 1u);
+  QXModelDataPtr pSecond(pFirst);
+  EXPECT_EQ(pFirst.UseCount(), 2u);
+  QXModelDataPtr pThird(std::move(pSecond));
+  EXPECT_EQ(pFirst.UseCount(), 2u);
+  EXPECT_EQ(pSecond.IsNull(), 1);  // NOLINT(bugprone-use-after-move)
+  pSecond = pThird;
+  EXPECT_EQ(pFirst.UseCount(), 3u);
+  pFirst = std::move(pThird);
+  EXPECT_EQ(pFirst.UseCount(), 2u);
+  EXPECT_EQ(pFirst.GetPointer(), pSecond.GetPointer());
+}
+
+TEST(QXModelDataPtr, APlainAddressThatIsHeldAlreadyIsShared) {
+  QXModelDataPtr pFirst(new QXModelData(nullptr, MakeInfo(L"tree")));
+  QXModelDataPtr pSecond(pFirst.GetPointer());
+  EXPECT_EQ(pFirst.UseCount(), 2u);
+  QXModelDataPtr pThird(new QXModelData);
+  pThird.Bind(pFirst.GetPointer());
+  pThird.Bind(pFirst.GetPointer());
+  EXPECT_EQ(pFirst.UseCount(), 3u);
+  pFirst.SetNull();
+  pThird.Bind(nullptr);
+  EXPECT_EQ(pThird.IsNull(), 1);
+  EXPECT_EQ(pSecond.UseCount(), 1u);
+  EXPECT_TRUE(pSecond->GetModelDataInfo()->GetName() == L"tree");
+}
+
+TEST(QXModelDataPtr, CopiesOfAModelAreCountedApart) {
+  QXModelDataPtr const pFirst(new QXModelData);
+  QXModelDataPtr const pCopy(new QXModelData(*pFirst));
+  EXPECT_EQ(pFirst.UseCount(), 1u);
+  EXPECT_EQ(pCopy.UseCount(), 1u);
+  *pCopy = *pFirst;
+  QXModelDataPtr const pAgain(pCopy.GetPointer());
+  EXPECT_EQ(pFirst.UseCount(), 1u);
+  EXPECT_EQ(pCopy.UseCount(), 2u);
+}
+
+}  // namespace
+}  // namespace QXC
