@@ -1,0 +1,835 @@
+// What a merge makes of the meshes that were added.
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "QXStaticGeometryParts.h"
+
+namespace QXC {
+namespace {
+
+using testing::ElementsAre;
+using Floats = std::vector<float>;
+using Words = std::vector<unsigned int>;
+
+std::vector<int> Ints(QdcArray<int> const& arrItems) {
+  return {arrItems.begin(), arrItems.end()};
+}
+
+/// Adds meshes of a few vertices and merges them.
+class QXStaticGeometryBuild : public testing::Test {
+protected:
+  static QXMatrix4d QuarterTurn(double dX = 0.0, double dY = 0.0, double dZ = 0.0) {
+    QXMatrix4d matrix;  // x becomes y, y becomes -x
+    matrix[0][0] = 0.0;
+    matrix[0][1] = 1.0;
+    matrix[1][0] = -1.0;
+    matrix[1][1] = 0.0;
+    matrix.SetTrans(QXVector3d(dX, dY, dZ));
+    return matrix;
+  }
+
+  QXVertexDataPackage& MakeMesh(Floats const& positions, unsigned short nDim = 3) {
+    QXVertexDataPackage& mesh = m_host.MakeCounted(0);
+    mesh.m_nVertexDim = nDim;
+    mesh.SetVertexNum(static_cast<unsigned int>(positions.size() / nDim), 0);
+    std::copy(positions.begin(), positions.end(), mesh.m_pVertices);
+    return mesh;
+  }
+
+  static void SetNormals(QXVertexDataPackage& mesh, Floats const& normals, unsigned short nDim = 3) {
+    mesh.m_nNormalDim = nDim;
+    mesh.SetNormalNum(static_cast<unsigned int>(normals.size() / nDim), 0);
+    std::copy(normals.begin(), normals.end(), mesh.m_pNormals);
+  }
+
+  static void SetCoords(QXVertexDataPackage& mesh, unsigned int nUnit, Floats const& coords, unsigned short nDim = 2) {
+    mesh.m_nTexDims[nUnit] = nDim;
+    mesh.SetTexCoordNum(nUnit, static_cast<unsigned int>(coords.size() / nDim), 0);
+    std::copy(coords.begin(), coords.end(), mesh.m_pTexCoords[nUnit]);
+  }
+
+  static void SetColors(QXVertexDataPackage& mesh, Words const& colors) {
+    mesh.SetColorNum(static_cast<unsigned int>(colors.size()), 0);
+    std::copy(colors.begin(), colors.end(), mesh.m_pColors);
+  }
+
+  QXIndexPackage& MakeTriangles(std::wstring const& strPass, std::vector<unsigned short> const& indices) {
+    QXIndexPackage& package = m_host.MakeIndices({strPass});
+    package.SetIndexNum(static_cast<int>(indices.size()));
+    std::copy(indices.begin(), indices.end(), package.GetIndices16());
+    return package;
+  }
+
+  void Add(QXVertexDataPackage& mesh, QXMatrix4d const& matrix = QXMatrix4d(),
+      std::vector<QXIndexPackage*> const& packages = {}, QXSubObjectInfo* pSubObject = nullptr) {
+    m_host.Add(m_geometry, mesh, packages, pSubObject, m_nType, matrix);
+  }
+
+  void Merge(QXMatrix4d const& base = QXMatrix4d(), unsigned char bNoTransform = 0) {
+    m_geometry.AssignStaticGeometry(base, bNoTransform);
+  }
+
+  QXStaticGeometryBucket& Bucket() { return *m_geometry.m_vecBuckets16.at(0); }
+  QXVertexDataPackage& Merged() { return *Bucket().m_pVertexPackage; }
+  std::vector<QXBucketIndexPackage>& Records(wchar_t const* szKey) { return Bucket().m_mapPassIndices.at(szKey); }
+
+  Floats Positions() {
+    QXVertexDataPackage const& p = Merged();
+    return {p.m_pVertices, p.m_pVertices + std::size_t{p.m_nVertexNum} * p.m_nVertexDim};
+  }
+  Floats Normals() {
+    QXVertexDataPackage const& p = Merged();
+    return {p.m_pNormals, p.m_pNormals + std::size_t{p.m_nNormalNum} * p.m_nNormalDim};
+  }
+  Floats Coords(unsigned int nUnit = 0) {
+    QXVertexDataPackage const& p = Merged();
+    return {p.m_pTexCoords[nUnit], p.m_pTexCoords[nUnit] + std::size_t{p.m_nTexCoordNums[nUnit]} * p.m_nTexDims[nUnit]};
+  }
+  Words Colors() {
+    QXVertexDataPackage const& p = Merged();
+    return {p.m_pColors, p.m_pColors + p.m_nColorNum};
+  }
+  static std::vector<unsigned short> Indices(QXIndexPackage const& package) {
+    return {package.GetIndices16(), package.GetIndices16() + package.m_nIndexNum};
+  }
+  std::vector<unsigned short> Indices(int nLevel = 0, std::size_t nKey = 0) {
+    return Indices(*Bucket().m_mapLevelIndices.at(nLevel).at(nKey));
+  }
+
+  /// A pass whose only unit has the transformation.
+  void AddTransformedPass(std::wstring const& strName, double dScale, double dMove) {
+    QXTextureUnitState& unit = *m_host.AddPass(strName, {strName + L".png"}).GetTextureUnitState(0);
+    unit.m_matUnit[0][0] = unit.m_matUnit[1][1] = dScale;
+    unit.m_matUnit[3][0] = dMove;
+  }
+
+  QXBatchingHost m_host;
+  QXStaticGeometry m_geometry;
+  int m_nType = -1;
+};
+
+TEST_F(QXStaticGeometryBuild, AllFourListsAreMerged) {
+  for (int nType : {0, 1}) {
+    m_nType = nType;
+    Add(MakeMesh({1, 2, 3}));
+    Add(m_host.MakeCounted(65536));
+  }
+  Merge(Moved(1.0));
+  for (auto* pList : {&m_geometry.m_vecBuckets16, &m_geometry.m_vecTypedBuckets16}) {
+    ASSERT_EQ(pList->size(), 1u);
+    EXPECT_EQ((*pList)[0]->m_pVertexPackage->m_pVertices[0], 0.0F);
+  }
+  for (auto* pList : {&m_geometry.m_vecBuckets32, &m_geometry.m_vecTypedBuckets32}) {
+    ASSERT_EQ(pList->size(), 1u);
+    EXPECT_NE((*pList)[0]->m_pVertexPackage->m_pVertices, nullptr);
+  }
+}
+
+TEST_F(QXStaticGeometryBuild, BaseFrameStaysAsTheCallerPassedIt) {
+  QXMatrix4d base = Moved(5.0);
+  Add(MakeMesh({1, 2, 3}), Moved(7.0));
+  m_geometry.AssignStaticGeometry(base, 0);
+  EXPECT_TRUE(base == Moved(5.0));
+  EXPECT_THAT(Positions(), ElementsAre(3.0F, 2.0F, 3.0F));
+}
+
+TEST_F(QXStaticGeometryBuild, ModelMatrixAppliesBeforeTheInverseOfTheBase) {
+  Add(MakeMesh({1, 0, 0}), QuarterTurn(10.0));
+  Merge(QuarterTurn());
+  // Turned to (10, 1, 0), then turned back by the base.
+  EXPECT_THAT(Positions(), ElementsAre(1.0F, -10.0F, 0.0F));
+}
+
+TEST_F(QXStaticGeometryBuild, PositionsBecomeFloatsOnlyRelativeToTheBase) {
+  double const dFar = 6378137.0 + 0.25;
+  Add(MakeMesh({0.125F, 0, 0}), Moved(dFar));
+  Merge(Moved(6378137.0));
+  EXPECT_THAT(Positions(), ElementsAre(0.375F, 0.0F, 0.0F));
+}
+
+TEST_F(QXStaticGeometryBuild, SingularBasePutsAllIntoTheOrigin) {
+  Add(MakeMesh({1, 2, 3}), Moved(5.0));
+  Merge(QXMatrix4d::ZERO);
+  EXPECT_THAT(Positions(), ElementsAre(0.0F, 0.0F, 0.0F));
+}
+
+TEST_F(QXStaticGeometryBuild, MeshesStandInTheOrderOfAdding) {
+  Add(MakeMesh({1, 2, 3, 4, 5, 6}), Moved(10.0));
+  Add(MakeMesh({7, 8, 9}), Moved(20.0));
+  Merge();
+  EXPECT_THAT(Positions(), ElementsAre(11, 2, 3, 14, 5, 6, 27, 8, 9));
+}
+
+TEST_F(QXStaticGeometryBuild, MeshOfTwoDimensionsGetsZeroAsThird) {
+  Add(MakeMesh({1, 2, 3}));
+  Add(MakeMesh({4, 5}, 2), Moved(1.0));
+  Merge();
+  EXPECT_THAT(Positions(), ElementsAre(1, 2, 3, 5, 5, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, MeshOfThreeDimensionsGetsOneAsFourth) {
+  Add(MakeMesh({1, 2, 3, 4}, 4), Moved(1.0));
+  Add(MakeMesh({5, 6, 7}));
+  Merge();
+  EXPECT_THAT(Positions(), ElementsAre(2, 2, 3, 4, 5, 6, 7, 1));
+}
+
+TEST_F(QXStaticGeometryBuild, DimensionsBeyondFourAreZeros) {
+  Add(MakeMesh({1, 2, 3, 4, 5, 6}, 6), Moved(1.0));
+  Merge();
+  EXPECT_THAT(Positions(), ElementsAre(2, 2, 3, 4, 0, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, PositionsHaveZeroedSlackBehindThem) {
+  Add(MakeMesh({1, 2}, 2));
+  Merge();
+  for (int i = 3; i < 7; ++i) EXPECT_EQ(Merged().m_pVertices[i], 0.0F);
+}
+
+TEST_F(QXStaticGeometryBuild, MeshWithoutPositionsLeavesZeros) {
+  Add(m_host.MakeCounted(2), Moved(5.0));
+  Add(MakeMesh({1, 2, 3}));
+  Merge();
+  EXPECT_THAT(Positions(), ElementsAre(0, 0, 0, 0, 0, 0, 1, 2, 3));
+}
+
+TEST_F(QXStaticGeometryBuild, ArraysHaveTheNumberOfVerticesAndNoStride) {
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3, 4, 5, 6});
+  SetNormals(mesh, {0, 0, 1});
+  SetColors(mesh, {1, 2, 3});
+  mesh.SetSecondColorNum(1, 0);
+  SetCoords(mesh, 3, {1, 2, 3, 4, 5, 6});
+  Add(mesh);
+  QXVertexDataPackage& merged = Merged();
+  merged.m_nVertexStride = merged.m_nNormalStride = merged.m_nColorStride = merged.m_nSecondColorStride = 7;
+  merged.m_nTexCoordStrides[3] = 7;
+  Merge();
+  EXPECT_EQ(merged.m_nVertexNum, 2u);
+  EXPECT_EQ(merged.m_nNormalNum, 2u);
+  EXPECT_EQ(merged.m_nColorNum, 2u);
+  EXPECT_EQ(merged.m_nSecondColorNum, 2u);
+  EXPECT_EQ(merged.m_nTexCoordNums[3], 2u);
+  EXPECT_EQ(merged.m_nVertexStride, 0);
+  EXPECT_EQ(merged.m_nNormalStride, 0);
+  EXPECT_EQ(merged.m_nColorStride, 0);
+  EXPECT_EQ(merged.m_nSecondColorStride, 0);
+  EXPECT_EQ(merged.m_nTexCoordStrides[3], 0);
+}
+
+TEST_F(QXStaticGeometryBuild, WhatNoMeshHasGetsNoArray) {
+  Add(MakeMesh({1, 2, 3}));
+  Merge();
+  EXPECT_EQ(Merged().m_pNormals, nullptr);
+  EXPECT_EQ(Merged().m_nNormalNum, 0u);
+  EXPECT_EQ(Merged().m_pColors, nullptr);
+  EXPECT_EQ(Merged().m_pSecondColors, nullptr);
+  for (float const* pCoords : Merged().m_pTexCoords) EXPECT_EQ(pCoords, nullptr);
+}
+
+TEST_F(QXStaticGeometryBuild, NormalsTurnWithoutMovingAndGetLengthOne) {
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetNormals(mesh, {4, 0, 0});
+  Add(mesh, QuarterTurn(100.0, 200.0, 300.0));
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(0, 1, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, ZeroNormalStaysZero) {
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetNormals(mesh, {0, 0, 0});
+  Add(mesh, Moved(5.0));
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(0, 0, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, NormalsOfATypeFromZeroOnAreCopiedAsTheyAre) {
+  for (int nType : {0, 2}) {
+    QXVertexDataPackage& mesh = MakeMesh({1, 0, 0});
+    SetNormals(mesh, {4, 0, 0});
+    m_nType = nType;
+    Add(mesh, QuarterTurn());
+  }
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(4, 0, 0, 4, 0, 0));
+  EXPECT_THAT(Positions(), ElementsAre(0, 1, 0, 0, 1, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, TypeOfTheLastMeshDecidesAboutAllNormalsOfABucket) {
+  for (int nType : {0, -1}) {
+    QXVertexDataPackage& mesh = MakeMesh({1, 0, 0});
+    SetNormals(mesh, {4, 0, 0});
+    m_nType = nType;
+    Add(mesh, QuarterTurn());
+  }
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(0, 1, 0, 0, 1, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, MeshWithoutNormalsLeavesZeros) {
+  Add(MakeMesh({1, 2, 3, 4, 5, 6}));
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetNormals(mesh, {0, 0, 1});
+  Add(mesh);
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 1));
+}
+
+TEST_F(QXStaticGeometryBuild, NormalsOfOtherDimensionsAreFilledUp) {
+  QXVertexDataPackage& two = MakeMesh({0, 0, 0});
+  SetNormals(two, {3, 4}, 2);
+  Add(two);
+  QXVertexDataPackage& four = MakeMesh({0, 0, 0});
+  SetNormals(four, {0, 0, 5, 7}, 4);
+  Add(four);
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(0.6F, 0.8F, 0, 1, 0, 0, 1, 7));
+}
+
+TEST_F(QXStaticGeometryBuild, NormalsRunOnByTheirOwnNumberAndNeverPastTheArray) {
+  QXVertexDataPackage& few = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetNormals(few, {1, 0, 0});
+  Add(few);
+  QXVertexDataPackage& many = MakeMesh({0, 0, 0});
+  SetNormals(many, {0, 1, 0, 0, 0, 1, 1, 0, 0, 0, 1, 0});
+  Add(many);
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(1, 0, 0, 0, 1, 0, 0, 0, 1));
+}
+
+TEST_F(QXStaticGeometryBuild, MeshWithoutColorsBesideOneWithThemIsWhiteAndOpaque) {
+  Add(MakeMesh({0, 0, 0, 0, 0, 0}));
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetColors(mesh, {0x11223344});
+  Add(mesh);
+  Merge();
+  EXPECT_THAT(Colors(), ElementsAre(0xFFFFFFFFu, 0xFFFFFFFFu, 0x11223344u));
+}
+
+TEST_F(QXStaticGeometryBuild, SecondColorsFollowTheSameRule) {
+  Add(MakeMesh({0, 0, 0}));
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0, 0, 0, 0});
+  mesh.SetSecondColorNum(2, 0);
+  mesh.m_pSecondColors[0] = 5;
+  mesh.m_pSecondColors[1] = 6;
+  Add(mesh);
+  Merge();
+  EXPECT_EQ(Merged().m_pColors, nullptr);
+  EXPECT_THAT(Words(Merged().m_pSecondColors, Merged().m_pSecondColors + 3), ElementsAre(0xFFFFFFFFu, 5u, 6u));
+}
+
+TEST_F(QXStaticGeometryBuild, FewerColorsThanVerticesMoveTheColorsOfLaterMeshes) {
+  QXVertexDataPackage& few = MakeMesh({0, 0, 0, 0, 0, 0, 0, 0, 0});
+  SetColors(few, {1});
+  Add(few);
+  QXVertexDataPackage& next = MakeMesh({0, 0, 0});
+  SetColors(next, {2});
+  Add(next);
+  Merge();
+  EXPECT_THAT(Colors(), ElementsAre(1u, 2u, 0u, 0u));
+}
+
+TEST_F(QXStaticGeometryBuild, MoreColorsThanVerticesStopAtTheEndOfTheArray) {
+  QXVertexDataPackage& many = MakeMesh({0, 0, 0});
+  SetColors(many, {1, 2, 3, 4, 5});
+  Add(many);
+  Add(MakeMesh({0, 0, 0}));
+  Merge();
+  EXPECT_THAT(Colors(), ElementsAre(1u, 2u));
+}
+
+TEST_F(QXStaticGeometryBuild, CoordinatesAreCopiedAndFilledUpWithZeros) {
+  QXVertexDataPackage& two = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetCoords(two, 1, {1, 2, 3, 4});
+  Add(two);
+  QXVertexDataPackage& three = MakeMesh({0, 0, 0});
+  SetCoords(three, 1, {5, 6, 7}, 3);
+  Add(three);
+  Add(MakeMesh({0, 0, 0}));
+  Merge();
+  EXPECT_THAT(Coords(1), ElementsAre(1, 2, 0, 3, 4, 0, 5, 6, 7, 0, 0, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, CoordinatesThatAMeshLacksAreZeros) {
+  QXVertexDataPackage& few = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetCoords(few, 0, {1, 2});
+  Add(few);
+  QXVertexDataPackage& next = MakeMesh({0, 0, 0});
+  SetCoords(next, 0, {3, 4, 5, 6, 7, 8});
+  Add(next);
+  Merge();
+  EXPECT_THAT(Coords(), ElementsAre(1, 2, 0, 0, 3, 4));
+}
+
+TEST_F(QXStaticGeometryBuild, WithoutTransformingAllComesThroughUnchanged) {
+  AddTransformedPass(L"a", 2.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetNormals(mesh, {4, 5, 6});
+  SetCoords(mesh, 0, {7, 8});
+  Add(mesh, QuarterTurn(9.0), {&MakeTriangles(L"a", {0, 0, 0})});
+  Merge(Moved(5.0), 1);
+  EXPECT_THAT(Positions(), ElementsAre(1, 2, 3));
+  EXPECT_THAT(Normals(), ElementsAre(4, 5, 6));
+  EXPECT_THAT(Coords(), ElementsAre(7, 8));
+  EXPECT_THAT(Indices(), ElementsAre(0, 0, 0));
+}
+
+// Polylines.
+
+TEST_F(QXStaticGeometryBuild, PolylineKeepsTheTranslationInNormalsAndDoesNotNormalise) {
+  m_host.AddPass(L"PolyLine", {});
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3, -1}, 4);
+  SetNormals(mesh, {4, 5, 6});
+  Add(mesh, Moved(10.0), {&MakeTriangles(L"PolyLine", {0})});
+  Merge(Moved(1.0));
+  EXPECT_THAT(Positions(), ElementsAre(10, 2, 3, -1));
+  EXPECT_THAT(Normals(), ElementsAre(13, 5, 6));
+}
+
+TEST_F(QXStaticGeometryBuild, PolylineNormalsOfATypeFromZeroOnAreCopied) {
+  m_host.AddPass(L"PolyLine", {});
+  m_nType = 0;
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetNormals(mesh, {4, 5, 6});
+  Add(mesh, Moved(10.0), {&MakeTriangles(L"PolyLine", {0})});
+  Merge();
+  EXPECT_THAT(Normals(), ElementsAre(4, 5, 6));
+}
+
+TEST_F(QXStaticGeometryBuild, PolylineUnit0OfThreeDimensionsIsAPoint) {
+  m_host.AddPass(L"PolyLine", {});
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetCoords(mesh, 0, {4, 5, 6}, 3);
+  SetCoords(mesh, 1, {7, 8, 9}, 3);
+  Add(mesh, QuarterTurn(10.0), {&MakeTriangles(L"PolyLine", {0})});
+  Merge();
+  EXPECT_THAT(Coords(0), ElementsAre(5, 4, 6));
+  EXPECT_THAT(Coords(1), ElementsAre(7, 8, 9));
+}
+
+TEST_F(QXStaticGeometryBuild, PolylineUnit0OfTwoDimensionsIsCopied) {
+  m_host.AddPass(L"PolyLine", {});
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetCoords(mesh, 0, {4, 5});
+  Add(mesh, Moved(10.0), {&MakeTriangles(L"PolyLine", {0})});
+  Merge();
+  EXPECT_THAT(Coords(0), ElementsAre(4, 5));
+}
+
+TEST_F(QXStaticGeometryBuild, PolylineUnit0IsMovedEvenWithoutTransforming) {
+  m_host.AddPass(L"PolyLine", {});
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetNormals(mesh, {4, 5, 6});
+  SetCoords(mesh, 0, {7, 8, 9}, 3);
+  Add(mesh, Moved(10.0), {&MakeTriangles(L"PolyLine", {0})});
+  Merge(QXMatrix4d(), 1);
+  EXPECT_THAT(Positions(), ElementsAre(1, 2, 3));
+  EXPECT_THAT(Normals(), ElementsAre(4, 5, 6));
+  EXPECT_THAT(Coords(0), ElementsAre(17, 8, 9));
+}
+
+TEST_F(QXStaticGeometryBuild, PolylineCoordinatesKeepTheirPlaceInTheTexture) {
+  m_host.AddPass(L"PolyLine", {});
+  AddTransformedPass(L"a", 2.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetCoords(mesh, 0, {4, 5});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"PolyLine", {0}), &MakeTriangles(L"a", {0})});
+  Merge();
+  EXPECT_THAT(Coords(0), ElementsAre(4, 5));
+}
+
+// Indices.
+
+TEST_F(QXStaticGeometryBuild, IndicesAreMovedToTheFirstVertexOfTheirMesh) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({0, 0, 0, 0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0, 1, 0})});
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0, 0, 0})});
+  Merge();
+  EXPECT_THAT(Indices(), ElementsAre(0, 1, 0, 2, 2, 2));
+}
+
+TEST_F(QXStaticGeometryBuild, EachKeyHasAPackageThatNamesIt) {
+  m_host.AddPass(L"b", {});
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(),
+      {&MakeTriangles(L"b", {0}), &MakeTriangles(L"a", {0, 0}), &MakeTriangles(L"none", {0, 0, 0})});
+  Merge();
+  auto const& packages = Bucket().m_mapLevelIndices.at(0);
+  ASSERT_EQ(packages.size(), 3u);
+  wchar_t const* const arrNames[] = {L"", L"a", L"b"};
+  for (std::size_t i = 0; i < 3; ++i) {
+    ASSERT_EQ(packages[i]->m_arrPassNames.GetSize(), 1u);
+    EXPECT_TRUE(packages[i]->m_arrPassNames[0] == arrNames[i]);
+    EXPECT_EQ(packages[i]->m_nIndexNum, 3 - static_cast<int>(i));
+  }
+}
+
+TEST_F(QXStaticGeometryBuild, FlagAndOperationTypeAreThoseOfTheLastRecord) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& first = MakeTriangles(L"a", {0});
+  first.m_eOperationType = QX_OPERATION_LINE_LIST;
+  first.m_bFlag = 3;
+  QXIndexPackage& last = MakeTriangles(L"a", {0});
+  last.m_eOperationType = 77;
+  last.m_bFlag = 9;
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&first, &last});
+  Merge();
+  EXPECT_EQ(Bucket().m_mapLevelIndices.at(0).at(0)->m_eOperationType, 77);
+  EXPECT_EQ(Bucket().m_mapLevelIndices.at(0).at(0)->m_bFlag, 9);
+}
+
+TEST_F(QXStaticGeometryBuild, BucketOf32BitsHasIndicesOf32Bits) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& indices = m_host.MakeIndices({L"a"});
+  indices.SetIndexNum32(3);
+  for (unsigned int i = 0; i < 3; ++i) indices.GetIndices32()[i] = 70000 + i;
+  Add(m_host.MakeCounted(70010), QXMatrix4d(), {&indices});
+  Add(m_host.MakeCounted(70010), QXMatrix4d(), {&indices});
+  Merge();
+  QXIndexPackage const& merged = *m_geometry.m_vecBuckets32[0]->m_mapLevelIndices.at(0).at(0);
+  ASSERT_EQ(merged.m_nIndexType, 1);
+  ASSERT_EQ(merged.m_nIndexNum, 6);
+  EXPECT_THAT(Words(merged.GetIndices32(), merged.GetIndices32() + 6),
+      ElementsAre(70000u, 70001u, 70002u, 140010u, 140011u, 140012u));
+}
+
+TEST_F(QXStaticGeometryBuild, FullBucketOf16BitsReachesItsLastVertex) {
+  m_host.AddPass(L"a", {});
+  Add(m_host.MakeCounted(65534));
+  Add(m_host.MakeCounted(1), QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  Merge();
+  EXPECT_EQ(Bucket().m_mapLevelIndices.at(0).at(0)->m_nIndexType, 0);
+  EXPECT_THAT(Indices(), ElementsAre(65534));
+}
+
+TEST_F(QXStaticGeometryBuild, SumsOf16BitsAreTruncated) {
+  AddTransformedPass(L"a", 1.0, 1.0);
+  QXVertexDataPackage& first = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetCoords(first, 0, {0, 0, 0, 0});
+  Add(first);
+  QXVertexDataPackage& second = MakeMesh({0, 0, 0});
+  SetCoords(second, 0, {0, 0});
+  Add(second, QXMatrix4d(), {&MakeTriangles(L"a", {65535})});
+  Merge();
+  // 65,535 + 2 is written as 1, and it is vertex 1 that gets transformed.
+  EXPECT_THAT(Indices(), ElementsAre(1));
+  EXPECT_THAT(Coords(), ElementsAre(0, 0, 1, 0, 0, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, WidthOfTheBucketDecidesHowIndicesAreRead) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& wide = m_host.MakeIndices({L"a"});
+  wide.SetIndexNum32(2);
+  wide.GetIndices32()[0] = 0x00020001;
+  wide.GetIndices32()[1] = 0x00040003;
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&wide});
+  Merge();
+  EXPECT_THAT(Indices(), ElementsAre(1, 2));
+}
+
+TEST_F(QXStaticGeometryBuild, NarrowIndicesOfAWideBucketEndWhereTheirBytesEnd) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& narrow = MakeTriangles(L"a", {1, 0, 2, 0, 3});
+  Add(m_host.MakeCounted(70000), QXMatrix4d(), {&narrow});
+  Merge();
+  QXIndexPackage const& merged = *m_geometry.m_vecBuckets32[0]->m_mapLevelIndices.at(0).at(0);
+  EXPECT_THAT(Words(merged.GetIndices32(), merged.GetIndices32() + 5), ElementsAre(1u, 2u, 0u, 0u, 0u));
+}
+
+TEST_F(QXStaticGeometryBuild, IndicesPastTheVerticesAreWrittenButTransformNothing) {
+  AddTransformedPass(L"a", 1.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetCoords(mesh, 0, {5, 6, 7, 8});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {1, 2, 60000})});
+  Merge();
+  EXPECT_THAT(Indices(), ElementsAre(1, 2, 60000));
+  EXPECT_THAT(Coords(), ElementsAre(5, 6, 8, 8));
+}
+
+TEST_F(QXStaticGeometryBuild, BucketWithoutVerticesHasPackagesWithoutArrays) {
+  m_host.AddPass(L"a", {});
+  Add(m_host.MakeCounted(0), QXMatrix4d(), {&MakeTriangles(L"a", {1, 2, 3})}, MakeSubObject(0.0, 1.0));
+  Merge();
+  QXIndexPackage const& merged = *Bucket().m_mapLevelIndices.at(0).at(0);
+  EXPECT_EQ(merged.m_pIndices, nullptr);
+  EXPECT_EQ(merged.m_nIndexNum, 0);
+  EXPECT_EQ(merged.m_nIndexType, 0);
+  EXPECT_NE(Merged().m_pVertices, nullptr);
+  EXPECT_THAT(Ints(Bucket().m_mapSubObjects.at(0)->m_arrCounts), ElementsAre(3));
+}
+
+TEST_F(QXStaticGeometryBuild, NullArrayWithACountGivesItsFirstVertex) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& null = m_host.MakeIndices({L"a"});
+  null.m_nIndexNum = 2;
+  Add(MakeMesh({0, 0, 0}));
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&null, &MakeTriangles(L"a", {0})});
+  Merge();
+  EXPECT_THAT(Indices(), ElementsAre(1, 1, 1));
+}
+
+TEST_F(QXStaticGeometryBuild, NegativeCountIsNone) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& negative = m_host.MakeIndices({L"a"});
+  negative.m_nIndexNum = -5;
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&negative, &MakeTriangles(L"a", {0})});
+  Merge();
+  EXPECT_THAT(Indices(), ElementsAre(0));
+}
+
+// Levels.
+
+TEST_F(QXStaticGeometryBuild, LevelsUpToTheHighestAreMerged) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& coarse = MakeTriangles(L"a", {1, 1});
+  coarse.m_bFlag = 4;
+  Add(MakeMesh({0, 0, 0, 0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0, 1, 0})});
+  Add(MakeMesh({0, 0, 0, 0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {1})});
+  for (QXBucketIndexPackage& record : Records(L"a")) record.m_vecIndexPackages.push_back(&coarse);
+  Bucket().m_nMaxLevel = 1;
+  Merge();
+  EXPECT_THAT(Indices(0), ElementsAre(0, 1, 0, 3));
+  EXPECT_THAT(Indices(1), ElementsAre(1, 1, 3, 3));
+  EXPECT_EQ(Bucket().m_mapLevelIndices.at(0).at(0)->m_bFlag, 0);
+  EXPECT_EQ(Bucket().m_mapLevelIndices.at(1).at(0)->m_bFlag, 4);
+}
+
+TEST_F(QXStaticGeometryBuild, OnlyLevelZeroTransformsCoordinates) {
+  AddTransformedPass(L"a", 1.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetCoords(mesh, 0, {0, 0, 0, 0});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  Records(L"a")[0].m_vecIndexPackages.push_back(&MakeTriangles(L"a", {0, 1}));
+  Bucket().m_nMaxLevel = 1;
+  Merge();
+  EXPECT_THAT(Coords(), ElementsAre(1, 0, 0, 0));
+}
+
+TEST_F(QXStaticGeometryBuild, OnlyLevelZeroIsCountedForSubObjects) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0})}, MakeSubObject(0.0, 1.0));
+  Records(L"a")[0].m_vecIndexPackages.push_back(&MakeTriangles(L"a", {0, 0}));
+  Bucket().m_nMaxLevel = 1;
+  Merge();
+  EXPECT_THAT(Ints(Bucket().m_mapSubObjects.at(0)->m_arrCounts), ElementsAre(1));
+}
+
+TEST_F(QXStaticGeometryBuild, MissingLevelIsAnEmptyPackage) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& fine = MakeTriangles(L"a", {0});
+  fine.m_eOperationType = QX_OPERATION_LINE_LIST;
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&fine, &MakeTriangles(L"a", {0})});
+  Records(L"a")[1].m_vecIndexPackages.push_back(nullptr);
+  Bucket().m_nMaxLevel = 2;
+  Merge();
+  for (int nLevel : {1, 2}) {
+    EXPECT_EQ(Bucket().m_mapLevelIndices.at(nLevel).at(0)->m_nIndexNum, 0);
+    EXPECT_EQ(Bucket().m_mapLevelIndices.at(nLevel).at(0)->m_eOperationType, QX_OPERATION_LINE_LIST);
+  }
+}
+
+TEST_F(QXStaticGeometryBuild, HighestLevelBelowZeroMakesNoPackages) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({1, 2, 3}), QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  Bucket().m_nMaxLevel = -1;
+  Merge();
+  EXPECT_TRUE(Bucket().m_mapLevelIndices.empty());
+  EXPECT_THAT(Positions(), ElementsAre(1, 2, 3));
+}
+
+// Texture transformations.
+
+TEST_F(QXStaticGeometryBuild, TouchedVerticesAreTransformedOnce) {
+  AddTransformedPass(L"a", 2.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0, 0, 0, 0, 0, 0, 0});
+  SetCoords(mesh, 0, {1, 2, 3, 4, 5, 6});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0, 2, 0, 0, 2, 2})});
+  Merge();
+  EXPECT_THAT(Coords(), ElementsAre(3, 4, 3, 4, 11, 12));
+}
+
+TEST_F(QXStaticGeometryBuild, ThirdRowOfATextureTransformationIsAddedToo) {
+  m_host.AddPass(L"a", {L"a.png"});
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetCoords(mesh, 0, {1, 2});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  QXMatrix4d& matrix = Records(L"a")[0].m_matTextures[0];
+  for (int nRow = 0; nRow < 4; ++nRow) {
+    for (int nColumn = 0; nColumn < 4; ++nColumn) matrix[nRow][nColumn] = 10.0 * (nRow + 1) + nColumn;
+  }
+  Merge();
+  // 1 * 10 + 2 * 20 + 30 + 40 and 1 * 11 + 2 * 21 + 31 + 41
+  EXPECT_THAT(Coords(), ElementsAre(120, 125));
+}
+
+TEST_F(QXStaticGeometryBuild, RecordsOfTwoPassesTransformASharedVertexOneAfterTheOther) {
+  AddTransformedPass(L"a", 2.0, 0.0);
+  AddTransformedPass(L"b", 1.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetCoords(mesh, 0, {5, 5});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"b", {0}), &MakeTriangles(L"a", {0})});
+  Merge();
+  // Doubled first, by the order of the keys, and moved then.
+  EXPECT_THAT(Coords(), ElementsAre(11, 10));
+}
+
+TEST_F(QXStaticGeometryBuild, EachUnitHasItsOwnTransformation) {
+  m_host.AddPass(L"a", {L"a.png", L"b.png"});
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetCoords(mesh, 0, {1, 1});
+  SetCoords(mesh, 7, {1, 1});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  Records(L"a")[0].m_matTextures[0].SetTrans(QXVector3d(1, 2, 3));
+  Records(L"a")[0].m_matTextures[7].SetTrans(QXVector3d(4, 5, 6));
+  Merge();
+  EXPECT_THAT(Coords(0), ElementsAre(2, 3));
+  EXPECT_THAT(Coords(7), ElementsAre(5, 6));
+}
+
+TEST_F(QXStaticGeometryBuild, FourthCoordinateOfUnits0And1IsTheLayer) {
+  m_host.AddPass(L"a", {L"a.png"});
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0, 0, 0, 0});
+  for (unsigned int unit = 0; unit < 2; ++unit) SetCoords(mesh, unit, {1, 2, 3, 4, 5, 6, 7, 8}, 4);
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {1})});
+  Records(L"a")[0].m_fTextureLayer = 6.0F;
+  for (QXMatrix4d& matrix : Records(L"a")[0].m_matTextures) matrix.SetTrans(QXVector3d(10, 20, 30));
+  Merge();
+  for (unsigned int unit = 0; unit < 2; ++unit) EXPECT_THAT(Coords(unit), ElementsAre(1, 2, 3, 4, 15, 26, 7, 6));
+}
+
+TEST_F(QXStaticGeometryBuild, LayerIsOneUnlessPassesWereFolded) {
+  m_host.AddPass(L"a", {L"a.png"});
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetCoords(mesh, 0, {1, 2, 3, 4}, 4);
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  Merge();
+  EXPECT_THAT(Coords(), ElementsAre(1, 2, 3, 1));
+}
+
+TEST_F(QXStaticGeometryBuild, FourCoordinatesFromUnit2OnStayAsTheyAre) {
+  m_host.AddPass(L"a", {L"a.png"});
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0});
+  SetCoords(mesh, 2, {1, 2, 3, 4}, 4);
+  SetCoords(mesh, 3, {1, 2, 3}, 3);
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  for (QXMatrix4d& matrix : Records(L"a")[0].m_matTextures) matrix.SetTrans(QXVector3d(10, 20, 30));
+  Merge();
+  EXPECT_THAT(Coords(2), ElementsAre(1, 2, 3, 4));
+  EXPECT_THAT(Coords(3), ElementsAre(11, 22, 3));
+}
+
+TEST_F(QXStaticGeometryBuild, SingleCoordinateHasNoSecondOne) {
+  m_host.AddPass(L"a", {L"a.png"});
+  QXVertexDataPackage& mesh = MakeMesh({0, 0, 0, 0, 0, 0});
+  SetCoords(mesh, 0, {1, 2}, 1);
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {0, 1})});
+  Records(L"a")[0].m_matTextures[0].SetTrans(QXVector3d(10, 20, 30));
+  Merged().m_nTexDims[0] = 1;
+  Merge();
+  EXPECT_THAT(Coords(), ElementsAre(11, 12));
+}
+
+// Sub-objects.
+
+TEST_F(QXStaticGeometryBuild, SubObjectsLearnTheirRangesByThePositionOfTheKey) {
+  m_host.AddPass(L"a", {});
+  m_host.AddPass(L"b", {});
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"b", {0, 0, 0}), &MakeTriangles(L"a", {0})},
+      MakeSubObject(0.0, 1.0));
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"b", {0, 0}), &MakeTriangles(L"b", {0})},
+      MakeSubObject(0.0, 1.0));
+  Merge();
+  QXSubObjectInfo const& first = *Bucket().m_mapSubObjects.at(0);
+  EXPECT_EQ(first.m_mapPassSlots, (std::map<int, int>{{0, 0}, {1, 1}}));
+  EXPECT_THAT(Ints(first.m_arrOffsets), ElementsAre(0, 0));
+  EXPECT_THAT(Ints(first.m_arrCounts), ElementsAre(1, 3));
+  QXSubObjectInfo const& second = *Bucket().m_mapSubObjects.at(1);
+  EXPECT_EQ(second.m_mapPassSlots, (std::map<int, int>{{1, 0}}));
+  EXPECT_THAT(Ints(second.m_arrOffsets), ElementsAre(3));
+  EXPECT_THAT(Ints(second.m_arrCounts), ElementsAre(3));
+}
+
+TEST_F(QXStaticGeometryBuild, SlotOutsideTheArraysIsLeftAlone) {
+  m_host.AddPass(L"a", {});
+  for (int nSlot : {1, -1}) {
+    QXSubObjectInfo* const pSubObject = MakeSubObject(0.0, 1.0);
+    pSubObject->m_mapPassSlots[0] = nSlot;
+    pSubObject->m_arrOffsets.Add(5);
+    pSubObject->m_arrCounts.Add(6);
+    Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0})}, pSubObject);
+  }
+  Merge();
+  for (auto const& [start, pSubObject] : Bucket().m_mapSubObjects) {
+    EXPECT_THAT(Ints(pSubObject->m_arrOffsets), ElementsAre(5));
+    EXPECT_THAT(Ints(pSubObject->m_arrCounts), ElementsAre(6));
+  }
+}
+
+TEST_F(QXStaticGeometryBuild, SlotWithoutACountIsLeftAlone) {
+  m_host.AddPass(L"a", {});
+  QXSubObjectInfo* const pSubObject = MakeSubObject(0.0, 1.0);
+  pSubObject->m_mapPassSlots[0] = 0;
+  pSubObject->m_arrOffsets.Add(5);
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0})}, pSubObject);
+  Merge();
+  EXPECT_EQ(pSubObject->m_arrCounts.GetSize(), 0u);
+}
+
+// State.
+
+TEST_F(QXStaticGeometryBuild, GatheredMembersStay) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({0, 0, 0}), Moved(1.0), {&MakeTriangles(L"a", {0})});
+  Merge();
+  EXPECT_EQ(Bucket().m_vecPackages.size(), 1u);
+  EXPECT_EQ(Bucket().m_vecMatrices.size(), 1u);
+  EXPECT_EQ(Records(L"a").size(), 1u);
+  EXPECT_FALSE(m_geometry.m_BoundingSphere.valid());
+}
+
+TEST_F(QXStaticGeometryBuild, SecondMergeMakesVerticesAnewAndAppendsPackages) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({1, 2, 3}), Moved(10.0), {&MakeTriangles(L"a", {0, 0})}, MakeSubObject(0.0, 1.0));
+  Merge();
+  Merge(Moved(1.0));
+  EXPECT_THAT(Positions(), ElementsAre(10, 2, 3));
+  auto const& packages = Bucket().m_mapLevelIndices.at(0);
+  ASSERT_EQ(packages.size(), 2u);
+  EXPECT_THAT(Indices(*packages[0]), ElementsAre(0, 0));
+  EXPECT_THAT(Indices(*packages[1]), ElementsAre(0, 0));
+  EXPECT_THAT(Ints(Bucket().m_mapSubObjects.at(0)->m_arrCounts), ElementsAre(4));
+}
+
+TEST_F(QXStaticGeometryBuild, SecondMergeAfterMoreMeshesStaysWithinTheFirstSet) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({0, 0, 0, 0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0, 1})});
+  Merge();
+  Add(MakeMesh({7, 8, 9}), QXMatrix4d(), {&MakeTriangles(L"a", {0, 0, 0})});
+  Merge();
+  auto const& packages = Bucket().m_mapLevelIndices.at(0);
+  ASSERT_EQ(packages.size(), 2u);
+  EXPECT_THAT(Indices(*packages[0]), ElementsAre(0, 1));
+  EXPECT_THAT(Indices(*packages[1]), ElementsAre(0, 0, 0, 0, 0));
+  EXPECT_THAT(Positions(), ElementsAre(0, 0, 0, 0, 0, 0, 7, 8, 9));
+}
+
+TEST_F(QXStaticGeometryBuild, NullPackagesAreSkipped) {
+  m_host.AddPass(L"a", {});
+  Add(MakeMesh({1, 2, 3}), QXMatrix4d(), {&MakeTriangles(L"a", {0})});
+  m_geometry.m_vecBuckets16.push_back(nullptr);
+  auto* const pBare = new QXStaticGeometryBucket;
+  delete pBare->m_pVertexPackage;
+  pBare->m_pVertexPackage = nullptr;
+  m_geometry.m_vecBuckets16.push_back(pBare);
+  Merge();
+  EXPECT_THAT(Positions(), ElementsAre(1, 2, 3));
+  EXPECT_TRUE(pBare->m_mapLevelIndices.empty());
+}
+
+}  // namespace
+}  // namespace QXC
