@@ -113,7 +113,8 @@ inline constexpr char QX_OGRE_PASS_SHADER_END[] = R"glsl(
 /// before it as the normal, the one after it as the first set of coordinates; at an end the point itself. The corner
 /// moves sideways from the point, where two parts meet along the line that halves their angle, as far as that takes up
 /// to twice the half width. The direction on the screen is the derivative of the projection, which keeps its sign when
-/// the line passes the eye, as the difference of two projected points does not.
+/// the line passes the eye, as the difference of two projected points does not. A point behind the eye first moves along
+/// the line to where that comes into sight: the two sides of a line change places at the eye, and triangles do not.
 inline constexpr char QX_OGRE_LINE_SHADER[] = R"glsl(
 uniform mat4 worldViewProj;
 uniform vec4 viewport;
@@ -129,10 +130,18 @@ vec2 direction(vec4 from, vec4 to) {
   float size = max(abs(way.x), abs(way.y));
   return size > 0.0 ? normalize(way / size) : vec2(1.0, 0.0);
 }
+vec4 seen(vec4 point, vec4 next) {
+  float depth = point.z + point.w;
+  float other = next.z + next.w;
+  return depth < 0.0 && other > 0.0 ? mix(point, next, depth / (depth - other)) : point;
+}
 void main() {
   vec4 here = worldViewProj * vec4(vertex.xyz, 1.0);
-  vec2 inwards = direction(worldViewProj * vec4(normal, 1.0), here);
-  vec2 outwards = direction(here, worldViewProj * vec4(uv0.xyz, 1.0));
+  vec4 before = worldViewProj * vec4(normal, 1.0);
+  vec4 after = worldViewProj * vec4(uv0.xyz, 1.0);
+  here = seen(seen(here, after), before);
+  vec2 inwards = direction(before, here);
+  vec2 outwards = direction(here, after);
   if (normal == vertex.xyz) inwards = outwards;
   if (uv0.xyz == vertex.xyz) outwards = inwards;
   vec2 middle = inwards + outwards;
