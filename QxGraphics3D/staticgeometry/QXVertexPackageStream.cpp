@@ -204,6 +204,9 @@ private:
     SkipPadding();
     if (!m_stream.IsGood()) return false;
     m_package.m_nOptions = static_cast<unsigned int>(nOptions);
+    // Before the dimensions change: older arrays have other ones.
+    Drop(m_package.m_pVertices, m_package.m_nVertexNum);
+    Drop(m_package.m_pNormals, m_package.m_nNormalNum);
     UnpackDimensions(nDimensions, m_package);
     return true;
   }
@@ -213,13 +216,18 @@ private:
     if (m_bWide) m_stream >> nIgnored >> nIgnored;
   }
 
+  template <class T>
+  static void Drop(T*& pItems, unsigned int& nNum) {
+    delete[] pItems;
+    pItems = nullptr;
+    nNum = 0;
+  }
+
   /// The count of an array that replaces the one given, which is freed. A lost count reads as 0: the caller must not
   /// take that for an empty array.
   template <class T>
   unsigned int ReadCount(T*& pItems, unsigned int& nNum) {
-    delete[] pItems;
-    pItems = nullptr;
-    nNum = 0;
+    Drop(pItems, nNum);
     return ReadCount();
   }
   unsigned int ReadCount() {
@@ -294,9 +302,7 @@ private:
 
   bool ReadUnits() {
     for (unsigned int unit = 0; unit < UnitNum; ++unit) {
-      delete[] m_package.m_pTexCoords[unit];
-      m_package.m_pTexCoords[unit] = nullptr;
-      m_package.m_nTexCoordNums[unit] = 0;
+      Drop(m_package.m_pTexCoords[unit], m_package.m_nTexCoordNums[unit]);
       m_package.m_nTexCoordStrides[unit] = 0;
     }
     // A negative count is a great one.

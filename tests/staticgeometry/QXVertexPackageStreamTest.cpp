@@ -166,6 +166,18 @@ TEST(QXVertexPackageStream, LoadReplacesTheArraysOfTheLayoutAndKeepsTheOthers) {
   EXPECT_NE(package.m_pTangents, nullptr);
 }
 
+// Arrays of other dimensions would be read past their ends.
+TEST(QXVertexPackageStream, LoadThatFailsBehindTheDimensionsKeepsNoArrayOfOthers) {
+  QXVertexDataPackage package;
+  FillPackage(package);
+  QXExactStream stream(QXByteWriter().I32(7).U16(4).U16(1).Get());
+  EXPECT_EQ(LoadVertexPackage(package, stream, 0), 0);
+  EXPECT_EQ(package.m_nNormalDim, 4);
+  EXPECT_EQ(package.m_pVertices, nullptr);
+  EXPECT_EQ(package.m_pNormals, nullptr);
+  EXPECT_EQ(package.m_nNormalNum, 0U);
+}
+
 struct DimensionCase {
   unsigned short m_nVertexDim;
   unsigned short m_nNormalDim;
