@@ -82,3 +82,10 @@ void operator delete(void* pMemory, std::size_t /*nSize*/) noexcept {
 void operator delete[](void* pMemory, std::size_t /*nSize*/) noexcept {
   Free(pMemory);
 }
+// For constructors that throw.
+void operator delete(void* pMemory, std::nothrow_t const&) noexcept {
+  Free(pMemory);
+}
+void operator delete[](void* pMemory, std::nothrow_t const&) noexcept {
+  Free(pMemory);
+}
