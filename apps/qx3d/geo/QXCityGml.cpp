@@ -22,6 +22,9 @@ using QXC::QXVector3d;
 /// Real files nest some 20 deep; the parser keeps something for each level.
 constexpr int MaxDepth = 256;
 
+/// Bytes of the text of an element; as numbers they take four times as much memory.
+constexpr std::size_t MaxText = std::size_t{16} << 20;
+
 enum class Element {
   Other,
   Member,
@@ -97,7 +100,7 @@ private:
   }
   static void OnEnd(void* pReader, char const* szName) { static_cast<Reader*>(pReader)->End(szName); }
   static void OnText(void* pReader, char const* pText, int nLength) {
-    static_cast<Reader*>(pReader)->m_strText.append(pText, static_cast<std::size_t>(nLength));
+    static_cast<Reader*>(pReader)->AddText({pText, static_cast<std::size_t>(nLength)});
   }
   static void OnEntity(
       void* pReader, char const*, int, char const*, int, char const*, char const*, char const*, char const*) {
@@ -185,6 +188,14 @@ private:
     m_strText.clear();
     m_nTextDepth = m_nDepth;
     XML_SetCharacterDataHandler(m_pParser.get(), &Reader::OnText);
+  }
+
+  void AddText(std::string_view text) {
+    if (m_bStopped) return;
+    if (text.size() > MaxText - m_strText.size())
+      Stop("the text of an element has more than 16 MiB; cut the file into parts");
+    else
+      m_strText.append(text);
   }
 
   void End(char const* szName) {

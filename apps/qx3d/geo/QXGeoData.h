@@ -4,6 +4,7 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,8 @@ struct QXGeoFootprint {
 
 struct QXGeoData {
   std::vector<QXGeoPoint> m_vecPoints;
+  /// Of their texts, together.
+  std::size_t m_nTextBytes = 0;
   std::vector<QXGeoFootprint> m_vecFootprints;
 };
 
@@ -50,5 +53,7 @@ constexpr std::size_t MaxGeoPlaces = 1000000;
 constexpr std::size_t MaxGeoCorners = 10000000;
 /// Longest text of a point in bytes; a longer one is a description and no name.
 constexpr std::size_t MaxGeoText = 1000;
+/// Most bytes of all texts of a file: one feature gives its text to any number of points.
+constexpr std::size_t MaxGeoTextBytes = 100000000;
 
 }  // namespace QXApp

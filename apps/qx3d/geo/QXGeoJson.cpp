@@ -19,7 +19,18 @@ using QXC::QXVector3d;
 /// A MultiPolygon in a collection stands 8 deep; properties may bring some more.
 constexpr int MaxDepth = 64;
 
-/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none.
+/// Where the parser is.
+struct Place {
+  std::size_t const m_nMaxToken;
+  int m_nLine = 1;
+  /// Bytes since the last value or name.
+  std::size_t m_nToken = 0;
+
+  bool IsTooLong() const { return m_nToken > m_nMaxToken; }
+};
+
+/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none. A token that
+/// is too long is the end of the bytes.
 class LineIterator {
 public:
   using iterator_category = std::input_iterator_tag;
@@ -28,10 +39,11 @@ public:
   using pointer = char const*;
   using reference = char const&;
 
-  LineIterator(char const* p, int* pLine) : m_p(p), m_pLine(pLine) {}
+  LineIterator(char const* p, Place* pPlace) : m_p(p), m_pPlace(pPlace) {}
   reference operator*() const { return *m_p; }
   LineIterator& operator++() {
-    if (*m_p++ == '\n') ++*m_pLine;
+    if (*m_p++ == '\n') ++m_pPlace->m_nLine;
+    ++m_pPlace->m_nToken;
     return *this;
   }
   LineIterator operator++(int) {
@@ -39,12 +51,12 @@ public:
     ++*this;
     return before;
   }
-  bool operator==(LineIterator const& other) const { return m_p == other.m_p; }
-  bool operator!=(LineIterator const& other) const { return m_p != other.m_p; }
+  bool operator==(LineIterator const& other) const { return m_p == other.m_p || m_pPlace->IsTooLong(); }
+  bool operator!=(LineIterator const& other) const { return !(*this == other); }
 
 private:
   char const* m_p;
-  int* m_pLine;
+  Place* m_pPlace;
 };
 
 /// A member of an object, or null.
@@ -112,14 +124,18 @@ bool ReadNumber(Json const* pJson, double& dNumber) {
 /// Takes one feature after the other while the parser goes through the file.
 class Collector {
 public:
-  Collector(QXGeoNames const& names, QXSceneProblems& warnings) : m_Names(names), m_Warnings(warnings) {}
+  Collector(QXGeoNames const& names, QXSceneProblems& warnings, QXGeoJsonLimits const& limits)
+      : m_Names(names), m_Warnings(warnings), m_nMaxValues(limits.m_nValues), m_Place{limits.m_nValueBytes} {}
 
   /// What the parser calls. @return  whether the value is kept
   bool Take(int nDepth, Json::parse_event_t eEvent, Json& json) {
-    if (nDepth > MaxDepth) {
-      m_bDeep = true;
-      return false;
-    }
+    bool const bEnd = eEvent == Json::parse_event_t::object_end || eEvent == Json::parse_event_t::array_end;
+    m_Place.m_nToken = 0;
+    if (eEvent == Json::parse_event_t::object_start && nDepth == 2) m_nOutside = m_nValues;
+    if (!bEnd) m_nValues += GetWeight(json);
+    m_bDeep = m_bDeep || nDepth > MaxDepth;
+    m_bHuge = m_bHuge || m_nValues > m_nMaxValues;
+    if (m_bDeep || m_bHuge) return false;
     if (eEvent == Json::parse_event_t::key && nDepth == 1)
       m_bFeatures = json.get_ref<std::string const&>() == "features";
     if (eEvent != Json::parse_event_t::object_end) return true;
@@ -128,15 +144,22 @@ public:
     if (IsText(Find(json, "type"), "Feature")) TakeFeature(json);
     if (nDepth == 0 && IsText(Find(json, "type"), "FeatureCollection")) m_bCollection = true;
     // A taken feature is dropped: the file never stands in memory as a whole tree.
+    m_nValues = m_nOutside;
     return false;
   }
 
-  int* GetLine() { return &m_nLine; }
+  Place* GetPlace() { return &m_Place; }
   bool IsDeep() const { return m_bDeep; }
+  bool IsHuge() const { return m_bHuge || m_Place.IsTooLong(); }
   bool IsGeoJson() const { return m_bCollection || m_nFeatures > 0; }
   QXGeoData& GetData() { return m_Data; }
 
 private:
+  /// How many values one of them counts as: long texts as many.
+  static std::size_t GetWeight(Json const& json) {
+    return json.is_string() ? 1 + json.get_ref<std::string const&>().size() / 16 : 1;
+  }
+
   void TakeFeature(Json const& feature) {
     ++m_nFeatures;
     Json const* pGeometry = Find(feature, "geometry");
@@ -149,31 +172,39 @@ private:
     Json const& properties = pProperties == nullptr ? nothing : *pProperties;
     bool bGood = true;
     if (IsText(pType, "Point"))
-      bGood = TakePoint(coordinates, properties);
+      bGood = TakePoint(coordinates, MakePoint(properties));
     else if (IsText(pType, "MultiPoint"))
-      bGood = coordinates.is_array() && TakeAll(coordinates, properties, &Collector::TakePoint);
+      bGood = TakeAll(coordinates, &Collector::TakePoint, MakePoint(properties));
     else if (IsText(pType, "Polygon"))
       bGood = TakePolygon(coordinates, properties);
     else if (IsText(pType, "MultiPolygon"))
-      bGood = coordinates.is_array() && TakeAll(coordinates, properties, &Collector::TakePolygon);
+      bGood = TakeAll(coordinates, &Collector::TakePolygon, properties);
     if (!bGood)
-      m_Warnings.Add(m_nLine, "the coordinates of the feature that ends here are none of its type, or beyond 1e15, and "
+      m_Warnings.Add(m_Place.m_nLine, "the coordinates of the feature that ends here are none of its type, or beyond 1e15, and "
                               "are left out; correct them");
   }
 
-  bool TakeAll(Json const& coordinates, Json const& properties, bool (Collector::*pTake)(Json const&, Json const&)) {
-    bool bGood = true;
-    for (Json const& part : coordinates) bGood = (this->*pTake)(part, properties) && bGood;
+  template <class What>
+  bool TakeAll(Json const& coordinates, bool (Collector::*pTake)(Json const&, What const&), What const& what) {
+    bool bGood = coordinates.is_array();
+    if (!bGood) return false;
+    for (Json const& part : coordinates) bGood = (this->*pTake)(part, what) && bGood;
     return bGood;
   }
 
-  bool TakePoint(Json const& coordinates, Json const& properties) {
+  /// What the points of a feature have in common.
+  QXGeoPoint MakePoint(Json const& properties) const {
     QXGeoPoint point;
-    if (!ReadPosition(coordinates, point.m_vecPosition)) return false;
     point.m_strText = MakeText(Find(properties, m_Names.m_strLabel.c_str()));
     point.m_bAngle = !m_Names.m_strAngle.empty() &&
                      ReadNumber(Find(properties, m_Names.m_strAngle.c_str()), point.m_dAngle) &&
                      IsGeoCoordinate(point.m_dAngle);
+    return point;
+  }
+
+  bool TakePoint(Json const& coordinates, QXGeoPoint const& pattern) {
+    QXGeoPoint point = pattern;
+    if (!ReadPosition(coordinates, point.m_vecPosition)) return false;
     Warn(AddGeoPoint(std::move(point), m_Data));
     return true;
   }
@@ -197,16 +228,21 @@ private:
   }
 
   void Warn(std::string const& strText) {
-    if (!strText.empty()) m_Warnings.Add(m_nLine, strText);
+    if (!strText.empty()) m_Warnings.Add(m_Place.m_nLine, strText);
   }
 
   QXGeoNames const& m_Names;
   QXSceneProblems& m_Warnings;
   QXGeoData m_Data;
-  int m_nLine = 1;
+  std::size_t const m_nMaxValues;
+  Place m_Place;
   bool m_bFeatures = false;
   bool m_bCollection = false;
   bool m_bDeep = false;
+  bool m_bHuge = false;
+  /// Held by the tree, and of these those that no feature brought.
+  std::size_t m_nValues = 0;
+  std::size_t m_nOutside = 0;
   std::size_t m_nFeatures = 0;
   std::size_t m_nCorners = 0;
 };
@@ -222,10 +258,11 @@ std::string MakeReason(std::string const& strWhat) {
 }  // namespace
 
 QXGeoData ParseGeoJson(
-    std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems, QXSceneProblems& warnings) {
-  Collector collector(names, warnings);
-  LineIterator const begin(bytes.data(), collector.GetLine());
-  LineIterator const end(bytes.data() + bytes.size(), collector.GetLine());
+    std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems, QXSceneProblems& warnings,
+    QXGeoJsonLimits const& limits) {
+  Collector collector(names, warnings, limits);
+  LineIterator const begin(bytes.data(), collector.GetPlace());
+  LineIterator const end(bytes.data() + bytes.size(), collector.GetPlace());
   try {
     // The root is dropped as well.
     Json const nothing = Json::parse(begin, end, [&collector](int nDepth, Json::parse_event_t eEvent, Json& json) {
@@ -233,12 +270,17 @@ QXGeoData ParseGeoJson(
     });
     static_cast<void>(nothing);
   } catch (Json::exception const& exception) {
-    problems.Add(*collector.GetLine(), MakeGeoLabel(MakeReason(exception.what())) + "; get another copy of the file");
-    return QXGeoData();
+    // Bytes that were not looked at are none that lack.
+    if (!collector.IsHuge())
+      problems.Add(collector.GetPlace()->m_nLine,
+          MakeGeoLabel(MakeReason(exception.what())) + "; get another copy of the file");
   }
-  if (collector.IsDeep())
+  if (collector.IsHuge())
+    problems.Add(0, "a feature has more than " + std::to_string(limits.m_nValues) + " values, or one of them more than " +
+                        std::to_string(limits.m_nValueBytes) + " bytes; cut it into parts");
+  else if (problems.IsEmpty() && collector.IsDeep())
     problems.Add(0, "values stand more than 64 deep in each other; this is no map");
-  else if (!collector.IsGeoJson())
+  else if (problems.IsEmpty() && !collector.IsGeoJson())
     problems.Add(0, "the file holds no FeatureCollection and no Feature; export it as GeoJSON");
   if (!problems.IsEmpty()) return QXGeoData();
   return std::move(collector.GetData());

@@ -5,9 +5,19 @@
 #include <apps/qx3d/QXSceneText.h>
 #include <apps/qx3d/geo/QXGeoData.h>
 
+#include <cstddef>
 #include <string_view>
 
 namespace QXApp {
+
+/// What a feature may have, together with what stands outside of all features: a tree of values takes many times the
+/// memory that their bytes take in the file.
+struct QXGeoJsonLimits {
+  /// Values and names, up to a hundred bytes each; every 16 bytes of texts count for one more.
+  std::size_t m_nValues = 8000000;
+  /// From one of them to the next.
+  std::size_t m_nValueBytes = std::size_t{16} << 20;
+};
 
 /// Reads a FeatureCollection or a Feature. A Point or MultiPoint gives the text of its feature's property at each
 /// position; a Polygon or MultiPolygon gives footprints, with the numbers of the properties `height` and `storeys`.
@@ -15,8 +25,9 @@ namespace QXApp {
 ///
 /// @param problems  gets why the file cannot be read, with its line
 /// @param warnings  gets which features were left out, each with the line where it ends
-/// Cost: linear in the bytes; one feature at a time is held.
-QXGeoData ParseGeoJson(
-    std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems, QXSceneProblems& warnings);
+/// Cost: linear in the bytes. One feature at a time is held, which takes 800 MB at the worst; a file with a larger one
+///       than the limits is refused.
+QXGeoData ParseGeoJson(std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems,
+    QXSceneProblems& warnings, QXGeoJsonLimits const& limits = {});
 
 }  // namespace QXApp

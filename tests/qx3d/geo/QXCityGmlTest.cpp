@@ -265,6 +265,15 @@ TEST(QXCityGml, CutAnywhereItIsToldAndNothingIsLeft) {
   EXPECT_THAT(Parse(strText).m_vecProblems, IsEmpty());
 }
 
+TEST(QXCityGml, ATextOfMoreThan16MiBIsRefused) {
+  std::string strNumbers = "0 0 4 0 4 4 0 0";
+  strNumbers.resize(std::size_t{16} << 20, ' ');
+  EXPECT_EQ(Parse(City(Building(Ground(Polygon(Ring("exterior", strNumbers)))))).m_Data.m_vecFootprints.size(), 1u);
+  QXParsedGeo const parsed = Parse(City("\n" + Building(Ground(Polygon(Ring("exterior", strNumbers + " "))))));
+  EXPECT_THAT(parsed.m_vecProblems, ElementsAre(HasSubstr("a.gml:4: the text of an element has more than 16 MiB")));
+  EXPECT_THAT(parsed.m_Data.m_vecFootprints, IsEmpty());
+}
+
 TEST(QXCityGml, AHugeTokenIsLookedAtOnce) {
   std::string const strText = "<a b=\"" + std::string(std::size_t{32} << 20, 'x') + "\"";
   auto const start = std::chrono::steady_clock::now();

@@ -13,8 +13,14 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-QXParsedGeo Parse(std::string const& strText, QXGeoNames const& names = {"name", "turn"}) {
-  return ParseGeo(ParseGeoJson, "a.geojson", strText, names);
+QXParsedGeo ParseLimited(std::string const& strText, QXGeoJsonLimits const& limits) {
+  auto const parse = [&](std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems,
+                         QXSceneProblems& warnings) { return ParseGeoJson(bytes, names, problems, warnings, limits); };
+  return ParseGeo(parse, "a.geojson", strText, {"name", "turn"});
+}
+
+QXParsedGeo Parse(std::string const& strText) {
+  return ParseLimited(strText, {});
 }
 
 std::string Feature(std::string const& strType, std::string const& strCoordinates, std::string const& strProperties) {
@@ -107,6 +113,70 @@ TEST(QXGeoJson, DeepNestingIsRefusedAndCostsNoStack) {
   std::string const strDeep = std::string(1000000, '[') + std::string(1000000, ']');
   EXPECT_THAT(Parse("{\"a\":" + strDeep + "}").m_vecProblems, ElementsAre(HasSubstr("64 deep")));
   EXPECT_EQ(Parse(std::string(1000000, '[')).m_vecProblems.size(), 1u);
+}
+
+/// A member with an array of that many numbers.
+std::string Numbers(std::size_t nCount) {
+  std::string strNumbers = "\"x\":[0";
+  for (std::size_t i = 1; i < nCount; ++i) strNumbers += ",0";
+  return strNumbers + "]";
+}
+
+/// A point with a member more: 15 values and names, and those of the member.
+std::string NamedPoint(std::string const& strMember) {
+  return Feature("Point", "[1,2]", R"({"name":"a",)" + strMember + "}");
+}
+
+TEST(QXGeoJson, AFeatureOfManyValuesIsRefused) {
+  EXPECT_EQ(QXGeoJsonLimits().m_nValues, 8000000u);
+  // Each has 17 besides, and the collection 6 around them: its object, two names, an array, and a text that counts for 2.
+  std::string const strMost = NamedPoint(Numbers(1000));
+  std::string const strText = Collection(strMost + "," + strMost);
+  std::size_t nLimit = 1000;
+  while (nLimit < 1030 && ParseLimited(strText, {nLimit, 1000}).m_Data.m_vecPoints.empty()) ++nLimit;
+  EXPECT_EQ(nLimit, 1023u) << "each alone";
+  EXPECT_EQ(ParseLimited(strText, {nLimit, 1000}).m_Data.m_vecPoints.size(), 2u);
+  QXParsedGeo const parsed =
+      ParseLimited(Collection(NamedPoint(R"("y":1)") + "," + NamedPoint(Numbers(1001))), {nLimit, 1000});
+  EXPECT_THAT(parsed.m_vecProblems, ElementsAre("a.geojson: a feature has more than 1023 values, or one of them more "
+                                                "than 1000 bytes; cut it into parts"));
+  EXPECT_THAT(parsed.m_Data.m_vecPoints, IsEmpty()) << "nothing of the file is shown";
+}
+
+TEST(QXGeoJson, WhatStandsOutsideOfTheFeaturesCountsWithEachOfThem) {
+  std::string const strPoint = NamedPoint(Numbers(500));
+  std::string const strText = "{" + Numbers(500) + R"(,"type":"FeatureCollection","features":[)" + strPoint + "]}";
+  EXPECT_EQ(ParseLimited(strText, {1030, 1000}).m_Data.m_vecPoints.size(), 1u);
+  EXPECT_THAT(ParseLimited(strText, {1000, 1000}).m_vecProblems, ElementsAre(HasSubstr("more than 1000 values")));
+}
+
+TEST(QXGeoJson, LongTextsAndNamesCountForManyValues) {
+  std::string const strLong(1600, 'x');
+  for (std::string const& strMember : {"\"y\":\"" + strLong + "\"", "\"" + strLong + "\":0"}) {
+    std::string const strText = Collection(NamedPoint(strMember + ",\"z\":0"));
+    EXPECT_EQ(ParseLimited(strText, {140, 2000}).m_Data.m_vecPoints.size(), 1u);
+    EXPECT_THAT(ParseLimited(strText, {100, 2000}).m_vecProblems, ElementsAre(HasSubstr("more than 100 values")));
+  }
+}
+
+TEST(QXGeoJson, AValueOfManyBytesIsRefused) {
+  EXPECT_EQ(QXGeoJsonLimits().m_nValueBytes, 16777216u);
+  auto const text = [](std::size_t nSize) { return NamedPoint("\"x\":\"" + std::string(nSize, 'x') + "\""); };
+  EXPECT_EQ(ParseLimited(text(990), {1000, 1000}).m_Data.m_vecPoints.size(), 1u);
+  EXPECT_THAT(ParseLimited(text(1001), {1000, 1000}).m_vecProblems, ElementsAre(HasSubstr("more than 1000 bytes")));
+  EXPECT_THAT(ParseLimited(Collection(std::string(1001, '1')), {1000, 1000}).m_vecProblems,
+      ElementsAre(HasSubstr("more than 1000 bytes")));
+  // Whole files of text are cut off where they pass the limit.
+  EXPECT_THAT(Parse("\"" + std::string(20u << 20, 'x')).m_vecProblems, ElementsAre(HasSubstr("more than 16777216 bytes")));
+}
+
+TEST(QXGeoJson, TheTextsOfAllPointsTakeAtMostAHundredMegabytes) {
+  std::string strPositions = "[1,2]";
+  for (int i = 1; i < 100001; ++i) strPositions += ",[1,2]";
+  QXParsedGeo const parsed = Parse(
+      Collection(Feature("MultiPoint", "[" + strPositions + "]", "{\"name\":\"" + std::string(1000, 'x') + "\"}")));
+  EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 100000u);
+  EXPECT_THAT(parsed.m_vecWarnings, ElementsAre(HasSubstr("more than 100 MB together")));
 }
 
 TEST(QXGeoJson, CutAnywhereItIsToldAndNothingIsLeft) {
