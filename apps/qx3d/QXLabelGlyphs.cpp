@@ -23,6 +23,9 @@ using QXC::QXTrueType;
 /// Edge of a page of the glyph atlas.
 constexpr int PageEdge = 1024;
 
+/// Characters whose pictures are drawn before those that found no place are given up.
+constexpr std::size_t AskedAtOnce = 64;
+
 /// Last character that the atlas has keys for.
 constexpr wchar_t LastCharacter = 0xFFFF;
 
@@ -116,13 +119,25 @@ void QXLabelGlyphs::NoteTiles(QXC::QXTextureFontManager& manager, StyleKey const
 }
 
 void QXLabelGlyphs::Hold(QXC::QXTextureFontManager& manager, StyleKey const& key, Style& style, Losses& losses) {
-  QXC::QXTextStyle const textStyle = key.MakeStyle();
-  std::wstring strAll;
-  for (auto const& [character, nLine] : style.m_mapCharacters) strAll += character;
-  QXTextLayout& held = m_vecHeld.emplace_back(manager);
-  held.SetText(strAll.c_str(), textStyle, key.m_bHalo ? 1 : 0);
-  QXTextLayout probe(manager);
+  std::size_t nAsked = 0;
+  std::wstring strSome;
   for (auto const& [character, nLine] : style.m_mapCharacters) {
+    strSome += character;
+    if (++nAsked < style.m_mapCharacters.size() && strSome.size() < AskedAtOnce) continue;
+    HoldSome(manager, key, strSome, style, losses);
+    strSome.clear();
+  }
+}
+
+void QXLabelGlyphs::HoldSome(QXC::QXTextureFontManager& manager, StyleKey const& key, std::wstring const& strSome,
+    Style& style, Losses& losses) {
+  QXC::QXTextStyle const textStyle = key.MakeStyle();
+  QXTextLayout& held = m_vecHeld.emplace_back(manager);
+  held.SetText(strSome.c_str(), textStyle, key.m_bHalo ? 1 : 0);
+  QXTextLayout probe(manager);
+  bool bFull = false;
+  for (wchar_t const character : strSome) {
+    int const nLine = style.m_mapCharacters.at(character);
     probe.SetText(std::wstring(1, character).c_str(), textStyle, 0);
     if (!probe.GetGlyphs().empty()) NoteTiles(manager, key, character);
     if (probe.GetSkippedCount() + probe.GetWideCount() == 0) continue;
@@ -131,7 +146,11 @@ void QXLabelGlyphs::Hold(QXC::QXTextureFontManager& manager, StyleKey const& key
     QXC::QXFontKey const glyph = QXTextLayout::MakeKey(static_cast<unsigned int>(character), textStyle, 0);
     bool const bDrawn = !bWide && manager.GetCharBitmapData(glyph, textStyle) != nullptr;
     Merge(bWide ? losses.m_mapWide : (bDrawn ? losses.m_mapWithoutPlace : losses.m_mapUnknown), character, nLine);
+    bFull = bFull || bDrawn;
   }
+  // The manager keeps the pictures even of what has no place, until an upload: tens of thousands of large ones would take
+  // gigabytes.
+  if (bFull) manager.AddCharBitmapToTexture();
 }
 
 void QXLabelGlyphs::Take(

@@ -75,10 +75,12 @@ private:
 
   void Collect(std::vector<QXSceneLabel> const& vecLabels, QXSceneProblems& problems);
   void Hold(QXC::QXTextureFontManager& manager, StyleKey const& key, Style& style, Losses& losses);
+  void HoldSome(QXC::QXTextureFontManager& manager, StyleKey const& key, std::wstring const& strSome, Style& style,
+      Losses& losses);
   void NoteTiles(QXC::QXTextureFontManager& manager, StyleKey const& key, wchar_t character);
 
   std::map<StyleKey, Style> m_mapStyles;
-  /// One of each style, with each character once.
+  /// Some of each style, with each of its characters once.
   std::vector<QXC::QXTextLayout> m_vecHeld;
   /// What stands in each place of the atlas, by QXFontTextureKey::m_nKey.
   std::map<std::uint32_t, std::string> m_mapTiles;

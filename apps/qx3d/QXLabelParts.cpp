@@ -99,6 +99,7 @@ void QXLabelParts::Add(QXSceneLabel const& label, QXC::QXTextLayout const& layou
   key.m_bFacing = label.m_eFacing == QXLabelFacing::Camera;
   key.m_nCellX = static_cast<int>(std::round((label.m_vecPosition.x - m_vecOrigin.x) / m_dCellSize));
   key.m_nCellY = static_cast<int>(std::round((label.m_vecPosition.y - m_vecOrigin.y) / m_dCellSize));
+  m_nQuads += layout.GetGlyphs().size();
   for (QXC::QXTextGlyph const& glyph : layout.GetGlyphs()) {
     key.m_bLetters = glyph.m_bHalo == 0;
     key.m_nPage = glyph.m_nPage;

@@ -7,6 +7,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 
+#include <cstddef>
 #include <map>
 
 namespace QXC {
@@ -54,12 +55,16 @@ public:
   /// @param layout  of the label's text in its size, with borders if it has a halo
   void Add(QXSceneLabel const& label, QXC::QXTextLayout const& layout);
 
+  /// Of all labels, borders counted for themselves. Each costs some 400 bytes until the device has it.
+  std::size_t GetQuadCount() const { return m_nQuads; }
+
   std::map<QXLabelPartKey, Part>& GetParts() { return m_mapParts; }
 
 private:
   QXC::QXVector3d m_vecOrigin;
   double m_dCellSize;
   std::map<QXLabelPartKey, Part> m_mapParts;
+  std::size_t m_nQuads = 0;
 };
 
 }  // namespace QXApp

@@ -105,6 +105,12 @@ void QXLabelSet::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScen
   for (QXSceneLabel const& label : vecLabels) {
     m_Glyphs.LayOut(label, layout);
     if (layout.GetGlyphs().empty()) continue;
+    if (parts.GetQuadCount() + layout.GetGlyphs().size() > m_nMaxLetters) {
+      problems.Add(label.m_nLine, "the labels have more than " + std::to_string(m_nMaxLetters) +
+                                      " letters, with each border counted as one more, and this label and all further "
+                                      "ones are left out; shorten their texts, or make two scenes of it");
+      break;
+    }
     parts.Add(label, layout);
     ++m_nCount;
   }

@@ -5,6 +5,7 @@
 #include <apps/qx3d/QXLabelGlyphs.h>
 #include <apps/qx3d/QXLabelParts.h>
 
+#include <cstddef>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,10 +18,14 @@ class QXTexture;
 
 namespace QXApp {
 
+/// Most letters of all labels, the borders of halos counted for themselves: what becomes of them takes a gigabyte until
+/// the device has it.
+constexpr std::size_t MaxLabelLetters = 2000000;
+
 /// Labels as few drawables that show parts of the library's glyph atlas. On the rendering thread.
 class QXLabelSet {
 public:
-  QXLabelSet() = default;
+  explicit QXLabelSet(std::size_t nMaxLetters = MaxLabelLetters) : m_nMaxLetters(nMaxLetters) {}
   QXLabelSet(QXLabelSet const&) = delete;
   QXLabelSet& operator=(QXLabelSet const&) = delete;
 
@@ -46,6 +51,7 @@ private:
   bool AddPart(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXLabelPartKey const& key,
       QXLabelParts::Part& part, QXC::QXTexture& texture);
 
+  std::size_t const m_nMaxLetters;
   QXLabelGlyphs m_Glyphs;
   std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;
   /// Names of the pages that are on the device.

@@ -65,6 +65,7 @@ protected:
     QXLabelParts parts(vecOrigin, bounds);
     for (QXSceneLabel const& label : m_vecLabels) {
       QXC::QXTextStyle style;
+      style.SetFaceName(QXC::QdcUnicodeString::FromUTF8(label.m_strFont.c_str()));
       style.SetSize(label.GetSize());
       m_Layout.SetText(QXC::QdcUnicodeString::FromUTF8(label.m_strText.c_str()), style, label.m_bHalo ? 1 : 0);
       parts.Add(label, m_Layout);
@@ -136,10 +137,32 @@ TEST_F(QXLabelPartsTest, AnyOfNinePointsStandsOnThePosition) {
 
 TEST_F(QXLabelPartsTest, LettersStayOnWholePixels) {
   // An A of 16 pixels an em moves the pen by 3.
-  Add("A").m_nSize = 12;
-  std::vector<Drawn> const vecDrawn = Draw();
-  for (unsigned int i = 0; i < 4; ++i)
-    for (double const d : vecDrawn.at(0).GetPair(i, 1)) EXPECT_EQ(d, std::floor(d));
+  for (int const nSize : {12, 13, 14, 15}) {
+    m_vecLabels.clear();
+    QXSceneLabel& label = Add("A");
+    label.m_nSize = nSize;
+    label.m_nAlignY = 0;
+    std::vector<Drawn> const vecDrawn = Draw();
+    for (unsigned int i = 0; i < 4; ++i)
+      for (double const d : vecDrawn.at(0).GetPair(i, 1)) EXPECT_EQ(d, std::floor(d)) << nSize;
+  }
+}
+
+TEST_F(QXLabelPartsTest, InkBelowTheBaselineIsPartOfTheHeight) {
+  // In thousandths of an em: 10 pixels wide, from 20 below the baseline to 50 above it.
+  QXC::QXFontMaker font = QXC::SimpleFont(u"Deep");
+  font.m_arrCorners = {{50, -200}, {50, 500}, {150, 500}, {150, -200}};
+  WriteFont("deep.ttf", font);
+  int const nLowerEdges[3] = {0, -35, -70};
+  for (int nY = -1; nY <= 1; ++nY) {
+    m_vecLabels.clear();
+    QXSceneLabel& label = Add("A");
+    label.m_strFont = "Deep";
+    label.m_nAlignY = nY;
+    // Without the margin.
+    EXPECT_EQ(Draw().at(0).GetPair(0, 1)[1] + 1, nLowerEdges[nY + 1]) << nY;
+    EXPECT_EQ(Draw().at(0).GetPair(2, 1)[1] - 1, nLowerEdges[nY + 1] + 70) << nY;
+  }
 }
 
 TEST_F(QXLabelPartsTest, OffsetTurnsWithTheTextAboutThePosition) {
@@ -152,6 +175,10 @@ TEST_F(QXLabelPartsTest, OffsetTurnsWithTheTextAboutThePosition) {
   EXPECT_EQ(Draw().at(0).GetPair(0, 1), (Pair{-3.0, 7.0}));
   m_vecLabels[0].m_dRotation = -90.0;
   EXPECT_EQ(Draw().at(0).GetPair(0, 1), (Pair{3.0, -7.0}));
+  // What is nothing stays nothing: the cosine of a quarter is not quite 0 as computed.
+  m_vecLabels[0].m_dOffset[1] = 1.0;
+  EXPECT_EQ(Draw().at(0).GetPair(0, 1)[0], 0.0);
+  m_vecLabels[0].m_dOffset[1] = 4.0;
   m_vecLabels[0].m_dRotation = 30.0;
   Pair const arrTurned = Draw().at(0).GetPair(0, 1);
   EXPECT_NEAR(arrTurned[0], 7.0 * std::sqrt(0.75) - 1.5, 1e-5);

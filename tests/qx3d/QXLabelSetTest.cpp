@@ -7,6 +7,10 @@
 
 #include <gmock/gmock.h>
 
+#include <malloc.h>
+
+#include <cstdint>
+
 namespace QXApp {
 namespace {
 
@@ -163,6 +167,57 @@ TEST_F(QXLabelSetTest, GlyphsTooLargeForAPageAreTold) {
   label.m_nSize = 1200;
   EXPECT_THAT(Show(), ElementsAre(HasSubstr("the glyph atlas has no place for these characters, which are left out: "
                                             "U+0041; use fewer fonts and sizes, or smaller ones")));
+}
+
+TEST_F(QXLabelSetTest, LabelsBeyondTheMostLettersAreLeftOutAndToldOnce) {
+  QXLabelSet labels(9);
+  Add("ABA").m_bHalo = true;
+  Add("ABB");
+  Add("A");
+  Add("B");
+  QXSceneProblems problems("a.qxscene");
+  labels.Show(m_Graphics3D, L"Scene3D", m_vecLabels, QXVector3d(0.0, 0.0, 0.0), m_Bounds, problems);
+  EXPECT_THAT(problems.GetLines(), ElementsAre("a.qxscene:30: the labels have more than 9 letters, with each border "
+                                               "counted as one more, and this label and all further ones are left out; "
+                                               "shorten their texts, or make two scenes of it"));
+  EXPECT_EQ(labels.GetCount(), 2u);
+  EXPECT_EQ(GetDrawables().size(), 2u);
+  labels.GiveBack(m_Graphics3D);
+  static_assert(MaxLabelLetters == 2000000);
+}
+
+/// Bytes of memory that are in use; 0 where the sanitizers count them.
+std::size_t CountBytesInUse() {
+  auto const info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+TEST_F(QXLabelSetTest, PicturesOfLettersWithoutAPlaceAreNotKept) {
+  // Boxes of 280 pixels by 40, 80, and so on to 6000: 250 MB of pictures.
+  QXC::QXFontMaker font = QXC::SimpleFont(u"Many");
+  font.m_nGlyphs = 151;
+  font.m_arrCharmaps = {{3, 1, {}}};
+  std::string strText;
+  for (std::uint32_t c = 0x100; c < 0x100 + 150; ++c) {
+    font.m_arrCharmaps[0].m_arrCharacters.push_back(c);
+    strText += static_cast<char>(0xC0 | c >> 6);
+    strText += static_cast<char>(0x80 | (c & 0x3F));
+  }
+  WriteFont("many.ttf", font);
+  QXSceneLabel& label = Add(strText);
+  label.m_strFont = "Many";
+  label.m_nSize = 300;
+  QXSceneProblems problems("a.qxscene");
+  QXC::QXTextureFontManager manager;
+  manager.SetTextureManager(m_Graphics3D.GetTextureManager());
+  QXLabelGlyphs glyphs;
+  std::size_t const nBefore = CountBytesInUse();
+  glyphs.Take(manager, m_vecLabels, problems);
+  EXPECT_LT(CountBytesInUse(), nBefore + (std::size_t{150} << 20)) << "most of it the textures of those that fit";
+  EXPECT_EQ(glyphs.GetCount(), 25u);
+  EXPECT_THAT(problems.GetLines(), ElementsAre(HasSubstr("U+0119, U+011A, U+011B, U+011C, U+011D and 120 more")));
+  glyphs.GiveBack();
+  manager.Clear();
 }
 
 TEST_F(QXLabelSetTest, SecondSceneIsShownLikeTheFirst) {
