@@ -164,6 +164,10 @@ TEST_F(QXOgreLabeling, ALabelReachesIntoThePictureFromBeyondItsEdge) {
   p->SetModelMatrix(mat);
   Frame();
   EXPECT_EQ(m_pGraphics3D->GetDrawOperationCount(), 0U) << "out of reach";
+  // 5 below the lower edge: 9 rows of the 14 are seen.
+  mat.SetTrans({1.0 + 5.0 / 32.0, -1.0 - 5.0 / 32.0, 0.0});
+  p->SetModelMatrix(mat);
+  EXPECT_EQ(Words(Ink(Frame())), "33 55 41 64");
 }
 
 TEST_F(QXOgreLabeling, EachViewportHasItsOwnPixels) {

@@ -1,5 +1,6 @@
 // Texts that are drawn once, over the picture.
 #include <limits>
+#include <numbers>
 
 #include <tests/ogre/QXOgreLabeling.h>
 
@@ -88,9 +89,9 @@ TEST_F(QXOgreTextOut, TheyAreDrawnOnceOnly) {
 
 TEST_F(QXOgreTextOut, TheFontCountsFromTheNextTextOn) {
   m_pGraphics3D->TextOut2DText(BoxText(1), 4.0, 40.0, RED_WORD);
-  // 8.6 pixels are 6.45 points, so 6 of them, which are 8 pixels.
-  m_pGraphics3D->SetRenderFont(L"Letters", 8.6);
-  m_pGraphics3D->SetRenderFont(L"Boxes", 8.6);
+  // 7.4 pixels are 5.55 points, so 6 of them, which are 8 pixels.
+  m_pGraphics3D->SetRenderFont(L"Letters", 7.4);
+  m_pGraphics3D->SetRenderFont(L"Boxes", 7.4);
   m_pGraphics3D->TextOut2DText(BoxText(10), 4.0, 10.0, GREEN_WORD);
   QXPicture const picture = FrameWithTexts();
   EXPECT_EQ(picture.At(5, 10), RED_PIXEL);
@@ -104,14 +105,26 @@ TEST_F(QXOgreTextOut, TheFontCountsFromTheNextTextOn) {
 TEST_F(QXOgreTextOut, ThePictureIsThatOfTheViewportThatWasDrawnLast) {
   QXRenderTarget* const pWide = MakeTarget(L"wide", 128, 64);
   AddViewport(*pWide, *m_pCamera, 0, 0.0, 0.0, 0.5, 1.0);
-  AddViewport(*pWide, *m_pCamera, 1, 0.5, 0.0, 0.5, 0.5);
+  AddViewport(*pWide, *m_pCamera, 1, 0.5, 0.5, 0.5, 0.5);
   m_pGraphics3D->TextOut3DText(BoxText(4), 0.0, 0.0, 0.0, RED_WORD);
-  m_pGraphics3D->TextOut2DText(BoxText(2), 70.0, 5.0, GREEN_WORD);
-  m_pGraphics3D->TextOut2DText(BoxText(2), 4.0, 5.0, GREEN_WORD);
+  m_pGraphics3D->TextOut2DText(BoxText(2), 70.0, 37.0, GREEN_WORD);
+  m_pGraphics3D->TextOut2DText(BoxText(2), 14.0, 37.0, GREEN_WORD);
+  m_pGraphics3D->TextOut2DText(BoxText(2), 110.0, 5.0, GREEN_WORD);
   QXPicture const picture = FrameWithTexts(pWide);
-  EXPECT_EQ(picture.At(97, 34), RED_PIXEL) << "the middle of the second viewport";
-  EXPECT_EQ(picture.At(71, 58), GREEN_PIXEL) << "positions count from the window's corner, not the viewport's";
-  EXPECT_EQ(picture.At(5, 58), BACKGROUND_PIXEL) << "outside of the viewport";
+  EXPECT_EQ(picture.At(97, 2), RED_PIXEL) << "the middle of the second viewport";
+  EXPECT_EQ(picture.At(71, 26), GREEN_PIXEL) << "positions count from the window's corner, not the viewport's";
+  EXPECT_EQ(picture.At(15, 26), BACKGROUND_PIXEL) << "outside of the viewport";
+  EXPECT_EQ(picture.At(79, 26), BACKGROUND_PIXEL) << "the same from its left edge";
+  EXPECT_EQ(picture.At(111, 26), BACKGROUND_PIXEL) << "and from its lower one";
+}
+
+TEST_F(QXOgreTextOut, WorldTextsRiseWithTheHeights) {
+  m_pCamera->SetProjectionType(PROJECTION_PERSPECTIVE);
+  m_pCamera->SetProjectionMatrix(QXMathEngine::ComputePerspectiveMatrix(std::numbers::pi / 2.0, 1.0, 0.1, 1000.0));
+  m_pTarget->SetVerticalExaggeration(2.0);
+  // 4 below the eye, not 7: 32 x 1 / 4 pixels from the middle.
+  m_pGraphics3D->TextOut3DText(BoxText(4), 1.0, 0.0, 3.0, RED_WORD);
+  EXPECT_EQ(Words(Ink(FrameWithTexts())), "41 18 49 32");
 }
 
 TEST_F(QXOgreTextOut, FarFromTheOriginWorldTextsStandInTheirPlace) {

@@ -143,6 +143,24 @@ TEST_F(QXTextLayouts, GlyphsThatFitNoPageAreSkippedBeforeTheAtlasOpensOne) {
   EXPECT_EQ(m_Textures.GetCount(), 0U);
 }
 
+TEST_F(QXTextLayouts, AGlyphAsLargeAsAPageIsSkippedAndAnySmallerOneIsNot) {
+  QXTextLayout layout(m_Manager);
+  struct {
+    int nWidth;
+    int nHeight;
+    unsigned char bFits;
+  } const cases[] = {{1023, 1023, 1}, {1024, 20, 0}, {20, 1024, 0}};
+  double dSize = 10.0;
+  for (auto const& [nWidth, nHeight, bFits] : cases) {
+    QXTextStyle const style = Style(L"sample", dSize++);
+    Shape(m_Manager, QXTextLayout::MakeKey(L' ', style, 0), nWidth, nHeight);
+    EXPECT_EQ(layout.SetText(L" ", style, 0), bFits) << nWidth << ' ' << nHeight;
+    EXPECT_EQ(layout.GetSkippedCount(), bFits ? 0 : 1) << nWidth << ' ' << nHeight;
+  }
+  // The atlas would open another one for what it cannot place.
+  EXPECT_FALSE(HasPage(1));
+}
+
 TEST_F(QXTextLayouts, WithoutTexturesEverythingIsSkipped) {
   m_Manager.SetTextureManager(nullptr);
   QXTextLayout layout(m_Manager);
@@ -162,6 +180,9 @@ TEST_F(QXTextLayouts, SizesThatNobodyCanSeeOrKeyAreRefused) {
     EXPECT_EQ(layout.GetSkippedCount(), 0) << dSize;
   }
   EXPECT_EQ(layout.SetText(Boxes({3}), Style(L"boxes", 1.0), 0), 1);
+  // The largest of all is asked for, and has no place on a page.
+  EXPECT_EQ(layout.SetText(Boxes({3}), Style(L"boxes", 4095.9), 0), 0);
+  EXPECT_EQ(layout.GetSkippedCount(), 1);
   QXTextStyle scaled = Style(L"boxes", 30000);
   scaled.SetText3DScale(0.0005);
   EXPECT_EQ(layout.SetText(Boxes({3}), scaled, 0), 1);
@@ -187,6 +208,13 @@ TEST_F(QXTextLayouts, BoldGlyphsTakeOnePixelMore) {
   EXPECT_EQ(layout.GetWidth(), 14);
   EXPECT_EQ(layout.GetAscent(), 15);
   EXPECT_EQ(layout.GetDescent(), 0) << "they stand on the same line";
+  // A blank has nothing that could become thicker.
+  QXTextStyle style = Style(L"sample", 15);
+  layout.SetText(L" ", style, 0);
+  int const nBlank = layout.GetWidth();
+  style.SetBold(1);
+  layout.SetText(L" ", style, 0);
+  EXPECT_EQ(layout.GetWidth(), nBlank);
 }
 
 TEST_F(QXTextLayouts, AscentAndDescentAreThoseOfTheInk) {
@@ -241,6 +269,20 @@ TEST_F(QXTextLayouts, AMovedLineTakesItsGlyphsAlong) {
   second.Clear();  // NOLINT(bugprone-use-after-move)
   EXPECT_EQ(GetUsers(key, BoxStyle()), 1);
   EXPECT_EQ(second.SetText(Boxes({1}), BoxStyle(), 0), 1) << "what was moved from can be used again";
+}
+
+TEST_F(QXTextLayouts, AMovedLineTakesItsMeasuresAlong) {
+  QXTextLayout first(m_Manager);
+  first.SetText(L"lg\xE123\xE124\x10FFFF", Style(L"sample", 48), 0);
+  int const nAscent = first.GetAscent();
+  int const nDescent = first.GetDescent();
+  EXPECT_GT(nAscent, nDescent);
+  EXPECT_GT(nDescent, 0);
+  QXTextLayout const second(std::move(first));
+  EXPECT_EQ(second.GetAscent(), nAscent);
+  EXPECT_EQ(second.GetDescent(), nDescent);
+  EXPECT_EQ(second.GetSkippedCount(), 2);
+  EXPECT_EQ(second.GetWideCount(), 1);
 }
 
 TEST_F(QXTextLayouts, AKeyTellsSizesStylesHalosAndFacesApart) {
