@@ -180,8 +180,9 @@ private:
     else if (IsText(pType, "MultiPolygon"))
       bGood = TakeAll(coordinates, &Collector::TakePolygon, properties);
     if (!bGood)
-      m_Warnings.Add(m_Place.m_nLine, "the coordinates of the feature that ends here are none of its type, or beyond 1e15, and "
-                              "are left out; correct them");
+      m_Warnings.Add(m_Place.m_nLine,
+          "the coordinates of the feature that ends here are none of its type, or beyond 1e15, and "
+          "are left out; correct them");
   }
 
   template <class What>
@@ -257,9 +258,8 @@ std::string MakeReason(std::string const& strWhat) {
 
 }  // namespace
 
-QXGeoData ParseGeoJson(
-    std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems, QXSceneProblems& warnings,
-    QXGeoJsonLimits const& limits) {
+QXGeoData ParseGeoJson(std::string_view bytes, QXGeoNames const& names, QXSceneProblems& problems,
+    QXSceneProblems& warnings, QXGeoJsonLimits const& limits) {
   Collector collector(names, warnings, limits);
   LineIterator const begin(bytes.data(), collector.GetPlace());
   LineIterator const end(bytes.data() + bytes.size(), collector.GetPlace());
@@ -272,12 +272,13 @@ QXGeoData ParseGeoJson(
   } catch (Json::exception const& exception) {
     // Bytes that were not looked at are none that lack.
     if (!collector.IsHuge())
-      problems.Add(collector.GetPlace()->m_nLine,
-          MakeGeoLabel(MakeReason(exception.what())) + "; get another copy of the file");
+      problems.Add(
+          collector.GetPlace()->m_nLine, MakeGeoLabel(MakeReason(exception.what())) + "; get another copy of the file");
   }
   if (collector.IsHuge())
-    problems.Add(0, "a feature has more than " + std::to_string(limits.m_nValues) + " values, or one of them more than " +
-                        std::to_string(limits.m_nValueBytes) + " bytes; cut it into parts");
+    problems.Add(0, "a feature has more than " + std::to_string(limits.m_nValues) +
+                        " values, or one of them more than " + std::to_string(limits.m_nValueBytes) +
+                        " bytes; cut it into parts");
   else if (problems.IsEmpty() && collector.IsDeep())
     problems.Add(0, "values stand more than 64 deep in each other; this is no map");
   else if (problems.IsEmpty() && !collector.IsGeoJson())

@@ -80,7 +80,8 @@ std::string AddGeoPoint(QXGeoPoint point, QXGeoData& data) {
   if (data.m_vecPoints.size() >= MaxGeoPlaces)
     return "the file has more than 1000000 points, and the further ones are left out; cut it into parts";
   if (point.m_strText.size() > MaxGeoTextBytes - data.m_nTextBytes)
-    return "the texts of the points have more than 100 MB together, and the further ones are left out; cut the file into "
+    return "the texts of the points have more than 100 MB together, and the further ones are left out; cut the file "
+           "into "
            "parts";
   data.m_nTextBytes += point.m_strText.size();
   data.m_vecPoints.push_back(std::move(point));
