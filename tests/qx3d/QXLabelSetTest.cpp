@@ -65,8 +65,29 @@ TEST_F(QXLabelSetTest, LabelIsADrawableOfThePage) {
   EXPECT_EQ(drawable.GetBoundingBox().GetMax(), QXVector3d(60.0, 50.0, 20.0));
   EXPECT_EQ(drawable.GetRenderPriority(), 4);
   for (char const* szCall : {"SetLightEnable(0)", "SetDepthWrite(0)", "SetDepthTest(1)", "SetCullingMode(1)",
-           "SetShaderPrograms(\"QXLabelVP.glsl\", \"QXLabelFP.glsl\")"})
+           "SetCastShadow(0)", "SetReceiveShadow(0)", "SetShaderPrograms(\"QXLabelVP.glsl\", \"QXLabelFP.glsl\")"})
     EXPECT_THAT(GetLog(), HasSubstr(szCall));
+}
+
+TEST_F(QXLabelSetTest, LabelsStandRelativeToAnOriginNearThem) {
+  QXVector3d const vecOrigin(604100.0, 5792150.0, 70.0);
+  Add("A").m_vecPosition = vecOrigin + QXVector3d(1.0, 2.0, 3.0);
+  QXSceneProblems problems("a.qxscene");
+  m_Labels.Show(m_Graphics3D, L"Scene3D", m_vecLabels, vecOrigin,
+      QXC::QXBoundingBox(vecOrigin, vecOrigin + QXVector3d(9.0, 9.0, 9.0)), problems);
+  ASSERT_EQ(GetDrawables().size(), 1u);
+  EXPECT_EQ(QXVector3d::ZERO.MultiplyMatrix(GetDrawables()[0]->GetModelMatrix()), vecOrigin);
+  EXPECT_EQ(GetDrawables()[0]->GetBoundingBox().GetMax(), QXVector3d(9.0, 9.0, 9.0));
+}
+
+TEST_F(QXLabelSetTest, TheLibraryForgetsTheTexturesOfARendererThatGoes) {
+  Add("A");
+  EXPECT_THAT(Show(), IsEmpty());
+  QXC::QXTextureFontManager& manager = QXC::QXTextureFontManager::GetSingleton();
+  EXPECT_NE(manager.GetTexture(L"Font_BigTexture_0"), nullptr);
+  manager.SetTextureManager(m_Graphics3D.GetTextureManager());
+  m_Labels.GiveBack(m_Graphics3D);
+  EXPECT_EQ(manager.GetTexture(L"Font_BigTexture_0"), nullptr);
 }
 
 TEST_F(QXLabelSetTest, OverlayAndFlatLabelsAskForWhatTheyNeed) {
@@ -141,6 +162,11 @@ TEST_F(QXLabelSetTest, CharactersWithoutAGlyphAreToldOnceAndLeftOut) {
   EXPECT_THAT(Show(), ElementsAre("a.qxscene:10: no font has these characters, which are left out: U+0043, U+0044, "
                                   "U+0045, U+0046, U+0047 and 1 more; install a font that has them, or write others"));
   EXPECT_EQ(m_Labels.GetCount(), 2u);
+  m_Labels.GiveBack(m_Graphics3D);
+  m_vecLabels.clear();
+  // The last one that could have a key.
+  Add("\xEF\xBF\xBF");
+  EXPECT_THAT(Show(), ElementsAre(HasSubstr("no font has these characters, which are left out: U+FFFF;")));
 }
 
 TEST_F(QXLabelSetTest, WithoutAnyFontTheSceneIsShownWithoutLabels) {
