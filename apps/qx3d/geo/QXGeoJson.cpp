@@ -19,18 +19,24 @@ using QXC::QXVector3d;
 /// A MultiPolygon in a collection stands 8 deep; properties may bring some more.
 constexpr int MaxDepth = 64;
 
+/// Depth of the geometry and the properties of a feature in a collection.
+constexpr int MostObjects = 3;
+
 /// Where the parser is.
 struct Place {
   std::size_t const m_nMaxToken;
   int m_nLine = 1;
   /// Bytes since the last value or name.
   std::size_t m_nToken = 0;
+  /// Nothing further is of use.
+  bool m_bStop = false;
 
   bool IsTooLong() const { return m_nToken > m_nMaxToken; }
+  bool IsEnd() const { return m_bStop || IsTooLong(); }
 };
 
-/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none. A token that
-/// is too long is the end of the bytes.
+/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none. They end where
+/// a token is too long, too.
 class LineIterator {
 public:
   using iterator_category = std::input_iterator_tag;
@@ -51,7 +57,7 @@ public:
     ++*this;
     return before;
   }
-  bool operator==(LineIterator const& other) const { return m_p == other.m_p || m_pPlace->IsTooLong(); }
+  bool operator==(LineIterator const& other) const { return m_p == other.m_p || m_pPlace->IsEnd(); }
   bool operator!=(LineIterator const& other) const { return !(*this == other); }
 
 private:
@@ -125,17 +131,17 @@ bool ReadNumber(Json const* pJson, double& dNumber) {
 class Collector {
 public:
   Collector(QXGeoNames const& names, QXSceneProblems& warnings, QXGeoJsonLimits const& limits)
-      : m_Names(names), m_Warnings(warnings), m_nMaxValues(limits.m_nValues), m_Place{limits.m_nValueBytes} {}
+      : m_Names(names), m_Warnings(warnings), m_Limits(limits), m_Place{limits.m_nValueBytes} {}
 
   /// What the parser calls. @return  whether the value is kept
   bool Take(int nDepth, Json::parse_event_t eEvent, Json& json) {
-    bool const bEnd = eEvent == Json::parse_event_t::object_end || eEvent == Json::parse_event_t::array_end;
     m_Place.m_nToken = 0;
-    if (eEvent == Json::parse_event_t::object_start && nDepth == 2) m_nOutside = m_nValues;
-    if (!bEnd) m_nValues += GetWeight(json);
-    m_bDeep = m_bDeep || nDepth > MaxDepth;
-    m_bHuge = m_bHuge || m_nValues > m_nMaxValues;
-    if (m_bDeep || m_bHuge) return false;
+    if (nDepth > MaxDepth) return Stop(m_bDeep);
+    Count(nDepth, eEvent, json);
+    if (m_nValues > m_Limits.m_nValues) return Stop(m_bHuge);
+    if (m_nVisits > m_Limits.m_nVisits) return Stop(m_bSlow);
+    // Feature, geometry and properties are objects; what stands deeper is none of what is read.
+    if (eEvent == Json::parse_event_t::object_start && nDepth > MostObjects) return false;
     if (eEvent == Json::parse_event_t::key && nDepth == 1)
       m_bFeatures = json.get_ref<std::string const&>() == "features";
     if (eEvent != Json::parse_event_t::object_end) return true;
@@ -145,16 +151,42 @@ public:
     if (nDepth == 0 && IsText(Find(json, "type"), "FeatureCollection")) m_bCollection = true;
     // A taken feature is dropped: the file never stands in memory as a whole tree.
     m_nValues = m_nOutside;
+    --m_nSiblings[nDepth];
     return false;
   }
 
   Place* GetPlace() { return &m_Place; }
-  bool IsDeep() const { return m_bDeep; }
-  bool IsHuge() const { return m_bHuge || m_Place.IsTooLong(); }
+  /// Why it ended early; empty if it did not.
+  std::string GetReason() const {
+    if (m_bDeep) return "values stand more than 64 deep in each other; this is no map";
+    if (m_bSlow) return "objects stand among too many other values; this is no map";
+    if (!m_bHuge && !m_Place.IsTooLong()) return std::string();
+    return "a feature has more than " + std::to_string(m_Limits.m_nValues) + " values, or one of them more than " +
+           std::to_string(m_Limits.m_nValueBytes) + " bytes; cut it into parts";
+  }
   bool IsGeoJson() const { return m_bCollection || m_nFeatures > 0; }
   QXGeoData& GetData() { return m_Data; }
 
 private:
+  bool Stop(bool& bReason) {
+    bReason = true;
+    m_Place.m_bStop = true;
+    return false;
+  }
+
+  void Count(int nDepth, Json::parse_event_t eEvent, Json const& json) {
+    bool const bObject = eEvent == Json::parse_event_t::object_start;
+    // At the end of one that is dropped the parser tells nothing and goes over the others all the same.
+    bool const bDropped = bObject && nDepth > MostObjects;
+    if (eEvent == Json::parse_event_t::object_end || bDropped) m_nVisits += m_nSiblings[nDepth];
+    if (eEvent == Json::parse_event_t::object_end || eEvent == Json::parse_event_t::array_end) return;
+    if (bObject && nDepth == 2) m_nOutside = m_nValues;
+    m_nValues += GetWeight(json);
+    if (eEvent == Json::parse_event_t::key) return;
+    if (!bDropped) ++m_nSiblings[nDepth];
+    m_nSiblings[nDepth + 1] = 0;
+  }
+
   /// How many values one of them counts as: long texts as many.
   static std::size_t GetWeight(Json const& json) {
     return json.is_string() ? 1 + json.get_ref<std::string const&>().size() / 16 : 1;
@@ -235,15 +267,20 @@ private:
   QXGeoNames const& m_Names;
   QXSceneProblems& m_Warnings;
   QXGeoData m_Data;
-  std::size_t const m_nMaxValues;
+  QXGeoJsonLimits const m_Limits;
   Place m_Place;
   bool m_bFeatures = false;
   bool m_bCollection = false;
   bool m_bDeep = false;
   bool m_bHuge = false;
+  bool m_bSlow = false;
   /// Held by the tree, and of these those that no feature brought.
   std::size_t m_nValues = 0;
   std::size_t m_nOutside = 0;
+  /// Of each depth the values in what is open there, and how many of them the parser looked at: at the end of an object
+  /// it looks for a dropped one among all values beside it.
+  std::size_t m_nSiblings[MaxDepth + 2] = {};
+  std::size_t m_nVisits = 0;
   std::size_t m_nFeatures = 0;
   std::size_t m_nCorners = 0;
 };
@@ -270,17 +307,12 @@ QXGeoData ParseGeoJson(std::string_view bytes, QXGeoNames const& names, QXSceneP
     });
     static_cast<void>(nothing);
   } catch (Json::exception const& exception) {
-    // Bytes that were not looked at are none that lack.
-    if (!collector.IsHuge())
+    if (collector.GetReason().empty())
       problems.Add(
           collector.GetPlace()->m_nLine, MakeGeoLabel(MakeReason(exception.what())) + "; get another copy of the file");
   }
-  if (collector.IsHuge())
-    problems.Add(0, "a feature has more than " + std::to_string(limits.m_nValues) +
-                        " values, or one of them more than " + std::to_string(limits.m_nValueBytes) +
-                        " bytes; cut it into parts");
-  else if (problems.IsEmpty() && collector.IsDeep())
-    problems.Add(0, "values stand more than 64 deep in each other; this is no map");
+  if (!collector.GetReason().empty())
+    problems.Add(0, collector.GetReason());
   else if (problems.IsEmpty() && !collector.IsGeoJson())
     problems.Add(0, "the file holds no FeatureCollection and no Feature; export it as GeoJSON");
   if (!problems.IsEmpty()) return QXGeoData();

@@ -17,6 +17,8 @@ struct QXGeoJsonLimits {
   std::size_t m_nValues = 8000000;
   /// From one of them to the next.
   std::size_t m_nValueBytes = std::size_t{16} << 20;
+  /// Values beside objects, for each object once more: so often they are looked at in the whole file.
+  std::size_t m_nVisits = 2000000000;
 };
 
 /// Reads a FeatureCollection or a Feature. A Point or MultiPoint gives the text of its feature's property at each

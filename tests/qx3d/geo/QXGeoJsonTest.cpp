@@ -170,6 +170,27 @@ TEST(QXGeoJson, AValueOfManyBytesIsRefused) {
       ElementsAre(HasSubstr("more than 1000 bytes")));
 }
 
+TEST(QXGeoJson, ObjectsInsideOfPropertiesTakeNoLongerThanOtherValues) {
+  // As many beside each other would be looked at 10 to the 12 times.
+  std::string strObjects = "\"x\":[{}";
+  for (int i = 0; i < 1000000; ++i) strObjects += ",{}";
+  EXPECT_EQ(
+      ParseLimited(Collection(NamedPoint(strObjects + "]")), {8000000, 1000, 1000}).m_Data.m_vecPoints.size(), 1u);
+}
+
+TEST(QXGeoJson, ObjectsAmongManyOtherValuesAreRefused) {
+  std::string strObjects;
+  for (int i = 0; i < 1000; ++i) strObjects += ",{}";
+  std::string strMixed = Numbers(1000);
+  strMixed.replace(strMixed.size() - 1, 1, strObjects + "]");
+  for (std::string const& strText : {Collection(NamedPoint(strMixed)), NamedPoint(strMixed),
+           "{\"type\":\"FeatureCollection\",\"features\":" + strMixed.substr(4) + "}"}) {
+    EXPECT_THAT(ParseLimited(strText, {8000, 4000, 500000}).m_vecProblems,
+        ElementsAre("a.geojson: objects stand among too many other values; this is no map"));
+    EXPECT_THAT(ParseLimited(strText, {8000, 4000, 2000000}).m_vecProblems, IsEmpty());
+  }
+}
+
 TEST(QXGeoJson, TheTextsOfAllPointsTakeAtMostAHundredMegabytes) {
   std::string strPositions = "[1,2]";
   for (int i = 1; i < 100001; ++i) strPositions += ",[1,2]";
