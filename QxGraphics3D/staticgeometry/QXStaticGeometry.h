@@ -85,8 +85,8 @@ public:
   /// "RenderModelSecFP.glsl" ("MutiRenderModelSecVP.glsl" and "MutiRenderModelSecFP.glsl" for pairs), the others'
   /// texture names in new units, their words in m_nUnitWords, and their records, each before the first record of the
   /// same mesh. Layer k of a record says that its texture is unit k of the master; of pairs, units k and k + 1.
-  /// Further units of a pass that joins are lost; those of a master stay, and the new ones come behind them, so that its
-  /// layers and units no longer agree.
+  /// Further units of a pass that joins are lost; those of a master stay, and the new ones come behind them, so that
+  /// its layers and units no longer agree.
   ///
   /// Left alone are passes whose fixed-function mode (QXPass::GetPFFMode) is 1, whose first texture is of the file type
   /// that travels as raw bytes, and passes without units. Call it after the meshes are added and before they are
