@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <utility>
 
 namespace QXApp {
@@ -22,12 +21,6 @@ using Corner = QXRoofCutter::Corner;
 constexpr std::size_t MaxCorners = 2000;
 constexpr std::size_t MaxCrossings = 1000000;
 
-/// Edge of the areas that share an origin for their floats.
-constexpr double CellSize = 4096.0;
-
-/// A mesh is closed beyond so many vertices.
-constexpr std::size_t MaxVertices = 500000;
-
 /// Twice the area, positive when the ring runs counter-clockwise seen from above. Relative to the first corner: map
 /// coordinates are large beside a building.
 template <class Ring>
@@ -39,7 +32,7 @@ double GetDoubleArea(Ring const& vecRing) {
   return dArea;
 }
 
-/// Growing arrays of one mesh.
+/// Growing arrays of one building.
 struct Buffers {
   std::vector<float> m_vecPositions;
   std::vector<float> m_vecNormals;
@@ -63,14 +56,10 @@ void AddMesh(Buffers const& buffers, QXVector3d const& vecOrigin, QXC::ModelData
   std::copy(buffers.m_vecNormals.begin(), buffers.m_vecNormals.end(), pMesh->m_pVertexPackage->m_pNormals);
   auto pIndices = std::make_unique<QXC::QXIndexPackage>();
   auto const nIndices = static_cast<int>(buffers.m_vecIndices.size());
-  if (nVertices > 65535) {
-    pIndices->SetIndexNum32(nIndices);
-    std::copy(buffers.m_vecIndices.begin(), buffers.m_vecIndices.end(), pIndices->GetIndices32());
-  } else {
-    pIndices->SetIndexNum(nIndices);
-    std::transform(buffers.m_vecIndices.begin(), buffers.m_vecIndices.end(), pIndices->GetIndices16(),
-        [](unsigned int nVertex) { return static_cast<unsigned short>(nVertex); });
-  }
+  // Corners and crossings are limited, so that 16 bits are enough.
+  pIndices->SetIndexNum(nIndices);
+  std::transform(buffers.m_vecIndices.begin(), buffers.m_vecIndices.end(), pIndices->GetIndices16(),
+      [](unsigned int nVertex) { return static_cast<unsigned short>(nVertex); });
   pMesh->m_arrIndexPackages.Add(pIndices.get());
   pIndices.release();
   pMesh->UpdateBounds();
@@ -92,29 +81,24 @@ public:
       return;
     }
     QXVector3d const vecFirst = footprint.m_vecRings[0][0] + m_vecShift;
-    auto const key = std::make_pair(std::floor(vecFirst.x / CellSize), std::floor(vecFirst.y / CellSize));
-    QXVector3d const vecOrigin(key.first * CellSize, key.second * CellSize, 0.0);
+    QXVector3d const vecOrigin(std::floor(vecFirst.x), std::floor(vecFirst.y), std::floor(vecFirst.z));
     std::vector<std::vector<Corner>> const vecRings = MakeRings(footprint, vecOrigin);
     // Before the walls: those of what has no roof would be fences.
     if (!m_Cutter.Cut(vecRings) || m_Cutter.GetTriangles().empty()) {
       ++m_nLeftOut;
       return;
     }
-    Buffers& buffers = m_mapBuffers[key];
     double dBase = vecFirst.z;
     for (QXVector3d const& vec : footprint.m_vecRings[0]) dBase = std::min(dBase, vec.z + m_vecShift.z);
+    dBase -= vecOrigin.z;
     double const dTop = dBase + GetBuildingHeight(footprint);
+    Buffers buffers;
     AddRoof(dTop, buffers);
     for (auto const& vecRing : vecRings) AddWalls(vecRing, dBase, dTop, buffers);
-    if (buffers.GetVertexCount() < MaxVertices) return;
     AddMesh(buffers, vecOrigin, *m_pModel);
-    buffers = Buffers();
   }
 
   std::unique_ptr<QXC::ModelDataInfo> Finish() {
-    for (auto const& [key, buffers] : m_mapBuffers)
-      if (buffers.GetVertexCount() > 0)
-        AddMesh(buffers, QXVector3d(key.first * CellSize, key.second * CellSize, 0.0), *m_pModel);
     m_pModel->SetUpAxis(QXC::QX_UP_Z);
     return m_pModel->GetMeshCount() > 0 ? std::move(m_pModel) : nullptr;
   }
@@ -158,7 +142,6 @@ private:
   QXVector3d const m_vecShift;
   std::unique_ptr<QXC::ModelDataInfo> m_pModel;
   QXRoofCutter m_Cutter;
-  std::map<std::pair<double, double>, Buffers> m_mapBuffers;
   std::size_t m_nLeftOut = 0;
 };
 

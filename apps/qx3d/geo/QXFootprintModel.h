@@ -23,7 +23,7 @@ double GetFootprintArea(QXGeoFootprint const& footprint);
 
 /// Walls and flat roofs, z up. A building stands on its lowest corner, which a building without height in its
 /// coordinates has at 0. Rings may run in either direction, and may cross: what lies inside an odd number of times has
-/// a roof. Meshes stand relative to whole kilometres near their buildings, so that floats keep a millimetre.
+/// a roof. Each building is a mesh, relative to a whole place at its first corner, so that floats keep a millimetre.
 ///
 /// @param vecShift   added to every corner
 /// @param strWarning gets one line if some were left out: those of more than 2000 corners, and those that cross so
