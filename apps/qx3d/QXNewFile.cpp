@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 
@@ -57,6 +58,26 @@ void ForgetInterruptions() {
 }
 
 }  // namespace
+
+std::string FollowLinks(std::string const& strPath) {
+  std::filesystem::path path = strPath;
+  std::error_code error;
+  // As many as the system follows; a loop ends at one of its links.
+  for (int i = 0; i < 40 && std::filesystem::is_symlink(path, error); ++i) {
+    std::filesystem::path const target = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = target.is_absolute() ? target : path.parent_path() / target;
+  }
+  return path.string();
+}
+
+std::string WriteNewFile(std::string const& strPath, void const* pBytes, std::size_t nSize) {
+  QXNewFile file(FollowLinks(strPath));
+  bool const bWritten = file.Get() != nullptr && std::fwrite(pBytes, 1, nSize, file.Get()) == nSize && file.Commit();
+  return bWritten
+             ? std::string()
+             : std::string("the file cannot be written: ") + std::strerror(errno) + "; make room or give another place";
+}
 
 QXNewFile::QXNewFile(std::string const& strTarget) : m_strTarget(strTarget) {
   // A short name of its own: the target's may already be as long as the disk allows.

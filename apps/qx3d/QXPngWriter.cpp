@@ -19,19 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The file that a path means behind links, so that a link stays a link when its target is replaced or made.
-std::string FollowLinks(std::string const& strPath) {
-  fs::path path = strPath;
-  std::error_code error;
-  // As many as the system follows; a loop ends at one of its links.
-  for (int i = 0; i < 40 && fs::is_symlink(path, error); ++i) {
-    fs::path const target = fs::read_symlink(path, error);
-    if (error) break;
-    path = target.is_absolute() ? target : path.parent_path() / target;
-  }
-  return path.string();
-}
-
 std::string FolderOf(std::string const& strPath) {
   fs::path const folder = fs::path(strPath).parent_path();
   return folder.empty() ? "." : folder.string();
@@ -72,19 +59,29 @@ std::string QXPngWriter::Check(std::string const& strPath) {
 }
 
 std::string QXPngWriter::Write(std::string const& strPath, int nWidth, int nHeight, unsigned char const* pPixels) {
-  std::string const strReason = Check(strPath);
-  if (!strReason.empty()) return strReason;
   std::vector<unsigned char> const vecPacked =
       DropAlpha(pPixels, static_cast<std::size_t>(nWidth) * static_cast<std::size_t>(nHeight));
+  return WritePacked(strPath, nWidth, nHeight, PNG_FORMAT_BGR, vecPacked.data());
+}
+
+std::string QXPngWriter::WriteWithAlpha(
+    std::string const& strPath, int nWidth, int nHeight, unsigned char const* pPixels) {
+  return WritePacked(strPath, nWidth, nHeight, PNG_FORMAT_BGRA, pPixels);
+}
+
+std::string QXPngWriter::WritePacked(
+    std::string const& strPath, int nWidth, int nHeight, unsigned int nFormat, unsigned char const* pPixels) {
+  std::string const strReason = Check(strPath);
+  if (!strReason.empty()) return strReason;
   QXNewFile file(FollowLinks(strPath));
   if (file.Get() == nullptr) return DescribeFailure();
   png_image image = {};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(nWidth);
   image.height = static_cast<png_uint_32>(nHeight);
-  image.format = PNG_FORMAT_BGR;
+  image.format = nFormat;
   errno = 0;
-  if (png_image_write_to_stdio(&image, file.Get(), 0, vecPacked.data(), 0, nullptr) == 0)
+  if (png_image_write_to_stdio(&image, file.Get(), 0, pPixels, 0, nullptr) == 0)
     return errno != 0 ? DescribeFailure() : std::string("the picture cannot be written: ") + image.message;
   return file.Commit() ? std::string() : DescribeFailure();
 }

@@ -19,6 +19,12 @@ public:
   /// @param pPixels  4 bytes a pixel, blue, green, red and one that is not looked at; top row first, no padding
   /// @return  empty, or the reason; the path then holds what it held before
   static std::string Write(std::string const& strPath, int nWidth, int nHeight, unsigned char const* pPixels);
+  /// The same with the fourth byte, for pictures that are to be read again.
+  static std::string WriteWithAlpha(std::string const& strPath, int nWidth, int nHeight, unsigned char const* pPixels);
+
+private:
+  static std::string WritePacked(
+      std::string const& strPath, int nWidth, int nHeight, unsigned int nFormat, unsigned char const* pPixels);
 };
 
 }  // namespace QXApp
