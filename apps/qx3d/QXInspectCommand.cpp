@@ -2,6 +2,8 @@
 
 #include <apps/qx3d/QXHostTexture.h>
 #include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXStaticFile.h>
+#include <apps/qx3d/QXStaticReport.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXFileParseToolkit.h>
@@ -242,10 +244,10 @@ private:
 
 }  // namespace
 
-int RunInspect(std::string const& strImage) {
-  std::string const strReason = InspectRun(strImage).Run();
+int RunInspect(std::string const& strPath) {
+  std::string const strReason = IsStaticName(strPath) ? PrintStatic(strPath) : InspectRun(strPath).Run();
   if (strReason.empty()) return 0;
-  PrintFailure(strImage + ": " + strReason);
+  PrintFailure(strPath + ": " + strReason);
   return 1;
 }
 

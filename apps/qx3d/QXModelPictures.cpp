@@ -2,7 +2,10 @@
 
 #include <apps/qx3d/QXHostTexture.h>
 #include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXNewFile.h>
 #include <apps/qx3d/QXPixels.h>
+#include <apps/qx3d/QXPngWriter.h>
+#include <apps/qx3d/QXWholeFile.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
@@ -197,6 +200,20 @@ void QXModelPictures::Load(QXC::ModelDataInfo const& model, std::vector<std::str
   }
 }
 
+int QXModelPictures::AddFile(std::string const& strPath, std::vector<std::string>& vecProblems) {
+  QXC::QXModelImage image;
+  image.m_strFilePath = QdcUnicodeString::FromUTF8(strPath.c_str());
+  auto pPicture = std::make_unique<Picture>();
+  pPicture->m_strName = strPath;
+  std::string const strReason = pPicture->Load(image);
+  if (!strReason.empty()) {
+    vecProblems.push_back("picture " + strPath + ": " + strReason);
+    return -1;
+  }
+  m_vecPictures.push_back(std::move(pPicture));
+  return static_cast<int>(m_vecPictures.size()) - 1;
+}
+
 bool QXModelPictures::IsUsable(int nImage) const {
   auto const nIndex = static_cast<std::size_t>(nImage);
   return nImage >= 0 && nIndex < m_vecPictures.size() && m_vecPictures[nIndex] != nullptr &&
@@ -229,6 +246,28 @@ std::string QXModelPictures::GetTextureName(QXTextureKey const& key) const {
   if (key.m_eAlpha == QXC::QX_ALPHA_OPAQUE) strName += "|opaque";
   if (key.m_eAlpha == QXC::QX_ALPHA_MASK) strName += "|mask-" + std::to_string(key.m_nThreshold);
   return strName;
+}
+
+std::string QXModelPictures::GetWrittenExtension(QXTextureKey const& key) const {
+  Picture const& picture = *m_vecPictures[static_cast<std::size_t>(key.m_nImage)];
+  if (picture.m_pKtx2 != nullptr) return ".ktx2";
+  return picture.m_vecAnimation.empty() ? ".png" : ".gif";
+}
+
+std::string QXModelPictures::Write(QXTextureKey const& key, std::string const& strPath) const {
+  Picture const& picture = *m_vecPictures[static_cast<std::size_t>(key.m_nImage)];
+  if (!picture.m_vecAnimation.empty())
+    return WriteNewFile(strPath, picture.m_vecAnimation.data(), picture.m_vecAnimation.size());
+  if (picture.m_pKtx2 != nullptr) {
+    // Blocks for the device have no other form than that of their file.
+    std::string strBytes;
+    std::string const strReason = ReadWholeFile(picture.m_strName, 1024, "picture", strBytes);
+    return strReason.empty() ? WriteNewFile(strPath, strBytes.data(), strBytes.size()) : strReason;
+  }
+  QXPixels pixels = CopyMirrored(picture.m_Still, key.m_bMirrorU, key.m_bMirrorV);
+  ApplyAlpha(key, pixels);
+  return QXPngWriter::WriteWithAlpha(
+      strPath, static_cast<int>(pixels.m_nWidth), static_cast<int>(pixels.m_nHeight), pixels.m_pBytes.get());
 }
 
 void QXModelPictures::Fill(QXTextureKey const& key, QXC::QXTexture& texture) const {

@@ -46,6 +46,10 @@ public:
   /// @param vecProblems  gets one line for each picture that cannot be read, with its name and what to do
   void Load(QXC::ModelDataInfo const& model, std::vector<std::string>& vecProblems);
 
+  /// Reads one more picture, from a file.
+  /// @return  its index, or -1 with a line in vecProblems
+  int AddFile(std::string const& strPath, std::vector<std::string>& vecProblems);
+
   /// Whether the picture was read; meshes are drawn in their colours where it was not, and for -1.
   bool IsUsable(int nImage) const;
   /// Whether some pixel of a usable picture lets something through.
@@ -60,6 +64,12 @@ public:
   /// Gives a fresh texture the picture. Animated pictures and KTX2 files cannot be mirrored or masked and are repeated
   /// and blended instead.
   void Fill(QXTextureKey const& key, QXC::QXTexture& texture) const;
+
+  /// Writes a still picture in the form of a texture as a PNG, or the file of one that moves or is KTX2.
+  /// @return  empty, or the reason
+  std::string Write(QXTextureKey const& key, std::string const& strPath) const;
+  /// The extension of what Write writes.
+  std::string GetWrittenExtension(QXTextureKey const& key) const;
 
 private:
   struct Picture;

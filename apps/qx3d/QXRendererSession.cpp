@@ -1,5 +1,6 @@
 #include <apps/qx3d/QXRendererSession.h>
 
+#include <apps/qx3d/QXBuckets.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneBuilder.h>
 #include <apps/qx3d/QXSceneText.h>
@@ -125,25 +126,61 @@ std::string QXRendererSession::AddPart(QXScenePart& part, QXC::QXMatrix4d const&
   return std::string();
 }
 
+std::string QXRendererSession::AddGeometry(QXC::QXStaticGeometry const& geometry, QXC::QXMatrix4d const& matPlace) {
+  QXC::QXRenderOperationManager& manager = *m_pGraphics3D->GetRenderOperationManager();
+  for (QXC::QXStaticGeometryBucket const* pBucket : GetBuckets(geometry)) {
+    QXC::QXRenderOperation3D* pDrawable =
+        manager.CreateStaticGeometry3D(m_strScene.c_str(), *pBucket, QXC::QdcArray<double>());
+    if (pDrawable == nullptr) return DescribeFailure("no drawable can be made");
+    m_vecDrawables.push_back(pDrawable);
+    pDrawable->SetModelMatrix(geometry.GetLocalViewMatrix() * matPlace);
+  }
+  return std::string();
+}
+
 std::string QXRendererSession::AddGround(QXScene const& scene) {
   m_dGroundReach = GetGroundRadius(scene);
-  QXScenePart ground = BuildGround(scene);
-  m_SceneFigures.m_nGroundVertices = ground.m_pOperation->m_pVertexBlock->m_nVertexCount;
-  std::string const strReason = AddPart(ground);
-  if (strReason.empty()) m_SceneFigures.m_nGroundTriangles = m_vecDrawables.back()->GetTriangleCount();
-  return strReason;
+  std::unique_ptr<QXC::QXStaticGeometry> const pGround = BuildGround(scene);
+  m_SceneFigures.m_nGroundTriangles = CountTriangles(*pGround);
+  m_SceneFigures.m_nGroundVertices = CountVertices(*pGround);
+  return AddGeometry(*pGround);
+}
+
+QXC::QXTexture* QXRendererSession::TakeTexture(int nModel, QXTextureKey const& key,
+    std::vector<QXModelPictures> const& vecPictures, std::vector<std::string>& vecProblems) {
+  QXModelPictures const& pictures = vecPictures[static_cast<std::size_t>(nModel)];
+  std::string strProblem;
+  QXC::QXTexture* pTexture = m_Textures.Take(*m_pGraphics3D, pictures, key, strProblem);
+  // Models share pictures.
+  if (!strProblem.empty() && std::find(vecProblems.begin(), vecProblems.end(), strProblem) == vecProblems.end())
+    vecProblems.push_back(strProblem);
+  return pTexture;
 }
 
 void QXRendererSession::AddTexture(
     QXScenePart& part, std::vector<QXModelPictures> const& vecPictures, std::vector<std::string>& vecProblems) {
   if (part.m_Texture.m_nImage < 0) return;
-  QXModelPictures const& pictures = vecPictures[static_cast<std::size_t>(part.m_nModel)];
-  std::string strProblem;
   QXC::QXTexturePackage& package = *part.m_pOperation->GetTexturePackageArray()[0];
-  package.m_pTextures[0] = m_Textures.Take(*m_pGraphics3D, pictures, part.m_Texture, strProblem);
-  // A large model has several parts with the same picture.
-  if (!strProblem.empty() && std::find(vecProblems.begin(), vecProblems.end(), strProblem) == vecProblems.end())
-    vecProblems.push_back(strProblem);
+  package.m_pTextures[0] = TakeTexture(part.m_nModel, part.m_Texture, vecPictures, vecProblems);
+}
+
+std::string QXRendererSession::AddScene(QXScene& scene, std::vector<QXModelPictures> const& vecPictures,
+    std::vector<std::string>& vecProblems, QXC::QXMatrix4d const& matPlace) {
+  // Drawables of merged meshes find their textures by name, so those go first.
+  for (QXSceneTexture const& texture : scene.m_vecTextures)
+    TakeTexture(texture.m_nModel, texture.m_Key, vecPictures, vecProblems);
+  for (std::unique_ptr<QXC::QXStaticGeometry>& pGeometry : scene.m_vecGeometries) {
+    std::string const strReason = AddGeometry(*pGeometry, matPlace);
+    if (!strReason.empty()) return strReason;
+    pGeometry.reset();  // the drawables have copied it
+  }
+  scene.m_vecGeometries.clear();
+  for (QXScenePart& part : scene.m_vecParts) {
+    AddTexture(part, vecPictures, vecProblems);
+    std::string const strReason = AddPart(part, matPlace);
+    if (!strReason.empty()) return strReason;
+  }
+  return std::string();
 }
 
 std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures> const& vecPictures, bool bGround,
@@ -153,13 +190,14 @@ std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures>
   m_pGraphics3D->SetRelativeOrigin(m_vecOrigin);
   m_SceneFigures.m_nModelTriangles = scene.m_nTriangles;
   m_SceneFigures.m_nModelVertices = scene.m_nVertices;
+  m_SceneFigures.m_nMeshes = scene.m_nMeshes;
   std::string const strGround = bGround ? AddGround(scene) : std::string();
   if (!strGround.empty()) return strGround;
-  for (QXScenePart& part : scene.m_vecParts) {
-    AddTexture(part, vecPictures, vecProblems);
-    std::string const strReason = AddPart(part);
-    if (!strReason.empty()) return strReason;
-  }
+  std::size_t const nBefore = m_vecDrawables.size();
+  std::string const strReason = AddScene(scene, vecPictures, vecProblems);
+  if (!strReason.empty()) return strReason;
+  for (std::size_t i = nBefore; i < m_vecDrawables.size(); ++i)
+    m_SceneFigures.m_nRanges += m_vecDrawables[i]->GetIndexRangeCount();
   // So far away that it stands in the same direction from everywhere: in the south-west, 38 degrees high.
   constexpr double Far = 1e9;
   m_pGraphics3D->SetSunPosition(QXC::QXVector3d(-0.62 * Far, -0.48 * Far, 0.62 * Far));
@@ -183,13 +221,12 @@ std::string QXRendererSession::AddSymbol(
   double dEdge = 0.0;
   place.GetSquare(dLeft, dBottom, dEdge);
   QXC::QXMatrix4d const matView = symbol.MakeView(dLeft, dBottom, dEdge);
-  for (QXScenePart& part : symbol.m_Scene.m_vecParts) {
-    AddTexture(part, symbol.m_vecPictures, vecProblems);
-    std::string const strReason = AddPart(part, matView);
-    if (!strReason.empty()) return strReason;
-    if (!m_Symbols.Attach(*m_pGraphics3D, place, m_vecDrawables.back()))
+  std::size_t const nBefore = m_vecDrawables.size();
+  std::string const strReason = AddScene(symbol.m_Scene, symbol.m_vecPictures, vecProblems, matView);
+  if (!strReason.empty()) return strReason;
+  for (std::size_t i = nBefore; i < m_vecDrawables.size(); ++i)
+    if (!m_Symbols.Attach(*m_pGraphics3D, place, m_vecDrawables[i]))
       return DescribeFailure("nothing can be drawn into a page of symbols");
-  }
   return std::string();
 }
 

@@ -20,6 +20,8 @@ class QXCamera;
 class QXGraphics3D;
 class QXRenderOperation3D;
 class QXRenderTarget;
+class QXStaticGeometry;
+class QXTexture;
 class QXViewport;
 }  // namespace QXC
 
@@ -40,6 +42,10 @@ struct QXFrameFigures {
 struct QXSceneFigures {
   unsigned int m_nModelTriangles = 0;
   unsigned int m_nModelVertices = 0;
+  /// Placed meshes of the models, and the ranges in which they reach the renderer: draw operations without and with
+  /// merging.
+  unsigned int m_nMeshes = 0;
+  unsigned int m_nRanges = 0;
   /// Of the ground plane, which no model file holds.
   unsigned int m_nGroundTriangles = 0;
   unsigned int m_nGroundVertices = 0;
@@ -64,7 +70,7 @@ public:
   /// Opens the target in a window of the program.
   std::string OpenWindow(HWND hWindow, int nWidth, int nHeight);
 
-  /// Hands a scene's drawables over, with light from the south-west. The parts' buffers are freed on the way.
+  /// Hands a scene's drawables over, with light from the south-west. Geometries and parts are freed on the way.
   /// @param vecPictures  of the models, by the index that a part has of its model
   /// @param vecProblems  gets one line for each picture that the renderer cannot use; the model is shown all the same
   std::string Show(QXScene& scene, std::vector<QXModelPictures> const& vecPictures, bool bGround,
@@ -132,8 +138,13 @@ private:
   std::string PrepareScene();
   std::string AttachTarget(QXC::QXRenderTarget* pTarget);
   std::string AddPart(QXScenePart& part, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
+  std::string AddScene(QXScene& scene, std::vector<QXModelPictures> const& vecPictures,
+      std::vector<std::string>& vecProblems, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
+  std::string AddGeometry(QXC::QXStaticGeometry const& geometry, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
   std::string AddSymbol(QXSymbolModel& symbol, QXSymbolPlace const& place, std::vector<std::string>& vecProblems);
   std::string AddGround(QXScene const& scene);
+  QXC::QXTexture* TakeTexture(int nModel, QXTextureKey const& key, std::vector<QXModelPictures> const& vecPictures,
+      std::vector<std::string>& vecProblems);
   void AddTexture(
       QXScenePart& part, std::vector<QXModelPictures> const& vecPictures, std::vector<std::string>& vecProblems);
 

@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXSceneFile.h>
 
 #include <apps/qx3d/QXSceneValue.h>
+#include <apps/qx3d/QXStaticFile.h>
 #include <apps/qx3d/QXWholeFile.h>
 #include <apps/qx3d/geo/QXGeoNames.h>
 
@@ -30,6 +31,7 @@ struct Draft {
   QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
   QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
   QXSceneSymbol& GetSymbol() { return m_Scene.m_vecSymbols.back(); }
+  QXSceneStatic& GetStatic() { return m_Scene.m_vecStatics.back(); }
   QXSceneData& GetData() { return m_Scene.m_vecData.back(); }
   /// The label of the section, or the style of its many labels.
   QXSceneLabel& GetLabel() { return m_bData ? GetData().m_Style : m_Scene.m_vecLabels.back(); }
@@ -124,6 +126,7 @@ std::string BeginModel(Draft& draft, int nLine) {
 std::string SetModelFile(Draft& draft, std::string const& strValue) {
   if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a scene holds no scenes; name a model";
   if (IsGeoName(strValue)) return "'" + strValue + "' is map data; name it in a section [data]";
+  if (IsStaticName(strValue)) return "'" + strValue + "' is static geometry; name it in a section [static]";
   draft.GetModel().m_strFile = draft.Complete(strValue);
   draft.GetModel().m_nLine = draft.m_nLine;
   return std::string();
@@ -223,6 +226,8 @@ std::string BeginSymbol(Draft& draft, int nLine) {
 std::string SetSymbolFile(Draft& draft, std::string const& strValue) {
   if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a symbol shows one model; name a model";
   if (IsGeoName(strValue)) return "'" + strValue + "' is map data, and a symbol shows one model; name a model";
+  if (IsStaticName(strValue))
+    return "'" + strValue + "' is static geometry, and a symbol shows one model; name a model";
   draft.GetSymbol().m_strFile = draft.Complete(strValue);
   draft.GetSymbol().m_nLine = draft.m_nLine;
   return std::string();
@@ -414,12 +419,26 @@ Section MakeDataSection() {
   return {"data", true, BeginData, EndData, vecKeys};
 }
 
+Section MakeStaticSection() {
+  auto const begin = [](Draft& draft, int nLine) { return AppendPlaced(draft.m_Scene.m_vecStatics, nLine); };
+  auto const setFile = [](Draft& draft, std::string const& strValue) {
+    if (!IsStaticName(strValue)) return "'" + strValue + "' is no static geometry by its name; such files end in .qsg";
+    draft.GetStatic().m_strFile = draft.Complete(strValue);
+    draft.GetStatic().m_nLine = draft.m_nLine;
+    return std::string();
+  };
+  auto const setPosition = [](Draft& draft, std::string const& strValue) {
+    return ReadPosition(strValue, draft.GetStatic().m_vecPosition);
+  };
+  return {"static", true, begin, NothingToDo, {{"file", true, setFile}, {"position", false, setPosition}}};
+}
+
 /// Follows a file through its sections by their table.
 class SceneReader final : public QXSceneTextHandler {
 public:
   explicit SceneReader(Draft& draft)
       : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection(),
-                            MakeSymbolSection(), MakeLabelSection(), MakeDataSection()},
+                            MakeSymbolSection(), MakeLabelSection(), MakeDataSection(), MakeStaticSection()},
         m_vecFirstLines(m_vecSections.size(), 0) {}
 
   void BeginSection(std::string const& strName, int nLine) override {
@@ -565,6 +584,7 @@ void CheckFiles(QXSceneFile const& scene, QXSceneProblems& problems) {
   for (QXSceneIcon const& icon : scene.m_vecIcons) check(icon.m_strImage, icon.m_nLine);
   for (QXSceneData const& data : scene.m_vecData) check(data.m_strFile, data.m_nLine);
   for (QXSceneSymbol const& symbol : scene.m_vecSymbols) check(symbol.m_strFile, symbol.m_nLine);
+  for (QXSceneStatic const& placed : scene.m_vecStatics) check(placed.m_strFile, placed.m_nLine);
 }
 
 /// Symbols may stand behind the icons that show them, so their names are looked at in the end.
@@ -597,8 +617,8 @@ QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSce
   CheckSymbols(draft.m_Scene, problems);
   QXSceneFile const& scene = draft.m_Scene;
   if (problems.IsEmpty() && scene.m_vecModels.empty() && scene.m_vecIcons.empty() && scene.m_vecLabels.empty() &&
-      scene.m_vecData.empty())
-    problems.Add(0, "there is nothing to show; add a [model] with its file, [data], an [icon] or a [label]");
+      scene.m_vecData.empty() && scene.m_vecStatics.empty())
+    problems.Add(0, "there is nothing to show; add a [model] with its file, [data], [static], an [icon] or a [label]");
   return std::move(draft.m_Scene);
 }
 
@@ -616,6 +636,22 @@ QXSceneFile ReadSceneFile(std::string const& strPath, std::vector<std::string>& 
     problems.Add(0, strReason);
   }
   vecProblems = problems.GetLines();
+  return scene;
+}
+
+QXSceneFile ReadAsScene(std::string const& strPath, std::vector<std::string>& vecProblems) {
+  if (IsSceneName(strPath)) return ReadSceneFile(strPath, vecProblems);
+  QXSceneFile scene;
+  scene.m_strPath = strPath;
+  if (IsGeoName(strPath)) {
+    scene.m_vecData.emplace_back();
+    scene.m_vecData.back().m_strFile = strPath;
+  } else if (IsStaticName(strPath)) {
+    scene.m_vecStatics.push_back({strPath, ReadStaticPlace(strPath), 0});
+  } else {
+    scene.m_vecModels.emplace_back();
+    scene.m_vecModels.back().m_strFile = strPath;
+  }
   return scene;
 }
 

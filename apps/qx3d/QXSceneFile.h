@@ -129,6 +129,15 @@ struct QXSceneData {
   int m_nLine = 0;
 };
 
+/// A file of static geometry, placed as it was merged.
+struct QXSceneStatic {
+  /// As the scene file's folder completes it.
+  std::string m_strFile;
+  /// Where the origin of its coordinates stands.
+  QXC::QXVector3d m_vecPosition;
+  int m_nLine = 0;
+};
+
 /// What the first view shows, unless the command line says otherwise.
 struct QXSceneCamera {
   bool m_bEye = false;
@@ -153,6 +162,7 @@ struct QXSceneFile {
   std::vector<QXSceneSymbol> m_vecSymbols;
   std::vector<QXSceneLabel> m_vecLabels;
   std::vector<QXSceneData> m_vecData;
+  std::vector<QXSceneStatic> m_vecStatics;
 };
 
 /// Of models, icons, labels and of whatever else a scene may hold many of, each.
@@ -165,6 +175,10 @@ bool IsSceneName(std::string const& strPath);
 /// @param strPath  of the scene, whose folder completes the names of files
 /// @return  what could be read, which is worth nothing if there are problems
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems);
+
+/// Reads a scene file; of a model, a file of map data or of static geometry makes a scene of one, whose messages are
+/// about that file and none of its lines.
+QXSceneFile ReadAsScene(std::string const& strPath, std::vector<std::string>& vecProblems);
 
 /// Reads a scene file and looks whether the files that it names are there.
 /// @param vecProblems  gets one line for each problem, with path, line and what to do; the scene is good if there is none

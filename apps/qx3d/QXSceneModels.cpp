@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXSceneModels.h>
 
 #include <apps/qx3d/QXModelLoader.h>
+#include <apps/qx3d/QXStaticFile.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 
@@ -137,13 +138,49 @@ std::string QXSceneModels::Add(std::unique_ptr<QXC::ModelDataInfo> pModel) {
 std::string QXSceneModels::Place(Model& model, QXMatrix4d const& matPlace) {
   if (!IsShowable(model.m_Box, matPlace))
     return "it is placed beyond 1e15, farther than can be shown; give a smaller scale or a nearer position";
-  m_nTriangles += model.m_pModel->GetTriangleCount();
-  m_nVertices += model.m_pModel->GetVertexCount();
-  if (std::max(m_nTriangles, m_nVertices) > ms_nMaxPlaced)
-    return "from here on the models have more than " + std::to_string(ms_nMaxPlaced) +
-           " triangles or vertices together, more than can be shown; leave some out";
-  model.m_vecPlaces.push_back(matPlace);
+  std::string const strReason = Count(model.m_pModel->GetTriangleCount(), model.m_pModel->GetVertexCount());
+  if (strReason.empty()) model.m_vecPlaces.push_back(matPlace);
+  return strReason;
+}
+
+std::string QXSceneModels::Count(unsigned long long nTriangles, unsigned long long nVertices) {
+  m_nTriangles += nTriangles;
+  m_nVertices += nVertices;
+  if (std::max(m_nTriangles, m_nVertices) <= ms_nMaxPlaced) return std::string();
+  return "from here on the models have more than " + std::to_string(ms_nMaxPlaced) +
+         " triangles or vertices together, more than can be shown; leave some out";
+}
+
+std::string QXSceneModels::LoadStatic(QXSceneStatic const& placed, std::vector<std::string>& vecPictureProblems) {
+  std::string strReason;
+  std::unique_ptr<QXC::QXStaticGeometry> pGeometry = LoadStaticFile(placed.m_strFile, strReason);
+  if (pGeometry == nullptr) return strReason;
+  QXMatrix4d matPlace;
+  matPlace.SetTrans(placed.m_vecPosition);
+  pGeometry->SetLocalViewMatrix(matPlace);
+  if (!IsShowable(FindStaticBounds(*pGeometry), matPlace))
+    return "it is placed beyond 1e15, farther than can be shown; give a nearer position";
+  strReason = Count(CountTriangles(*pGeometry), CountVertices(*pGeometry));
+  if (!strReason.empty()) return strReason;
+  QXModelPictures pictures;
+  std::vector<std::string> vecProblems;
+  LoadStaticTextures(
+      placed.m_strFile, *pGeometry, pictures, static_cast<int>(m_vecMerged.size()), m_vecMergedTextures, vecProblems);
+  AppendNew(vecProblems, vecPictureProblems);
+  m_vecMergedPictures.push_back(std::move(pictures));
+  m_vecMerged.push_back(std::move(pGeometry));
   return std::string();
+}
+
+void QXSceneModels::LoadStatics(QXSceneFile const& scene, std::function<void(std::string const&)> const& progress,
+    QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems) {
+  for (QXSceneStatic const& placed : scene.m_vecStatics) {
+    progress("reading " + placed.m_strFile);
+    std::string const strReason = LoadStatic(placed, vecPictureProblems);
+    if (strReason.empty()) continue;
+    problems.Add(placed.m_nLine, placed.m_nLine > 0 ? placed.m_strFile + ": " + strReason : strReason);
+    if (m_nTriangles > ms_nMaxPlaced || m_nVertices > ms_nMaxPlaced) return;
+  }
 }
 
 void QXSceneModels::Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
@@ -167,18 +204,27 @@ void QXSceneModels::Load(QXSceneFile const& scene, UpAxis eUp, std::function<voi
   }
 }
 
-QXScene QXSceneModels::Build(QXC::QXBoundingBox const& others) {
+QXScene QXSceneModels::Build(QXC::QXBoundingBox const& others, QXMergeOptions const& options) {
   std::vector<QXPlacedModel> vecPlaced;
   for (std::size_t i = 0; i < m_vecModels.size(); ++i)
     vecPlaced.push_back({m_vecModels[i].m_pModel.get(), &m_vecPictures[i], std::move(m_vecModels[i].m_vecPlaces)});
-  QXScene scene = BuildScene(vecPlaced, others);
+  QXScene scene = BuildScene(vecPlaced, std::move(m_vecMerged), others, options);
+  m_vecMerged.clear();
+  // Behind those of the models, whose number is known only now.
+  for (QXSceneTexture texture : m_vecMergedTextures) {
+    texture.m_nModel += static_cast<int>(m_vecPictures.size());
+    scene.m_vecTextures.push_back(texture);
+  }
+  for (QXModelPictures& pictures : m_vecMergedPictures) m_vecPictures.push_back(std::move(pictures));
+  m_vecMergedPictures.clear();
   m_vecModels.clear();
   return scene;
 }
 
 bool QXSceneModels::HasAnimated() const {
-  return std::any_of(m_vecPictures.begin(), m_vecPictures.end(),
-      [](QXModelPictures const& pictures) { return pictures.HasAnimated(); });
+  auto const hasAnimated = [](QXModelPictures const& pictures) { return pictures.HasAnimated(); };
+  return std::any_of(m_vecPictures.begin(), m_vecPictures.end(), hasAnimated) ||
+         std::any_of(m_vecMergedPictures.begin(), m_vecMergedPictures.end(), hasAnimated);
 }
 
 }  // namespace QXApp

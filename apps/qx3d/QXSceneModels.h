@@ -41,13 +41,19 @@ public:
   void Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
       QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
 
+  /// Reads the static geometry of a scene.
+  /// @param problems  gets each file that cannot be read or shown, at its line
+  /// @param vecPictureProblems  gets one line for each picture that cannot be read; the geometry is good all the same
+  void LoadStatics(QXSceneFile const& scene, std::function<void(std::string const&)> const& progress,
+      QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
+
   /// Takes a model over that no file holds, z up and where its coordinates put it.
   /// @return  empty, or why it cannot be shown
   std::string Add(std::unique_ptr<QXC::ModelDataInfo> pModel);
 
   /// Merges what was read; the models, not their pictures, are freed.
   /// @param others  bounds of what stands in the scene besides
-  QXScene Build(QXC::QXBoundingBox const& others);
+  QXScene Build(QXC::QXBoundingBox const& others, QXMergeOptions const& options = QXMergeOptions());
 
   /// Triangles as placed.
   unsigned long long GetTriangleCount() const { return m_nTriangles; }
@@ -67,9 +73,17 @@ private:
   void LoadOne(
       std::string const& strPath, UpAxis eUp, std::vector<std::string>& vecPictureProblems, std::string& strError);
   std::string Place(Model& model, QXC::QXMatrix4d const& matPlace);
+  std::string LoadStatic(QXSceneStatic const& placed, std::vector<std::string>& vecPictureProblems);
+  /// @return  empty, or why no more can be shown
+  std::string Count(unsigned long long nTriangles, unsigned long long nVertices);
 
   std::vector<Model> m_vecModels;
+  /// Of the models, then of the static geometries.
   std::vector<QXModelPictures> m_vecPictures;
+  std::vector<std::unique_ptr<QXC::QXStaticGeometry>> m_vecMerged;
+  std::vector<QXModelPictures> m_vecMergedPictures;
+  /// Of the static geometries, by their index among these.
+  std::vector<QXSceneTexture> m_vecMergedTextures;
   unsigned long long m_nTriangles = 0;
   unsigned long long m_nVertices = 0;
 };

@@ -1,5 +1,6 @@
 #include <apps/qx3d/QXSymbolModels.h>
 
+#include <apps/qx3d/QXBuckets.h>
 #include <apps/qx3d/QXModelLoader.h>
 #include <apps/qx3d/QXSceneModels.h>
 
@@ -49,6 +50,16 @@ QXC::QXBoundingBox GetSeenBounds(QXScene const& scene, QXMatrix4d const& matView
       MergePoint(QXVector3d(p[0], p[1], p[2]), mat, seen);
     }
   }
+  for (auto const& pGeometry : scene.m_vecGeometries) {
+    QXMatrix4d const mat = pGeometry->GetLocalViewMatrix() * matView;
+    for (QXC::QXStaticGeometryBucket const* pBucket : GetBuckets(*pGeometry)) {
+      QXC::QXVertexDataPackage const& vertices = *pBucket->m_pVertexPackage;
+      for (std::size_t i = 0; i < vertices.m_nVertexNum; ++i) {
+        float const* p = vertices.m_pVertices + i * vertices.m_nVertexDim;
+        MergePoint(QXVector3d(p[0], p[1], p[2]), mat, seen);
+      }
+    }
+  }
   if (seen.IsNULL())
     for (QXVector3d const& vecCorner : scene.m_Bounds.GetCorners()) MergePoint(vecCorner, matView, seen);
   return seen;
@@ -75,7 +86,7 @@ std::string Load(QXSymbolModel& symbol, UpAxis eUp, std::vector<std::string>& ve
       vecPictureProblems.push_back(strProblem);
   QXC::QXBoundingBox nothing;
   nothing.SetNULL();
-  symbol.m_Scene = BuildScene({{pModel.get(), &symbol.m_vecPictures.back(), {MakeTurn(symbol.m_Symbol)}}}, nothing);
+  symbol.m_Scene = BuildScene({{pModel.get(), &symbol.m_vecPictures.back(), {MakeTurn(symbol.m_Symbol)}}}, {}, nothing);
   return std::string();
 }
 

@@ -14,7 +14,6 @@
 #include <apps/qx3d/QXSymbolModels.h>
 #include <apps/qx3d/QXViewOptions.h>
 #include <apps/qx3d/QXWindow.h>
-#include <apps/qx3d/geo/QXGeoNames.h>
 
 #include <algorithm>
 #include <cmath>
@@ -25,20 +24,6 @@
 namespace QXApp {
 
 namespace {
-
-/// A model or a file of map data alone is a scene of one, whose messages are about the model and no line of a file.
-QXSceneFile MakeSceneOf(std::string const& strModel) {
-  QXSceneFile scene;
-  scene.m_strPath = strModel;
-  if (IsGeoName(strModel)) {
-    scene.m_vecData.emplace_back();
-    scene.m_vecData.back().m_strFile = strModel;
-    return scene;
-  }
-  scene.m_vecModels.emplace_back();
-  scene.m_vecModels.back().m_strFile = strModel;
-  return scene;
-}
 
 /// The work of one call of `qx3d view`; every step answers with the lines to leave with, none where it went well.
 class ViewRun {
@@ -67,14 +52,15 @@ private:
 
   std::vector<std::string> Load() {
     std::vector<std::string> vecProblems;
-    m_File = IsSceneName(m_Options.m_strModel) ? ReadSceneFile(m_Options.m_strModel, vecProblems)
-                                               : MakeSceneOf(m_Options.m_strModel);
+    m_File = ReadAsScene(m_Options.m_strModel, vecProblems);
     if (!vecProblems.empty()) return vecProblems;
     QXSceneProblems problems(m_Options.m_strModel);
     std::vector<std::string> vecWarnings;
     m_Models.Load(
         m_File, m_Options.m_eUp, [this](std::string const& strStep) { m_Progress.Show(strStep); }, problems,
         vecWarnings);
+    m_Models.LoadStatics(
+        m_File, [this](std::string const& strStep) { m_Progress.Show(strStep); }, problems, vecWarnings);
     Warn(vecWarnings);
     if (!problems.IsEmpty()) return problems.GetLines();
     vecWarnings.clear();
@@ -94,7 +80,9 @@ private:
     m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
     QXC::QXBoundingBox others = GetIconBounds(m_File);
     others.Merge(GetLabelBounds(m_File));
-    m_Scene = m_Models.Build(others);
+    QXMergeOptions options;
+    if (!m_Options.m_bMerge) options.m_eMerging = QXMerging::None;
+    m_Scene = m_Models.Build(others, options);
     // Whoever waits in front of a window wants the picture to move by the clock on the wall.
     if (IsPicture() && m_Models.HasAnimated()) m_Clock.emplace();
     return vecProblems;

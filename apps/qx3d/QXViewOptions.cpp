@@ -86,9 +86,25 @@ z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which 
 down, and else OBJ has y up and the others z, unless --up tells.)";
 
 constexpr char const* InspectFooter =
-    R"(Printed are the type by name and by content, the size and depth in the file, the pixel format, size and levels of
+    R"(Of an image are printed the type by name and by content, the size and depth in the file, the pixel format, size and levels of
 a texture that loads it, and how many pixels let something through. A file whose bytes are of another type than its
-name says is not read; the message tells which type they are. The exit status is 0 only for an image that loads.)";
+name says is not read; the message tells which type they are.
+
+Of a file of static geometry are printed its version, its buckets with their levels, passes and bounds, the spheres of
+its textures, and its sizes. All of it is looked at: counts, indices, positions. The first fault is told with the offset
+of its byte.
+
+The exit status is 0 only for an image that loads and a file without a fault.)";
+
+constexpr char const* BakeFooter =
+    R"(Models, the buildings of map data and what scenes place are merged into one file of static geometry, which is read as
+fast as the disk allows and drawn in a few operations. Labels and icons are not part of it.
+
+The pictures on the models go into a folder beside the file, OUT.textures, and where its coordinates stand in the world
+goes into a scene, OUT.qxscene. Keep the three together; 'qx3d view OUT' finds them, and a scene places the file with a
+section [static].
+
+A file of static geometry given as the one INPUT is written again in the newest version of the format.)";
 
 constexpr char const* AtlasFooter =
     R"(Small images of a scene share large textures, the pages of an atlas. Each page is written as a PNG in which the
@@ -103,6 +119,8 @@ with more than 10 faces only the first is listed.
 listed face whose name begins with the name asked for.)";
 
 struct RawOptions {
+  std::string m_strBakeUp = "auto";
+  bool m_bNoMerge = false;
   std::string m_strSize;
   std::string m_strEye;
   std::string m_strLook;
@@ -123,8 +141,8 @@ void DefineRenderer(CLI::App& command, std::string& strRenderer, std::vector<std
 
 void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
   view.add_option("model", options.m_strModel,
-          "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx; map data: .gml .citygml .geojson .shp; or a scene of "
-          "several: .qxscene")
+          "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx; map data: .gml .citygml .geojson .shp; static "
+          "geometry: .qsg; or a scene of several: .qxscene")
       ->required()
       ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")
@@ -159,17 +177,35 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
       ->type_name("N")
       ->check(CLI::Range(1, 64));
   view.add_flag("--no-ground", raw.m_bNoGround, "Leave out the ground plane under the model");
+  view.add_flag("--no-merge", raw.m_bNoMerge, "Draw each mesh of the models for itself, to see what merging saves");
   view.add_flag("--stats", options.m_bStats, "Print frame statistics, triangles, vertices and draw operations");
   view.footer(ViewFooter);
 }
 
-void DefineInspect(CLI::App& inspect, std::string& strImage) {
+void DefineInspect(CLI::App& inspect, std::string& strFile) {
   inspect
-      .add_option("image", strImage,
-          "Image file: .png .jpg .tif .webp .bmp .tga .hdr .psd .gif .ktx2; a .gif with its frames and delays")
+      .add_option("file", strFile,
+          "Image file: .png .jpg .tif .webp .bmp .tga .hdr .psd .gif .ktx2; a .gif with its frames and delays. Or "
+          "static geometry: .qsg")
       ->required()
       ->check(CLI::Validator(CheckNotEmpty, ""));
   inspect.footer(InspectFooter);
+}
+
+void DefineBake(CLI::App& bake, QXBakeOptions& options, RawOptions& raw) {
+  bake.add_option("input", options.m_vecInputs,
+          "Model files, map data, scenes: whatever 'qx3d view' shows; or one .qsg of an older version")
+      ->type_name("INPUT")
+      ->required()
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  bake.add_option("-o,--out", options.m_strOut, "File to write: .qsg")
+      ->type_name("OUT")
+      ->required()
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  bake.add_option("--up", raw.m_strBakeUp, "Axis that is up where the format does not say: auto, y or z")
+      ->type_name("AXIS")
+      ->check(CLI::IsMember({"auto", "y", "z"}));
+  bake.footer(BakeFooter);
 }
 
 void DefineAtlas(CLI::App& atlas, QXAtlasOptions& options) {
@@ -197,11 +233,15 @@ void DefineFonts(CLI::App& fonts, QXFontsOptions& options) {
   fonts.footer(FontsFooter);
 }
 
+UpAxis FindUp(std::string const& strUp) {
+  return strUp == "y" ? UpAxis::Y : (strUp == "z" ? UpAxis::Z : UpAxis::Auto);
+}
+
 /// What follows once the syntax is right. An empty string, or the line that says what cannot be.
 std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   options.m_bGround = !raw.m_bNoGround;
-  if (raw.m_strUp == "y") options.m_eUp = UpAxis::Y;
-  if (raw.m_strUp == "z") options.m_eUp = UpAxis::Z;
+  options.m_bMerge = !raw.m_bNoMerge;
+  options.m_eUp = FindUp(raw.m_strUp);
   options.m_bEye = !raw.m_strEye.empty() && ReadPoint(raw.m_strEye, options.m_dEye);
   options.m_bLook = !raw.m_strLook.empty() && ReadPoint(raw.m_strLook, options.m_dLook);
   long nSides[2] = {options.m_nWidth, options.m_nHeight};
@@ -234,8 +274,11 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
   RawOptions raw;
   CLI::App* pView = app.add_subcommand("view", "Show a model or a scene in a window, or write a picture of it");
   DefineView(*pView, result.m_Options, raw);
-  CLI::App* pInspect = app.add_subcommand("inspect", "Print what the library sees in an image file");
-  DefineInspect(*pInspect, result.m_strImage);
+  CLI::App* pInspect =
+      app.add_subcommand("inspect", "Print what is in an image or in static geometry, and whether it is whole");
+  DefineInspect(*pInspect, result.m_strFile);
+  CLI::App* pBake = app.add_subcommand("bake", "Merge models, map data and scenes into one file of static geometry");
+  DefineBake(*pBake, result.m_Bake, raw);
   CLI::App* pAtlas = app.add_subcommand("atlas", "Write the textures that a scene's small images share");
   DefineAtlas(*pAtlas, result.m_Atlas);
   CLI::App* pFonts = app.add_subcommand("fonts", "List the fonts of texts, or tell which one a name means");
@@ -253,6 +296,8 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
   if (pInspect->parsed()) result.m_eCommand = QXCommand::Inspect;
   if (pAtlas->parsed()) result.m_eCommand = QXCommand::Atlas;
   if (pFonts->parsed()) result.m_eCommand = QXCommand::Fonts;
+  if (pBake->parsed()) result.m_eCommand = QXCommand::Bake;
+  result.m_Bake.m_eUp = FindUp(raw.m_strBakeUp);
   std::string const strImpossible = TakeOver(raw, result.m_Options);
   if (!strImpossible.empty()) return Leave(1, strImpossible);
   result.m_bRun = true;

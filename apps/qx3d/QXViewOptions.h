@@ -36,6 +36,16 @@ struct QXViewOptions {
   int m_nStrip = 1;
   bool m_bStats = false;
   bool m_bGround = true;
+  /// Whether the meshes of models are merged into few drawables.
+  bool m_bMerge = true;
+  UpAxis m_eUp = UpAxis::Auto;
+};
+
+/// What `qx3d bake` was asked for.
+struct QXBakeOptions {
+  std::vector<std::string> m_vecInputs;
+  /// The file of static geometry.
+  std::string m_strOut;
   UpAxis m_eUp = UpAxis::Auto;
 };
 
@@ -60,7 +70,7 @@ struct QXFontsOptions {
   std::string m_strFolder;
 };
 
-enum class QXCommand { View, Inspect, Atlas, Fonts };
+enum class QXCommand { View, Inspect, Atlas, Fonts, Bake };
 
 /// Outcome of reading the command line: either options to act on, or an exit status to leave with.
 struct QXCommandLine {
@@ -69,7 +79,9 @@ struct QXCommandLine {
   QXCommand m_eCommand = QXCommand::View;
   // Of these the one of the command is filled.
   QXViewOptions m_Options;
-  std::string m_strImage;
+  /// What is inspected.
+  std::string m_strFile;
+  QXBakeOptions m_Bake;
   QXAtlasOptions m_Atlas;
   QXFontsOptions m_Fonts;
 };

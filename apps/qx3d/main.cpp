@@ -1,5 +1,6 @@
 // The host program: shows what the library does, and is its largest example.
 #include <apps/qx3d/QXAtlasCommand.h>
+#include <apps/qx3d/QXBakeCommand.h>
 #include <apps/qx3d/QXFontsCommand.h>
 #include <apps/qx3d/QXInspectCommand.h>
 #include <apps/qx3d/QXMessage.h>
@@ -19,7 +20,8 @@ static int FinishOutput(int nExitStatus) {
 
 static int RunCommand(QXApp::QXCommandLine const& commandLine) {
   switch (commandLine.m_eCommand) {
-  case QXApp::QXCommand::Inspect: return QXApp::RunInspect(commandLine.m_strImage);
+  case QXApp::QXCommand::Inspect: return QXApp::RunInspect(commandLine.m_strFile);
+  case QXApp::QXCommand::Bake: return QXApp::RunBake(commandLine.m_Bake);
   case QXApp::QXCommand::Atlas: return QXApp::RunAtlas(commandLine.m_Atlas);
   case QXApp::QXCommand::Fonts: return QXApp::RunFonts(commandLine.m_Fonts);
   default: return QXApp::RunView(commandLine.m_Options);

@@ -345,7 +345,7 @@ TEST(QXProgram, InspectRefusesWithTheReasonAndAWayOut) {
   expect(Block(), {"model", "qx3d view"});
   expect(folder.Write("cut.png", std::vector<unsigned char>(vecPng.begin(), vecPng.end() - 30)), {"; get "});
   expect(folder.Write("cut.gif", "GIF89a"), {"; get "});
-  ExpectFailure(folder, "inspect", 2, {"image", "inspect --help"});
+  ExpectFailure(folder, "inspect", 2, {"file", "inspect --help"});
   ExpectFailure(folder, "inspect ''", 2, {"empty"});
 }
 

@@ -162,8 +162,8 @@ TEST(QXSceneFile, NamesHoldWhatIsNoComment) {
 
 TEST(QXSceneFile, UnknownSectionsAndKeysAreToldWithTheKnownOnes) {
   EXPECT_THAT(Problems("[modell]\nfile = m.obj\nwhatever\n" + Model),
-      ElementsAre(
-          "1: there is no section [modell]; known are [scene], [camera], [model], [icon], [symbol], [label], [data]",
+      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [icon], [symbol], [label], "
+                  "[data], [static]",
           HasSubstr("3: expected [section]")));
   EXPECT_THAT(Problems("[model]\nfile = m.obj\nFile = x\n"),
       ElementsAre("3: [model] has no key 'File'; known are file, position, heading, pitch, roll, scale, up"));

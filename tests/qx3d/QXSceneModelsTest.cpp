@@ -1,6 +1,5 @@
+#include <apps/qx3d/QXBuckets.h>
 #include <apps/qx3d/QXSceneModels.h>
-
-#include <QxGraphics3D/renderop/QXVertexBlock.h>
 
 #include <tests/assimp/QXTestFiles.h>
 
@@ -121,11 +120,10 @@ QXC::QXBoundingBox Nothing() {
   return box;
 }
 
-QXVector3d VertexOf(QXScenePart const& part, unsigned int nVertex) {
-  QXC::QXVertexBlock const& block = *part.m_pOperation->m_pVertexBlock;
-  float const* p = block.m_pBuffer + nVertex * block.m_nStride;
+QXVector3d FirstVertex(QXC::QXStaticGeometry const& geometry) {
+  float const* p = GetBuckets(geometry).at(0)->m_pVertexPackage->m_pVertices;
   return QXVector3d(static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2]))
-      .MultiplyMatrix(*part.m_pOperation->GetMatrix());
+      .MultiplyMatrix(geometry.GetLocalViewMatrix());
 }
 
 TEST(QXSceneModels, FilePlacedOftenIsReadOnce) {
@@ -141,7 +139,11 @@ TEST(QXSceneModels, FilePlacedOftenIsReadOnce) {
   EXPECT_EQ(loaded.m_Models.GetTriangleCount(), 600u);
   QXScene const built = loaded.m_Models.Build(Nothing());
   EXPECT_EQ(built.m_nTriangles, 600u);
-  EXPECT_EQ(built.m_vecParts.size(), 1u) << "all placements in one drawable";
+  EXPECT_EQ(built.m_nMeshes, 50u);
+  ASSERT_EQ(built.m_vecGeometries.size(), 1u);
+  std::vector<QXC::QXStaticGeometryBucket*> const vecBuckets = GetBuckets(*built.m_vecGeometries[0]);
+  ASSERT_EQ(vecBuckets.size(), 1u);
+  EXPECT_EQ(GetTriangleRanges(*vecBuckets[0]).size(), 1u) << "all placements in one range";
   EXPECT_EQ(built.m_Bounds.GetMax().x - built.m_Bounds.GetMin().x, 490.0 + 2.0);
 }
 
@@ -212,9 +214,9 @@ TEST(QXSceneModels, PlacesFarApartStayExact) {
   scene.m_vecModels[1].m_vecPosition = QXVector3d(4000000.125, 100.0, 0.0);
   Loaded loaded(scene);
   QXScene const built = loaded.m_Models.Build(Nothing());
-  ASSERT_EQ(built.m_vecParts.size(), 2u);
-  for (std::size_t i = 0; i < 2; ++i) {
-    double const dNearest = std::remainder(VertexOf(built.m_vecParts[i], 0).x, 1.0);
+  ASSERT_EQ(built.m_vecGeometries.size(), 2u);
+  for (auto const& pGeometry : built.m_vecGeometries) {
+    double const dNearest = std::remainder(FirstVertex(*pGeometry).x, 1.0);
     EXPECT_NEAR(std::fabs(dNearest), 0.125, 0.01) << "floats eight million units wide would have steps of 0.5";
   }
 }
