@@ -23,7 +23,8 @@ struct QXColorValue3D;
 /// numbered from 0 in the order of their coming. The renderer makes them relative to the scene's origin before it narrows
 /// them, and culls them one by one or in groups. A matrix may be changed in every frame: nothing is sent before Update.
 ///
-/// Ownership: instancings belong to the manager. Meshes and matrices are copied before an operation returns.
+/// Ownership: instancings belong to the manager, and go with QXGraphics3D::ClearResource too, which frees the textures of
+///            their meshes. Meshes and matrices are copied before an operation returns.
 /// Failure:   an instancing that is not this manager's, null included, and numbers of placements that do not exist change
 ///            nothing and give 0.
 /// Threads:   the render thread, outside a frame.

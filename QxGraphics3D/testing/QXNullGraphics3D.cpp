@@ -75,6 +75,7 @@ QdcUnicodeString QXNullGraphics3D::GetRenderSystemVersion() const {
 
 void QXNullGraphics3D::ClearResource() {
   Record("ClearResource");
+  m_HwInstancingManager.Clear();  // before the textures of their meshes go
   QXGraphics3D::ClearResource();
 }
 

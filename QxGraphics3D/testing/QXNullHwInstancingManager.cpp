@@ -123,7 +123,7 @@ void QXNullHwInstancingManager::DestroyInstancing(QXInstancing* pInstancing) {
 
 void QXNullHwInstancingManager::DestroyAllInstancings() {
   Record("DestroyAllInstancings");
-  m_mapInstancings.clear();
+  Clear();
 }
 
 QXInstancing* QXNullHwInstancingManager::GetInstancing(QdcUnicodeString const& strName) const {

@@ -107,6 +107,8 @@ public:
   unsigned int GetDrawnPlacementCount(QXInstancing* pInstancing) const override;
   void Update() override { Record("Update"); }
 
+  /// DestroyAllInstancings without a line in the log, for the renderer's own use.
+  void Clear() { m_mapInstancings.clear(); }
   /// The instancing, if it is one of this manager's; else null.
   QXNullInstancing* Find(QXInstancing* pInstancing) const;
 

@@ -4,11 +4,14 @@
 #include <QxGraphics3D/renderop/QXRenderOperationManager.h>
 #include <QxGraphics3D/testing/QXNullTexture.h>
 #include <QxGraphics3D/testing/QXRecordingGraphics3D.h>
+#include <QxGraphics3D/texture/QXTextureCacheEntry.h>
 
 #include "../testing/QXTestGeometry.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -172,12 +175,17 @@ TEST_F(QXRenderObjectInstanceTest, RangesWithoutAPackageAndNumbersThatLieAreSurv
   for (int const nSize : {-1, 0, 2, 3, 100}) {
     auto pMesh = MakeSquare();  // two ranges without a package
     AddRange(*pMesh, {{0, pTexture}}, 0);
+    QdcArray<QXVertexIndexPackage*> const arrIndices = pMesh->GetIndexPackageArray();
+    QdcArray<QXTexturePackage*> const arrTextures = pMesh->GetTexturePackageArray();
     pMesh->m_nSize = nSize;
-    OpenInstance instance(pMesh.get(), m_pGraphics.get());
+    OpenInstance instance(pMesh.release(), m_pGraphics.get());
     instance.Initialize();
     EXPECT_EQ(instance.m_arrTextures.GetSize(), nSize >= 3 ? 1u : 0u) << nSize;
-    // The destructor of the mesh frees as many packages as m_nSize says.
-    (void)pMesh.release();
+    // The mesh frees as many packages as m_nSize says.
+    for (auto i = static_cast<std::uint64_t>(std::max(nSize, 0)); i < arrIndices.GetSize(); ++i) {
+      delete arrIndices[i];
+      delete arrTextures[i];
+    }
   }
 }
 
@@ -246,19 +254,23 @@ TEST_F(QXRenderObjectInstanceTest, TwoInstancesWithOneReferenceDeleteTheTextureO
 }
 
 TEST_F(QXRenderObjectInstanceTest, ANewTextureOfTheSameNameIsLeftAlone) {
-  QXTexture* const pTexture = MakeTexture(L"bark", 1);
+  QXTextureManager& manager = *m_pGraphics->GetTextureManager();
+  QXTexture* const pTexture = manager.CreateTexture();
+  pTexture->SetTexFilePath(L"bark");
+  pTexture->AddRef();
+  auto const pEntry = std::make_unique<QXTextureCacheEntry>(pTexture);
+  manager.AddToCache(L"bark", pEntry.get());
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pTexture}}, 0);
   auto pInstance = std::make_unique<OpenInstance>(pMesh.release(), m_pGraphics.get());
   pInstance->Initialize();
   pInstance->m_pRenderOperation3D->ClearGeometry();
   // Out of the cache, but not gone: its place in memory stays taken while the next one is made.
-  m_pGraphics->GetTextureManager()->RemoveTexture(pTexture, 0);
+  manager.RemoveTexture(pTexture, 0);
   QXTexture* const pNext = MakeTexture(L"bark", 2);
   ASSERT_NE(pNext, pTexture);
   pInstance.reset();
   EXPECT_EQ(pNext->GetRef(), 2);
-  delete pTexture;
 }
 
 TEST_F(QXRenderObjectInstanceTest, WithoutATextureManagerTexturesAreLeftAlone) {

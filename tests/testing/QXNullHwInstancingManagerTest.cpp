@@ -265,6 +265,16 @@ TEST_F(QXNullHwInstancing, AnInstancingOutlivesItsScene) {
   m_pManager->DestroyInstancing(pCars);
 }
 
+TEST_F(QXNullHwInstancing, ClearResourceEndsThemBeforeTheirTextures) {
+  auto pSquare = MakeSquare();
+  auto* const pPackage = new QXTexturePackage;
+  pPackage->m_pTextures[0] = m_pGraphics->GetTextureManager()->GetTexture(L"bark", 1);
+  pSquare->SetAt(new QXVertexIndexPackage, pPackage);
+  m_pManager->SetMesh(m_pTrees, pSquare.get());
+  m_pGraphics->ClearResource();
+  EXPECT_EQ(m_pManager->GetInstancingCount(), 0u);
+}
+
 TEST(QXNullHwInstancingManager, EverythingIsReleasedWithTheRenderer) {
   int const nBefore = QXNullObject::GetLiveCount();
   {
