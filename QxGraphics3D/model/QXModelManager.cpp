@@ -83,7 +83,7 @@ unsigned char QXModelManager::IsExists(QdcUnicodeString const& strName) const {
 }
 
 QXModelDataPtr const* QXModelManager::FindEntry(QdcUnicodeString const& strName) const {
-  if (!UpdateIndex(m_dictModels.GetCount())) {
+  if (!IsIndexed() && !UpdateIndex(m_dictModels.GetCount())) {
     Position const place = m_dictModels.Find(strName);
     return m_dictModels.IsEOF(place) ? nullptr : &place->second;
   }
@@ -93,7 +93,7 @@ QXModelDataPtr const* QXModelManager::FindEntry(QdcUnicodeString const& strName)
 
 bool QXModelManager::UpdateIndex(std::uint64_t nNames) const noexcept {
   try {
-    bool const bRight = m_nIndexedChangeCount == m_dictModels.GetChangeCount();
+    bool const bRight = IsIndexed();
     if (!bRight) m_Index.RemoveAll();
     m_Index.Reserve(nNames);
     if (bRight) return true;
@@ -153,7 +153,7 @@ void QXModelManager::Remove(QdcUnicodeString const& strName) {
   if (!pEntry) return;
   // Held until dictionary and index agree again: it comes back here while it dies.
   QXModelDataPtr const pDying = *pEntry;
-  bool const bIndexed = UpdateIndex(m_dictModels.GetCount());
+  bool const bIndexed = IsIndexed();
   if (bIndexed) m_Index.Remove(strName);
   m_dictModels.RemoveKey(strName);
   if (bIndexed) m_nIndexedChangeCount = m_dictModels.GetChangeCount();

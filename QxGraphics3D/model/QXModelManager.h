@@ -84,6 +84,7 @@ private:
   /// Null if there is none.
   QXModelDataPtr const* FindEntry(QdcUnicodeString const& strName) const;
   void Store(QdcUnicodeString const& strName, QXModelDataPtr const& pModel);
+  bool IsIndexed() const { return m_nIndexedChangeCount == m_dictModels.GetChangeCount(); }
   /// Brings the index up to date, with room for so many names. False without memory for it.
   bool UpdateIndex(std::uint64_t nNames) const noexcept;
   void List(QXModelData& model);
