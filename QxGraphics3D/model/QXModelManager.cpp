@@ -151,7 +151,7 @@ void QXModelManager::Store(QdcUnicodeString const& strName, QXModelDataPtr const
 void QXModelManager::Remove(QdcUnicodeString const& strName) {
   QXModelDataPtr const* const pEntry = FindEntry(strName);
   if (!pEntry) return;
-  // Held until dictionary and index agree again: it comes back here while it dies.
+  // Held until dictionary and index agree again: it comes back here while it dies, and would have the index built anew.
   QXModelDataPtr const pDying = *pEntry;
   bool const bIndexed = IsIndexed();
   if (bIndexed) m_Index.Remove(strName);
