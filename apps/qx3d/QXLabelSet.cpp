@@ -51,7 +51,6 @@ bool QXLabelSet::AddPart(QXC::QXGraphics3D& graphics3D, std::wstring const& strS
   pDrawable->SetBoundingBox(
       QXC::QXBoundingBox(m_Bounds.GetMin() - part.m_vecOrigin, m_Bounds.GetMax() - part.m_vecOrigin));
   pDrawable->SetRenderOperationMultiIndex(pOperation.get());
-  pDrawable->SetModelMatrix(*pOperation->GetMatrix());
   pDrawable->SetLightEnable(0);
   pDrawable->SetCastShadow(0);
   pDrawable->SetReceiveShadow(0);
