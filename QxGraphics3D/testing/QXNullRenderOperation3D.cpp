@@ -162,9 +162,14 @@ void QXNullRenderOperation3D::TakePassTextures(QXStaticGeometryBucket const& buc
 void QXNullRenderOperation3D::SetBucket(
     QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances, QXTextureManager* pTextures) {
   m_Geometry.Set(bucket, arrLevelDistances);
-  ReleasePackageTextures();
+  std::vector<QXTexture*> arrFormer;
+  arrFormer.swap(m_arrPackageTextures);
   if (pTextures != nullptr) {
     TakePassTextures(bucket, *pTextures);
+  }
+  // Afterwards, so that a texture that stays in use is never without a user in between.
+  for (QXTexture* const pTexture : arrFormer) {
+    pTexture->DecRef();
   }
   TakeGeometryBounds();
   Record("SetBucket", m_Geometry.GetVertexCount(), GetIndexRangeCount(), GetTriangleCount());
