@@ -11,6 +11,7 @@
 #include <QxGraphics3D/frame/QXPluginModule.h>
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/renderop/QXBatchSelAndVertexColor.h>
 #include <QxGraphics3D/renderop/QXRenderOperation3D.h>
 #include <QxGraphics3D/renderop/QXRenderOperationManager.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
@@ -18,6 +19,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -129,13 +131,26 @@ std::string QXRendererSession::AddPart(QXScenePart& part, QXC::QXMatrix4d const&
 std::string QXRendererSession::AddGeometry(QXC::QXStaticGeometry const& geometry, QXC::QXMatrix4d const& matPlace) {
   QXC::QXRenderOperationManager& manager = *m_pGraphics3D->GetRenderOperationManager();
   for (QXC::QXStaticGeometryBucket const* pBucket : GetBuckets(geometry)) {
+    if (pBucket->m_pVertexPackage->m_nVertexNum == 0) continue;
     QXC::QXRenderOperation3D* pDrawable =
         manager.CreateStaticGeometry3D(m_strScene.c_str(), *pBucket, QXC::QdcArray<double>());
     if (pDrawable == nullptr) return DescribeFailure("no drawable can be made");
     m_vecDrawables.push_back(pDrawable);
     pDrawable->SetModelMatrix(geometry.GetLocalViewMatrix() * matPlace);
+    Highlight(*pBucket, *pDrawable);
   }
   return std::string();
+}
+
+void QXRendererSession::Highlight(QXC::QXStaticGeometryBucket const& bucket, QXC::QXRenderOperation3D& drawable) {
+  auto const nObjects = static_cast<long>(bucket.m_mapSubObjects.size());
+  if (m_nHighlight >= 0 && m_nHighlight < nObjects) {
+    QXC::QXBatchSelAndVertexColor state;
+    state.m_mapSelections[static_cast<unsigned int>(std::next(bucket.m_mapSubObjects.begin(), m_nHighlight)->first)] =
+        1;
+    drawable.SetBatchState(state);
+  }
+  m_nHighlight -= nObjects;
 }
 
 std::string QXRendererSession::AddGround(QXScene const& scene) {

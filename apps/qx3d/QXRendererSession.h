@@ -23,6 +23,7 @@ class QXRenderTarget;
 class QXStaticGeometry;
 class QXTexture;
 class QXViewport;
+struct QXStaticGeometryBucket;
 }  // namespace QXC
 
 namespace QXApp {
@@ -70,6 +71,8 @@ public:
   /// Opens the target in a window of the program.
   std::string OpenWindow(HWND hWindow, int nWidth, int nHeight);
 
+  /// Merged mesh that Show marks, counted from 0 over all geometries in their order; below 0, or beyond the last, none.
+  void SetHighlight(long nMesh) { m_nHighlight = nMesh; }
   /// Hands a scene's drawables over, with light from the south-west. Geometries and parts are freed on the way.
   /// @param vecPictures  of the models, by the index that a part has of its model
   /// @param vecProblems  gets one line for each picture that the renderer cannot use; the model is shown all the same
@@ -141,6 +144,7 @@ private:
   std::string AddScene(QXScene& scene, std::vector<QXModelPictures> const& vecPictures,
       std::vector<std::string>& vecProblems, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
   std::string AddGeometry(QXC::QXStaticGeometry const& geometry, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
+  void Highlight(QXC::QXStaticGeometryBucket const& bucket, QXC::QXRenderOperation3D& drawable);
   std::string AddSymbol(QXSymbolModel& symbol, QXSymbolPlace const& place, std::vector<std::string>& vecProblems);
   std::string AddGround(QXScene const& scene);
   QXC::QXTexture* TakeTexture(int nModel, QXTextureKey const& key, std::vector<QXModelPictures> const& vecPictures,
@@ -160,6 +164,8 @@ private:
   QXC::QXVector3d m_vecOrigin;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;
+  /// How many merged meshes come before the marked one; below 0 once it was met.
+  long m_nHighlight = -1;
   double m_dFov = 0.55;
   double m_dBackground[3] = {0.78, 0.87, 0.95};
   QXFrameFigures m_Figures;

@@ -158,7 +158,9 @@ std::string QXSceneModels::LoadStatic(QXSceneStatic const& placed, std::vector<s
   QXMatrix4d matPlace;
   matPlace.SetTrans(placed.m_vecPosition);
   pGeometry->SetLocalViewMatrix(matPlace);
-  if (!IsShowable(FindStaticBounds(*pGeometry), matPlace))
+  QXC::QXBoundingBox const bounds = FindStaticBounds(*pGeometry);
+  if (bounds.IsNULL() != 0) return "there are no vertices in it; bake it again";
+  if (!IsShowable(bounds, matPlace))
     return "it is placed beyond 1e15, farther than can be shown; give a nearer position";
   strReason = Count(CountTriangles(*pGeometry), CountVertices(*pGeometry));
   if (!strReason.empty()) return strReason;

@@ -98,6 +98,8 @@ private:
   bool ReadList(int nList) {
     int nBuckets = 0;
     if (!ReadCount(nBuckets, LeastBucket, "buckets")) return false;
+    // At once: growing would hold a second array meanwhile, for a file of nothing but empty buckets.
+    m_Contents.m_vecBuckets[nList].reserve(static_cast<std::size_t>(nBuckets));
     for (int i = 0; i < nBuckets; ++i) {
       m_Contents.m_vecBuckets[nList].emplace_back();
       m_pBucket = &m_Contents.m_vecBuckets[nList].back();

@@ -114,6 +114,10 @@ private:
     }
     if (!strError.empty()) return strError;
     std::vector<std::string> vecProblems;
+    if (m_Options.m_nHighlight > static_cast<int>(m_Scene.m_nMeshes - m_Scene.m_vecParts.size()))
+      return "--highlight " + std::to_string(m_Options.m_nHighlight) + ": there are " +
+             std::to_string(m_Scene.m_nMeshes - m_Scene.m_vecParts.size()) + " merged meshes; give a lower number";
+    m_Session.SetHighlight(m_Options.m_nHighlight - 1);
     strError = m_Session.Show(m_Scene, m_Models.GetPictures(), HasGround(), vecProblems);
     Warn(vecProblems);
     m_Models.FreePictures();

@@ -178,6 +178,9 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
       ->check(CLI::Range(1, 64));
   view.add_flag("--no-ground", raw.m_bNoGround, "Leave out the ground plane under the model");
   view.add_flag("--no-merge", raw.m_bNoMerge, "Draw each mesh of the models for itself, to see what merging saves");
+  view.add_option("--highlight", options.m_nHighlight, "Mark this one of the merged meshes, counted from 1")
+      ->type_name("N")
+      ->check(CLI::Range(1, 100000000));
   view.add_flag("--stats", options.m_bStats, "Print frame statistics, triangles, vertices and draw operations");
   view.footer(ViewFooter);
 }
@@ -244,6 +247,8 @@ std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   options.m_eUp = FindUp(raw.m_strUp);
   options.m_bEye = !raw.m_strEye.empty() && ReadPoint(raw.m_strEye, options.m_dEye);
   options.m_bLook = !raw.m_strLook.empty() && ReadPoint(raw.m_strLook, options.m_dLook);
+  if (options.m_nHighlight > 0 && !options.m_bMerge)
+    return "--highlight marks one of the merged meshes; leave --no-merge out";
   long nSides[2] = {options.m_nWidth, options.m_nHeight};
   if (!raw.m_strSize.empty()) ReadSize(raw.m_strSize, nSides);
   for (long nSide : nSides)

@@ -38,6 +38,8 @@ struct QXViewOptions {
   bool m_bGround = true;
   /// Whether the meshes of models are merged into few drawables.
   bool m_bMerge = true;
+  /// Merged mesh to mark, from 1 in the order in which they were merged; 0 for none.
+  int m_nHighlight = 0;
   UpAxis m_eUp = UpAxis::Auto;
 };
 

@@ -209,6 +209,18 @@ TEST(QXBakeProgram, DamagedFilesAreToldByTheirByte) {
   ExpectFailure(RunProgram(folder, "inspect " + Quote(folder.Path("gone.qsg"))), {"gone.qsg", "no such file"});
 }
 
+TEST(QXBakeProgram, FileWithoutBucketsIsWholeAndNothingToShow) {
+  Folder const folder;
+  std::vector<unsigned char> vecBytes(32);
+  double const dVersion = 1.3;
+  std::memcpy(vecBytes.data(), &dVersion, sizeof dVersion);
+  std::string const strPath = folder.Write("none.qsg", vecBytes);
+  EXPECT_EQ(RunProgram(folder, "inspect " + Quote(strPath)).m_nExitStatus, 0);
+  ExpectFailure(
+      RunProgram(folder, "view " + Quote(strPath) + " --renderer null --out " + Quote(folder.Path("out.png"))),
+      {strPath, "no vertices"});
+}
+
 TEST(QXBakeProgram, OlderFilesAreUpgraded) {
   TownFolder const folder;
   ASSERT_EQ(Bake(folder, Quote(Block()) + " -o " + Quote(folder.Path("new.qsg"))).m_nExitStatus, 0);
@@ -234,6 +246,18 @@ TEST(QXViewMerging, StatsTellHowManyOperationsMergingSaves) {
   EXPECT_THAT(View(folder, folder.Path("town.qxscene"), "--no-ground --no-merge").m_strOut,
       testing::AllOf(HasSubstr("draw operations    40\n"), HasSubstr("merged             40 meshes into 40 ranges\n"),
           HasSubstr("triangles          480 drawn; the scene has 480\n")));
+}
+
+TEST(QXViewMerging, MeshToMarkMustBeThereAndMerged) {
+  TownFolder const folder;
+  auto const view = [&](std::string const& strOptions) {
+    return RunProgram(folder, "view " + Quote(folder.Path("town.qxscene")) + " --renderer null --size 8x8 --out " +
+                                  Quote(folder.Path("out.png")) + " " + strOptions);
+  };
+  EXPECT_EQ(view("--highlight 40").m_nExitStatus, 0);
+  ExpectFailure(view("--highlight 41"), {"--highlight 41: there are 40 merged meshes"});
+  ExpectFailure(view("--highlight 1 --no-merge"), {"leave --no-merge out"});
+  EXPECT_EQ(view("--highlight 0").m_nExitStatus, 2);
 }
 
 #if defined(QX_WITH_OGRE)
@@ -300,6 +324,22 @@ TEST(QXViewMergingWithDevice, PicturesWithAndWithoutMergingAndBakedAreTheSame) {
   QXPicture const baked = Draw(folder, folder.Path("mixed.qsg"), "");
   // Panes of one file are blended in its order.
   EXPECT_LT(CountDifferent(merged, baked), 60);
+}
+
+TEST(QXViewMergingWithDevice, OneMergedMeshIsMarked) {
+  TownFolder const folder;
+  folder.Write("town.qxscene", BlocksScene(3));
+  QXPicture const plain = Draw(folder, folder.Path("town.qxscene"), "--no-ground");
+  // The middle of the three stands in the middle of the picture.
+  std::size_t const nMiddle = 3 * (75 * 200 + 100);
+  for (int i = 1; i <= 3; ++i) {
+    QXPicture const marked = Draw(folder, folder.Path("town.qxscene"), "--no-ground --highlight " + std::to_string(i));
+    EXPECT_GT(CountDifferent(plain, marked), 100) << i;
+    bool bMiddle = false;
+    for (std::size_t j = nMiddle; j < nMiddle + 3; ++j)
+      bMiddle = bMiddle || std::abs(plain.m_vecPixels[j] - marked.m_vecPixels[j]) > 20;
+    EXPECT_EQ(bMiddle, i == 2) << i;
+  }
 }
 
 #endif
