@@ -85,9 +85,11 @@ TEST(QXMergeKernels, PointsAndNormalsAreThoseOfTheVectors) {
         point.Normalize();
       }
     }
-    kernels.m_pfnTransformPoints(QXPointTransform(matrix), source.data(), found.data(), nNum);
+    kernels.m_pfnTransformPoints(
+        QXPointTransform(matrix), source.data(), found.data(), nNum, {source.data(), source.data()});
     ExpectSameBits(found, points, "points");
-    kernels.m_pfnTransformNormals(QXPointTransform(matrix), source.data(), found.data(), nNum);
+    kernels.m_pfnTransformNormals(
+        QXPointTransform(matrix), source.data(), found.data(), nNum, {source.data(), source.data()});
     ExpectSameBits(found, normals, "normals");
   });
 }
@@ -97,7 +99,8 @@ TEST(QXMergeKernels, ZeroVectorsStayZeroAsNormals) {
     QXMatrix4d matrix;
     std::vector<float> const source(3 * nNum, 0.0F);
     std::vector<float> found(3 * nNum, 5.0F);
-    kernels.m_pfnTransformNormals(QXPointTransform(matrix), source.data(), found.data(), nNum);
+    kernels.m_pfnTransformNormals(
+        QXPointTransform(matrix), source.data(), found.data(), nNum, {source.data(), source.data()});
     ExpectSameBits(found, source, "normals");
   });
 }
@@ -152,7 +155,7 @@ TEST(QXMergeKernels, StreamsCopyToAnyAddress) {
       std::vector<unsigned char> source(4 * nNum);
       for (unsigned char& nByte : source) nByte = static_cast<unsigned char>(random());
       std::vector<unsigned char> target(4 * nNum + 200, 9);
-      kernels.m_pfnStream(target.data() + offset, source.data(), source.size());
+      kernels.m_pfnStream(target.data() + offset, source.data(), source.size(), source.data());
       kernels.m_pfnFinishStreams();
       std::vector<unsigned char> expected(4 * nNum + 200, 9);
       std::copy(source.begin(), source.end(), expected.begin() + static_cast<std::ptrdiff_t>(offset));

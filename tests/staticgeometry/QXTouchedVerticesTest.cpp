@@ -17,7 +17,7 @@ Vertices Touch(QXTouchedVertices& touched, std::vector<T> const& indices, std::s
   QXIndexRange range;
   for (T const nIndex : indices) range.Add(nIndex);
   touched.Begin(range, nVertices, indices.size());
-  touched.Add(indices.data(), indices.size());
+  touched.Add(indices.data(), indices.size(), indices.data());
   Vertices found;
   std::size_t nNext = 0;
   touched.Visit([&](std::size_t nFirst, unsigned char const* pTouched, std::size_t nNum) {

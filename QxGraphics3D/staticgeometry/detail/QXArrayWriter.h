@@ -20,18 +20,21 @@ public:
   QXArrayWriter() = default;
   /// @param pTarget    null for no array
   /// @param pfnStream  QXMergeKernels::m_pfnStream to write past the caches, null to write as usual
-  QXArrayWriter(T* pTarget, std::size_t nNum, void (*pfnStream)(void*, void const*, std::size_t))
+  QXArrayWriter(T* pTarget, std::size_t nNum, decltype(QXMergeKernels::m_pfnStream) pfnStream)
       : m_pTarget(pTarget), m_nLeft(pTarget ? nNum : 0), m_pfnStream(pfnStream) {}
 
   /// Where the next item goes.
   T* GetTarget() const { return m_pTarget; }
   std::size_t GetLeft() const { return m_nLeft; }
 
-  void Write(T const* pItems, std::size_t nNum) {
+  void Write(T const* pItems, std::size_t nNum) { Write(pItems, nNum, pItems); }
+
+  /// @param pAhead  as large as the items and read soon; see QXAhead
+  void Write(T const* pItems, std::size_t nNum, void const* pAhead) {
     std::size_t const num = std::min(nNum, m_nLeft);
     if (num == 0) return;
     if (m_pfnStream)
-      m_pfnStream(m_pTarget, pItems, num * sizeof(T));
+      m_pfnStream(m_pTarget, pItems, num * sizeof(T), pAhead);
     else
       std::memcpy(m_pTarget, pItems, num * sizeof(T));
     Advance(num);
@@ -53,7 +56,7 @@ private:
 
   T* m_pTarget = nullptr;
   std::size_t m_nLeft = 0;
-  void (*m_pfnStream)(void*, void const*, std::size_t) = nullptr;
+  decltype(QXMergeKernels::m_pfnStream) m_pfnStream = nullptr;
 };
 
 }  // namespace QXC::detail

@@ -101,16 +101,21 @@ void QXIndexMerge::Run() {
 template <class Word>
 void QXIndexMerge::CopyRecords(
     std::vector<QXBucketIndexPackage> const& arrRecords, int nKey, long long nLevel, QXIndexPackage& merged) {
-  QXArrayWriter<Word> writer(static_cast<Word*>(merged.m_pIndices), GetWordNum(&merged, sizeof(Word)),
-      m_options.m_bStream ? m_options.m_pKernels->m_pfnStream : nullptr);
+  std::size_t const words = GetWordNum(&merged, sizeof(Word));
+  QXArrayWriter<Word> writer(
+      static_cast<Word*>(merged.m_pIndices), words, m_options.ChooseStream(merged.m_pIndices, words * sizeof(Word)));
   std::size_t offset = 0;
-  for (QXBucketIndexPackage const& record : arrRecords) {
+  for (std::size_t i = 0; i < arrRecords.size(); ++i) {
+    QXBucketIndexPackage const& record = arrRecords[i];
     QXIndexPackage const* const pSource = GetLevelPackage(record, nLevel);
     std::size_t const num = GetIndexNum(pSource);
     if (nLevel == 0) CountForSubObject(record.m_nVertexStart, nKey, offset, num);
     if (!pSource) continue;
     merged.m_bFlag = pSource->m_bFlag;
     merged.m_eOperationType = pSource->m_eOperationType;
+    QXIndexPackage const* const pNext =
+        i + 1 < arrRecords.size() ? GetLevelPackage(arrRecords[i + 1], nLevel) : nullptr;
+    m_pAhead = pNext && pNext->m_pIndices ? pNext->m_pIndices : merged.m_pIndices;
     CopyRecord(record, *pSource, m_bTransforms && nLevel == 0, writer);
     offset += num;
   }
@@ -124,9 +129,9 @@ void QXIndexMerge::CopyRecord(
   if (!bTransform || blocks.GetNum() == 0) return;
   m_touched.Begin(range, m_bucket.m_pVertexPackage->m_nVertexNum, blocks.GetNum());
   if (blocks.GetNum() <= kBlock)
-    m_touched.Add(blocks.GetBlock(), blocks.GetNum());
+    m_touched.Add(blocks.GetBlock(), blocks.GetNum(), static_cast<Word const*>(m_pAhead));
   else
-    blocks.Take([&](Word const* pIndices, std::size_t nNum) { m_touched.Add(pIndices, nNum); });
+    blocks.Take([&](Word const* pIndices, std::size_t nNum) { m_touched.Add(pIndices, nNum, pIndices); });
   TransformTouched(record);
 }
 

@@ -42,6 +42,8 @@ private:
   /// Whether coordinates are transformed at all.
   bool m_bTransforms = false;
   QXTouchedVertices m_touched;
+  /// The indices after those that are being copied, to be fetched meanwhile.
+  void const* m_pAhead = nullptr;
 };
 
 }  // namespace QXC::detail

@@ -23,11 +23,13 @@ QXCoordTransform::QXCoordTransform(QXMatrix4d const& matrix) {
 
 namespace {
 
-void TransformPointsPlain(QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
+void TransformPointsPlain(
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead) {
   for (std::size_t i = 0; i < nNum; ++i) TransformPoint(transform, pSource + 3 * i, pTarget + 3 * i);
 }
 
-void TransformNormalsPlain(QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
+void TransformNormalsPlain(
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead) {
   for (std::size_t i = 0; i < nNum; ++i) TransformNormal(transform, pSource + 3 * i, pTarget + 3 * i);
 }
 
@@ -48,7 +50,7 @@ QXIndexRange Shift32Plain(
   return ShiftIndices(nStart, pSource, pTarget, nNum);
 }
 
-void StreamPlain(void* pTarget, void const* pSource, std::size_t nBytes) {
+void StreamPlain(void* pTarget, void const* pSource, std::size_t nBytes, void const*) {
   std::memcpy(pTarget, pSource, nBytes);
 }
 

@@ -47,6 +47,23 @@ struct QXIndexRange {
   }
 };
 
+/// Asks for the line at an address, which need not be readable.
+inline void Prefetch(void const* p) {
+#if defined(__GNUC__)
+  __builtin_prefetch(p);
+#else
+  static_cast<void>(p);
+#endif
+}
+
+/// What is read after a loop, fetched while the loop computes: memory does not rest meanwhile, and the arrays of meshes
+/// are too short for the processor to foresee where the next one begins. As far behind each address as the loop has come
+/// in its own source.
+struct QXAhead {
+  void const* m_pFirst;
+  void const* m_pSecond;
+};
+
 /// The loops in one instruction set. Sources and targets do not overlap.
 struct QXMergeKernels {
   char const* m_szName;
@@ -54,10 +71,10 @@ struct QXMergeKernels {
 
   /// nNum points of three numbers each.
   void (*m_pfnTransformPoints)(
-      QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum);
+      QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead);
   /// The same, then QXVector3d::Normalize.
   void (*m_pfnTransformNormals)(
-      QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum);
+      QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead);
   /// In place: pairs of numbers, those whose byte in pTouched is not 0 (it is 0 or 1).
   void (*m_pfnTransformPairs)(
       QXCoordTransform const& transform, float* pPairs, unsigned char const* pTouched, std::size_t nNum);
@@ -68,7 +85,7 @@ struct QXMergeKernels {
       std::uint32_t nStart, std::uint32_t const* pSource, std::uint32_t* pTarget, std::size_t nNum);
   /// Copies past the caches: for targets that together leave the caches before anybody reads them. Their lines need
   /// not be fetched only to be overwritten.
-  void (*m_pfnStream)(void* pTarget, void const* pSource, std::size_t nBytes);
+  void (*m_pfnStream)(void* pTarget, void const* pSource, std::size_t nBytes, void const* pAhead);
   /// After the last of them, before anybody else reads.
   void (*m_pfnFinishStreams)();
 };

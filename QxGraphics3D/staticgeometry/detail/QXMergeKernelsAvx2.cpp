@@ -46,9 +46,11 @@ QX_AVX2 inline __m256d Normalize(__m256d vector) {
 /// Reads and writes four numbers a point, the fourth being the next point's first: the last point of an array is left to
 /// the caller. Stores run forwards, so the next point puts its first number right.
 template <bool bNormalize>
-QX_AVX2 inline void TransformThrees(Rows const& rows, float const* pSource, float* pTarget, std::size_t nNum) {
+QX_AVX2 inline void TransformThrees(
+    Rows const& rows, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
   for (std::size_t i = 0; i < nNum; ++i) {
-    _mm_prefetch(reinterpret_cast<char const*>(pSource + 3 * i) + 1024, _MM_HINT_T0);
+    Prefetch(static_cast<char const*>(ahead.m_pFirst) + 12 * i);
+    Prefetch(static_cast<char const*>(ahead.m_pSecond) + 8 * i);
     __m256d result = Multiply(rows, _mm256_cvtps_pd(_mm_loadu_ps(pSource + 3 * i)));
     if constexpr (bNormalize) result = Normalize(result);
     _mm_storeu_ps(pTarget + 3 * i, _mm256_cvtpd_ps(result));
@@ -58,16 +60,16 @@ QX_AVX2 inline void TransformThrees(Rows const& rows, float const* pSource, floa
 }  // namespace
 
 QX_AVX2 void TransformPointsAvx2(
-    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
   if (nNum == 0) return;
-  TransformThrees<false>(LoadRows(transform), pSource, pTarget, nNum - 1);
+  TransformThrees<false>(LoadRows(transform), pSource, pTarget, nNum - 1, ahead);
   TransformPoint(transform, pSource + 3 * (nNum - 1), pTarget + 3 * (nNum - 1));
 }
 
 QX_AVX2 void TransformNormalsAvx2(
-    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
   if (nNum == 0) return;
-  TransformThrees<true>(LoadRows(transform), pSource, pTarget, nNum - 1);
+  TransformThrees<true>(LoadRows(transform), pSource, pTarget, nNum - 1, ahead);
   TransformNormal(transform, pSource + 3 * (nNum - 1), pTarget + 3 * (nNum - 1));
 }
 
@@ -142,7 +144,7 @@ QX_AVX2 QXIndexRange Shift32Avx2(
   return range;
 }
 
-QX_AVX2 void StreamAvx2(void* pTarget, void const* pSource, std::size_t nBytes) {
+QX_AVX2 void StreamAvx2(void* pTarget, void const* pSource, std::size_t nBytes, void const* pAhead) {
   auto* pTo = static_cast<unsigned char*>(pTarget);
   auto const* pFrom = static_cast<unsigned char const*>(pSource);
   // A line that is not written whole stays in the cache for the neighbour that writes the rest of it.
@@ -150,7 +152,7 @@ QX_AVX2 void StreamAvx2(void* pTarget, void const* pSource, std::size_t nBytes) 
   std::memcpy(pTo, pFrom, nHead);
   std::size_t i = nHead;
   for (; i + 64 <= nBytes; i += 64) {
-    _mm_prefetch(reinterpret_cast<char const*>(pFrom + i) + 1024, _MM_HINT_T0);
+    Prefetch(static_cast<char const*>(pAhead) + i);
     __m256i const low = _mm256_loadu_si256(reinterpret_cast<__m256i const*>(pFrom + i));
     __m256i const high = _mm256_loadu_si256(reinterpret_cast<__m256i const*>(pFrom + i + 32));
     _mm256_stream_si256(reinterpret_cast<__m256i*>(pTo + i), low);

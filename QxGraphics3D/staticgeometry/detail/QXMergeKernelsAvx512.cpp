@@ -124,11 +124,13 @@ QX_AVX512 inline void TransformSixteen(QXPointTransform const& transform, float 
 
 template <bool bNormalize>
 QX_AVX512 inline void TransformThrees(
-    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
   std::size_t i = 0;
   for (; i + kPoints <= nNum; i += kPoints) {
-    char const* const pAhead = reinterpret_cast<char const*>(pSource + 3 * i) + 1024;
-    for (int nLine = 0; nLine < 3; ++nLine) _mm_prefetch(pAhead + 64 * nLine, _MM_HINT_T0);
+    for (std::size_t nLine = 0; nLine < 3; ++nLine) {
+      Prefetch(static_cast<char const*>(ahead.m_pFirst) + 12 * i + 64 * nLine);
+      if (nLine < 2) Prefetch(static_cast<char const*>(ahead.m_pSecond) + 8 * i + 64 * nLine);
+    }
     TransformSixteen<bNormalize>(transform, pSource + 3 * i, pTarget + 3 * i);
   }
   if (i == nNum) return;
@@ -142,13 +144,13 @@ QX_AVX512 inline void TransformThrees(
 }  // namespace
 
 QX_AVX512 void TransformPointsAvx512(
-    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
-  TransformThrees<false>(transform, pSource, pTarget, nNum);
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
+  TransformThrees<false>(transform, pSource, pTarget, nNum, ahead);
 }
 
 QX_AVX512 void TransformNormalsAvx512(
-    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum) {
-  TransformThrees<true>(transform, pSource, pTarget, nNum);
+    QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
+  TransformThrees<true>(transform, pSource, pTarget, nNum, ahead);
 }
 
 QX_AVX512 void TransformPairsAvx512(
@@ -176,7 +178,7 @@ QX_AVX512 void TransformPairsAvx512(
   }
 }
 
-QX_AVX512 void StreamAvx512(void* pTarget, void const* pSource, std::size_t nBytes) {
+QX_AVX512 void StreamAvx512(void* pTarget, void const* pSource, std::size_t nBytes, void const* pAhead) {
   auto* pTo = static_cast<unsigned char*>(pTarget);
   auto const* pFrom = static_cast<unsigned char const*>(pSource);
   // A line that is not written whole stays in the cache for the neighbour that writes the rest of it.
@@ -184,7 +186,7 @@ QX_AVX512 void StreamAvx512(void* pTarget, void const* pSource, std::size_t nByt
   std::memcpy(pTo, pFrom, nHead);
   std::size_t i = nHead;
   for (; i + 64 <= nBytes; i += 64) {
-    _mm_prefetch(reinterpret_cast<char const*>(pFrom + i) + 1024, _MM_HINT_T0);
+    Prefetch(static_cast<char const*>(pAhead) + i);
     _mm512_stream_si512(reinterpret_cast<__m512i*>(pTo + i), _mm512_loadu_si512(pFrom + i));
   }
   std::memcpy(pTo + i, pFrom + i, nBytes - i);

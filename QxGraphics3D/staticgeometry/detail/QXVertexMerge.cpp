@@ -3,6 +3,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector4d.h>
 #include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
+#include <QxGraphics3D/staticgeometry/detail/QXMappedMemory.h>
 
 #include <algorithm>
 
@@ -14,16 +15,17 @@ constexpr unsigned int kOpaqueWhite = 0xFFFFFFFFU;
 /// Points that are transformed at a time before they are written to where they belong.
 constexpr std::size_t kBlock = 256;
 
-using Transform = void (*)(QXPointTransform const&, float const*, float*, std::size_t);
+using Transform = decltype(QXMergeKernels::m_pfnTransformPoints);
 
 /// Points of three numbers that stay points of three numbers.
 void WriteThrees(QXArrayWriter<float>& writer, Transform pfnTransform, QXMatrix4d const& matrix, float const* pPoints,
-    std::size_t nNum) {
+    std::size_t nNum, QXAhead ahead) {
   alignas(64) float arrBlock[3 * kBlock];
   QXPointTransform const transform(matrix);
   for (std::size_t i = 0; i < nNum; i += kBlock) {
     std::size_t const num = std::min(nNum - i, kBlock);
-    pfnTransform(transform, pPoints + 3 * i, arrBlock, num);
+    pfnTransform(transform, pPoints + 3 * i, arrBlock, num,
+        {static_cast<char const*>(ahead.m_pFirst) + 12 * i, static_cast<char const*>(ahead.m_pSecond) + 8 * i});
     writer.Write(arrBlock, 3 * num);
   }
 }
@@ -43,6 +45,11 @@ void WritePoints(QXArrayWriter<float>& writer, std::size_t nDim, float const* pP
   }
 }
 
+/// What is fetched ahead: any address does, if there is nothing to fetch.
+void const* OneOf(void const* pWanted, void const* pOther) {
+  return pWanted ? pWanted : pOther;
+}
+
 QXVector3d GetThree(QXVector4d const& point) {
   return {point[0], point[1], point[2]};
 }
@@ -59,24 +66,31 @@ bool IsPolyline(QXStaticGeometryBucket const& bucket) {
   return bucket.m_mapPasses.count(L"PolyLine") != 0;
 }
 
+decltype(QXMergeKernels::m_pfnStream) QXMergeOptions::ChooseStream(void const* pArray, std::size_t nBytes) const {
+  return m_bStream && IsMapped(pArray, nBytes) ? m_pKernels->m_pfnStream : nullptr;
+}
+
 QXVertexMerge::QXVertexMerge(QXStaticGeometryBucket& bucket, QXMergeOptions const& options)
     : m_bucket(bucket), m_options(options), m_bPolyline(IsPolyline(bucket)) {
   QXVertexDataPackage const& p = *bucket.m_pVertexPackage;
-  auto const pfnStream = options.m_bStream ? options.m_pKernels->m_pfnStream : nullptr;
-  auto const size = [](unsigned int nNum, std::size_t nDim) { return nNum * nDim; };
-  m_positions = Numbers(p.m_pVertices, size(p.m_nVertexNum, p.m_nVertexDim), pfnStream);
-  m_normals = Numbers(p.m_pNormals, size(p.m_nNormalNum, p.m_nNormalDim), pfnStream);
-  m_colors = Words(p.m_pColors, p.m_nColorNum, pfnStream);
-  m_secondColors = Words(p.m_pSecondColors, p.m_nSecondColorNum, pfnStream);
+  auto const makeWriter = [&]<class T>(T* pItems, unsigned int nNum, std::size_t nDim) {
+    return QXArrayWriter<T>(pItems, nNum * nDim, options.ChooseStream(pItems, nNum * nDim * sizeof(T)));
+  };
+  m_positions = makeWriter(p.m_pVertices, p.m_nVertexNum, p.m_nVertexDim);
+  m_normals = makeWriter(p.m_pNormals, p.m_nNormalNum, p.m_nNormalDim);
+  m_colors = makeWriter(p.m_pColors, p.m_nColorNum, 1);
+  m_secondColors = makeWriter(p.m_pSecondColors, p.m_nSecondColorNum, 1);
   // Written as usual: the coordinates are soon read again, to be transformed.
   for (unsigned int unit = 0; unit < QXVertexDataPackage::UnitNum; ++unit)
-    m_arrCoords[unit] = Numbers(p.m_pTexCoords[unit], size(p.m_nTexCoordNums[unit], p.m_nTexDims[unit]), nullptr);
+    m_arrCoords[unit] =
+        Numbers(p.m_pTexCoords[unit], std::size_t{p.m_nTexCoordNums[unit]} * p.m_nTexDims[unit], nullptr);
 }
 
 void QXVertexMerge::Run() {
   for (std::size_t i = 0; i < m_bucket.m_vecPackages.size(); ++i) {
     QXVertexDataPackage const* const pMesh = m_bucket.m_vecPackages[i];
     if (!pMesh) continue;
+    m_pNext = i + 1 < m_bucket.m_vecPackages.size() ? m_bucket.m_vecPackages[i + 1] : nullptr;
     bool const bHasMatrix = i < m_bucket.m_vecMatrices.size();
     CopyMesh(*pMesh, bHasMatrix ? m_bucket.m_vecMatrices[i] : QXMatrix4d::IDENTITY);
   }
@@ -109,7 +123,8 @@ void QXVertexMerge::CopyPositions(QXVertexDataPackage const& mesh, QXMatrix4d co
   } else if (bThrees && m_options.m_bNoTransform) {
     m_positions.Write(mesh.m_pVertices, num * dim);
   } else if (bThrees) {
-    WriteThrees(m_positions, m_options.m_pKernels->m_pfnTransformPoints, transform, mesh.m_pVertices, num);
+    WriteThrees(m_positions, m_options.m_pKernels->m_pfnTransformPoints, transform, mesh.m_pVertices, num,
+        {OneOf(mesh.m_pNormals, mesh.m_pVertices), OneOf(mesh.m_pTexCoords[0], mesh.m_pVertices)});
   } else {
     WritePoints(m_positions, dim, mesh.m_pVertices, mesh.m_nVertexDim, num, [&](QXVector4d& point) {
       if (!m_options.m_bNoTransform) SetThree(point, QXVector3d::MultiplyMatrix(GetThree(point), transform));
@@ -126,11 +141,11 @@ void QXVertexMerge::CopyNormals(QXVertexDataPackage const& mesh, QXMatrix4d cons
   if (!mesh.m_pNormals) {
     m_normals.Fill(0.0F, mesh.m_nVertexNum * dim);
   } else if (bThrees && !bTransform) {
-    m_normals.Write(mesh.m_pNormals, num * dim);
+    m_normals.Write(mesh.m_pNormals, num * dim, OneOf(m_pNext ? m_pNext->m_pVertices : nullptr, mesh.m_pNormals));
   } else if (bThrees) {
     QXMergeKernels const& kernels = *m_options.m_pKernels;
     WriteThrees(m_normals, m_bPolyline ? kernels.m_pfnTransformPoints : kernels.m_pfnTransformNormals, transform,
-        mesh.m_pNormals, num);
+        mesh.m_pNormals, num, {OneOf(m_pNext ? m_pNext->m_pVertices : nullptr, mesh.m_pNormals), mesh.m_pNormals});
   } else {
     WritePoints(m_normals, dim, mesh.m_pNormals, mesh.m_nNormalDim, num, [&](QXVector4d& normal) {
       if (!bTransform) return;

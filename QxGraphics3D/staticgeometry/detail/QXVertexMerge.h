@@ -26,6 +26,9 @@ struct QXMergeOptions {
   /// The merged arrays together are too large for the caches.
   bool m_bStream = false;
   QXMergeKernels const* m_pKernels = nullptr;
+
+  /// How to write an array; see QXArrayWriter.
+  decltype(QXMergeKernels::m_pfnStream) ChooseStream(void const* pArray, std::size_t nBytes) const;
 };
 
 /// One cursor an array of the bucket's package, over all meshes. The arrays are there and have no contents yet; all of
@@ -49,6 +52,8 @@ private:
   QXStaticGeometryBucket& m_bucket;
   QXMergeOptions const& m_options;
   bool m_bPolyline;
+  /// The mesh after the one being copied, or null.
+  QXVertexDataPackage const* m_pNext = nullptr;
   Numbers m_positions;
   Numbers m_normals;
   Words m_colors;
