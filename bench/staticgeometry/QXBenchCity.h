@@ -37,8 +37,7 @@ public:
     for (std::size_t i = 0; i < m_vecMeshes.size(); ++i) {
       QXC::QdcArray<QXC::QXIndexPackage*> arrIndices;
       arrIndices.Add(&m_vecIndices[i]);
-      geometry.AddVertexDataAndIndexPackage(
-          &m_vecMeshes[i], arrIndices, m_mapPasses, m_vecMatrices[i], nullptr, nType);
+      geometry.AddVertexDataAndIndexPackage(&m_vecMeshes[i], arrIndices, m_mapPasses, m_vecMatrices[i], nullptr, nType);
     }
   }
 

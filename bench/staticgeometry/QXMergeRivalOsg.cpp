@@ -40,7 +40,8 @@ public:
 
   void Merge() override {
     osgUtil::Optimizer optimizer;
-    optimizer.optimize(m_root, osgUtil::Optimizer::FLATTEN_STATIC_TRANSFORMS | osgUtil::Optimizer::MERGE_GEODES |
+    optimizer.optimize(m_root, osgUtil::Optimizer::FLATTEN_STATIC_TRANSFORMS |
+                                   osgUtil::Optimizer::REMOVE_REDUNDANT_NODES | osgUtil::Optimizer::MERGE_GEODES |
                                    osgUtil::Optimizer::MERGE_GEOMETRY);
   }
 
