@@ -135,7 +135,8 @@ QXModelDataPtr QXModelManager::CreateManual(QdcUnicodeString const& strName, Mod
 }
 
 void QXModelManager::Store(QdcUnicodeString const& strName, QXModelDataPtr const& pModel) {
-  QdcUnicodeString const strKey(strName);  // the name may be a text of the model that goes
+  // A copy: the name may be a text of the model that goes.
+  QdcUnicodeString const strKey(strName);  // NOLINT(performance-unnecessary-copy-initialization)
   // The former model first: it takes the key out while it dies, which must not be that of the new one.
   Remove(strKey);
   bool const bIndexed = UpdateIndex(m_dictModels.GetCount() + 1);

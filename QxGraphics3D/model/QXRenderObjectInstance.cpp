@@ -24,6 +24,7 @@ QXRenderObjectInstance::QXRenderObjectInstance(QXRenderObjectInstance const& oth
       m_arrTextureNames(other.m_arrTextureNames) {}
 
 QXRenderObjectInstance& QXRenderObjectInstance::operator=(QXRenderObjectInstance const& other) {
+  if (this == &other) return *this;
   // What was held is dropped, not deleted, and the pointers that hold this object keep their counter.
   m_pRenderOperation3D = other.m_pRenderOperation3D;
   m_pROMultiIndex = other.m_pROMultiIndex;

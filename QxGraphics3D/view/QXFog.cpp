@@ -4,7 +4,7 @@ namespace QXC {
 
 QXFog::~QXFog() = default;
 
-void QXFog::operator=(QXFog other) {
+void QXFog::operator=(QXFog other) {  // NOLINT(misc-unconventional-assign-operator)
   m_eMode = other.m_eMode;
   m_Color = other.m_Color;
   m_dStart = other.m_dStart;

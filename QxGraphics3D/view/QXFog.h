@@ -21,7 +21,7 @@ public:
   QXFog() = default;
   QXFog(QXFog const&) = default;
   /// Takes a copy and gives nothing, as plug-ins are compiled against it.
-  void operator=(QXFog other);
+  void operator=(QXFog other);  // NOLINT(misc-unconventional-assign-operator)
 
   // Slot order is the contract with plug-ins: never reorder, never insert; append only with a major version.
   virtual ~QXFog();
