@@ -93,6 +93,23 @@ TEST(QXCityGml, TheNamesOfLabelAndAngleCanBeChosen) {
   EXPECT_THAT(Parse(strText).m_Data.m_vecPoints, IsEmpty());
 }
 
+TEST(QXCityGml, FeaturesStandInMembersOfAnyKind) {
+  for (char const* szMember : {"cityObjectMember", "featureMember", "featureMembers", "member"}) {
+    std::string const strMember = szMember;
+    QXParsedGeo const parsed =
+        Parse(City("<" + strMember + "><S><tekst>a</tekst><Point><pos>1 1</pos></Point></S></" + strMember + ">"));
+    EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 1u) << strMember;
+  }
+}
+
+TEST(QXCityGml, TheFirstTextOfAFeatureAndTheFirstAngleOfAPointCount) {
+  QXParsedGeo const parsed = Parse(City(
+      Member("<S><tekst>a</tekst><tekst>b</tekst><Point><pos>1 1</pos></Point><hoek>10</hoek><hoek>20</hoek></S>")));
+  ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "a");
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_dAngle, 10.0);
+}
+
 TEST(QXCityGml, AnAngleThatIsNoNumberIsTold) {
   QXParsedGeo const parsed = Parse(City(Label("a", "1 1", "steep") + "\n" + Label("b", "1 1", "nan")));
   ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);

@@ -72,6 +72,41 @@ TEST(QXGeoJson, FeaturesThatStandInPropertiesAreNone) {
   EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "outer");
 }
 
+TEST(QXGeoJson, FeaturesUnderAnotherNameAreNone) {
+  std::string const strPoint = Feature("Point", "[1,2]", R"({"name":"a"})");
+  QXParsedGeo const parsed =
+      Parse("{\"type\":\"FeatureCollection\",\"old\":[" + strPoint + "],\"features\":[" + strPoint + "]}");
+  EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
+}
+
+TEST(QXGeoJson, HeightsAndStoreysThatNoBuildingHasAreAsGoodAsNone) {
+  struct {
+    char const* szProperties;
+    double dHeight;
+    double dStoreys;
+  } const cases[] = {{R"({"height":10000,"storeys":1000})", 10000.0, 1000.0},
+      {R"({"height":10001,"storeys":1001})", 0.0, 0.0}, {R"({"height":0,"storeys":0})", 0.0, 0.0},
+      {R"({"height":"high","storeys":-1})", 0.0, 0.0}, {R"({"height":null,"storeys":[1]})", 0.0, 0.0}};
+  for (auto const& [szProperties, dHeight, dStoreys] : cases) {
+    QXParsedGeo const parsed = Parse(Feature("Polygon", "[[[0,0],[9,0],[9,9],[0,0]]]", szProperties));
+    ASSERT_EQ(parsed.m_Data.m_vecFootprints.size(), 1u) << szProperties;
+    EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_dHeight, dHeight) << szProperties;
+    EXPECT_EQ(parsed.m_Data.m_vecFootprints[0].m_dStoreys, dStoreys) << szProperties;
+  }
+}
+
+TEST(QXGeoJson, OneBadPositionOfManyIsToldAndTheOthersAreRead) {
+  QXParsedGeo const parsed = Parse(Feature("MultiPoint", "[[1,2],[3],[5,6]]", R"({"name":"a"})"));
+  EXPECT_EQ(parsed.m_Data.m_vecPoints.size(), 2u);
+  EXPECT_EQ(parsed.m_vecWarnings.size(), 1u);
+}
+
+TEST(QXGeoJson, ControlCharactersOfATextAreBlanks) {
+  QXParsedGeo const parsed = Parse(Feature("Point", "[1,2]", R"({"name":"\u0001a\u0007\u001f\nb\r"})"));
+  ASSERT_EQ(parsed.m_Data.m_vecPoints.size(), 1u);
+  EXPECT_EQ(parsed.m_Data.m_vecPoints[0].m_strText, "a b");
+}
+
 TEST(QXGeoJson, PolygonsAreFootprintsWithTheirHeights) {
   QXParsedGeo const parsed = Parse(Collection(
       Feature("Polygon", "[[[0,0],[9,0],[9,9],[0,0]],[[2,1],[3,1],[3,2],[2,1]]]", R"({"height":5.5,"storeys":"2"})") +

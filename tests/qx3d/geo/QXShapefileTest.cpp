@@ -78,6 +78,9 @@ TEST(QXShapefile, TextsAreReadInTheEncodingOfTheFile) {
   QXShapefileMaker chinese;
   chinese.Add(0.0, 0.0, "\xCE\xE4\xBA\xBA", "");
   EXPECT_EQ(TextOf(Parse(chinese, {"name", ""}, 1, "", 0x4D)), "\xE6\xAD\xA6\xE6\xB1\x89");
+  QXShapefileMaker russian;
+  russian.Add(0.0, 0.0, "\x8C\xA8\xE0", "");
+  EXPECT_EQ(TextOf(Parse(russian, {"name", ""}, 1, "", 0x26)), "\xD0\x9C\xD0\xB8\xD1\x80");
 }
 
 TEST(QXShapefile, ATextOfAnotherEncodingIsTold) {
