@@ -52,6 +52,8 @@ bool AreWideLines(QXStaticGeometryBucket const& bucket, QXOgreVertices const& ve
 }
 
 void TakeTextures(QXPass const& pass, QXTextureManager& manager, QXOgreBucketRange& range) {
+  if (pass.m_pExtension) range.m_Motion = QXOgreBucketMotion(*pass.m_pExtension);
+  range.m_matPass = pass.m_matPass;
   auto const nUnits = static_cast<unsigned int>(std::min<std::uint64_t>(pass.GetTextureUnitStatesSize(), UNITS));
   for (unsigned int i = 0; i < nUnits; ++i) {
     QXTextureUnitState const* const pUnit = pass.GetTextureUnitState(i);

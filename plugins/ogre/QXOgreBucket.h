@@ -10,6 +10,7 @@
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 
+#include <plugins/ogre/QXOgreBucketMotion.h>
 #include <plugins/ogre/QXOgreBucketPass.h>
 #include <plugins/ogre/QXOgreRenderable.h>
 #include <plugins/ogre/QXOgreTextureSet.h>
@@ -27,6 +28,9 @@ struct QXOgreBucketRange {
   int m_nLevel = 0;
   QXOgrePassLook m_Look;
   QXOgreTextureSet m_Textures;
+  QXOgreBucketMotion m_Motion;
+  /// Of the pass, before the transform of a unit.
+  QXMatrix4d m_matPass;
   bool m_bClampU[8] = {};
   bool m_bClampV[8] = {};
   /// First and last vertex that it touches; the first is above the last in a range that draws nothing.

@@ -230,13 +230,16 @@ void QXOgreDrawable::Queue(
   m_Place.m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matToEye);
   if (!IsFinite(m_Place.m_matToEye)) return;
   m_Place.m_fDepth = -m_Place.m_matToEye.getTrans().z;
-  double const dDistance = m_pBucket ? NearestDistance(m_WorldBounds, view) : 0.0;
+  double const dDistance = m_pBucket && m_pBucket->HasDistances() ? NearestDistance(m_WorldBounds, view) : 0.0;
   auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
   unsigned int nRanges = 0;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
     QXOgreRenderable& renderable = *m_arrRenderables[i];
     if (!renderable.IsVisible() || (m_pBucket && !IsLevelDrawn(i, dDistance))) continue;
-    if (m_pBucket) PutPlace(i, matToEye);
+    if (m_pBucket) {
+      PutPlace(i, matToEye);
+      MoveTextures(i);
+    }
     if (!renderable.PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
     queue.addRenderable(&renderable, Ogre::RENDER_QUEUE_MAIN, nPriority);
     if (renderable.IsBlended()) arrDepths.push_back(renderable.getSquaredViewDepth(nullptr));

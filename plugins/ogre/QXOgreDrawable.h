@@ -134,6 +134,8 @@ private:
   std::vector<QXOgreBinding> FindFoldedBindings(std::size_t nRange, int eProgram) const;
   /// Where the range stands in the view, as m_Place was put there.
   void PutPlace(std::size_t nRange, QXMatrix4d const& matToEye);
+  /// Moves the textures that move.
+  void MoveTextures(std::size_t nRange);
   bool IsLevelDrawn(std::size_t nRange, double dDistance) const;
   void NoteTransparent(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors);
 

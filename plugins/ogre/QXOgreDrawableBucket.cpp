@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include <QxGraphics3D/frame/foundation/base/QdcTime.h>
 #include <QxGraphics3D/renderop/QXBatchSelAndVertexColor.h>
 
 #include <plugins/ogre/QXOgreBucket.h>
@@ -63,6 +64,19 @@ void QXOgreDrawable::PutPlace(std::size_t nRange, QXMatrix4d const& matToEye) {
   range.m_Place = m_Place;
   auto const fDepth = static_cast<float>(-range.m_vecCenter.MultiplyMatrix(matToEye).z);
   if (std::isfinite(fDepth)) range.m_Place.m_fDepth = fDepth;
+}
+
+void QXOgreDrawable::MoveTextures(std::size_t nRange) {
+  QXOgreBucketRange& range = m_pBucket->GetRange(nRange);
+  // The second texture of those that are chosen among is that of another pass.
+  unsigned int const nUnits =
+      range.m_Look.m_Surface.m_eProgram == QX_OGRE_PROGRAM_CHOICE ? 1 : QXOgreBucketMotion::UNITS;
+  for (unsigned int nUnit = 0; nUnit < nUnits; ++nUnit) {
+    if (!range.m_Motion.Moves(nUnit)) continue;
+    range.m_Textures.SetMatrix(nUnit, range.m_matPass * range.m_Motion.GetTransform(nUnit, QdcTime::GetMillisecond()));
+    QXMatrix4d const matTexture = range.m_Textures.GetMatrix(nUnit) * m_Textures.GetMatrix(nUnit);
+    m_arrRenderables[nRange]->SetTextureMatrix(nUnit, matTexture);
+  }
 }
 
 bool QXOgreDrawable::IsLevelDrawn(std::size_t nRange, double dDistance) const {

@@ -94,6 +94,14 @@ void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> const& arrBindings
   }
 }
 
+void QXOgreRenderable::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) {
+  for (QXOgreBinding& binding : m_arrBindings) {
+    if (!binding.m_pUse || binding.m_nUnit != nUnit) continue;
+    binding.m_matTexture = matTexture;
+    binding.m_bTold = false;
+  }
+}
+
 std::string QXOgreRenderable::GetCoordSets() const {
   std::string strSets;
   for (QXOgreBinding const& binding : m_arrBindings) strSets += LetterOf(binding);

@@ -70,6 +70,8 @@ public:
 
   /// The textures that are multiplied with the colour; the uses must outlive this object or the next call.
   void SetBindings(std::vector<QXOgreBinding> const& arrBindings);
+  /// Transforms the coordinates of a unit's texture differently from now on.
+  void SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture);
   /// What a surface needs to know of them: the coordinate set of each.
   std::string GetCoordSets() const;
   /// Whether a texture that is shown needs blending.

@@ -214,6 +214,7 @@ TEST_F(QXOgreBucketTest, AnObjectIsHighlightedAndNothingElse) {
   AddObject(12, 1, 6, 6);
   QXRenderOperation3D* const pOperation = Show(m_Bucket);
   pOperation->SetSelectionColor(QXColorValue3D(0.0, 0.0, 1.0, 1.0));
+  EXPECT_EQ(PixelAt(48, 48), RED_PIXEL);
   QXBatchSelAndVertexColor state;
   state.m_mapSelections = {{4, 1}, {5, 1}, {999, 1}};
   pOperation->SetBatchState(state);
@@ -236,6 +237,20 @@ TEST_F(QXOgreBucketTest, AnObjectIsHighlightedAndNothingElse) {
   EXPECT_EQ(PixelAt(16, 48), BLUE_PIXEL);
   pOperation->SetSelected(0);
   EXPECT_EQ(PixelAt(16, 48), RED_PIXEL);
+}
+
+TEST_F(QXOgreBucketTest, ASelectedObjectIsSoOnEveryLevelOfItsVertices) {
+  AddLevel(0, {NewIndices(Rectangles(0, 1), L"red")});
+  AddLevel(1, {NewIndices(Rectangles(0, 1), L"green")});
+  AddObject(4, 0, 6, 6);
+  QXRenderOperation3D* const pOperation = Show(m_Bucket, {0.0, 5.0});
+  pOperation->SetSelectionColor(QXColorValue3D(0.0, 0.0, 1.0, 1.0));
+  QXBatchSelAndVertexColor state;
+  state.m_mapSelections[4] = 1;
+  pOperation->SetBatchState(state);
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(16, 32), GREEN_PIXEL);
+  EXPECT_EQ(picture.At(48, 32), BLUE_PIXEL);
 }
 
 TEST_F(QXOgreBucketTest, TheSelectionCoversAsMuchAsItsAlphaSays) {

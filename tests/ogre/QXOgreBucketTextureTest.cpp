@@ -1,6 +1,9 @@
 // Textures of passes, and passes folded into one.
+#include <algorithm>
 #include <limits>
 #include <string>
+
+#include <QxGraphics3D/frame/foundation/base/QdcTime.h>
 
 #include <tests/ogre/QXOgreBucketing.h>
 
@@ -52,6 +55,32 @@ protected:
   QXStaticGeometry m_Geometry;
   std::map<QdcUnicodeString, QXPass*> m_mapPasses;
   std::vector<std::unique_ptr<QXStaticMesh>> m_arrMeshes;
+};
+
+unsigned int g_nNow = 0;
+
+/// Time stands still where a test puts it.
+class QXOgreBucketMotion : public QXOgreBucketTexture {
+protected:
+  void SetUp() override {
+    QXOgreBucketTexture::SetUp();
+    g_nNow = 0;
+    QdcTime::SetClock([] { return g_nNow; });
+    NameTexture(L"two", TWO_TEXELS)->SetTextureRepeatMode(1);
+  }
+  void TearDown() override {
+    QdcTime::SetClock(nullptr);
+    QXOgreBucketTexture::TearDown();
+  }
+  /// A pass with an extension whose numbers the tests fill.
+  QXMaterialExtension& AddMovingPass(wchar_t const* szName, std::vector<wchar_t const*> const& arrTextures) {
+    QXPass* const pPass = AddPass(m_mapPasses, szName, arrTextures);
+    pPass->m_pExtension = new QXMaterialExtension;
+    return *pPass->m_pExtension;
+  }
+  static void Fill(float (&fNumbers)[5], std::vector<float> const& arrNumbers) {
+    std::copy(arrNumbers.begin(), arrNumbers.end(), fNumbers);
+  }
 };
 
 /// A folded pass written by hand: eight rectangles side by side, each of a layer of its own.
@@ -193,6 +222,88 @@ TEST_F(QXOgreBucketTexture, TransformsThatAPassKeepsAreAppliedWhenItIsDrawn) {
   QXPicture const picture = Frame();
   EXPECT_EQ(picture.At(16, 32), GREEN_PIXEL);
   EXPECT_EQ(picture.At(48, 32), RED_PIXEL);
+}
+
+TEST_F(QXOgreBucketMotion, ATextureSlidesByTheClock) {
+  // Half an image a second to the right in coordinates, from a quarter on.
+  Fill(AddMovingPass(L"a", {L"two"}).m_fSlides[0], {0.25F, 0.0F, 0.25F, 0.0F, 2.0F});
+  AddMesh(-1.0F, 1.0F, L"a");
+  Show(Merge(false));
+  QXPicture const start = Frame();
+  EXPECT_EQ(start.At(8, 32), RED_PIXEL);
+  EXPECT_EQ(start.At(24, 32), GREEN_PIXEL);
+  EXPECT_EQ(start.At(40, 32), GREEN_PIXEL);
+  EXPECT_EQ(start.At(56, 32), RED_PIXEL);
+  g_nNow = 1000;
+  QXPicture const later = Frame();
+  EXPECT_EQ(later.At(8, 32), GREEN_PIXEL);
+  EXPECT_EQ(later.At(24, 32), RED_PIXEL);
+  // Half a month later it is as sharp.
+  g_nNow = 1296000500U;
+  QXPicture const late = Frame();
+  EXPECT_EQ(late.At(1, 32), GREEN_PIXEL);
+  EXPECT_EQ(late.At(31, 32), GREEN_PIXEL);
+  EXPECT_EQ(late.At(32, 32), RED_PIXEL);
+  EXPECT_EQ(late.At(62, 32), RED_PIXEL);
+}
+
+TEST_F(QXOgreBucketMotion, ATextureTurnsAboutItsCentreFromUTowardsV) {
+  // A quarter turn a second about the middle of the image.
+  Fill(AddMovingPass(L"a", {L"two"}).m_fTurns[0], {0.5F, 0.5F, 0.0F, 0.0F, 1.57079633F});
+  AddMesh(-1.0F, 1.0F, L"a");
+  Show(Merge(false));
+  EXPECT_EQ(PixelAt(16, 16), RED_PIXEL);
+  EXPECT_EQ(PixelAt(48, 16), GREEN_PIXEL);
+  // The red half lies where v was large: below in the picture of coordinates, so its rows begin there.
+  g_nNow = 1000;
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(16, 16), picture.At(48, 16));
+  EXPECT_EQ(picture.At(16, 48), picture.At(48, 48));
+  EXPECT_EQ(picture.At(16, 48), RED_PIXEL);
+  EXPECT_EQ(picture.At(16, 16), GREEN_PIXEL);
+  g_nNow = 2000;
+  EXPECT_EQ(PixelAt(16, 16), GREEN_PIXEL);
+  EXPECT_EQ(PixelAt(48, 16), RED_PIXEL);
+}
+
+TEST_F(QXOgreBucketMotion, ASizeOfTwoShowsTheImageTwiceAsLarge) {
+  Fill(AddMovingPass(L"a", {L"two"}).m_fTurns[0], {0.0F, 0.0F, 2.0F, 0.0F, 1.0e-6F});
+  AddMesh(-1.0F, 1.0F, L"a");
+  Show(Merge(false));
+  EXPECT_EQ(PixelAt(48, 32), RED_PIXEL);
+}
+
+TEST_F(QXOgreBucketMotion, OnlyUnitsWithASpeedAndPassesOfTheirTypeMove) {
+  QXMaterialExtension& extension = AddMovingPass(L"a", {L"two", L"two"});
+  Fill(extension.m_fSlides[0], {0.5F, 0.0F, 0.5F, 0.0F, 0.0F});
+  Fill(extension.m_fSlides[1], {0.0F, 0.5F, 0.0F, 0.0F, 1.0F});
+  QXPass* const pOther = AddPass(m_mapPasses, L"b", {L"two"});
+  pOther->m_pExtension = new QXMaterialExtension(MATERIAL_EXTENSION_NONE);
+  Fill(pOther->m_pExtension->m_fSlides[0], {0.5F, 0.0F, 0.5F, 0.0F, 1.0F});
+  AddMesh(-1.0F, 0.0F, L"a");
+  AddMesh(0.0F, 1.0F, L"b");
+  Show(Merge(false));
+  g_nNow = 1000;
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(8, 32), RED_PIXEL);
+  EXPECT_EQ(picture.At(24, 32), GREEN_PIXEL);
+  EXPECT_EQ(picture.At(40, 32), RED_PIXEL);
+  EXPECT_EQ(picture.At(56, 32), GREEN_PIXEL);
+}
+
+TEST_F(QXOgreBucketMotion, OfFoldedPassesTheFirstMovesAndNotThoseBesideIt) {
+  Fill(AddMovingPass(L"a", {L"two"}).m_fSlides[0], {0.5F, 0.0F, 0.0F, 0.0F, 1.0F});
+  Fill(m_mapPasses[L"a"]->m_pExtension->m_fSlides[1], {0.5F, 0.0F, 0.0F, 0.0F, 1.0F});
+  AddPass(m_mapPasses, L"b", {L"two"});
+  AddMesh(-1.0F, 0.0F, L"a");
+  AddMesh(0.0F, 1.0F, L"b");
+  Show(Merge());
+  g_nNow = 1000;
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(8, 32), GREEN_PIXEL);
+  EXPECT_EQ(picture.At(24, 32), RED_PIXEL);
+  EXPECT_EQ(picture.At(40, 32), RED_PIXEL);
+  EXPECT_EQ(picture.At(56, 32), GREEN_PIXEL);
 }
 
 TEST_F(QXOgreBucketTexture, TheWordsOfUnitsClampWhatTheTextureRepeats) {
