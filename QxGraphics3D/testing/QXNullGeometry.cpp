@@ -155,9 +155,10 @@ void QXNullGeometry::Set(QXStaticGeometryBucket const& bucket, QdcArray<double> 
   if (pPackage->m_pColors != nullptr && pPackage->m_nColorNum >= pPackage->m_nVertexNum) {
     m_arrColors.assign(pPackage->m_pColors, pPackage->m_pColors + pPackage->m_nVertexNum);
   }
+  QXIndexPackage const none;
   for (auto const& [nLevel, vecPackages] : bucket.m_mapLevelIndices) {
     for (QXIndexPackage const* const pIndices : vecPackages) {
-      m_arrRanges.push_back(CopyPackage(pIndices == nullptr ? QXIndexPackage() : *pIndices, nLevel, GetVertexCount()));
+      m_arrRanges.push_back(CopyPackage(pIndices == nullptr ? none : *pIndices, nLevel, GetVertexCount()));
     }
   }
 }

@@ -152,13 +152,14 @@ QXOgreBucket::QXOgreBucket(QXStaticGeometryBucket const& bucket, QdcArray<double
   if (vertices.m_nCount == 0) return;
   m_bWideLines = vertices.m_bWideLines = AreWideLines(bucket, vertices);
   geometry.Upload(vertices);
+  // No package is an empty one: the ranges after it keep their numbers.
+  QXIndexPackage const none;
   for (auto const& [nLevel, vecPackages] : bucket.m_mapLevelIndices) {
     std::size_t const nFirstRange = m_arrRanges.size();
     for (QXIndexPackage const* const pPackage : vecPackages) {
       auto pRange = std::make_unique<QXOgreBucketRange>();
       pRange->m_nLevel = nLevel;
-      // No package is an empty one: the ranges after it keep their numbers.
-      AddRange(pPackage ? *pPackage : QXIndexPackage(), vertices, geometry, *pRange);
+      AddRange(pPackage ? *pPackage : none, vertices, geometry, *pRange);
       TakePass(pPackage ? PassOf(bucket, *pPackage) : nullptr, pManager, *pRange);
       m_arrRanges.push_back(std::move(pRange));
     }
