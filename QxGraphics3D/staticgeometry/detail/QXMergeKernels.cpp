@@ -51,7 +51,7 @@ QXIndexRange Shift32Plain(
 }
 
 void StreamPlain(void* pTarget, void const* pSource, std::size_t nBytes, void const*) {
-  std::memcpy(pTarget, pSource, nBytes);
+  if (nBytes > 0) std::memcpy(pTarget, pSource, nBytes);
 }
 
 void FinishStreamsPlain() {}

@@ -179,6 +179,7 @@ QX_AVX512 void TransformPairsAvx512(
 }
 
 QX_AVX512 void StreamAvx512(void* pTarget, void const* pSource, std::size_t nBytes, void const* pAhead) {
+  if (nBytes == 0) return;
   auto* pTo = static_cast<unsigned char*>(pTarget);
   auto const* pFrom = static_cast<unsigned char const*>(pSource);
   // A line that is not written whole stays in the cache for the neighbour that writes the rest of it.
