@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <new>
 
 #include <fcntl.h>
@@ -15,6 +16,8 @@ namespace {
 constexpr std::size_t BufferSize = 1u << 16;
 // The kernel moves at most about this much at once anyway.
 constexpr std::size_t LargestPiece = 1u << 30;
+// A smaller file's blocks are chosen when it is written out anyway.
+constexpr QXUInt64 LeastReserve = 1u << 20;
 // Everybody, less what the process masks.
 constexpr mode_t NewFileRights = 0666;
 
@@ -41,6 +44,8 @@ unsigned char QXFileStream::Close() {
   Flush();
   int const nHandle = m_nHandle;
   m_nHandle = -1;
+  // Blocks behind the end would stay the file's. That they do is no harm to what was written.
+  if (m_bReserved != 0 && ::ftruncate(nHandle, static_cast<off_t>(GetWritten())) != 0) m_bReserved = 0;
   // A network's file system reports a failed write as late as here.
   if (::close(nHandle) != 0 && errno != EINTR) FailWithSystem(errno);
   unsigned char const bDone = IsGood();
@@ -51,6 +56,16 @@ unsigned char QXFileStream::Close() {
 QdcUnicodeString QXFileStream::GetErrorText() const {
   if (GetProblem() != STREAM_SYSTEM) return QXStream::GetErrorText();
   return QdcUnicodeString::FromUTF8(std::strerror(m_nSystemError));
+}
+
+void QXFileStream::Reserve(QXUInt64 nSize) {
+#if defined(FALLOC_FL_KEEP_SIZE)
+  bool const bPossible = nSize <= static_cast<QXUInt64>(std::numeric_limits<off_t>::max());
+  if (m_eMode != MODE_WRITE || !IsGood() || nSize < LeastReserve || !bPossible) return;
+  if (::fallocate(m_nHandle, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(nSize)) == 0) m_bReserved = 1;
+#else
+  static_cast<void>(nSize);
+#endif
 }
 
 QXUInt64 QXFileStream::GetReadEnd() const {
@@ -64,6 +79,7 @@ unsigned char QXFileStream::Open(QdcUnicodeString const& strPath, Mode eMode) {
   m_pRead = m_pReadEnd = nullptr;
   m_pWrite = m_pWriteEnd = nullptr;
   m_nReadEndOffset = m_nWriteEndOffset = m_nFileSize = 0;
+  m_bReserved = 0;
   if (!m_pBuffer) m_pBuffer.reset(new (std::nothrow) unsigned char[BufferSize]);
   if (!m_pBuffer) {
     FailWith(STREAM_NO_MEMORY);

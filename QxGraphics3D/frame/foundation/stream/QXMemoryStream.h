@@ -31,7 +31,7 @@ public:
 
   /// Makes a block of its own large enough for nSize bytes in all, so that writing them allocates nothing. A block that
   /// cannot be had fails the stream. Nothing for the other kinds.
-  void Reserve(QXUInt64 nSize);
+  void Reserve(QXUInt64 nSize) override;
   /// Reading begins again at the first byte; a failure is forgotten.
   void Rewind();
 

@@ -1,5 +1,6 @@
 #include <QxGraphics3D/frame/foundation/stream/QXStream.h>
 
+#include <QxGraphics3D/frame/foundation/stream/detail/QXPastCaches.h>
 #include <QxGraphics3D/frame/foundation/stream/detail/QXSwappedArray.h>
 
 #include <string>
@@ -50,6 +51,8 @@ QdcUnicodeString QXStream::GetErrorText() const {
   }
 }
 
+void QXStream::Reserve(QXUInt64 /*nSize*/) {}
+
 int QXStream::GetStringSize(QdcUnicodeString const& strText) {
   return 4 + strText.ToMBString().GetLength();
 }
@@ -73,6 +76,23 @@ void QXStream::TakePast(void* pBytes, std::size_t nSize) {
   std::memset(pBytes, 0, nSize);
 }
 
+// The window of a file is smaller than such arrays, so they are those of large blocks in memory.
+void QXStream::PutBlock(void const* pBytes, std::size_t nSize) {
+  bool const bFits = nSize <= static_cast<std::size_t>(m_pWriteEnd - m_pWrite);
+  if (!bFits || nSize < detail::PastCachesArray || m_nWriteEndOffset < detail::PastCachesBlock)
+    return PutBytes(pBytes, nSize);
+  detail::CopyPastCaches(m_pWrite, pBytes, nSize);
+  m_pWrite += nSize;
+}
+
+void QXStream::TakeBlock(void* pBytes, std::size_t nSize) {
+  bool const bFits = nSize <= static_cast<std::size_t>(m_pReadEnd - m_pRead);
+  if (!bFits || nSize < detail::PastCachesArray || m_nReadEndOffset < detail::PastCachesBlock)
+    return TakeBytes(pBytes, nSize);
+  detail::CopyPastCaches(pBytes, m_pRead, nSize);
+  m_pRead += nSize;
+}
+
 template <class T>
 void QXStream::PutArray(T const* pValues, unsigned int nCount) {
   if (nCount == 0) return;
@@ -80,14 +100,14 @@ void QXStream::PutArray(T const* pValues, unsigned int nCount) {
     detail::ForEachSwapped(
         pValues, nCount, [this](T const* pSwapped, std::size_t nPart) { PutBytes(pSwapped, nPart * sizeof(T)); });
   } else {
-    PutBytes(pValues, nCount * sizeof(T));
+    PutBlock(pValues, nCount * sizeof(T));
   }
 }
 
 template <class T>
 void QXStream::TakeArray(T* pValues, unsigned int nCount) {
   if (nCount == 0) return;
-  TakeBytes(pValues, nCount * sizeof(T));
+  TakeBlock(pValues, nCount * sizeof(T));
   if constexpr (qdcbigendian() != 0 && sizeof(T) > 1) detail::SwapArray(pValues, nCount);
 }
 

@@ -43,6 +43,10 @@ public:
   /// The reason of the failure for people, without a full stop; empty while the stream is good.
   virtual QdcUnicodeString GetErrorText() const;
 
+  /// Says that about nSize bytes will have been written in all, so that room for them can be made at once. Only a hint:
+  /// less and more may follow. Nothing for a stream that is read.
+  virtual void Reserve(QXUInt64 nSize);
+
   QXStream& operator<<(int nValue) { return Put(nValue); }
   QXStream& operator<<(unsigned int nValue) { return Put(nValue); }
   QXStream& operator<<(short nValue) { return Put(nValue); }
@@ -167,6 +171,8 @@ private:
   void TakeArray(T* pValues, unsigned int nCount);
   void PutPast(void const* pBytes, std::size_t nSize);
   void TakePast(void* pBytes, std::size_t nSize);
+  void PutBlock(void const* pBytes, std::size_t nSize);
+  void TakeBlock(void* pBytes, std::size_t nSize);
 
   QXStreamProblem m_eProblem = STREAM_NO_PROBLEM;
 };
