@@ -122,6 +122,19 @@ QXInt64 CountBytes(Buckets const& arrBuckets) {
   return nBytes;
 }
 
+// As many bytes as SaveVecData of version 1.3 writes, but for the surplus of each bucket and the bytes of texture names
+// beyond one a character.
+QXInt64 CountBytes(QXStaticGeometry const& geometry) {
+  QXInt64 nBytes = 16 + 4 * static_cast<QXInt64>(geometry.m_arrID.GetSize()) + CountBytes(geometry.m_vecBuckets32);
+  nBytes += 4 + CountBytes(geometry.m_vecBuckets16);
+  nBytes += 4 + CountBytes(geometry.m_vecTypedBuckets32);
+  nBytes += 4 + CountBytes(geometry.m_vecTypedBuckets16);
+  nBytes += 4;
+  for (auto const& [strName, arrSpheres] : geometry.m_mapTextureSpheres)
+    nBytes += strName.GetLength() + 8 + SphereBytes * static_cast<QXInt64>(arrSpheres.GetSize());
+  return nBytes;
+}
+
 }  // namespace
 
 unsigned char QXStaticGeometry::LoadVecData(QXStream& stream, float /*fVersion*/) {
@@ -135,6 +148,7 @@ unsigned char QXStaticGeometry::LoadVecData(QXStream& stream, float /*fVersion*/
 unsigned char QXStaticGeometry::SaveVecData(QXStream& stream, float /*fVersion*/) {
   Buckets const* const arrLists[] = {&m_vecBuckets32, &m_vecBuckets16, &m_vecTypedBuckets32, &m_vecTypedBuckets16};
   if (std::ranges::all_of(arrLists, [](Buckets const* pList) { return pList->empty(); })) return 0;
+  stream.Reserve(stream.GetWritten() + static_cast<QXUInt64>(CountBytes(*this)));
   stream << m_dVersion << static_cast<int>(m_arrID.GetSize());
   stream.Save(m_arrID.GetData(), static_cast<unsigned int>(m_arrID.GetSize()));
   for (Buckets const* pList : arrLists) WriteBuckets(*pList, stream, m_dVersion);
@@ -149,17 +163,8 @@ unsigned char QXStaticGeometry::SaveVecData(QXStream& stream, float /*fVersion*/
   return stream.IsGood();
 }
 
-// As many bytes as SaveVecData of version 1.3 writes, but for the surplus of each bucket and the bytes of texture names
-// beyond one a character.
 int QXStaticGeometry::GetDataSize() {
-  QXInt64 nBytes = 16 + 4 * static_cast<QXInt64>(m_arrID.GetSize()) + CountBytes(m_vecBuckets32);
-  nBytes += 4 + CountBytes(m_vecBuckets16);
-  nBytes += 4 + CountBytes(m_vecTypedBuckets32);
-  nBytes += 4 + CountBytes(m_vecTypedBuckets16);
-  nBytes += 4;
-  for (auto const& [strName, arrSpheres] : m_mapTextureSpheres)
-    nBytes += strName.GetLength() + 8 + SphereBytes * static_cast<QXInt64>(arrSpheres.GetSize());
-  return detail::ToDataSize(nBytes);
+  return detail::ToDataSize(CountBytes(*this));
 }
 
 }  // namespace QXC

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -168,6 +169,24 @@ bool WriteFile(std::string const& strPath, std::vector<char> const& arrBytes) {
   return ::close(nHandle) == 0 && isWritten;
 }
 
+/// Writes the arrays from where they are, with a call each, and as many other bytes as the city has.
+bool WriteArrays(std::string const& strPath, City const& city) {
+  int const nHandle = ::open(strPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  bool isWritten = nHandle >= 0;
+  std::size_t nRest = city.m_arrBytes.size();
+  for (QXStaticGeometryBucket const* pBucket : city.m_geometry.m_vecBuckets16) {
+    QXC::QXVertexDataPackage const& package = *pBucket->m_pVertexPackage;
+    void const* const arrItems[] = {package.m_pVertices, package.m_pNormals, package.m_pTexCoords[0],
+        pBucket->m_mapLevelIndices.at(0)[0]->m_pIndices};
+    for (std::size_t i = 0; i < std::size(arrItems); ++i) {
+      isWritten = isWritten && MoveAll(::write, nHandle, static_cast<char const*>(arrItems[i]), BucketArrays[i]);
+      nRest -= BucketArrays[i];
+    }
+  }
+  isWritten = isWritten && MoveAll(::write, nHandle, city.m_arrBytes.data(), nRest);
+  return ::close(nHandle) == 0 && isWritten;
+}
+
 /// Reads the arrays into fresh blocks, and what stands between them into the first.
 bool ReadFile(std::string const& strPath, std::size_t nSize, std::vector<std::unique_ptr<char[]>>& arrBlocks) {
   int const nHandle = ::open(strPath.c_str(), O_RDONLY | O_CLOEXEC);
@@ -195,10 +214,13 @@ void SaveToFile(benchmark::State& state) {
   std::string const strPath = FilePath();
   QXBench::Quickest saving;
   QXBench::Quickest writing;
+  QXBench::Quickest whole;
   bool isSame = true;
   for (auto _ : state) {
     std::remove(strPath.c_str());
-    writing.Time([&] { isSame = WriteFile(strPath, city.m_arrBytes) && isSame; });
+    writing.Time([&] { isSame = WriteArrays(strPath, city) && isSame; });
+    std::remove(strPath.c_str());
+    whole.Time([&] { isSame = WriteFile(strPath, city.m_arrBytes) && isSame; });
     std::remove(strPath.c_str());
     saving.Time([&] { isSame = SaveFile(city.m_geometry, strPath) && isSame; });
   }
@@ -209,6 +231,7 @@ void SaveToFile(benchmark::State& state) {
   std::remove(strPath.c_str());
   if (!isSame) state.SkipWithError("other bytes");
   Report(state, saving, writing);
+  state.counters["ratio_to_one_call"] = saving.m_dSeconds / whole.m_dSeconds;
 }
 
 void LoadFromFile(benchmark::State& state) {
