@@ -20,7 +20,7 @@ constexpr unsigned int TextureMatrixNum = 8;
 constexpr unsigned int MergedOption = 0x400;
 
 using BucketList = std::vector<QXStaticGeometryBucket*>;
-// The texture names that one mesh uses, each once; the passes of the host hold them.
+// The texture names that one mesh uses; the passes of the host hold them.
 using TextureNames = std::vector<QdcUnicodeString const*>;
 
 // Lists are public and a host may have taken a bucket or its package out: both count as not there.
@@ -80,11 +80,15 @@ void FillTextureMatrices(QXBucketIndexPackage& record, QXPass const& pass, PassT
 
 void CollectTextureNames(QXPass const& pass, TextureNames& names) {
   unsigned int const nUnits = static_cast<unsigned int>(pass.GetTextureUnitStatesSize());
-  for (unsigned int unit = 0; unit < nUnits; ++unit) {
-    QdcUnicodeString const& strName = pass.GetTextureUnitState(unit)->GetTextureName();
-    auto const same = [&](QdcUnicodeString const* pOther) { return *pOther == strName; };
-    if (std::none_of(names.begin(), names.end(), same)) names.push_back(&strName);
-  }
+  for (unsigned int unit = 0; unit < nUnits; ++unit) names.push_back(&pass.GetTextureUnitState(unit)->GetTextureName());
+}
+
+// However many units use a texture, it counts a mesh once.
+void KeepEachOnce(TextureNames& names) {
+  auto const before = [](QdcUnicodeString const* pFirst, QdcUnicodeString const* pSecond) { return *pFirst < *pSecond; };
+  auto const same = [](QdcUnicodeString const* pFirst, QdcUnicodeString const* pSecond) { return *pFirst == *pSecond; };
+  std::sort(names.begin(), names.end(), before);
+  names.erase(std::unique(names.begin(), names.end(), same), names.end());
 }
 
 void AddPass(
@@ -131,9 +135,10 @@ void AddRecords(QXStaticGeometryBucket& bucket, QXIndexPackage& package,
     PassTransforms const transforms = GetTransforms(*pPass);
     FillTextureMatrices(record, *pPass, transforms);
     if (pTextureNames) CollectTextureNames(*pPass, *pTextureNames);
-    // Where records are, their pass came with the first; looking it up again would cost as much as finding them. The
-    // second condition notices a host that took the passes out.
-    bool const bHasPass = records.size() > 1 && bucket.m_mapPasses.size() >= bucket.m_mapPassIndices.size();
+    // Where records are, their pass came with the first; looking it up again would cost as much as finding them. Under
+    // no name there may be records that never had one. The last condition notices a host that took the passes out.
+    bool const bHasPass =
+        records.size() > 1 && !strKey.IsEmpty() && bucket.m_mapPasses.size() >= bucket.m_mapPassIndices.size();
     if (!bHasPass) AddPass(bucket, strKey, *pPass, transforms);
   }
 }
@@ -203,6 +208,7 @@ void QXStaticGeometry::AddVertexDataAndIndexPackage(
   MakeRoom(bucket.m_vecMatrices, bucket);
   bucket.m_vecMatrices.push_back(matModel);
   bucket.m_nType = nType;
+  KeepEachOnce(textureNames);
   for (QdcUnicodeString const* pName : textureNames) m_mapTextureSpheres[*pName].Add(pSubObject->m_BoundingSphere);
 }
 

@@ -379,6 +379,30 @@ TEST(QXStaticGeometryBatching, PassComesAlsoWhereOthersHaveNoRecords) {
   EXPECT_EQ(PassKeys(FirstSmall(geometry)), (TextList{L"roof", L"wall"}));
 }
 
+TEST(QXStaticGeometryBatching, PassThatHasNoRecordsYetIsKept) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddNamed(geometry, 5, {});
+  QXPass* const pLoaded = MakePass(L"wall", {L"loaded.png"}).release();
+  FirstSmall(geometry).m_mapPasses[L"wall"] = pLoaded;
+  host.AddPass(L"wall", {L"mesh.png"});
+  host.AddNamed(geometry, 5, {L"wall"});
+  ASSERT_EQ(FirstSmall(geometry).m_mapPasses.at(L"wall"), pLoaded);
+  EXPECT_TRUE(pLoaded->GetTextureUnitState(0)->GetTextureName() == L"loaded.png");
+}
+
+TEST(QXStaticGeometryBatching, NamelessPassComesAlsoBehindRecordsOfNoPass) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  host.AddPassAs(L"alias", MakePass(L"", {L"a.png"}));
+  host.AddNamed(geometry, 5, {L"missing"});
+  // As after loading: passes, and no records.
+  FirstSmall(geometry).m_mapPasses[L"roof"] = MakePass(L"roof", {}).release();
+  host.AddNamed(geometry, 5, {L"missing", L"alias"});
+  EXPECT_EQ(PassKeys(FirstSmall(geometry)), (TextList{L"", L"roof"}));
+  EXPECT_EQ(RecordsOf(FirstSmall(geometry), L"").size(), 3u);
+}
+
 TEST(QXStaticGeometryBatching, PassesThatTheHostTookOutComeAgain) {
   QXStaticGeometry geometry;
   QXBatchingHost host;

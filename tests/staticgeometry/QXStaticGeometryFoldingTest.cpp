@@ -270,6 +270,20 @@ TEST(QXStaticGeometryFolding, RecordsOfAMeshComeTogetherLatestFirst) {
           {20, 2.0F, &c1}, {20, 1.0F, &b1}}));
 }
 
+TEST(QXStaticGeometryFolding, RecordGoesBeforeTheFirstOfItsMeshAndNotBetween) {
+  QXStaticGeometry geometry;
+  QXBatchingHost host;
+  for (wchar_t const* szName : {L"a", L"b"}) host.AddPass(szName, {szName});
+  QXIndexPackage& a1 = host.MakeIndices({L"a"});
+  QXIndexPackage& a2 = host.MakeIndices({L"a"});
+  QXIndexPackage& b1 = host.MakeIndices({L"b"});
+  host.Add(geometry, host.MakeCounted(10), {&a1});
+  host.Add(geometry, host.MakeCounted(10), {&a1, &a2, &b1});
+  geometry.AssginMutiTexture(0, 0);
+  EXPECT_EQ(ListOf(FirstSmall(geometry).m_mapPassIndices.at(L"a")),
+      (RecordList{{0, 0.0F, &a1}, {10, 1.0F, &b1}, {10, 0.0F, &a1}, {10, 0.0F, &a2}}));
+}
+
 TEST(QXStaticGeometryFolding, RecordsMoveWithTheirMatrices) {
   QXStaticGeometry geometry;
   QXBatchingHost host;

@@ -187,6 +187,12 @@ TEST(QXStaticGeometry, BucketsWithoutVerticesAreSkipped) {
   ExpectSphere(geometry.GetBoundingSphere(1), QXVector3d(6.0, 5.0, 5.0), 1.0);
 }
 
+TEST(QXStaticGeometry, BucketOfNoVerticesIsNoBoxEitherWhereItIsTheOnlyOne) {
+  QXStaticGeometry geometry;
+  geometry.m_vecBuckets16.push_back(MakeBucket({}));
+  ExpectSphere(geometry.GetBoundingSphere(1), QXVector3d(), 0.0);
+}
+
 TEST(QXStaticGeometry, CopiesShareTheBuckets) {
   QXStaticGeometry geometry;
   geometry.m_vecBuckets32.push_back(new QXStaticGeometryBucket);

@@ -80,6 +80,19 @@ TEST(QXMemoryStream, NeverWritesIntoABlockThatItReads) {
   EXPECT_EQ(stream.GetData(), block.data());
 }
 
+TEST(QXMemoryStream, MakesNoBlockLargerThatIsItsCallers) {
+  unsigned char bytes[4] = {1, 2, 3, 4};
+  QXMemoryStream reader(bytes, 4);
+  QXMemoryStream writer(QXMemoryStream::Room{bytes, 4});
+  for (QXMemoryStream* pStream : {&reader, &writer}) {
+    pStream->Reserve(1000);
+    EXPECT_EQ(pStream->IsGood(), 1);
+    EXPECT_EQ(pStream->GetData(), bytes);
+  }
+  writer << 1 << static_cast<unsigned char>(2);
+  EXPECT_EQ(writer.GetProblem(), STREAM_FULL);
+}
+
 TEST(QXMemoryStream, OverNothingIsEmpty) {
   QXMemoryStream reader(nullptr, 100);
   EXPECT_EQ(reader.Remaining(), 0u);

@@ -113,6 +113,16 @@ TEST(QXStream, ReadsTextBack) {
   EXPECT_EQ(nBehind, 7);
 }
 
+TEST(QXStream, ReadsTextToTheLastByte) {
+  std::string const bytes = QXByteWriter().Text("end").GetBytes();
+  QXMemoryStream stream(bytes.data(), bytes.size());
+  QdcUnicodeString strText;
+  stream >> strText;
+  EXPECT_TRUE(strText == L"end");
+  EXPECT_EQ(stream.IsGood(), 1);
+  EXPECT_EQ(stream.Remaining(), 0u);
+}
+
 TEST(QXStream, ReadsStrangeTextWithoutLosingItsPlace) {
   std::string const bytes = QXByteWriter().Text("a\xFF\xC3").Text(std::string_view("b\0c", 3)).Int(7).GetBytes();
   QXMemoryStream stream(bytes.data(), bytes.size());
