@@ -236,6 +236,22 @@ TEST(QXFileStream, FailsWhereTheFileEnds) {
   EXPECT_EQ(stream.Close(), 0);
 }
 
+TEST(QXFileStream, FailsWhereOneByteIsMissing) {
+  QXTestFolder const folder;
+  std::filesystem::path const path = folder.Write("a", std::string(2 * BufferSize - 1, 'x'));
+  for (unsigned int const nCount : {8u, BufferSize, 2 * BufferSize}) {
+    QXFileStream stream;
+    ASSERT_EQ(stream.OpenForReading(Wide(path)), 1);
+    std::vector<unsigned char> bytes(2 * BufferSize, 1);
+    stream.Load(bytes.data(), 2 * BufferSize - nCount);
+    ASSERT_EQ(stream.IsGood(), 1);
+    stream.Load(bytes.data(), nCount);
+    EXPECT_EQ(stream.GetProblem(), STREAM_ENDED) << nCount;
+    EXPECT_EQ(stream.GetPosition(), 2 * BufferSize - nCount);
+    EXPECT_EQ(bytes[nCount - 1], 0);
+  }
+}
+
 TEST(QXFileStream, FailsWhenTheFileBecomesShorter) {
   QXTestFolder const folder;
   std::filesystem::path const path = folder.Write("a", std::string(4 * BufferSize, 'x'));
