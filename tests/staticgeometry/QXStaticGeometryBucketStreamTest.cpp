@@ -18,7 +18,7 @@ using BucketPtr = std::unique_ptr<QXStaticGeometryBucket>;
 /// Index type, type and an empty package: what stands before the levels of version 1.3.
 QXByteWriter Head() {
   QXByteWriter writer;
-  writer.I32(0).I32(-1).I32(7).U16(3).U32(0).U32(0).U32(0).I32(0);
+  writer.Int(0).Int(-1).Int(7).Short(3).Int(0).Int(0).Int(0).Int(0);
   return writer;
 }
 
@@ -60,16 +60,16 @@ TEST(QXStaticGeometryBucketStream, SaveWritesTheFieldsOfTheTable) {
   std::unique_ptr<QXSubObjectInfo> const pHouse(MakeHouse());
   auto const& levels = pBucket->m_mapLevelIndices;
   QXByteWriter expected;
-  expected.I32(1).I32(0).Bytes(SavedPackage(*pBucket->m_pVertexPackage, 0));
-  expected.I32(2).I32(0).I32(2).Bytes(PackageBytes(*levels.at(0)[0])).Bytes(PackageBytes(*levels.at(0)[1]));
-  expected.I32(2).I32(1).Bytes(PackageBytes(*levels.at(2)[0]));
-  expected.I32(2)
+  expected.Int(1).Int(0).Bytes(SavedPackage(*pBucket->m_pVertexPackage, 0));
+  expected.Int(2).Int(0).Int(2).Bytes(PackageBytes(*levels.at(0)[0])).Bytes(PackageBytes(*levels.at(0)[1]));
+  expected.Int(2).Int(1).Bytes(PackageBytes(*levels.at(2)[0]));
+  expected.Int(2)
       .Text("brick")
       .Bytes(PassBytes(*pBrick))
       .Text("d\xc3\xa4"
             "cher")
       .Bytes(PassBytes(*pRoof));
-  expected.I32(2).I32(0).Bytes(SubObjectBytes(*pHouse)).I32(3).Bytes(SubObjectBytes(QXSubObjectInfo()));
+  expected.Int(2).Int(0).Bytes(SubObjectBytes(*pHouse)).Int(3).Bytes(SubObjectBytes(QXSubObjectInfo()));
   EXPECT_EQ(SavedBucket(*pBucket), expected.Get());
 }
 
@@ -89,10 +89,10 @@ TEST(QXStaticGeometryBucketStream, BucketComesBackWhole) {
 TEST(QXStaticGeometryBucketStream, TypeIsReadOnlyAbove11AndSubObjectsOnlyAbove10) {
   for (double const dVersion : {1.0, 1.05, 1.1, 1.15, 1.2}) {
     QXByteWriter writer;
-    writer.I32(1);
-    if (dVersion > 1.1) writer.I32(12);
-    writer.I32(7).U16(3).U32(0).U32(0).U32(0).I32(0).I32(0).I32(0);
-    if (dVersion > 1.0) writer.I32(1).I32(4).Bytes(SubObject(2.0));
+    writer.Int(1);
+    if (dVersion > 1.1) writer.Int(12);
+    writer.Int(7).Short(3).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0);
+    if (dVersion > 1.0) writer.Int(1).Int(4).Bytes(SubObject(2.0));
     QXStaticGeometryBucket bucket;
     bucket.m_nType = 3;
     ASSERT_TRUE(LoadAll(bucket, writer.Get(), dVersion)) << dVersion;
@@ -117,7 +117,7 @@ TEST(QXStaticGeometryBucketStream, WithoutAPackageNothingIsReadWrittenOrMeasured
   bucket.m_mapPasses[L"a"] = new QXPass;
   EXPECT_THAT(SavedBucket(bucket), IsEmpty());
   EXPECT_EQ(bucket.GetDataSize(), 0);
-  QXExactStream stream(Head().I32(0).I32(0).I32(0).Get());
+  QXExactStream stream(Head().Int(0).Int(0).Int(0).Get());
   EXPECT_EQ(bucket.Load(stream, 1.3), 0);
   EXPECT_EQ(stream->GetPosition(), 0U);
 }
@@ -135,7 +135,7 @@ TEST(QXStaticGeometryBucketStream, BucketWithoutAPackageMakesAReaderLoseItsPlace
 
 TEST(QXStaticGeometryBucketStream, PackageThatFailsIsDeletedAndNulled) {
   QXStaticGeometryBucket bucket;
-  QXExactStream stream(QXByteWriter().I32(1).I32(5).I32(7).U16(3).U32(1000).Get());
+  QXExactStream stream(QXByteWriter().Int(1).Int(5).Int(7).Short(3).Int(1000).Get());
   EXPECT_EQ(bucket.Load(stream, 1.3), 0);
   EXPECT_EQ(bucket.m_pVertexPackage, nullptr);
   EXPECT_EQ(bucket.m_nIndexType, 1);
@@ -145,7 +145,7 @@ TEST(QXStaticGeometryBucketStream, PackageThatFailsIsDeletedAndNulled) {
 
 TEST(QXStaticGeometryBucketStream, IndexPackageThatFailsDropsItsLevelAndKeepsTheLevelsBefore) {
   QXByteWriter writer = Head();
-  writer.I32(2).I32(5).I32(1).Bytes(Package(7)).I32(6).I32(3).Bytes(Package(8)).Bytes(Package(9)).U8(1);
+  writer.Int(2).Int(5).Int(1).Bytes(Package(7)).Int(6).Int(3).Bytes(Package(8)).Bytes(Package(9)).Byte(1);
   QXStaticGeometryBucket bucket;
   QXExactStream stream(writer.Get());
   EXPECT_EQ(bucket.Load(stream, 1.3), 0);
@@ -156,7 +156,7 @@ TEST(QXStaticGeometryBucketStream, IndexPackageThatFailsDropsItsLevelAndKeepsThe
 
 TEST(QXStaticGeometryBucketStream, PassThatFailsKeepsThePassesBefore) {
   QXByteWriter writer = Head();
-  writer.I32(0).I32(2).Text("a").Bytes(Pass(L"first")).Text("b").I32(3);
+  writer.Int(0).Int(2).Text("a").Bytes(Pass(L"first")).Text("b").Int(3);
   QXStaticGeometryBucket bucket;
   QXExactStream stream(writer.Get());
   EXPECT_EQ(bucket.Load(stream, 1.3), 0);
@@ -166,7 +166,7 @@ TEST(QXStaticGeometryBucketStream, PassThatFailsKeepsThePassesBefore) {
 
 TEST(QXStaticGeometryBucketStream, SubObjectThatFailsKeepsTheOnesBefore) {
   QXByteWriter writer = Head();
-  writer.I32(0).I32(0).I32(2).I32(1).Bytes(SubObject(3.0)).I32(2).F64(1);
+  writer.Int(0).Int(0).Int(2).Int(1).Bytes(SubObject(3.0)).Int(2).Double(1);
   QXStaticGeometryBucket bucket;
   QXExactStream stream(writer.Get());
   EXPECT_EQ(bucket.Load(stream, 1.3), 0);
@@ -176,9 +176,9 @@ TEST(QXStaticGeometryBucketStream, SubObjectThatFailsKeepsTheOnesBefore) {
 
 TEST(QXStaticGeometryBucketStream, OfTwoRecordsWithOneKeyTheLaterStays) {
   QXByteWriter writer = Head();
-  writer.I32(2).I32(5).I32(2).Bytes(Package(1)).Bytes(Package(2)).I32(5).I32(1).Bytes(Package(3));
-  writer.I32(2).Text("a").Bytes(Pass(L"first")).Text("a").Bytes(Pass(L"second"));
-  writer.I32(2).I32(4).Bytes(SubObject(1.0)).I32(4).Bytes(SubObject(2.0));
+  writer.Int(2).Int(5).Int(2).Bytes(Package(1)).Bytes(Package(2)).Int(5).Int(1).Bytes(Package(3));
+  writer.Int(2).Text("a").Bytes(Pass(L"first")).Text("a").Bytes(Pass(L"second"));
+  writer.Int(2).Int(4).Bytes(SubObject(1.0)).Int(4).Bytes(SubObject(2.0));
   QXStaticGeometryBucket bucket;
   ASSERT_TRUE(LoadAll(bucket, writer.Get()));
   ASSERT_THAT(bucket.m_mapLevelIndices.at(5), SizeIs(1));
@@ -200,11 +200,11 @@ TEST(QXStaticGeometryBucketStream, LoadIntoAFilledBucketReplacesWhatHasTheSameKe
 
 TEST(QXStaticGeometryBucketStream, NegativeCountsFailAndZeroLevelsAreALevel) {
   QXStaticGeometryBucket bucket;
-  EXPECT_FALSE(LoadAll(bucket, Head().I32(-1).I32(0).I32(0).Get()));
-  EXPECT_FALSE(LoadAll(bucket, Head().I32(1).I32(0).I32(-1).I32(0).I32(0).Get()));
-  EXPECT_FALSE(LoadAll(bucket, Head().I32(0).I32(-1).I32(0).Get()));
-  EXPECT_FALSE(LoadAll(bucket, Head().I32(0).I32(0).I32(-1).Get()));
-  EXPECT_TRUE(LoadAll(bucket, Head().I32(1).I32(-9).I32(0).I32(0).I32(0).Get()));
+  EXPECT_FALSE(LoadAll(bucket, Head().Int(-1).Int(0).Int(0).Get()));
+  EXPECT_FALSE(LoadAll(bucket, Head().Int(1).Int(0).Int(-1).Int(0).Int(0).Get()));
+  EXPECT_FALSE(LoadAll(bucket, Head().Int(0).Int(-1).Int(0).Get()));
+  EXPECT_FALSE(LoadAll(bucket, Head().Int(0).Int(0).Int(-1).Get()));
+  EXPECT_TRUE(LoadAll(bucket, Head().Int(1).Int(-9).Int(0).Int(0).Int(0).Get()));
   EXPECT_THAT(bucket.m_mapLevelIndices.at(-9), IsEmpty());
 }
 
@@ -213,7 +213,7 @@ TEST(QXStaticGeometryBucketStream, NullSubObjectCountsButIsNotWritten) {
   bucket.m_mapSubObjects[3] = nullptr;
   bucket.m_mapSubObjects[9] = new QXSubObjectInfo;
   bucket.m_mapSubObjects[9]->m_BoundingSphere.SetRadius(6.0);
-  EXPECT_EQ(SavedBucket(bucket), Head().I32(0).I32(0).I32(2).I32(9).Bytes(SubObject(6.0)).Get());
+  EXPECT_EQ(SavedBucket(bucket), Head().Int(0).Int(0).Int(2).Int(9).Bytes(SubObject(6.0)).Get());
   EXPECT_EQ(static_cast<std::size_t>(bucket.GetDataSize()), SavedBucket(bucket).size() + 4);
   QXStaticGeometryBucket read;
   EXPECT_FALSE(LoadAll(read, SavedBucket(bucket)));

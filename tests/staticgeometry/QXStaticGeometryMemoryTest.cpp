@@ -38,7 +38,7 @@ constexpr int Many = 2147483647;
 /// Up to the levels of the first bucket.
 QXByteWriter FirstBucket() {
   QXByteWriter writer;
-  writer.F64(1.3).I32(0).I32(1).I32(0).I32(-1).I32(7).U16(3).U32(0).U32(0).U32(0).I32(0);
+  writer.Double(1.3).Int(0).Int(1).Int(0).Int(-1).Int(7).Short(3).Int(0).Int(0).Int(0).Int(0);
   return writer;
 }
 
@@ -52,17 +52,18 @@ void ExpectBounded(QXByteWriter const& writer) {
 
 TEST(QXStaticGeometryMemory, EmptyBucketsEndWhenTheyTakeTooMuch) {
   QXByteWriter writer;
-  writer.F64(1.3).I32(0).I32(Many);
+  writer.Double(1.3).Int(0).Int(Many);
   QXBytes const bucket =
-      QXByteWriter().I32(0).I32(-1).I32(7).U16(3).U32(0).U32(0).U32(0).I32(0).I32(0).I32(0).I32(0).Get();
+      QXByteWriter().Int(0).Int(-1).Int(7).Short(3).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0).Get();
   ExpectBounded(Repeat(writer, bucket, FileBytes));
 }
 
 TEST(QXStaticGeometryMemory, TensOfThousandsOfEmptyBucketsAreLoaded) {
   QXByteWriter writer;
-  writer.F64(1.3).I32(0).I32(20000);
-  for (int i = 0; i < 20000; ++i) writer.I32(0).I32(-1).I32(7).U16(3).U32(0).U32(0).U32(0).I32(0).I32(0).I32(0).I32(0);
-  writer.I32(0).I32(0).I32(0).I32(0);
+  writer.Double(1.3).Int(0).Int(20000);
+  for (int i = 0; i < 20000; ++i)
+    writer.Int(0).Int(-1).Int(7).Short(3).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0);
+  writer.Int(0).Int(0).Int(0).Int(0);
   QXStaticGeometry geometry;
   unsigned char bLoaded = 0;
   EXPECT_LE(LoadPeak(writer.Get(), geometry, bLoaded), Allowed(writer.Get().size()));
@@ -71,36 +72,36 @@ TEST(QXStaticGeometryMemory, TensOfThousandsOfEmptyBucketsAreLoaded) {
 
 TEST(QXStaticGeometryMemory, EmptyIndexPackagesAreBounded) {
   QXByteWriter writer = FirstBucket();
-  writer.I32(1).I32(0).I32(Many);
-  ExpectBounded(Repeat(writer, QXByteWriter().I32(4).I32(0).U8(0).I32(0).I32(0).Get(), FileBytes));
+  writer.Int(1).Int(0).Int(Many);
+  ExpectBounded(Repeat(writer, QXByteWriter().Int(4).Int(0).Byte(0).Int(0).Int(0).Get(), FileBytes));
 }
 
 TEST(QXStaticGeometryMemory, EmptyLevelsAreBounded) {
   QXByteWriter writer = FirstBucket();
-  writer.I32(Many);
-  for (int nLevel = 0; writer.Get().size() < FileBytes; ++nLevel) writer.I32(nLevel).I32(0);
+  writer.Int(Many);
+  for (int nLevel = 0; writer.Get().size() < FileBytes; ++nLevel) writer.Int(nLevel).Int(0);
   ExpectBounded(writer);
 }
 
 TEST(QXStaticGeometryMemory, EmptyPassNamesAreBounded) {
   QXByteWriter writer = FirstBucket();
-  writer.I32(1).I32(0).I32(1).I32(4).I32(0).U8(0).I32(static_cast<int>(FileBytes / 4));
-  ExpectBounded(Repeat(writer, QXByteWriter().U32(0).Get(), FileBytes));
+  writer.Int(1).Int(0).Int(1).Int(4).Int(0).Byte(0).Int(static_cast<int>(FileBytes / 4));
+  ExpectBounded(Repeat(writer, QXByteWriter().Int(0).Get(), FileBytes));
 }
 
 TEST(QXStaticGeometryMemory, PackagesOfPassNamesAreBounded) {
   QXByteWriter writer = FirstBucket();
-  writer.I32(1).I32(0).I32(Many);
+  writer.Int(1).Int(0).Int(Many);
   QXByteWriter package;
-  package.I32(4).I32(0).U8(0).I32(1000);
-  for (int i = 0; i < 1000; ++i) package.U32(0);
-  ExpectBounded(Repeat(writer, package.I32(0).Get(), FileBytes));
+  package.Int(4).Int(0).Byte(0).Int(1000);
+  for (int i = 0; i < 1000; ++i) package.Int(0);
+  ExpectBounded(Repeat(writer, package.Int(0).Get(), FileBytes));
 }
 
 TEST(QXStaticGeometryMemory, EmptyPassesAreBounded) {
   QXByteWriter writer = FirstBucket();
   QXBytes const pass = Written([](QXStream& stream) { QXPass().Save(stream, 1.0); });
-  writer.I32(0).I32(Many);
+  writer.Int(0).Int(Many);
   for (int nPass = 0; writer.Get().size() < FileBytes; ++nPass) writer.Text(std::to_string(nPass)).Bytes(pass);
   ExpectBounded(writer);
 }
@@ -110,11 +111,11 @@ TEST(QXStaticGeometryMemory, UnitsAreBounded) {
   QXBytes pass = Written([](QXStream& stream) { QXPass().Save(stream, 1.0); });
   pass.resize(pass.size() - 5);
   QXByteWriter unit;
-  unit.U32(0);
-  for (int i = 0; i < 16; ++i) unit.F64(0);
-  unit.I32(0).I32(0).I32(0).I32(0);
+  unit.Int(0);
+  for (int i = 0; i < 16; ++i) unit.Double(0);
+  unit.Int(0).Int(0).Int(0).Int(0);
   int const nUnits = static_cast<int>(FileBytes / unit.Get().size());
-  writer.I32(0).I32(1).Text("").Bytes(pass).I32(nUnits);
+  writer.Int(0).Int(1).Text("").Bytes(pass).Int(nUnits);
   ExpectBounded(Repeat(writer, unit.Get(), FileBytes));
 }
 
@@ -122,45 +123,45 @@ TEST(QXStaticGeometryMemory, EffectsAreBounded) {
   QXByteWriter writer = FirstBucket();
   QXBytes pass = Written([](QXStream& stream) { QXPass().Save(stream, 1.0); });
   pass.resize(pass.size() - 5);
-  writer.I32(0).I32(1).Text("").Bytes(pass).I32(1).U32(0);
-  for (int i = 0; i < 16; ++i) writer.F64(0);
-  writer.I32(0).I32(0).I32(0).I32(static_cast<int>(FileBytes / 8));
-  for (int nType = 0; writer.Get().size() < FileBytes + (1 << 20); ++nType) writer.I32(nType).I32(0);
+  writer.Int(0).Int(1).Text("").Bytes(pass).Int(1).Int(0);
+  for (int i = 0; i < 16; ++i) writer.Double(0);
+  writer.Int(0).Int(0).Int(0).Int(static_cast<int>(FileBytes / 8));
+  for (int nType = 0; writer.Get().size() < FileBytes + (1 << 20); ++nType) writer.Int(nType).Int(0);
   ExpectBounded(writer);
 }
 
 TEST(QXStaticGeometryMemory, SubObjectsAreBounded) {
   QXByteWriter writer = FirstBucket();
   QXBytes const subObject = Written([](QXStream& stream) { QXSubObjectInfo().Save(stream); });
-  writer.I32(0).I32(0).I32(Many);
-  for (int nFirst = 0; writer.Get().size() < FileBytes; ++nFirst) writer.I32(nFirst).Bytes(subObject);
+  writer.Int(0).Int(0).Int(Many);
+  for (int nFirst = 0; writer.Get().size() < FileBytes; ++nFirst) writer.Int(nFirst).Bytes(subObject);
   ExpectBounded(writer);
 }
 
 TEST(QXStaticGeometryMemory, SlotsOfASubObjectAreBounded) {
   QXByteWriter writer = FirstBucket();
-  writer.I32(0).I32(0).I32(1).I32(0).F64(0).F64(0).F64(0).F64(0).I32(static_cast<int>(FileBytes / 8));
-  for (int nSlot = 0; writer.Get().size() < FileBytes + (1 << 20); ++nSlot) writer.I32(nSlot).I32(0);
+  writer.Int(0).Int(0).Int(1).Int(0).Double(0).Double(0).Double(0).Double(0).Int(static_cast<int>(FileBytes / 8));
+  for (int nSlot = 0; writer.Get().size() < FileBytes + (1 << 20); ++nSlot) writer.Int(nSlot).Int(0);
   ExpectBounded(writer);
 }
 
 TEST(QXStaticGeometryMemory, TextureNamesAreBounded) {
   QXByteWriter writer;
-  writer.F64(1.3).I32(0).I32(0).I32(0).I32(0).I32(0).I32(Many);
-  for (int nTexture = 0; writer.Get().size() < FileBytes; ++nTexture) writer.Text(std::to_string(nTexture)).I32(0);
+  writer.Double(1.3).Int(0).Int(0).Int(0).Int(0).Int(0).Int(Many);
+  for (int nTexture = 0; writer.Get().size() < FileBytes; ++nTexture) writer.Text(std::to_string(nTexture)).Int(0);
   ExpectBounded(writer);
 }
 
 TEST(QXStaticGeometryMemory, OneLongNameIsBounded) {
   QXByteWriter writer;
-  writer.F64(1.3).I32(0).I32(0).I32(0).I32(0).I32(0).I32(1).Text(std::string(FileBytes, 'a'));
-  ExpectBounded(writer.I32(-1));
+  writer.Double(1.3).Int(0).Int(0).Int(0).Int(0).Int(0).Int(1).Text(std::string(FileBytes, 'a'));
+  ExpectBounded(writer.Int(-1));
 }
 
 TEST(QXStaticGeometryMemory, LyingCountsTakeNoMemory) {
   for (std::uint32_t const nCount : {0x10000000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
     QXByteWriter writer;
-    writer.F64(1.3).I32(0).I32(1).I32(0).I32(-1).I32(7).U16(3).U32(nCount).U16(0).F32(1);
+    writer.Double(1.3).Int(0).Int(1).Int(0).Int(-1).Int(7).Short(3).Int(nCount).Short(0).Float(1);
     QXStaticGeometry geometry;
     unsigned char bLoaded = 1;
     EXPECT_LE(LoadPeak(writer.Get(), geometry, bLoaded), 16384U);

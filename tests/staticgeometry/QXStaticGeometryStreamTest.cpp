@@ -22,10 +22,10 @@ using testing::SizeIs;
 
 /// The bytes of what a new bucket is, in the form of a version.
 QXByteWriter& EmptyBucket(QXByteWriter& writer, double dVersion) {
-  writer.I32(0);
-  if (dVersion > 1.1) writer.I32(-1);
-  writer.I32(7).U16(3).U32(0).U32(0).U32(0).I32(0).I32(0).I32(0);
-  return dVersion > 1.0 ? writer.I32(0) : writer;
+  writer.Int(0);
+  if (dVersion > 1.1) writer.Int(-1);
+  writer.Int(7).Short(3).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0);
+  return dVersion > 1.0 ? writer.Int(0) : writer;
 }
 
 void ExpectEmptyBucket(QXStaticGeometryBucket const& bucket) {
@@ -213,7 +213,7 @@ TEST(QXStaticGeometryStream, EverySectionIsWrittenWhateverTheVersion) {
   FillCity(city);
   for (double const dVersion : {0.5, 1.0, 1.1, 1.2, 2.0}) {
     city.SetVersion(dVersion);
-    QXBytes expected = QXByteWriter().F64(dVersion).Get();
+    QXBytes expected = QXByteWriter().Double(dVersion).Get();
     QXBytes const golden = GoldenBytes("1.3");
     expected.insert(expected.end(), golden.begin() + 8, golden.end());
     EXPECT_EQ(Difference(SavedGeometry(city), expected), "");
@@ -284,15 +284,15 @@ TEST(QXStaticGeometryStream, VersionsAreComparedStrictly) {
       {-std::numeric_limits<double>::infinity(), false, false, false}};
   for (auto const& one : arrCases) {
     QXByteWriter writer;
-    writer.F64(one.m_dVersion);
-    if (one.m_bIDs) writer.I32(1).I32(5);
-    EmptyBucket(writer.I32(1), one.m_dVersion);
-    writer.I32(0);
+    writer.Double(one.m_dVersion);
+    if (one.m_bIDs) writer.Int(1).Int(5);
+    EmptyBucket(writer.Int(1), one.m_dVersion);
+    writer.Int(0);
     if (one.m_bTyped) {
-      EmptyBucket(writer.I32(1), one.m_dVersion);
-      writer.I32(0);
+      EmptyBucket(writer.Int(1), one.m_dVersion);
+      writer.Int(0);
     }
-    if (one.m_bSpheres) writer.I32(1).Text("a").I32(0);
+    if (one.m_bSpheres) writer.Int(1).Text("a").Int(0);
     QXExactStream stream(writer.Get());
     QXStaticGeometry city;
     ASSERT_EQ(city.LoadVecData(stream, 0.0F), 1) << one.m_dVersion;
@@ -307,8 +307,8 @@ TEST(QXStaticGeometryStream, VersionsAreComparedStrictly) {
 
 TEST(QXStaticGeometryStream, VersionThatIsNoNumberReadsAsTheOldest) {
   QXByteWriter writer;
-  writer.F64(std::numeric_limits<double>::quiet_NaN());
-  EmptyBucket(writer.I32(1), 1.0).I32(0);
+  writer.Double(std::numeric_limits<double>::quiet_NaN());
+  EmptyBucket(writer.Int(1), 1.0).Int(0);
   QXExactStream stream(writer.Get());
   QXStaticGeometry city;
   EXPECT_EQ(city.LoadVecData(stream, 0.0F), 1);
@@ -325,19 +325,19 @@ TEST(QXStaticGeometryStream, NegativeCountsFail) {
     SavedGeometry(city);
     return bLoaded;
   };
-  QXByteWriter const version = QXByteWriter().F64(1.3);
-  EXPECT_EQ(load(QXByteWriter(version).I32(-1).I32(0).I32(0).I32(0).I32(0).I32(0)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(-1).I32(0).I32(0).I32(0).I32(0)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(0).I32(-5).I32(0).I32(0).I32(0)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(0).I32(0).I32(-2147483647 - 1).I32(0).I32(0)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(0).I32(0).I32(0).I32(-1).I32(0)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(0).I32(0).I32(0).I32(0).I32(-1)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(0).I32(0).I32(0).I32(0).I32(1).Text("a").I32(-1)), 0);
-  EXPECT_EQ(load(QXByteWriter(version).I32(0).I32(0).I32(0).I32(0).I32(0).I32(0)), 1);
+  QXByteWriter const version = QXByteWriter().Double(1.3);
+  EXPECT_EQ(load(QXByteWriter(version).Int(-1).Int(0).Int(0).Int(0).Int(0).Int(0)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(-1).Int(0).Int(0).Int(0).Int(0)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(0).Int(-5).Int(0).Int(0).Int(0)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(0).Int(0).Int(-2147483647 - 1).Int(0).Int(0)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(0).Int(0).Int(0).Int(-1).Int(0)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(0).Int(0).Int(0).Int(0).Int(-1)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(0).Int(0).Int(0).Int(0).Int(1).Text("a").Int(-1)), 0);
+  EXPECT_EQ(load(QXByteWriter(version).Int(0).Int(0).Int(0).Int(0).Int(0).Int(0)), 1);
 }
 
 TEST(QXStaticGeometryStream, FailureIsToldAtTheByteOfTheCountThatCannotBe) {
-  QXExactStream stream(QXByteWriter().F64(1.3).I32(0).I32(0).I32(-7).Get());
+  QXExactStream stream(QXByteWriter().Double(1.3).Int(0).Int(0).Int(-7).Get());
   QXStaticGeometry city;
   EXPECT_EQ(city.LoadVecData(stream, 0.0F), 0);
   EXPECT_EQ(stream->GetPosition(), 16U);
@@ -345,13 +345,13 @@ TEST(QXStaticGeometryStream, FailureIsToldAtTheByteOfTheCountThatCannotBe) {
 }
 
 TEST(QXStaticGeometryStream, HugeCountsFailAtOnceAndKeepWhatCame) {
-  QXByteWriter ids = QXByteWriter().F64(1.3).I32(2147483647).I32(11).I32(12);
-  QXExactStream stream(ids.U8(1).Get());
+  QXByteWriter ids = QXByteWriter().Double(1.3).Int(2147483647).Int(11).Int(12);
+  QXExactStream stream(ids.Byte(1).Get());
   QXStaticGeometry city;
   EXPECT_EQ(city.LoadVecData(stream, 0.0F), 0);
   EXPECT_THAT(Values(city.m_arrID.GetData(), city.m_arrID.GetSize()), ElementsAre(11, 12));
 
-  QXByteWriter buckets = QXByteWriter().F64(1.3).I32(0).I32(2147483647);
+  QXByteWriter buckets = QXByteWriter().Double(1.3).Int(0).Int(2147483647);
   EmptyBucket(EmptyBucket(buckets, 1.3), 1.3);
   QXExactStream second(buckets.Get());
   QXStaticGeometry other;
@@ -359,25 +359,25 @@ TEST(QXStaticGeometryStream, HugeCountsFailAtOnceAndKeepWhatCame) {
   EXPECT_THAT(other.m_vecBuckets32, SizeIs(2));
 
   QXExactStream third(QXByteWriter()
-                          .F64(1.3)
-                          .I32(0)
-                          .I32(0)
-                          .I32(0)
-                          .I32(0)
-                          .I32(0)
-                          .I32(2)
+                          .Double(1.3)
+                          .Int(0)
+                          .Int(0)
+                          .Int(0)
+                          .Int(0)
+                          .Int(0)
+                          .Int(2)
                           .Text("a")
-                          .I32(1)
-                          .F64(1)
-                          .F64(2)
-                          .F64(3)
-                          .F64(4)
+                          .Int(1)
+                          .Double(1)
+                          .Double(2)
+                          .Double(3)
+                          .Double(4)
                           .Text("b")
-                          .I32(2147483647)
-                          .F64(1)
-                          .F64(2)
-                          .F64(3)
-                          .F64(4)
+                          .Int(2147483647)
+                          .Double(1)
+                          .Double(2)
+                          .Double(3)
+                          .Double(4)
                           .Get());
   QXStaticGeometry spheres;
   EXPECT_EQ(spheres.LoadVecData(third, 0.0F), 0);

@@ -8,15 +8,18 @@
 #include <QxGraphics3D/staticgeometry/QXStaticGeometryBucket.h>
 #include <QxGraphics3D/staticgeometry/QXVertexPackageStream.h>
 
+#include <tests/foundation/stream/QXByteWriter.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "QXByteWriter.h"
-
 namespace QXTest {
+
+using QXC::QXBytes;
+using QXC::QXByteWriter;
 
 /// The bytes that write(stream) writes.
 template <class Action>

@@ -35,13 +35,13 @@ void FillPackage(QXVertexDataPackage& package) {
 
 QXBytes PlainBytes() {
   QXByteWriter writer;
-  writer.I32(0x407).U16(515);
-  writer.U32(2).U16(12).F32s({1, 2, 3, -4, 5.5F, 6});
-  writer.U32(2).U16(8).F32s({0, 1, -1, 0});
-  writer.U32(2).U16(4).U32s({0x11223344, 0xFFEEDDCC});
-  writer.I32(2);
-  writer.U16(2).U32(2).U16(16).F32s({0.25F, 0.5F, 0.75F, 1});
-  writer.U16(4).U32(2).U16(24).F32s({1, 2, 3, 4, 5, 6, 7, 8});
+  writer.Int(0x407).Short(515);
+  writer.Int(2).Short(12).Floats({1, 2, 3, -4, 5.5F, 6});
+  writer.Int(2).Short(8).Floats({0, 1, -1, 0});
+  writer.Int(2).Short(4).Ints({0x11223344, 0xFFEEDDCC});
+  writer.Int(2);
+  writer.Short(2).Int(2).Short(16).Floats({0.25F, 0.5F, 0.75F, 1});
+  writer.Short(4).Int(2).Short(24).Floats({1, 2, 3, 4, 5, 6, 7, 8});
   return writer.Get();
 }
 
@@ -50,22 +50,22 @@ float Channel(int nChannel) {
 }
 
 QXByteWriter& Color(QXByteWriter& writer, int nRed, int nGreen, int nBlue, int nAlpha) {
-  return writer.F32(Channel(nRed)).F32(Channel(nGreen)).F32(Channel(nBlue)).F32(Channel(nAlpha));
+  return writer.Float(Channel(nRed)).Float(Channel(nGreen)).Float(Channel(nBlue)).Float(Channel(nAlpha));
 }
 
 QXBytes WideBytes() {
   QXByteWriter writer;
-  writer.I32(0x407).U16(515).U8(0).U8(0);
-  writer.U32(2).U16(12).U8(0).U8(0).F32s({1, 2, 3, -4, 5.5F, 6});
-  writer.U32(2).U16(8).U8(0).U8(0).F32s({0, 1, -1, 0});
-  writer.U32(2).U16(4).U8(0).U8(0);
+  writer.Int(0x407).Short(515).Byte(0).Byte(0);
+  writer.Int(2).Short(12).Byte(0).Byte(0).Floats({1, 2, 3, -4, 5.5F, 6});
+  writer.Int(2).Short(8).Byte(0).Byte(0).Floats({0, 1, -1, 0});
+  writer.Int(2).Short(4).Byte(0).Byte(0);
   Color(writer, 0x44, 0x33, 0x22, 0x11);
   Color(writer, 0xCC, 0xDD, 0xEE, 0xFF);
-  writer.U32(1);
+  writer.Int(1);
   Color(writer, 1, 2, 3, 4);
-  writer.I32(2);
-  writer.U32(2).U16(2).U16(16).F32s({0.25F, 0.5F, 0.75F, 1});
-  writer.U32(2).U16(4).U16(24).F32s({1, 2, 3, 4, 5, 6, 7, 8});
+  writer.Int(2);
+  writer.Int(2).Short(2).Short(16).Floats({0.25F, 0.5F, 0.75F, 1});
+  writer.Int(2).Short(4).Short(24).Floats({1, 2, 3, 4, 5, 6, 7, 8});
   return writer.Get();
 }
 
@@ -78,7 +78,7 @@ unsigned char LoadAll(QXVertexDataPackage& package, QXBytes const& bytes, unsign
 /// The plain layout up to the count of units of a package without vertices.
 QXByteWriter PlainWithoutVertices() {
   QXByteWriter writer;
-  writer.I32(7).U16(3).U32(0).U32(0).U32(0);
+  writer.Int(7).Short(3).Int(0).Int(0).Int(0);
   return writer;
 }
 
@@ -116,7 +116,7 @@ TEST(QXVertexPackageStream, PlainLayoutComesBackWhole) {
 
 TEST(QXVertexPackageStream, EmptyPackageIsItsCountsAlone) {
   QXVertexDataPackage package;
-  QXBytes const bytes = PlainWithoutVertices().I32(0).Get();
+  QXBytes const bytes = PlainWithoutVertices().Int(0).Get();
   EXPECT_EQ(SavedPackage(package, 0), bytes);
   ASSERT_TRUE(LoadAll(package, bytes, 0));
   EXPECT_EQ(package.m_pVertices, nullptr);
@@ -154,7 +154,7 @@ TEST(QXVertexPackageStream, LoadReplacesTheArraysOfTheLayoutAndKeepsTheOthers) {
   package.SetSecondColorNum(1, 0);
   package.m_pTangents = new float[3]();
   package.m_nTangentNum = 1;
-  ASSERT_TRUE(LoadAll(package, PlainWithoutVertices().I32(0).Get(), 0));
+  ASSERT_TRUE(LoadAll(package, PlainWithoutVertices().Int(0).Get(), 0));
   EXPECT_EQ(package.m_pVertices, nullptr);
   EXPECT_EQ(package.m_nVertexNum, 0U);
   EXPECT_EQ(package.m_nVertexStride, 0);
@@ -170,7 +170,7 @@ TEST(QXVertexPackageStream, LoadReplacesTheArraysOfTheLayoutAndKeepsTheOthers) {
 TEST(QXVertexPackageStream, LoadThatFailsBehindTheDimensionsKeepsNoArrayOfOthers) {
   QXVertexDataPackage package;
   FillPackage(package);
-  QXExactStream stream(QXByteWriter().I32(7).U16(4).U16(1).Get());
+  QXExactStream stream(QXByteWriter().Int(7).Short(4).Short(1).Get());
   EXPECT_EQ(LoadVertexPackage(package, stream, 0), 0);
   EXPECT_EQ(package.m_nNormalDim, 4);
   EXPECT_EQ(package.m_pVertices, nullptr);
@@ -226,7 +226,7 @@ TEST(QXVertexPackageStream, CountWithoutArrayIsWrittenAlone) {
   package.m_nVertexNum = 3;
   package.m_nNormalNum = 4;
   package.m_nColorNum = 5;
-  EXPECT_EQ(SavedPackage(package, 0), QXByteWriter().I32(7).U16(3).U32(3).U32(4).U32(5).I32(0).Get());
+  EXPECT_EQ(SavedPackage(package, 0), QXByteWriter().Int(7).Short(3).Int(3).Int(4).Int(5).Int(0).Get());
 }
 
 TEST(QXVertexPackageStream, CountWithoutArrayMakesAReaderTakeWhatFollowsForTheArray) {
@@ -268,19 +268,19 @@ TEST(QXVertexPackageStream, EightUnitsComeBackAndNineAreRefused) {
   ASSERT_TRUE(LoadAll(read, bytes, 0));
   for (unsigned int unit = 0; unit < 8; ++unit)
     EXPECT_THAT(Values(read.m_pTexCoords[unit], 1), ElementsAre(static_cast<float>(unit)));
-  QXByteWriter nine = PlainWithoutVertices().I32(9);
-  for (int i = 0; i < 9; ++i) nine.U16(1).U32(1).U16(0).F32(1);
+  QXByteWriter nine = PlainWithoutVertices().Int(9);
+  for (int i = 0; i < 9; ++i) nine.Short(1).Int(1).Short(0).Float(1);
   EXPECT_FALSE(LoadAll(read, nine.Get(), 0));
 }
 
 TEST(QXVertexPackageStream, NegativeCountOfUnitsIsRefused) {
   QXVertexDataPackage package;
-  EXPECT_FALSE(LoadAll(package, PlainWithoutVertices().I32(-1).Get(), 0));
+  EXPECT_FALSE(LoadAll(package, PlainWithoutVertices().Int(-1).Get(), 0));
 }
 
 TEST(QXVertexPackageStream, UnitWithACountOfZeroInTheStreamKeepsDimensionAndStride) {
-  QXByteWriter writer = PlainWithoutVertices().I32(2);
-  writer.U16(3).U32(0).U16(7).U16(2).U32(1).U16(8).F32s({5, 6});
+  QXByteWriter writer = PlainWithoutVertices().Int(2);
+  writer.Short(3).Int(0).Short(7).Short(2).Int(1).Short(8).Floats({5, 6});
   QXVertexDataPackage package;
   ASSERT_TRUE(LoadAll(package, writer.Get(), 0));
   EXPECT_EQ(package.m_nTexDims[0], 3);
@@ -292,23 +292,23 @@ TEST(QXVertexPackageStream, UnitWithACountOfZeroInTheStreamKeepsDimensionAndStri
 // Renderers would read numbers that are not there.
 TEST(QXVertexPackageStream, ItemsWithoutNumbersAreRefused) {
   QXVertexDataPackage package;
-  QXBytes const vertices = QXByteWriter().I32(7).U16(0).U32(0xFFFFFFFF).U16(0).U32(0).U32(0).I32(0).Get();
+  QXBytes const vertices = QXByteWriter().Int(7).Short(0).Int(0xFFFFFFFF).Short(0).Int(0).Int(0).Int(0).Get();
   EXPECT_FALSE(LoadAll(package, vertices, 0));
   EXPECT_EQ(package.m_nVertexNum, 0U);
-  EXPECT_FALSE(LoadAll(package, PlainWithoutVertices().I32(1).U16(0).U32(9).U16(0).Get(), 0));
+  EXPECT_FALSE(LoadAll(package, PlainWithoutVertices().Int(1).Short(0).Int(9).Short(0).Get(), 0));
   EXPECT_EQ(package.m_nTexCoordNums[0], 0U);
 }
 
 TEST(QXVertexPackageStream, CountsBeyondTheStreamAreRefusedWhateverTheArray) {
-  QXByteWriter const head = QXByteWriter().I32(7).U16(3);
+  QXByteWriter const head = QXByteWriter().Int(7).Short(3);
   for (std::uint32_t const nCount : {2U, 0x55555556U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
     QXVertexDataPackage package;
     // 14 bytes behind each count: one item of three floats and a stride, not two.
-    QXBytes const item = QXByteWriter().U16(0).F32s({1, 2, 3}).Get();
-    EXPECT_FALSE(LoadAll(package, QXByteWriter(head).U32(nCount).Bytes(item).Get(), 0)) << nCount;
-    EXPECT_FALSE(LoadAll(package, QXByteWriter(head).U32(0).U32(nCount).Bytes(item).Get(), 0)) << nCount;
-    EXPECT_FALSE(LoadAll(package, QXByteWriter(head).U32(0).U32(0).U32(nCount).U16(0).U32(1).Get(), 0)) << nCount;
-    EXPECT_FALSE(LoadAll(package, PlainWithoutVertices().I32(1).U16(3).U32(nCount).Bytes(item).Get(), 0)) << nCount;
+    QXBytes const item = QXByteWriter().Short(0).Floats({1, 2, 3}).Get();
+    EXPECT_FALSE(LoadAll(package, QXByteWriter(head).Int(nCount).Bytes(item).Get(), 0)) << nCount;
+    EXPECT_FALSE(LoadAll(package, QXByteWriter(head).Int(0).Int(nCount).Bytes(item).Get(), 0)) << nCount;
+    EXPECT_FALSE(LoadAll(package, QXByteWriter(head).Int(0).Int(0).Int(nCount).Short(0).Int(1).Get(), 0)) << nCount;
+    EXPECT_FALSE(LoadAll(package, PlainWithoutVertices().Int(1).Short(3).Int(nCount).Bytes(item).Get(), 0)) << nCount;
     EXPECT_EQ(package.m_nVertexNum, 0U);
     EXPECT_EQ(package.m_nTexCoordNums[0], 0U);
   }
@@ -384,17 +384,18 @@ TEST(QXVertexPackageStream, WideColorsOfEveryChannelComeBack) {
 
 TEST(QXVertexPackageStream, WideColorsOfOthersAreTruncated) {
   QXByteWriter writer;
-  writer.I32(7).U16(3).U8(0).U8(0).U32(0).U32(0).U32(1).U16(0).U8(0).U8(0).F32s({0.5F, 0.999F, 0.0039F, 0.9999999F});
+  writer.Int(7).Short(3).Byte(0).Byte(0).Int(0).Int(0).Int(1).Short(0).Byte(0).Byte(0).Floats(
+      {0.5F, 0.999F, 0.0039F, 0.9999999F});
   QXVertexDataPackage package;
-  ASSERT_TRUE(LoadAll(package, writer.U32(0).I32(0).Get(), 1));
+  ASSERT_TRUE(LoadAll(package, writer.Int(0).Int(0).Get(), 1));
   EXPECT_EQ(package.m_pColors[0], QDC::QDCRGBA(127, 254, 0, 254));
 }
 
 TEST(QXVertexPackageStream, WideColorsOutOfRangeAreCutToAnIntAndThenToAByte) {
   float const fNaN = std::numeric_limits<float>::quiet_NaN();
   QXByteWriter writer;
-  writer.I32(7).U16(3).U8(0).U8(0).U32(0).U32(0).U32(2).U16(0).U8(0).U8(0);
-  writer.F32s({Infinity, -Infinity, fNaN, 1.0F}).F32s({2.0F, -1.0F, 1e30F, 0.5F}).U32(0).I32(0);
+  writer.Int(7).Short(3).Byte(0).Byte(0).Int(0).Int(0).Int(2).Short(0).Byte(0).Byte(0);
+  writer.Floats({Infinity, -Infinity, fNaN, 1.0F}).Floats({2.0F, -1.0F, 1e30F, 0.5F}).Int(0).Int(0);
   QXVertexDataPackage package;
   ASSERT_TRUE(LoadAll(package, writer.Get(), 1));
   EXPECT_EQ(package.m_pColors[0], QDC::QDCRGBA(0xFF, 0x00, 0x00, 0xFF));
@@ -413,12 +414,23 @@ TEST(QXVertexPackageStream, WideUnitsOf17And29NumbersHoldColorsBehindTheirNumber
     }
     SetUnit(package, 0, nDim, arrNumbers, 5);
     QXByteWriter expected;
-    expected.I32(7).U16(3).U8(0).U8(0).U32(0).U32(0).U32(0).U32(0).I32(1).U32(300).U16(nDim == 17 ? 20 : 35).U16(5);
+    expected.Int(7)
+        .Short(3)
+        .Byte(0)
+        .Byte(0)
+        .Int(0)
+        .Int(0)
+        .Int(0)
+        .Int(0)
+        .Int(1)
+        .Int(300)
+        .Short(nDim == 17 ? 20 : 35)
+        .Short(5);
     for (std::size_t i = 0; i < arrNumbers.size(); ++i) {
       if (i % nDim < nPlain) {
-        expected.F32(static_cast<float>(i));
+        expected.Float(static_cast<float>(i));
       } else {
-        expected.F32s(i % 2 ? std::vector<float>{0, 1, 0, 1} : std::vector<float>{1, 0, 1, 0});
+        expected.Floats(i % 2 ? std::vector<float>{0, 1, 0, 1} : std::vector<float>{1, 0, 1, 0});
       }
     }
     EXPECT_EQ(SavedPackage(package, 1), expected.Get());
@@ -442,12 +454,12 @@ TEST(QXVertexPackageStream, PlainUnitsOf17NumbersAreNumbers) {
 
 TEST(QXVertexPackageStream, TruncatedWideUnitOf35NumbersFails) {
   QXByteWriter writer;
-  writer.I32(7).U16(3).U8(0).U8(0).U32(0).U32(0).U32(0).U32(0).I32(1).U32(2).U16(35).U16(0).F32s(
+  writer.Int(7).Short(3).Byte(0).Byte(0).Int(0).Int(0).Int(0).Int(0).Int(1).Int(2).Short(35).Short(0).Floats(
       std::vector<float>(69, 1.0F));
   QXVertexDataPackage package;
   EXPECT_FALSE(LoadAll(package, writer.Get(), 1));
   EXPECT_EQ(package.m_pTexCoords[0], nullptr);
-  EXPECT_TRUE(LoadAll(package, QXByteWriter(writer).F32(1).Get(), 1));
+  EXPECT_TRUE(LoadAll(package, QXByteWriter(writer).Float(1).Get(), 1));
 }
 
 TEST(QXVertexPackageStream, SizeCountsEveryArrayAndTheSecondColors) {

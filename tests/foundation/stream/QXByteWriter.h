@@ -1,37 +1,56 @@
 /// @file
-/// Bytes of a file as a test expects them, written without the library.
+/// Bytes of files as a test spells them out, put together without any code of the library.
 #pragma once
 
 #include <bit>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace QXC {
 
+using QXBytes = std::vector<unsigned char>;
+
+/// Appends little-endian values; every call returns the writer, so that a file reads as a row of fields.
 class QXByteWriter {
 public:
   QXByteWriter& Byte(unsigned int nValue) { return Number(nValue, 1); }
   QXByteWriter& Short(unsigned int nValue) { return Number(nValue, 2); }
+  /// Any number of 32 bits, with a sign or without.
   QXByteWriter& Int(std::int64_t nValue) { return Number(static_cast<std::uint64_t>(nValue), 4); }
   QXByteWriter& Long(std::uint64_t nValue) { return Number(nValue, 8); }
   QXByteWriter& Float(float fValue) { return Number(std::bit_cast<std::uint32_t>(fValue), 4); }
   QXByteWriter& Double(double dValue) { return Number(std::bit_cast<std::uint64_t>(dValue), 8); }
+  QXByteWriter& Ints(std::vector<std::uint32_t> const& arrValues) {
+    for (std::uint32_t const nValue : arrValues) Int(nValue);
+    return *this;
+  }
+  QXByteWriter& Floats(std::vector<float> const& arrValues) {
+    for (float const fValue : arrValues) Float(fValue);
+    return *this;
+  }
+  /// A text in UTF-8 behind its byte count.
   QXByteWriter& Text(std::string_view bytes) {
     Int(static_cast<std::int64_t>(bytes.size()));
-    m_strBytes += bytes;
+    m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+    return *this;
+  }
+  QXByteWriter& Bytes(QXBytes const& bytes) {
+    m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
     return *this;
   }
 
-  std::string const& GetBytes() const { return m_strBytes; }
+  QXBytes const& Get() const { return m_bytes; }
+  std::string GetBytes() const { return std::string(m_bytes.begin(), m_bytes.end()); }
 
 private:
   QXByteWriter& Number(std::uint64_t nValue, int nSize) {
-    for (int i = 0; i < nSize; ++i) m_strBytes += static_cast<char>(nValue >> 8 * i & 0xFF);
+    for (int nByte = 0; nByte < nSize; ++nByte) m_bytes.push_back(static_cast<unsigned char>(nValue >> 8 * nByte));
     return *this;
   }
 
-  std::string m_strBytes;
+  QXBytes m_bytes;
 };
 
 }  // namespace QXC
