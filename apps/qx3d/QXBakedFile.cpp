@@ -53,8 +53,8 @@ std::string QXBakedFile::Check() const {
     return m_strPath + ": this is no static geometry by its name; give one that ends in .qsg";
   std::string const strScene = GetStaticSceneName(m_strPath);
   for (std::string const& strPath : {m_strPath, strScene}) {
-    std::string const strReason = QXPngWriter::Check(strPath);
-    if (!strReason.empty()) return strPath + ": " + strReason;
+    std::string strReason = QXPngWriter::Check(strPath);
+    if (!strReason.empty()) return strReason.insert(0, ": ").insert(0, strPath);
   }
   // Names have fewer limits than values of a scene.
   QXC::QXVector3d const vecLongest(-123456789012345.6789, -123456789012345.6789, -123456789012345.6789);

@@ -200,7 +200,7 @@ QXC::QdcUnicodeString QXMeshGatherer::MakePass(Form const& form) {
   if (!bTexture && !form.m_bTransparent) return QXC::QdcUnicodeString();
   std::string const& strTexture = form.m_Texture.m_strName;
   if (bTexture) m_setTextures.insert(form.m_Texture);
-  QXC::QdcUnicodeString const strName =
+  QXC::QdcUnicodeString strName =
       QXC::QdcUnicodeString::FromUTF8((strTexture + (form.m_bTransparent ? "|blend" : "")).c_str());
   QXC::QXPass*& pPass = m_mapPasses[strName];
   if (pPass != nullptr) return strName;

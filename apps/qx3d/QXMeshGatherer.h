@@ -47,7 +47,8 @@ private:
   struct Frame {
     int m_nCellX = 0;
     int m_nCellY = 0;
-    auto operator<=>(Frame const&) const = default;
+    // The check takes the zero inside the comparison that the compiler writes for a pointer.
+    auto operator<=>(Frame const&) const = default;  // NOLINT(modernize-use-nullptr)
   };
   struct Entry {
     Frame m_Frame;

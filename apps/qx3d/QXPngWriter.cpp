@@ -71,7 +71,7 @@ std::string QXPngWriter::WriteWithAlpha(
 
 std::string QXPngWriter::WritePacked(
     std::string const& strPath, int nWidth, int nHeight, unsigned int nFormat, unsigned char const* pPixels) {
-  std::string const strReason = Check(strPath);
+  std::string strReason = Check(strPath);
   if (!strReason.empty()) return strReason;
   QXNewFile file(FollowLinks(strPath));
   if (file.Get() == nullptr) return DescribeFailure();

@@ -185,14 +185,14 @@ std::string QXRendererSession::AddScene(QXScene& scene, std::vector<QXModelPictu
   for (QXSceneTexture const& texture : scene.m_vecTextures)
     TakeTexture(texture.m_nModel, texture.m_Key, vecPictures, vecProblems);
   for (std::unique_ptr<QXC::QXStaticGeometry>& pGeometry : scene.m_vecGeometries) {
-    std::string const strReason = AddGeometry(*pGeometry, matPlace);
+    std::string strReason = AddGeometry(*pGeometry, matPlace);
     if (!strReason.empty()) return strReason;
     pGeometry.reset();  // the drawables have copied it
   }
   scene.m_vecGeometries.clear();
   for (QXScenePart& part : scene.m_vecParts) {
     AddTexture(part, vecPictures, vecProblems);
-    std::string const strReason = AddPart(part, matPlace);
+    std::string strReason = AddPart(part, matPlace);
     if (!strReason.empty()) return strReason;
   }
   return std::string();
@@ -206,10 +206,10 @@ std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures>
   m_SceneFigures.m_nModelTriangles = scene.m_nTriangles;
   m_SceneFigures.m_nModelVertices = scene.m_nVertices;
   m_SceneFigures.m_nMeshes = scene.m_nMeshes;
-  std::string const strGround = bGround ? AddGround(scene) : std::string();
+  std::string strGround = bGround ? AddGround(scene) : std::string();
   if (!strGround.empty()) return strGround;
   std::size_t const nBefore = m_vecDrawables.size();
-  std::string const strReason = AddScene(scene, vecPictures, vecProblems);
+  std::string strReason = AddScene(scene, vecPictures, vecProblems);
   if (!strReason.empty()) return strReason;
   for (std::size_t i = nBefore; i < m_vecDrawables.size(); ++i)
     m_SceneFigures.m_nRanges += m_vecDrawables[i]->GetIndexRangeCount();
@@ -237,7 +237,7 @@ std::string QXRendererSession::AddSymbol(
   place.GetSquare(dLeft, dBottom, dEdge);
   QXC::QXMatrix4d const matView = symbol.MakeView(dLeft, dBottom, dEdge);
   std::size_t const nBefore = m_vecDrawables.size();
-  std::string const strReason = AddScene(symbol.m_Scene, symbol.m_vecPictures, vecProblems, matView);
+  std::string strReason = AddScene(symbol.m_Scene, symbol.m_vecPictures, vecProblems, matView);
   if (!strReason.empty()) return strReason;
   for (std::size_t i = nBefore; i < m_vecDrawables.size(); ++i)
     if (!m_Symbols.Attach(*m_pGraphics3D, place, m_vecDrawables[i]))

@@ -138,7 +138,7 @@ std::string QXSceneModels::Add(std::unique_ptr<QXC::ModelDataInfo> pModel) {
 std::string QXSceneModels::Place(Model& model, QXMatrix4d const& matPlace) {
   if (!IsShowable(model.m_Box, matPlace))
     return "it is placed beyond 1e15, farther than can be shown; give a smaller scale or a nearer position";
-  std::string const strReason = Count(model.m_pModel->GetTriangleCount(), model.m_pModel->GetVertexCount());
+  std::string strReason = Count(model.m_pModel->GetTriangleCount(), model.m_pModel->GetVertexCount());
   if (strReason.empty()) model.m_vecPlaces.push_back(matPlace);
   return strReason;
 }

@@ -101,7 +101,7 @@ void PrintContents(std::string const& strPath, QXStaticContents const& contents)
 }  // namespace
 
 std::string PrintStatic(std::string const& strPath) {
-  std::string const strReason = CheckStaticFile(strPath);
+  std::string strReason = CheckStaticFile(strPath);
   if (!strReason.empty()) return strReason;
   QXC::QXFileStream stream;
   if (stream.OpenForReading(QXC::QdcUnicodeString::FromUTF8(strPath.c_str())) == 0)

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -147,6 +148,19 @@ TEST(QXStaticWalk, EachFaultIsToldAtItsByte) {
   Bytes vecLonger = vecWhole;
   vecLonger.push_back(0);
   expect(vecLonger, "byte " + std::to_string(vecWhole.size()) + ": the geometry ends here, and 1 further");
+}
+
+TEST(QXStaticWalk, FilesOfAllVersionsAreFollowed) {
+  // The city of these files has one index that is meant to lie past the vertices.
+  for (char const* szVersion : {"1.0", "1.1", "1.2", "1.3"}) {
+    std::string const strName = std::string("staticgeometry/city-") + szVersion + ".qsg";
+    Bytes vecBytes = QXAssimp::ReadTestFile(QXAssimp::DataPath(strName));
+    QXStaticContents const faulty = Walk(vecBytes);
+    EXPECT_THAT(DescribeFault(faulty), HasSubstr("index 4 of its package names vertex 70000 of 4")) << szVersion;
+    QXStaticContents const mended = Walk(With(vecBytes, faulty.m_nFaultOffset, 0U));
+    EXPECT_EQ(DescribeFault(mended), "") << szVersion;
+    EXPECT_EQ(mended.m_dVersion, std::strtod(szVersion, nullptr));
+  }
 }
 
 TEST(QXStaticWalk, FileCutAnywhereHasAFault) {
