@@ -5,6 +5,7 @@
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXProgress.h>
 #include <apps/qx3d/QXSceneData.h>
+#include <apps/qx3d/QXSceneInput.h>
 #include <apps/qx3d/QXSceneModels.h>
 #include <apps/qx3d/QXStaticFile.h>
 #include <apps/qx3d/QXViewOptions.h>

@@ -2,7 +2,7 @@
 
 #include <apps/qx3d/QXHostTexture.h>
 #include <apps/qx3d/QXMessage.h>
-#include <apps/qx3d/QXStaticFile.h>
+#include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXStaticReport.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>

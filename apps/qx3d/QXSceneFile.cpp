@@ -1,7 +1,6 @@
 #include <apps/qx3d/QXSceneFile.h>
 
 #include <apps/qx3d/QXSceneValue.h>
-#include <apps/qx3d/QXStaticFile.h>
 #include <apps/qx3d/QXWholeFile.h>
 #include <apps/qx3d/geo/QXGeoNames.h>
 
@@ -608,6 +607,10 @@ bool IsSceneName(std::string const& strPath) {
   return GetLowerExtension(strPath) == ".qxscene";
 }
 
+bool IsStaticName(std::string const& strPath) {
+  return GetLowerExtension(strPath) == ".qsg";
+}
+
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems) {
   Draft draft{QXSceneFile(), problems, 0};
   draft.m_Scene.m_strPath = strPath;
@@ -636,22 +639,6 @@ QXSceneFile ReadSceneFile(std::string const& strPath, std::vector<std::string>& 
     problems.Add(0, strReason);
   }
   vecProblems = problems.GetLines();
-  return scene;
-}
-
-QXSceneFile ReadAsScene(std::string const& strPath, std::vector<std::string>& vecProblems) {
-  if (IsSceneName(strPath)) return ReadSceneFile(strPath, vecProblems);
-  QXSceneFile scene;
-  scene.m_strPath = strPath;
-  if (IsGeoName(strPath)) {
-    scene.m_vecData.emplace_back();
-    scene.m_vecData.back().m_strFile = strPath;
-  } else if (IsStaticName(strPath)) {
-    scene.m_vecStatics.push_back({strPath, ReadStaticPlace(strPath), 0});
-  } else {
-    scene.m_vecModels.emplace_back();
-    scene.m_vecModels.back().m_strFile = strPath;
-  }
   return scene;
 }
 

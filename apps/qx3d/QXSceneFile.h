@@ -170,15 +170,13 @@ constexpr std::size_t MaxScenePlacements = 100000;
 
 /// Whether a name has the extension of scene files, .qxscene in any case.
 bool IsSceneName(std::string const& strPath);
+/// Whether a name has that of static geometry, .qsg in any case.
+bool IsStaticName(std::string const& strPath);
 
 /// Reads a scene from bytes; no file is touched.
 /// @param strPath  of the scene, whose folder completes the names of files
 /// @return  what could be read, which is worth nothing if there are problems
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems);
-
-/// Reads a scene file; of a model, a file of map data or of static geometry makes a scene of one, whose messages are
-/// about that file and none of its lines.
-QXSceneFile ReadAsScene(std::string const& strPath, std::vector<std::string>& vecProblems);
 
 /// Reads a scene file and looks whether the files that it names are there.
 /// @param vecProblems  gets one line for each problem, with path, line and what to do; the scene is good if there is none

@@ -4,7 +4,6 @@
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXStaticWalk.h>
-#include <apps/qx3d/geo/QXGeoNames.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
 #include <QxGraphics3D/frame/foundation/stream/QXFileStream.h>
@@ -65,10 +64,6 @@ private:
 };
 
 }  // namespace
-
-bool IsStaticName(std::string const& strPath) {
-  return GetLowerExtension(strPath) == ".qsg";
-}
 
 std::string CheckStaticFile(std::string const& strPath) {
   if (!IsUtf8(strPath)) return "the name is no UTF-8 text; rename the file";

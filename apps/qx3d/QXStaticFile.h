@@ -14,9 +14,6 @@
 
 namespace QXApp {
 
-/// Whether a name has the extension of static geometry, .qsg in any case.
-bool IsStaticName(std::string const& strPath);
-
 /// Reads a file that is whole: QXStaticGeometry::LoadVecData, and each index, position and sub-object looked at.
 /// @return  null with strError, one line without the path: the first fault with its offset, and what to do
 std::unique_ptr<QXC::QXStaticGeometry> LoadStaticFile(std::string const& strPath, std::string& strError);

@@ -8,7 +8,7 @@
 #include <apps/qx3d/QXProgress.h>
 #include <apps/qx3d/QXRendererSession.h>
 #include <apps/qx3d/QXSceneData.h>
-#include <apps/qx3d/QXSceneFile.h>
+#include <apps/qx3d/QXSceneInput.h>
 #include <apps/qx3d/QXSceneModels.h>
 #include <apps/qx3d/QXStatsReport.h>
 #include <apps/qx3d/QXSymbolModels.h>
