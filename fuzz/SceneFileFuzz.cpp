@@ -37,11 +37,13 @@ void RequireWhole(QXSceneLabel const& label) {
 }
 
 void RequireWhole(QXSceneFile const& scene) {
-  Require(!scene.m_vecModels.empty() || !scene.m_vecIcons.empty() || !scene.m_vecLabels.empty());
+  Require(!scene.m_vecModels.empty() || !scene.m_vecIcons.empty() || !scene.m_vecLabels.empty() ||
+          !scene.m_vecData.empty() || !scene.m_vecStatics.empty());
   Require(IsPosition(scene.m_Camera.m_vecEye) && IsPosition(scene.m_Camera.m_vecLook));
   Require(scene.m_Camera.m_dFieldOfView == 0.0 || IsIn(scene.m_Camera.m_dFieldOfView, 1.0, 150.0));
   for (QXSceneModel const& model : scene.m_vecModels) {
     Require(!model.m_strFile.empty() && !IsSceneName(model.m_strFile) && model.m_nLine > 0);
+    Require(!IsStaticName(model.m_strFile));
     Require(IsPosition(model.m_vecPosition) && model.m_dScale > 0.0 && model.m_dScale <= 1e15);
     for (double const d : {model.m_dHeading, model.m_dPitch, model.m_dRoll}) Require(IsIn(d, -360.0, 360.0));
   }
@@ -58,6 +60,8 @@ void RequireWhole(QXSceneFile const& scene) {
     Require(IsIn(symbol.m_dElevation, 0.0, 90.0));
   }
   for (QXSceneLabel const& label : scene.m_vecLabels) RequireWhole(label);
+  for (QXSceneStatic const& placed : scene.m_vecStatics)
+    Require(IsStaticName(placed.m_strFile) && placed.m_nLine > 0 && IsPosition(placed.m_vecPosition));
 }
 
 std::string Number(double dNumber) {
@@ -130,6 +134,9 @@ std::string Write(QXSceneFile const& scene) {
   for (QXSceneIcon const& icon : scene.m_vecIcons) strText += WriteIcon(icon);
   for (QXSceneSymbol const& symbol : scene.m_vecSymbols) strText += WriteSymbol(symbol);
   for (QXSceneLabel const& label : scene.m_vecLabels) strText += WriteLabel(label);
+  for (QXSceneData const& data : scene.m_vecData) strText += "[data]\nfile=" + data.m_strFile + "\n";
+  for (QXSceneStatic const& placed : scene.m_vecStatics)
+    strText += "[static]\nfile=" + placed.m_strFile + "\nposition=" + Position(placed.m_vecPosition);
   return strText;
 }
 
