@@ -28,6 +28,11 @@ constexpr double NewestVersion = 1.3;
 /// Distance from the base frame up to which floats have steps of 4 mm.
 constexpr double FineReach = 65536.0;
 
+/// "1 label", "2 labels".
+std::string Count(std::size_t nCount, std::string const& strOne) {
+  return std::to_string(nCount) + " " + strOne + (nCount == 1 ? "" : "s");
+}
+
 /// The work of one call; every step answers with whether to go on, and tells what is wrong itself.
 class BakeRun {
 public:
@@ -94,9 +99,9 @@ private:
     vecWarnings.clear();
     LoadSceneData(file, &m_Models, progress, vecProblems, vecWarnings);
     Tell(vecWarnings);
-    if (std::size_t const nLeftOut = file.m_vecLabels.size() + file.m_vecIcons.size(); nLeftOut > 0)
-      std::fprintf(stderr, "qx3d: %s: %zu labels and icons are no geometry and not in the file\n",
-          MakeOneLine(strInput).c_str(), nLeftOut);
+    if (!file.m_vecLabels.empty() || !file.m_vecIcons.empty())
+      Tell(strInput + ": " + Count(file.m_vecLabels.size(), "label") + " and " + Count(file.m_vecIcons.size(), "icon") +
+           " are no geometry and not in the file; place it beside them in a scene");
     return Tell(vecProblems);
   }
 
@@ -174,10 +179,11 @@ private:
     std::error_code error;
     std::uintmax_t const nSize = std::filesystem::file_size(m_File.GetPath(), error);
     QXC::QXMatrix4d const& mat = geometry.GetLocalViewMatrix();
-    std::printf("%s: %u objects, %u triangles, %u vertices in %zu buckets, %.1f MB, placed at %.15g, %.15g, %.15g\n",
-        MakeOneLine(m_File.GetPath()).c_str(), CountObjects(geometry), CountTriangles(geometry),
-        CountVertices(geometry), GetBuckets(geometry).size(), static_cast<double>(nSize) / 1e6, mat[3][0], mat[3][1],
-        mat[3][2]);
+    std::string const strContents = Count(CountObjects(geometry), "object") + ", " +
+                                    Count(CountTriangles(geometry), "triangle") + " in " +
+                                    Count(GetBuckets(geometry).size(), "bucket") + ", " + Count(nSize, "byte");
+    std::printf("%s: %s, placed at %.15g, %.15g, %.15g\n", MakeOneLine(m_File.GetPath()).c_str(), strContents.c_str(),
+        mat[3][0], mat[3][1], mat[3][2]);
     return true;
   }
 
