@@ -94,7 +94,8 @@ void PrintContents(std::string const& strPath, QXStaticContents const& contents)
   PrintLine("textures", std::to_string(contents.m_vecTextures.size()));
   for (std::size_t i = 0; i < contents.m_vecTextures.size() && i < MaxShown; ++i)
     PrintLine("", "  " + contents.m_vecTextures[i].m_strName + ", of " +
-                      std::to_string(contents.m_vecTextures[i].m_nSpheres) + " objects");
+                      std::to_string(contents.m_vecTextures[i].m_nSpheres) +
+                      (contents.m_vecTextures[i].m_nSpheres == 1 ? " object" : " objects"));
   PrintMore(contents.m_vecTextures.size());
 }
 

@@ -123,6 +123,40 @@ TEST(QXBakeProgram, PicturesGoIntoAFolderBesideIt) {
   EXPECT_EQ(View(other, other.Path("sign.qsg")).m_strError, "");
 }
 
+TEST(QXBakeProgram, UpgradeTakesThePicturesAlong) {
+  Folder const folder;
+  Folder const target;
+  folder.Write("quarters.png", QXAssimp::ReadTestFile(QXAssimp::ModelPath("quarters.png")));
+  folder.Write("sign.mtl", QXAssimp::MakeSignMtl("-clamp on quarters.png", "1 1 1"));
+  std::string const strModel = folder.Write("sign.obj", QXAssimp::MakeSignObj("sign.mtl"));
+  ASSERT_EQ(Bake(folder, Quote(strModel) + " --up z -o " + Quote(folder.Path("a.qsg"))).m_nExitStatus, 0);
+  ASSERT_EQ(Bake(folder, Quote(folder.Path("a.qsg")) + " -o " + Quote(target.Path("b.qsg"))).m_nExitStatus, 0);
+  EXPECT_EQ(QXAssimp::ReadTestFile(target.Path("b.qsg.textures/1.png")),
+      QXAssimp::ReadTestFile(folder.Path("a.qsg.textures/1.png")));
+  ProgramRun const view = View(target, target.Path("b.qsg"));
+  EXPECT_EQ(view.m_strError, "");
+  EXPECT_THAT(view.m_strOut, HasSubstr("textures           1\n"));
+  // Passes and spheres name the picture beside the new file.
+  std::string const strOut = RunProgram(target, "inspect " + Quote(target.Path("b.qsg"))).m_strOut;
+  EXPECT_THAT(strOut, HasSubstr("texture b.qsg.textures/1.png\n"));
+  EXPECT_THAT(strOut, HasSubstr("  b.qsg.textures/1.png, of 1 object\n"));
+}
+
+TEST(QXBakeProgram, WhatReachesTooFarForFloatsIsTold) {
+  TownFolder const folder;
+  auto const bake = [&](std::string const& strEast) {
+    folder.Write(
+        "wide.qxscene", "[model]\nfile = block.obj\n[model]\nfile = block.obj\nposition = " + strEast + ", 0, 0\n");
+    ProgramRun const run = Bake(folder, Quote(folder.Path("wide.qxscene")) + " -o " + Quote(folder.Path("wide.qsg")));
+    EXPECT_EQ(run.m_nExitStatus, 0);
+    return run.m_strError;
+  };
+  EXPECT_EQ(bake("131000"), "");
+  // 150 km from the middle floats have steps of 2 to the -6.
+  EXPECT_THAT(
+      bake("300000"), HasSubstr("it reaches 150001 units from its middle, where positions have steps of 0.0156; "));
+}
+
 TEST(QXBakeProgram, LabelsAndIconsAreToldToBeLeftOut) {
   TownFolder const folder;
   folder.Write("town.qxscene", BlocksScene(1) + "[label]\ntext = here\nposition = 0, 0, 0\n");
