@@ -59,9 +59,10 @@ public:
   ///                          of another type without names is not drawn, though the vertices count.
   /// @param mapPasses         the host's passes by the names in the index packages, copied
   /// @param matModel          the mesh's frame in the world, copied
-  /// @param pSubObject        taken over, null for none. It is kept under the mesh's first vertex in the bucket; a
-  ///                          record that is there already, of a mesh without vertices, is deleted. Its sphere is
-  ///                          added to m_mapTextureSpheres, once a texture name that the mesh uses.
+  /// @param pSubObject        taken over, even where memory runs out; null for none. It is kept under the mesh's first
+  ///                          vertex in the bucket; a record that is there already, of a mesh without vertices, is
+  ///                          deleted. Its sphere is added to m_mapTextureSpheres, once a texture name that the mesh
+  ///                          uses.
   /// @param nType             1 selects the typed lists, any other value the first two; the bucket keeps the value of
   ///                          the mesh added last
   /// Failure: the allocator's exception. The geometry can then only be destroyed.

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 namespace QXC {
 
@@ -85,7 +86,9 @@ void CollectTextureNames(QXPass const& pass, TextureNames& names) {
 
 // However many units use a texture, it counts a mesh once.
 void KeepEachOnce(TextureNames& names) {
-  auto const before = [](QdcUnicodeString const* pFirst, QdcUnicodeString const* pSecond) { return *pFirst < *pSecond; };
+  auto const before = [](QdcUnicodeString const* pFirst, QdcUnicodeString const* pSecond) {
+    return *pFirst < *pSecond;
+  };
   auto const same = [](QdcUnicodeString const* pFirst, QdcUnicodeString const* pSecond) { return *pFirst == *pSecond; };
   std::sort(names.begin(), names.end(), before);
   names.erase(std::unique(names.begin(), names.end(), same), names.end());
@@ -170,13 +173,13 @@ void AddCounts(QXVertexDataPackage& merged, QXVertexDataPackage const& mesh) {
   }
 }
 
-void StoreSubObject(QXStaticGeometryBucket& bucket, QXSubObjectInfo* pSubObject) {
+void StoreSubObject(QXStaticGeometryBucket& bucket, std::unique_ptr<QXSubObjectInfo> subObject) {
   int const nVertexStart = static_cast<int>(bucket.m_pVertexPackage->m_nVertexNum);
   auto& subObjects = bucket.m_mapSubObjects;
   // Each mesh starts behind all others.
   QXSubObjectInfo*& pHeld = subObjects.try_emplace(subObjects.end(), nVertexStart, nullptr)->second;
-  if (pHeld != pSubObject) delete pHeld;
-  pHeld = pSubObject;
+  if (pHeld != subObject.get()) delete pHeld;
+  pHeld = subObject.release();
 }
 
 }  // namespace
@@ -186,6 +189,8 @@ void QXStaticGeometry::AddVertexDataAndIndexPackage(
     QdcArray<QXIndexPackage*>& arrIndexPackages, std::map<QdcUnicodeString, QXPass*>& mapPasses, QXMatrix4d& matModel,
     QXSubObjectInfo* pSubObject, int nType) {
   if (!pVertexPackage) return;
+  // Taken over from here on, so that it does not leak where memory runs out.
+  std::unique_ptr<QXSubObjectInfo> subObject(pSubObject);
   unsigned int const nVertexNum = pVertexPackage->m_nVertexNum;
   bool const bTyped = nType == 1;
   QXStaticGeometryBucket& bucket = nVertexNum > SmallVertexNum
@@ -201,7 +206,7 @@ void QXStaticGeometry::AddVertexDataAndIndexPackage(
     AddRecords(bucket, *pPackage, mapPasses, pSubObject ? &textureNames : nullptr);
   }
 
-  if (pSubObject) StoreSubObject(bucket, pSubObject);
+  if (subObject) StoreSubObject(bucket, std::move(subObject));
   DropArrays(*bucket.m_pVertexPackage);
   AddCounts(*bucket.m_pVertexPackage, *pVertexPackage);
   bucket.m_vecPackages.push_back(pVertexPackage);

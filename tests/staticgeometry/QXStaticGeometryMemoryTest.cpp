@@ -2,10 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <QxGraphics3D/frame/foundation/fileparser/QXFileType.h>
 #include <QxGraphics3D/staticgeometry/QXStaticGeometry.h>
 
 #include "QXGoldenCity.h"
 #include "QXMemoryMeter.h"
+#include "QXStaticGeometryParts.h"
 
 namespace {
 
@@ -194,6 +201,57 @@ TEST(QXStaticGeometryMemory, SavingAllocatesNothingForArrays) {
 }
 
 // Whichever allocation is refused, and all behind it: a load ends with 0 or does without, and nothing leaks.
+/// Adds meshes of two buckets, folds and merges them, until an allocation is refused; gives the number of meshes begun.
+unsigned int GatherAndMerge(QXStaticGeometry& geometry, QXVertexDataPackage& mesh, QdcArray<QXIndexPackage*>& packages,
+    std::map<QdcUnicodeString, QXPass*>& passes, std::vector<QXSubObjectInfo*> const& subObjects) {
+  unsigned int nBegun = 0;
+  QXMatrix4d matrix;
+  try {
+    for (QXSubObjectInfo* pSubObject : subObjects)
+      geometry.AddVertexDataAndIndexPackage(&mesh, packages, passes, matrix, pSubObject, nBegun++ == 2);
+    geometry.AssginMutiTexture(1, 2);
+    geometry.AssignStaticGeometry(matrix, 0);
+  } catch (std::bad_alloc const&) {
+    // WasRefused tells.
+  }
+  return nBegun;
+}
+
+TEST(QXStaticGeometryMemory, EveryRefusedAllocationLeavesAGeometryThatCanBeDestroyed) {
+  QXBatchingHost host;
+  TextList names;
+  for (unsigned int pass = 0; pass < 12; ++pass) {
+    names.push_back(L"a pass whose name is too long to stand in a string " + std::to_wstring(pass));
+    host.AddPass(names.back(), TextList(1 + pass % 3, names.back() + L".png")).m_pExtension =
+        pass % 4 == 0 ? new QXMaterialExtension : nullptr;
+  }
+  QXIndexPackage& indices = host.MakeIndices(names);
+  indices.SetIndexNum(6);
+  QdcArray<QXIndexPackage*> packages;
+  packages.Add(&indices);
+  QXVertexDataPackage mesh;
+  mesh.SetVertexNum(30, 0);
+  mesh.SetNormalNum(30, 0);
+  mesh.SetTexCoordNum(0, 30, 0);
+  QXFileType::ExtNameToFileType(L".png");  // the table of types is made once and stays
+  bool bRefused = true;
+  for (std::size_t n = 1; bRefused; ++n) {
+    ASSERT_LT(n, 10000u);
+    std::size_t const nBefore = GetLiveBytes();
+    {
+      std::vector<QXSubObjectInfo*> const subObjects{new QXSubObjectInfo, new QXSubObjectInfo, new QXSubObjectInfo};
+      QXStaticGeometry geometry;
+      RefuseFrom(n);
+      unsigned int const nBegun = GatherAndMerge(geometry, mesh, packages, host.m_mapPasses, subObjects);
+      bRefused = WasRefused();
+      RefuseFrom(0);
+      // Those that adding never saw are still the host's.
+      for (std::size_t i = nBegun; i < subObjects.size(); ++i) delete subObjects[i];
+    }
+    ASSERT_EQ(GetLiveBytes(), nBefore) << "allocation " << n;
+  }
+}
+
 TEST(QXStaticGeometryMemory, EveryRefusedAllocationEndsTheLoadAndKeepsWhatCame) {
   QXBytes const bytes = GoldenBytes("1.3");
   ASSERT_FALSE(bytes.empty());
