@@ -126,38 +126,50 @@ private:
     std::unique_ptr<QXC::QXStaticGeometry> const pGeometry = LoadStaticFile(strInput, strReason);
     if (pGeometry == nullptr) return Tell(strInput + ": " + strReason);
     QXC::QXMatrix4d matPlace;
-    matPlace.SetTrans(ReadStaticPlace(strInput));
+    std::vector<std::string> vecProblems;
+    matPlace.SetTrans(ReadStaticPlace(strInput, vecProblems));
+    if (!Tell(vecProblems)) return false;
     pGeometry->SetLocalViewMatrix(matPlace);
     return CopyTextures(strInput, *pGeometry) && Write(*pGeometry);
   }
 
   /// Gives the passes pictures beside the new file. What cannot be read keeps its name.
   bool CopyTextures(std::string const& strInput, QXC::QXStaticGeometry& geometry) {
-    QXModelPictures pictures;
     std::map<QXC::QdcUnicodeString, QXC::QdcUnicodeString> mapNames;
-    std::vector<std::string> vecProblems;
-    for (QXC::QXStaticGeometryBucket const* pBucket : GetBuckets(geometry)) {
-      for (auto const& [strKey, pPass] : pBucket->m_mapPasses) {
-        for (unsigned int i = 0; i < pPass->GetTextureUnitStatesSize(); ++i) {
-          QXC::QXTextureUnitState& unit = *pPass->GetTextureUnitState(i);
-          if (unit.IsBlank() != 0) continue;
-          auto const [it, bNew] = mapNames.insert({unit.GetTextureName(), unit.GetTextureName()});
-          if (bNew && !Tell(CopyTexture(strInput, pictures, it->second, vecProblems))) return false;
-          unit.SetTextureName(it->second);
-        }
-      }
+    ForEachUnit(geometry, [&mapNames](QXC::QXTextureUnitState& unit) {
+      mapNames.insert({unit.GetTextureName(), unit.GetTextureName()});
+    });
+    std::filesystem::path const folder = std::filesystem::path(strInput).parent_path();
+    // Those that stand there already stay as they are: a new file under such a name would replace one not yet read.
+    for (auto& [strName, strNew] : mapNames) {
+      std::string const strKept = m_File.KeepTexture((folder / Narrow(strName)).string());
+      if (!strKept.empty()) strNew = QXC::QdcUnicodeString::FromUTF8(strKept.c_str());
     }
+    QXModelPictures pictures;
+    std::vector<std::string> vecProblems;
+    for (auto& [strName, strNew] : mapNames)
+      if (!Tell(CopyTexture((folder / Narrow(strName)).string(), pictures, strNew, vecProblems))) return false;
     Tell(vecProblems);
+    ForEachUnit(
+        geometry, [&mapNames](QXC::QXTextureUnitState& unit) { unit.SetTextureName(mapNames[unit.GetTextureName()]); });
     RenameSpheres(mapNames, geometry);
     return true;
   }
 
-  std::string CopyTexture(std::string const& strInput, QXModelPictures& pictures, QXC::QdcUnicodeString& strName,
+  /// Calls a function with each unit that names a texture.
+  template <class Function>
+  static void ForEachUnit(QXC::QXStaticGeometry const& geometry, Function const& function) {
+    for (QXC::QXStaticGeometryBucket const* pBucket : GetBuckets(geometry))
+      for (auto const& [strKey, pPass] : pBucket->m_mapPasses)
+        for (unsigned int i = 0; i < pPass->GetTextureUnitStatesSize(); ++i)
+          if (pPass->GetTextureUnitState(i)->IsBlank() == 0) function(*pPass->GetTextureUnitState(i));
+  }
+
+  std::string CopyTexture(std::string const& strPath, QXModelPictures& pictures, QXC::QdcUnicodeString& strName,
       std::vector<std::string>& vecProblems) {
-    std::filesystem::path const path = std::filesystem::path(strInput).parent_path() / Narrow(strName);
     QXTextureKey key;
-    key.m_nImage = pictures.AddFile(path.string(), vecProblems);
-    if (key.m_nImage < 0) return std::string();
+    key.m_nImage = pictures.AddFile(strPath, vecProblems);
+    if (key.m_nImage < 0 || !m_File.KeepTexture(strPath).empty()) return std::string();
     strName = QXC::QdcUnicodeString::FromUTF8(m_File.NameTexture(key, pictures).c_str());
     return m_File.WriteTexture(key, pictures);
   }

@@ -73,9 +73,20 @@ std::string QXBakedFile::Check() const {
 
 std::string QXBakedFile::NameTexture(QXTextureKey const& key, QXModelPictures const& pictures) {
   auto const [it, bNew] = m_mapNames.insert({pictures.GetTextureName(key), std::string()});
-  if (bNew)
-    it->second = FolderName(m_strPath) + "/" + std::to_string(m_mapNames.size()) + pictures.GetWrittenExtension(key);
-  return it->second;
+  std::string& strName = it->second;
+  while (strName.empty() || (bNew && m_setKept.contains(strName)))
+    strName = FolderName(m_strPath) + "/" + std::to_string(m_nNextName++) + pictures.GetWrittenExtension(key);
+  return strName;
+}
+
+std::string QXBakedFile::KeepTexture(std::string const& strPath) {
+  fs::path const path(strPath);
+  std::error_code error;
+  if (!fs::equivalent(path.parent_path(), fs::path(m_strPath).parent_path() / FolderName(m_strPath), error))
+    return std::string();
+  std::string strName = FolderName(m_strPath) + "/" + path.filename().string();
+  m_setKept.insert(strName);
+  return strName;
 }
 
 std::string QXBakedFile::WriteTexture(QXTextureKey const& key, QXModelPictures const& pictures) {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
   /// Name in the passes of a texture that a model is drawn with: a file beside this one. Pictures that models share are
   /// written once.
   std::string NameTexture(QXTextureKey const& key, QXModelPictures const& pictures);
+  /// Keeps a picture that stands in the folder of pictures already; no texture that is named later gets its name.
+  /// @return  its name in the passes, empty for a picture elsewhere
+  std::string KeepTexture(std::string const& strPath);
   /// Writes a texture that was named.
   std::string WriteTexture(QXTextureKey const& key, QXModelPictures const& pictures);
 
@@ -37,6 +41,8 @@ private:
   std::string m_strPath;
   /// By the names under which models share them.
   std::map<std::string, std::string> m_mapNames;
+  std::set<std::string> m_setKept;
+  unsigned int m_nNextName = 1;
 };
 
 }  // namespace QXApp

@@ -13,7 +13,9 @@ QXSceneFile ReadAsScene(std::string const& strPath, std::vector<std::string>& ve
     scene.m_vecData.emplace_back();
     scene.m_vecData.back().m_strFile = strPath;
   } else if (IsStaticName(strPath)) {
-    scene.m_vecStatics.push_back({strPath, ReadStaticPlace(strPath), 0});
+    // A file that is not there is told as such, not as the scene beside it.
+    bool const bThere = CheckStaticFile(strPath).empty();
+    scene.m_vecStatics.push_back({strPath, bThere ? ReadStaticPlace(strPath, vecProblems) : QXC::QXVector3d(), 0});
   } else {
     scene.m_vecModels.emplace_back();
     scene.m_vecModels.back().m_strFile = strPath;

@@ -98,12 +98,12 @@ std::string GetStaticSceneName(std::string const& strPath) {
   return strPath + ".qxscene";
 }
 
-QXC::QXVector3d ReadStaticPlace(std::string const& strPath) {
-  std::vector<std::string> vecProblems;
-  QXSceneFile const scene = ReadSceneFile(GetStaticSceneName(strPath), vecProblems);
+QXC::QXVector3d ReadStaticPlace(std::string const& strPath, std::vector<std::string>& vecProblems) {
   std::error_code error;
+  if (!fs::exists(GetStaticSceneName(strPath), error)) return QXC::QXVector3d();
+  QXSceneFile const scene = ReadSceneFile(GetStaticSceneName(strPath), vecProblems);
   for (QXSceneStatic const& placed : scene.m_vecStatics)
-    if (vecProblems.empty() && fs::equivalent(placed.m_strFile, strPath, error)) return placed.m_vecPosition;
+    if (fs::equivalent(placed.m_strFile, strPath, error)) return placed.m_vecPosition;
   return QXC::QXVector3d();
 }
 

@@ -23,7 +23,8 @@ std::string CheckStaticFile(std::string const& strPath);
 
 /// Where the coordinates of a file stand in the world: what the scene beside it says, PATH.qxscene, which baking writes;
 /// the origin without one.
-QXC::QXVector3d ReadStaticPlace(std::string const& strPath);
+/// @param vecProblems  gets why a scene that is there cannot be read, whose place must not be lost in silence
+QXC::QXVector3d ReadStaticPlace(std::string const& strPath, std::vector<std::string>& vecProblems);
 std::string GetStaticSceneName(std::string const& strPath);
 
 /// Reads the textures that passes name, files counted from the folder of the geometry, and gives the units the names

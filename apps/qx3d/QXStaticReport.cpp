@@ -82,8 +82,9 @@ void PrintContents(std::string const& strPath, QXStaticContents const& contents)
   PrintLine("file", strPath);
   PrintLine("size", std::to_string(contents.m_nSize) + " bytes");
   PrintLine("version", Print(contents.m_dVersion));
-  QXC::QXVector3d const vecPlace = ReadStaticPlace(strPath);
-  PrintLine("placed at", Print(vecPlace));
+  std::vector<std::string> vecProblems;
+  QXC::QXVector3d const vecPlace = ReadStaticPlace(strPath, vecProblems);
+  PrintLine("placed at", vecProblems.empty() ? Print(vecPlace) : vecProblems[0]);
   PrintLine("identifiers", std::to_string(contents.m_nIDs));
   std::string strLists;
   for (int i = 0; i < 4; ++i)

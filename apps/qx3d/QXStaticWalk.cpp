@@ -17,7 +17,7 @@ namespace {
 
 using QXC::QXVector3d;
 
-/// Numbers that are read at a time, a multiple of all dimensions that are looked at in groups.
+/// Numbers that are read at a time: whole positions, of 2, 3 or 4.
 constexpr unsigned int ChunkSize = 4 * 3 * 1024;
 
 /// Versions of the format.
@@ -158,11 +158,12 @@ private:
   bool ReadNumbers(QXUInt64 nCountOffset, unsigned int nCount, unsigned int nDim, int nKind, char const* szWhat) {
     if (m_Stream.CanHold(nCount, 4 * std::max(nDim, 1U)) == 0)
       return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " are announced, more than the file can hold");
+    if (nCount > 0 && nDim == 0)
+      return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " of no numbers are announced");
     QXUInt64 nLeft = QXUInt64{nCount} * nDim;
     float fNumbers[ChunkSize];
-    unsigned int const nChunk = ChunkSize / std::max(nDim, 1U) * std::max(nDim, 1U);
     while (nLeft > 0) {
-      auto const nNumbers = static_cast<unsigned int>(std::min<QXUInt64>(nLeft, nChunk));
+      auto const nNumbers = static_cast<unsigned int>(std::min<QXUInt64>(nLeft, ChunkSize));
       QXUInt64 const nOffset = m_Stream.GetPosition();
       m_Stream.Load(fNumbers, nNumbers);
       if (!IsThere(szWhat)) return false;
@@ -265,6 +266,9 @@ private:
   bool ReadSubObjects() {
     if (!(m_Contents.m_dVersion > WithIDs)) return true;
     if (!ReadCount(m_pBucket->m_nSubObjects, LeastSubObject, "sub-objects")) return false;
+    std::vector<int> vecCounts;
+    for (QXStaticRange const& range : m_pBucket->m_vecRanges)
+      if (range.m_nLevel == 0) vecCounts.push_back(range.m_nIndices);
     for (int i = 0; i < m_pBucket->m_nSubObjects; ++i) {
       QXUInt64 const nOffset = m_Stream.GetPosition();
       int nFirst = 0;
@@ -274,16 +278,15 @@ private:
       if (nFirst < 0 || static_cast<unsigned int>(nFirst) >= m_pBucket->m_nVertices)
         return Fault(nOffset, "a sub-object begins at vertex " + std::to_string(nFirst) + " of " +
                                   std::to_string(m_pBucket->m_nVertices));
-      if (!CheckSlots(object)) return Fault(nOffset, "a sub-object lies outside of the indices that it is about");
+      if (!CheckSlots(object, vecCounts))
+        return Fault(nOffset, "a sub-object lies outside of the indices that it is about");
     }
     return true;
   }
 
   /// Each slot is a range of the index package at a position in level 0.
-  bool CheckSlots(QXC::QXSubObjectInfo const& object) const {
-    std::vector<int> vecCounts;
-    for (QXStaticRange const& range : m_pBucket->m_vecRanges)
-      if (range.m_nLevel == 0) vecCounts.push_back(range.m_nIndices);
+  /// @param vecCounts  of the indices of those packages
+  static bool CheckSlots(QXC::QXSubObjectInfo const& object, std::vector<int> const& vecCounts) {
     for (auto const& [nPass, nSlot] : object.m_mapPassSlots) {
       if (nPass < 0 || static_cast<std::size_t>(nPass) >= vecCounts.size() || nSlot < 0) return false;
       auto const nIndex = static_cast<std::size_t>(nSlot);

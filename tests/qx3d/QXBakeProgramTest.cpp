@@ -1,4 +1,6 @@
 // Baking as a person does it, and what comes of it.
+#include <apps/qx3d/QXPngWriter.h>
+
 #include <tests/assimp/QXTestFiles.h>
 #include <tests/assimp/QXTexturedModels.h>
 #include <tests/qx3d/QXPngReader.h>
@@ -271,6 +273,81 @@ TEST(QXBakeProgram, OlderFilesAreUpgraded) {
   EXPECT_EQ(QXAssimp::ReadTestFile(folder.Path("up.qsg")), QXAssimp::ReadTestFile(folder.Path("new.qsg")));
   EXPECT_THAT(RunProgram(folder, "inspect " + Quote(folder.Path("up.qsg"))).m_strOut,
       HasSubstr("placed at          7, 8, 9.5\n"));
+}
+
+/// So many signs, each with a picture of its own in the folder.
+std::string WriteSigns(Folder const& folder, int nCount) {
+  std::string strScene;
+  for (int i = 0; i < nCount; ++i) {
+    std::string const strNumber = std::to_string(i);
+    // A grey of its own.
+    std::vector<unsigned char> const vecPixels(2 * 2 * 4, static_cast<unsigned char>(20 * i + 1));
+    EXPECT_EQ(QXPngWriter::Write(folder.Path("p" + strNumber + ".png"), 2, 2, vecPixels.data()), "");
+    folder.Write("s" + strNumber + ".mtl", QXAssimp::MakeSignMtl("p" + strNumber + ".png", "1 1 1"));
+    folder.Write("s" + strNumber + ".obj", QXAssimp::MakeSignObj("s" + strNumber + ".mtl"));
+    strScene += "[model]\nup = z\nfile = s" + strNumber + ".obj\nposition = " + std::to_string(5 * i) + ", 0, 0\n";
+  }
+  return folder.Write("signs.qxscene", strScene);
+}
+
+TEST(QXBakeProgram, FileWrittenInItsOwnPlaceKeepsItsPictures) {
+  // In the order of their names 10 comes before 2.
+  Folder const folder;
+  std::string const strOut = Quote(folder.Path("signs.qsg"));
+  ASSERT_EQ(Bake(folder, Quote(WriteSigns(folder, 12)) + " -o " + strOut).m_nExitStatus, 0);
+  std::vector<unsigned char> const vecFile = QXAssimp::ReadTestFile(folder.Path("signs.qsg"));
+  auto const picture = [&folder](int i) {
+    return QXAssimp::ReadTestFile(folder.Path("signs.qsg.textures/" + std::to_string(i) + ".png"));
+  };
+  std::vector<std::vector<unsigned char>> vecPictures;
+  for (int i = 1; i <= 12; ++i) vecPictures.push_back(picture(i));
+  EXPECT_NE(vecPictures[1], vecPictures[9]);
+  ProgramRun const run = Bake(folder, strOut + " -o " + strOut);
+  EXPECT_EQ(run.m_nExitStatus, 0) << run.m_strError;
+  EXPECT_EQ(run.m_strError, "");
+  EXPECT_EQ(QXAssimp::ReadTestFile(folder.Path("signs.qsg")), vecFile);
+  for (int i = 1; i <= 12; ++i) EXPECT_EQ(picture(i), vecPictures[static_cast<std::size_t>(i - 1)]) << i;
+}
+
+TEST(QXBakeProgram, PicturesOfAnUpgradedFileComeAlongAndReplaceNoneThatStay) {
+  Folder const folder;
+  Folder const other;
+  ASSERT_EQ(Bake(folder, Quote(WriteSigns(folder, 3)) + " -o " + Quote(folder.Path("signs.qsg"))).m_nExitStatus, 0);
+  ProgramRun const run = Bake(folder, Quote(folder.Path("signs.qsg")) + " -o " + Quote(other.Path("b.qsg")));
+  EXPECT_EQ(run.m_strError, "");
+  for (int i = 1; i <= 3; ++i)
+    EXPECT_EQ(ReadText(other.Path("b.qsg.textures/" + std::to_string(i) + ".png")),
+        ReadText(folder.Path("signs.qsg.textures/" + std::to_string(i) + ".png")));
+  EXPECT_EQ(View(other, other.Path("b.qsg")).m_strError, "");
+  // One that stands where the new ones go keeps its number, and the others take those behind it.
+  std::filesystem::create_directory(folder.Path("mixed.qsg.textures"));
+  std::filesystem::rename(folder.Path("signs.qsg.textures/3.png"), folder.Path("mixed.qsg.textures/1.png"));
+  std::string const strKept = ReadText(folder.Path("mixed.qsg.textures/1.png"));
+  std::string strFile = ReadText(folder.Path("signs.qsg"));
+  std::string const strOld = "signs.qsg.textures/3.png";
+  for (std::size_t n = strFile.find(strOld); n != std::string::npos; n = strFile.find(strOld))
+    strFile.replace(n, strOld.size(), "mixed.qsg.textures/1.png");
+  folder.Write("signs.qsg", strFile);
+  ASSERT_EQ(Bake(folder, Quote(folder.Path("signs.qsg")) + " -o " + Quote(folder.Path("mixed.qsg"))).m_nExitStatus, 0);
+  EXPECT_EQ(ReadText(folder.Path("mixed.qsg.textures/1.png")), strKept);
+  for (int i = 2; i <= 3; ++i)
+    EXPECT_EQ(ReadText(folder.Path("mixed.qsg.textures/" + std::to_string(i) + ".png")),
+        ReadText(folder.Path("signs.qsg.textures/" + std::to_string(i - 1) + ".png")));
+  EXPECT_EQ(View(folder, folder.Path("mixed.qsg")).m_strError, "");
+}
+
+TEST(QXBakeProgram, PlaceIsNotLostWithTheSceneBesideIt) {
+  TownFolder const folder;
+  ASSERT_EQ(Bake(folder, Quote(folder.Path("town.qxscene")) + " -o " + Quote(folder.Path("a.qsg"))).m_nExitStatus, 0);
+  folder.Write("a.qsg.qxscene", "[static]\nfile = a.qsg\nposition = 604196, 57920\n");
+  std::string const strPlace = folder.Path("a.qsg.qxscene") + ":3: ";
+  ExpectFailure(Bake(folder, Quote(folder.Path("a.qsg")) + " -o " + Quote(folder.Path("b.qsg"))), {strPlace});
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("b.qsg")));
+  ExpectFailure(RunProgram(folder,
+                    "view " + Quote(folder.Path("a.qsg")) + " --renderer null --out " + Quote(folder.Path("out.png"))),
+      {strPlace});
+  EXPECT_THAT(RunProgram(folder, "inspect " + Quote(folder.Path("a.qsg"))).m_strOut,
+      HasSubstr("placed at          " + strPlace));
 }
 
 TEST(QXViewMerging, StatsTellHowManyOperationsMergingSaves) {

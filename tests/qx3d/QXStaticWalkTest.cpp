@@ -151,6 +151,30 @@ TEST(QXStaticWalk, EachFaultIsToldAtItsByte) {
   expect(vecLonger, "byte " + std::to_string(vecWhole.size()) + ": the geometry ends here, and 1 further");
 }
 
+/// A file of one vertex with so many numbers in unit 0.
+Bytes MakeWideUnitFile(unsigned short nDim) {
+  QXC::QXStaticGeometry geometry;
+  auto* pBucket = new QXC::QXStaticGeometryBucket;
+  geometry.m_vecBuckets16.push_back(pBucket);
+  QXC::QXVertexDataPackage& vertices = *pBucket->m_pVertexPackage;
+  vertices.SetVertexNum(1, 0);
+  vertices.m_nTexDims[0] = nDim;
+  vertices.SetTexCoordNum(0, 1, 0);
+  return Save(geometry);
+}
+
+TEST(QXStaticWalk, CoordinatesOfAnyWidthAreReadAndThoseOfNoneAreAFault) {
+  // The number of the unit's dimension stands behind the counts of normals, colours and units.
+  Bytes const vecWide = MakeWideUnitFile(20000);
+  QXStaticContents const contents = Walk(vecWide);
+  EXPECT_EQ(contents.m_strFault, "");
+  EXPECT_THAT(contents.m_vecBuckets[1].at(0).m_vecUnitDims, testing::ElementsAre(20000u));
+  constexpr std::size_t DimOffset = 20 + 8 + 10 + 2 + 12 + 12;
+  EXPECT_EQ(vecWide[DimOffset] + 256 * vecWide[DimOffset + 1], 20000);
+  EXPECT_EQ(DescribeFault(Walk(With(MakeWideUnitFile(3), DimOffset, static_cast<unsigned short>(0)))),
+      "byte " + std::to_string(DimOffset + 2) + ": 1 texture coordinates of no numbers are announced");
+}
+
 TEST(QXStaticWalk, FilesOfAllVersionsAreFollowed) {
   // The city of these files has an index past the vertices and, from 1.1 on, a sub-object past the indices.
   for (char const* szVersion : {"1.0", "1.1", "1.2", "1.3"}) {
@@ -241,12 +265,17 @@ TEST(QXStaticFile, WhatCannotBeReadIsToldWithAWayOut) {
 TEST(QXStaticFile, PlaceStandsInTheSceneBesideIt) {
   Folder const folder;
   std::string const strPath = folder.Write("a.qsg", MakeTriangleFile());
-  EXPECT_EQ(ReadStaticPlace(strPath), QXC::QXVector3d());
+  std::vector<std::string> vecProblems;
+  EXPECT_EQ(ReadStaticPlace(strPath, vecProblems), QXC::QXVector3d());
+  EXPECT_THAT(vecProblems, testing::IsEmpty());
   folder.Write("a.qsg.qxscene", "[static]\nfile = other.qsg\nposition = 9, 9, 9\n[static]\nfile = a.qsg\nposition = "
                                 "604099.125, -5, 1e3\n");
-  EXPECT_EQ(ReadStaticPlace(strPath), QXC::QXVector3d()) << "a scene with a problem says nothing";
+  ReadStaticPlace(strPath, vecProblems);
+  EXPECT_THAT(vecProblems, testing::ElementsAre(HasSubstr("a.qsg.qxscene:2: "))) << "a place is not lost in silence";
   folder.Write("other.qsg", "x");
-  EXPECT_EQ(ReadStaticPlace(strPath), QXC::QXVector3d(604099.125, -5.0, 1000.0));
+  vecProblems.clear();
+  EXPECT_EQ(ReadStaticPlace(strPath, vecProblems), QXC::QXVector3d(604099.125, -5.0, 1000.0));
+  EXPECT_THAT(vecProblems, testing::IsEmpty());
 }
 
 TEST(QXStaticFile, TexturesCountFromItsFolderAndMissingOnesAreTold) {
