@@ -156,6 +156,8 @@ private:
   }
 
   bool ReadNumbers(QXUInt64 nCountOffset, unsigned int nCount, unsigned int nDim, int nKind, char const* szWhat) {
+    if (nCount > 0 && nDim == 0)
+      return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " of no numbers are announced");
     if (m_Stream.CanHold(nCount, 4 * std::max(nDim, 1U)) == 0)
       return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " are announced, more than the file can hold");
     if (nCount > 0 && nDim == 0)

@@ -138,6 +138,8 @@ TEST(QXStaticWalk, EachFaultIsToldAtItsByte) {
   expect(With(vecWhole, 34, 0xFFFFFFFFU), "byte 34: 4294967295 positions are announced");
   expect(With(vecWhole, 40 + 16, fInfinite), "byte 56: among the positions is one that is no number");
   expect(With(vecWhole, 82 + 4, static_cast<float>(dNaN)), "byte 86: among the normals is one that is no number");
+  // Positions of 3 numbers and normals of none: 3 + 16, which is above 4 and so two numbers.
+  expect(With(vecWhole, 32, static_cast<unsigned short>(19)), "byte 76: 3 normals of no numbers are announced");
   expect(With(vecWhole, 118, 2U), "byte 118: there are 2 colours for 3 vertices");
   expect(With(vecWhole, 136, 9), "byte 136: there are 9 units of texture coordinates");
   expect(With(vecWhole, 136, 1000000), "byte 136: 1000000 units of texture coordinates are announced");
