@@ -9,7 +9,8 @@ namespace QXC {
 /// Owns its pointee together with all its copies; the last one frees it.
 ///
 /// The count is a plain heap-allocated word: copies of one pointer belong to one thread, or under the lock of whoever
-/// shares them. The pointee may call back into the holder while it dies; the holder is null by then.
+/// shares them. The pointee may call back into the holder while it dies; the holder is null by then, or holds what it
+/// was given.
 template <class T>
 class QXSharedPtr {
 public:
@@ -32,6 +33,7 @@ public:
   /// destructor it is this class's own form that runs, as in every destructor. Kept out of line: where several copies
   /// die in one function, g++ 12 would warn of a use after the free that the count rules out.
   [[gnu::noinline]] virtual void Destroy() {
+    static_assert(sizeof(T) > 0, "the class of the pointee must be complete, or its destructor would not run");
     T* const pRep = m_pRep;
     unsigned int* const pUseCount = m_pUseCount;
     m_pRep = nullptr;
@@ -90,15 +92,17 @@ protected:
   /// which the object would be freed twice. The object's copies begin without a counter.
   void BindRemembered(T* pObject, unsigned int*& pRememberedCount) {
     if (pObject == m_pRep) return;
-    if (!pRememberedCount) {
-      Bind(pObject);
-      pRememberedCount = m_pUseCount;
-      return;
+    QXSharedPtr taken;
+    if (pRememberedCount) {
+      taken.m_pRep = pObject;
+      taken.m_pUseCount = pRememberedCount;
+      ++*pRememberedCount;
+    } else {
+      taken.Bind(pObject);
+      pRememberedCount = taken.m_pUseCount;
     }
-    ++*pRememberedCount;
-    Release();
-    m_pRep = pObject;
-    m_pUseCount = pRememberedCount;
+    Release();  // after the counter is known: what dies here may get the same plain address and bind it
+    Swap(taken);
   }
 
 private:
