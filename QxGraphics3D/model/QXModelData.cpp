@@ -46,10 +46,11 @@ void QXModelData::SetModelDataInfo(ModelDataInfo* pModelDataInfo) {
 }
 
 void QXModelData::SetModelManager(QXModelManager* pModelManager) {
-  if (pModelManager == m_pModelManager) return;
-  if (m_pModelManager) m_pModelManager->Unlist(*this);
   m_pModelManager = pModelManager;
-  if (m_pModelManager) m_pModelManager->List(*this);
+  if (pModelManager == m_pListedIn) return;
+  if (m_pListedIn) m_pListedIn->Unlist(*this);
+  m_pListedIn = pModelManager;
+  if (m_pListedIn) m_pListedIn->List(*this);
 }
 
 void QXModelData::Release() {
@@ -58,8 +59,8 @@ void QXModelData::Release() {
   if (m_pModelManager) {
     if (m_pModelDataInfo) pEntry = m_pModelManager->GetByFileName(m_pModelDataInfo->GetName());
     m_pModelManager->NotifyModelManager(this);
-    SetModelManager(nullptr);
   }
+  SetModelManager(nullptr);
   delete std::exchange(m_pModelDataInfo, nullptr);
 }
 

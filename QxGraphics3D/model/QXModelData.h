@@ -55,7 +55,9 @@ private:
 
   /// Counter of the pointers that hold the object, for one bound to its plain address. Null before the first.
   unsigned int* m_pUseCount = nullptr;
-  /// Its neighbours in the list of all models that name the cache.
+  /// The cache in whose list of models the object stands: m_pModelManager, unless a derived class has set that by hand.
+  QXModelManager* m_pListedIn = nullptr;
+  /// Its neighbours in that list.
   QXModelData* m_pPrevious = nullptr;
   QXModelData* m_pNext = nullptr;
 };

@@ -1,7 +1,5 @@
 #include <QxGraphics3D/model/QXModelDataPtr.h>
 
-#include <QxGraphics3D/model/QXModelData.h>
-
 namespace QXC {
 
 QXModelDataPtr::QXModelDataPtr() = default;

@@ -4,10 +4,9 @@
 
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base/QXSharedPtr.h>
+#include <QxGraphics3D/model/QXModelData.h>
 
 namespace QXC {
-
-class QXModelData;
 
 /// Holds a model of the cache together with whoever else holds it; null where a model could not be had.
 /// Threads: all pointers to the models of one cache belong to one thread, as the cache does.

@@ -1,7 +1,5 @@
 #include <QxGraphics3D/model/QXROInstancePtr.h>
 
-#include <QxGraphics3D/model/QXRenderObjectInstance.h>
-
 namespace QXC {
 
 QXROInstancePtr::QXROInstancePtr() = default;

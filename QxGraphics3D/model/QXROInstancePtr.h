@@ -4,10 +4,9 @@
 
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base/QXSharedPtr.h>
+#include <QxGraphics3D/model/QXRenderObjectInstance.h>
 
 namespace QXC {
-
-class QXRenderObjectInstance;
 
 /// Holds a mesh together with everybody else who draws it.
 /// Threads: all pointers to the meshes of one renderer belong to its thread.

@@ -21,7 +21,7 @@ QXRenderObjectInstance::QXRenderObjectInstance(QXRenderOperationMultiIndex* pROM
 QXRenderObjectInstance::QXRenderObjectInstance(QXRenderObjectInstance const& other)
     : m_pRenderOperation3D(other.m_pRenderOperation3D), m_pROMultiIndex(other.m_pROMultiIndex),
       m_arrTextures(other.m_arrTextures), m_pGraphics3D(other.m_pGraphics3D),
-      m_arrTextureNames(other.m_arrTextureNames) {}
+      m_dictTextureNames(other.m_dictTextureNames) {}
 
 QXRenderObjectInstance& QXRenderObjectInstance::operator=(QXRenderObjectInstance const& other) {
   if (this == &other) return *this;
@@ -30,7 +30,7 @@ QXRenderObjectInstance& QXRenderObjectInstance::operator=(QXRenderObjectInstance
   m_pROMultiIndex = other.m_pROMultiIndex;
   m_arrTextures = other.m_arrTextures;
   m_pGraphics3D = other.m_pGraphics3D;
-  m_arrTextureNames = other.m_arrTextureNames;
+  m_dictTextureNames = other.m_dictTextureNames;
   return *this;
 }
 
@@ -70,7 +70,7 @@ void QXRenderObjectInstance::LoadTextures() {
       if (!pTexture) continue;
       pTexture->LoadTexture(1, 0);
       m_arrTextures.Add(pTexture);
-      m_arrTextureNames.Add(pTexture->m_strTexFilePath);
+      m_dictTextureNames[pTexture] = pTexture->m_strTexFilePath;
       if (!pPackage->m_bFlag) break;
     }
   }
@@ -79,10 +79,11 @@ void QXRenderObjectInstance::LoadTextures() {
 void QXRenderObjectInstance::ReleaseTextures() {
   QXTextureManager* const pManager = m_pGraphics3D ? m_pGraphics3D->GetTextureManager() : nullptr;
   for (std::uint64_t i = 0; pManager && i < m_arrTextures.GetSize(); ++i) {
-    // By the name that it had: the object itself may be gone.
-    bool const bNamed = i < m_arrTextureNames.GetSize();
-    if (bNamed && !pManager->HoldsTexture(m_arrTextureNames[i], m_arrTextures[i])) continue;
-    pManager->RemoveTexture(m_arrTextures[i], 1);
+    QXTexture* const pTexture = m_arrTextures[i];
+    // By the name that it had: the object itself may be gone. Only one that was not loaded here has no name.
+    auto const place = m_dictTextureNames.Find(pTexture);
+    if (!m_dictTextureNames.IsEOF(place) && !pManager->HoldsTexture(place->second, pTexture)) continue;
+    pManager->RemoveTexture(pTexture, 1);
   }
   m_arrTextures.RemoveAll();
   m_arrTextures.FreeExtra();

@@ -4,6 +4,7 @@
 
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
+#include <QxGraphics3D/frame/foundation/base/QdcDict.h>
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
 
 namespace QXC {
@@ -19,7 +20,8 @@ class QXTexture;
 /// Ownership: owns geometry and drawable. The textures are the renderer's; the host takes a reference for this object on
 ///            each texture of the geometry, and the destructor gives it back, one for each place of the list. A texture
 ///            that has left the renderer's texture manager meanwhile is left alone.
-/// Copying:   shallow, pointers as pointers: destroy only one copy.
+/// Copying:   shallow, pointers as pointers. Both copies free what they hold, so null the pointers of one and empty its
+///            list before it goes; sharing is for QXROInstancePtr.
 /// Threads:   the render thread. Failure: without a renderer there is no drawable.
 class QXGRAPHICS3D_API QXRenderObjectInstance {
 public:
@@ -41,10 +43,13 @@ public:
   /// geometry or renderer, so that a second call changes nothing.
   void Initialize();
 
-protected:
+  /// Owned; null until Initialize.
   QXRenderOperation3D* m_pRenderOperation3D = nullptr;
+  /// Owned; null from Initialize on.
   QXRenderOperationMultiIndex* m_pROMultiIndex = nullptr;
+  /// Textures of which the destructor gives a reference back; null places are passed over.
   QdcArray<QXTexture*> m_arrTextures;
+  /// Not owned.
   QXGraphics3D* m_pGraphics3D = nullptr;
 
 private:
@@ -54,7 +59,7 @@ private:
   void ReleaseTextures();
 
   /// The textures' names when they were loaded: who shares a texture may have it deleted before this object goes.
-  QdcArray<QdcUnicodeString> m_arrTextureNames;
+  QdcDict<QXTexture*, QdcUnicodeString> m_dictTextureNames;
   /// Counter of the pointers that hold the object, for one bound to its plain address. Null before the first.
   unsigned int* m_pUseCount = nullptr;
 };

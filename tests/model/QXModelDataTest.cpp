@@ -163,6 +163,26 @@ TEST(QXModelData, TheManagerOfAnAssignedModelIsTheOneThatEndsIt) {
   EXPECT_EQ(model.GetModelManager(), nullptr);
 }
 
+// A derived class may set its cache by hand, for a model that shall tell nobody or another one.
+TEST(QXModelData, ACacheThatWasSetByHandDoesNotDisturbTheList) {
+  auto pManager = std::make_unique<QXModelManager>();
+  QXModelData const before(pManager.get(), nullptr);
+  {
+    OpenModelData silent(pManager.get(), MakeInfo(L"tree"));
+    silent.m_pModelManager = nullptr;
+    OpenModelData adopted(nullptr, MakeInfo(L"tree"));
+    adopted.m_pModelManager = pManager.get();
+    adopted.Release();
+    EXPECT_EQ(adopted.GetModelManager(), nullptr);
+  }
+  QXModelData const after(pManager.get(), nullptr);
+  OpenModelData forgotten(pManager.get(), nullptr);
+  forgotten.m_pModelManager = nullptr;
+  pManager.reset();
+  EXPECT_EQ(before.GetModelManager(), nullptr);
+  EXPECT_EQ(after.GetModelManager(), nullptr);
+}
+
 // --- The pointer ---
 
 TEST(QXModelDataPtr, IsASharedPointerWithNothingAdded) {
@@ -200,6 +220,50 @@ TEST(QXModelDataPtr, APlainAddressThatIsHeldAlreadyIsShared) {
   EXPECT_EQ(pThird.IsNull(), 1);
   EXPECT_EQ(pSecond.UseCount(), 1u);
   EXPECT_TRUE(pSecond->GetModelDataInfo()->GetName() == L"tree");
+}
+
+/// Binds a plain address while it dies.
+class BindingModelData : public QXModelData {
+public:
+  BindingModelData(QXModelData* pNext, QXModelDataPtr& pHolder) : m_pNext(pNext), m_pHolder(pHolder) {}
+  ~BindingModelData() override { m_pHolder.Bind(m_pNext); }
+
+private:
+  QXModelData* m_pNext;
+  QXModelDataPtr& m_pHolder;
+};
+
+TEST(QXModelDataPtr, WhatDiesInABindMayBindTheSameAddress) {
+  auto* const pNext = new QXModelData;
+  QXModelDataPtr pOther;
+  QXModelDataPtr pHolder(new BindingModelData(pNext, pOther));
+  pHolder.Bind(pNext);
+  EXPECT_EQ(pHolder.GetPointer(), pNext);
+  EXPECT_EQ(pOther.GetPointer(), pNext);
+  EXPECT_EQ(pNext->GetModelManager(), nullptr);
+  EXPECT_EQ(pHolder.UseCount(), 2u);
+}
+
+class CountingModelDataPtr : public QXModelDataPtr {
+public:
+  using QXModelDataPtr::QXModelDataPtr;
+  void Destroy() override {
+    ++m_nDestroyed;
+    QXModelDataPtr::Destroy();
+  }
+  int m_nDestroyed = 0;
+};
+
+TEST(QXModelDataPtr, ABindDestroysByTheHoldersOwnForm) {
+  CountingModelDataPtr pHolder(new QXModelData);
+  pHolder.Bind(new QXModelData);
+  EXPECT_EQ(pHolder.m_nDestroyed, 1);
+  QXModelDataPtr const pShared(new QXModelData);
+  pHolder.Bind(pShared.GetPointer());
+  EXPECT_EQ(pHolder.m_nDestroyed, 2);
+  pHolder.Bind(nullptr);
+  EXPECT_EQ(pHolder.m_nDestroyed, 2);
+  EXPECT_EQ(pShared.UseCount(), 1u);
 }
 
 TEST(QXModelDataPtr, CopiesOfAModelAreCountedApart) {

@@ -22,21 +22,12 @@
 namespace QXC {
 namespace {
 
-class OpenInstance : public QXRenderObjectInstance {
-public:
-  using QXRenderObjectInstance::m_arrTextures;
-  using QXRenderObjectInstance::m_pGraphics3D;
-  using QXRenderObjectInstance::m_pRenderOperation3D;
-  using QXRenderObjectInstance::m_pROMultiIndex;
-  using QXRenderObjectInstance::QXRenderObjectInstance;
-
-  /// Of a copy, whose source frees everything.
-  void LetGo() {
-    m_pRenderOperation3D = nullptr;
-    m_pROMultiIndex = nullptr;
-    m_arrTextures.RemoveAll();
-  }
-};
+/// Takes everything from a copy, whose source frees it.
+void LetGo(QXRenderObjectInstance& copy) {
+  copy.m_pRenderOperation3D = nullptr;
+  copy.m_pROMultiIndex = nullptr;
+  copy.m_arrTextures.RemoveAll();
+}
 
 /// A range whose textures stand in the given places.
 void AddRange(
@@ -69,7 +60,7 @@ protected:
     }
     return 1000000;
   }
-  std::vector<QXTexture*> TexturesOf(OpenInstance const& instance) {
+  std::vector<QXTexture*> TexturesOf(QXRenderObjectInstance const& instance) {
     return std::vector<QXTexture*>(instance.m_arrTextures.begin(), instance.m_arrTextures.end());
   }
 
@@ -77,7 +68,7 @@ protected:
 };
 
 TEST_F(QXRenderObjectInstanceTest, ANewOneHasNothingAndGivesNoDrawable) {
-  OpenInstance instance;
+  QXRenderObjectInstance instance;
   EXPECT_EQ(instance.GetRenderOperation3D(), nullptr);
   instance.Initialize();
   EXPECT_EQ(instance.m_pRenderOperation3D, nullptr);
@@ -87,7 +78,7 @@ TEST_F(QXRenderObjectInstanceTest, ANewOneHasNothingAndGivesNoDrawable) {
 }
 
 TEST_F(QXRenderObjectInstanceTest, FieldsStandInTheirOrderBehindTheTable) {
-  OpenInstance const instance;
+  QXRenderObjectInstance const instance;
   void const* const arrFields[] = {&instance, &instance.m_pRenderOperation3D, &instance.m_pROMultiIndex,
       &instance.m_arrTextures, &instance.m_pGraphics3D};
   for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
@@ -96,16 +87,16 @@ TEST_F(QXRenderObjectInstanceTest, FieldsStandInTheirOrderBehindTheTable) {
 
 TEST_F(QXRenderObjectInstanceTest, GeometryOrRendererAloneGiveNoDrawable) {
   auto* const pMesh = MakeSquare().release();
-  OpenInstance withoutRenderer(pMesh, nullptr);
+  QXRenderObjectInstance withoutRenderer(pMesh, nullptr);
   EXPECT_EQ(withoutRenderer.GetRenderOperation3D(), nullptr);
   EXPECT_EQ(withoutRenderer.m_pROMultiIndex, pMesh);
-  OpenInstance withoutMesh(nullptr, m_pGraphics.get());
+  QXRenderObjectInstance withoutMesh(nullptr, m_pGraphics.get());
   EXPECT_EQ(withoutMesh.GetRenderOperation3D(), nullptr);
   EXPECT_EQ(CountDrawables(), 0u);
 }
 
 TEST_F(QXRenderObjectInstanceTest, ARendererWithoutDrawablesKeepsTheGeometry) {
-  OpenInstance instance(MakeSquare().release(), m_pGraphics.get());
+  QXRenderObjectInstance instance(MakeSquare().release(), m_pGraphics.get());
   QXRenderOperationManager* const pManager = std::exchange(m_pGraphics->m_pRenderOperationManager, nullptr);
   EXPECT_EQ(instance.GetRenderOperation3D(), nullptr);
   EXPECT_NE(instance.m_pROMultiIndex, nullptr);
@@ -117,7 +108,7 @@ TEST_F(QXRenderObjectInstanceTest, TheFirstUseMakesTheDrawableAndGivesTheGeometr
   auto pMesh = MakeSquare();
   QXBoundingBox const bounds(QXVector3d(-5.0, -6.0, -7.0), QXVector3d(5.0, 6.0, 7.0));
   pMesh->m_Bounds = bounds;
-  OpenInstance instance(pMesh.release(), m_pGraphics.get());
+  QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
   EXPECT_EQ(CountDrawables(), 0u);
   QXRenderOperation3D* const pDrawable = instance.GetRenderOperation3D();
   ASSERT_NE(pDrawable, nullptr);
@@ -131,7 +122,7 @@ TEST_F(QXRenderObjectInstanceTest, TheFirstUseMakesTheDrawableAndGivesTheGeometr
 }
 
 TEST_F(QXRenderObjectInstanceTest, ASecondUseMakesNothing) {
-  OpenInstance instance(MakeSquare().release(), m_pGraphics.get());
+  QXRenderObjectInstance instance(MakeSquare().release(), m_pGraphics.get());
   QXRenderOperation3D* const pDrawable = instance.GetRenderOperation3D();
   instance.Initialize();
   EXPECT_EQ(instance.GetRenderOperation3D(), pDrawable);
@@ -152,7 +143,7 @@ TEST_F(QXRenderObjectInstanceTest, APackageGivesItsFirstTextureUnlessItIsFlagged
   AddRange(*pMesh, {{2, pB}, {5, pA}}, 0);
   AddRange(*pMesh, {}, 0);
   AddRange(*pMesh, {{7, pE}, {0, pC}, {3, pD}}, 1);
-  OpenInstance instance(pMesh.release(), m_pGraphics.get());
+  QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
   instance.Initialize();
   EXPECT_EQ(TexturesOf(instance), (std::vector{pB, pC, pD, pE}));
   EXPECT_EQ(pA->IsLoaded(), 0);
@@ -164,7 +155,7 @@ TEST_F(QXRenderObjectInstanceTest, TexturesAreLoadedIfNeededAndKeepTheirImage) {
   QXTexture* const pTexture = MakeTexture(L"bark", 1);
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pTexture}}, 0);
-  OpenInstance instance(pMesh.release(), m_pGraphics.get());
+  QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
   instance.Initialize();
   EXPECT_LT(LineOf("LoadTexture(1, 0)"), LineOf("SetRenderOperationMultiIndex"));
   EXPECT_NE(pTexture->m_TextureData.m_pPixels, nullptr);
@@ -178,7 +169,7 @@ TEST_F(QXRenderObjectInstanceTest, RangesWithoutAPackageAndNumbersThatLieAreSurv
     QdcArray<QXVertexIndexPackage*> const arrIndices = pMesh->GetIndexPackageArray();
     QdcArray<QXTexturePackage*> const arrTextures = pMesh->GetTexturePackageArray();
     pMesh->m_nSize = nSize;
-    OpenInstance instance(pMesh.release(), m_pGraphics.get());
+    QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
     instance.Initialize();
     EXPECT_EQ(instance.m_arrTextures.GetSize(), nSize >= 3 ? 1u : 0u) << nSize;
     // The mesh frees as many packages as m_nSize says.
@@ -195,7 +186,7 @@ TEST_F(QXRenderObjectInstanceTest, ATextureInTwoRangesStandsInTheListTwice) {
   AddRange(*pMesh, {{0, pTexture}}, 0);
   AddRange(*pMesh, {{0, pTexture}}, 0);
   {
-    OpenInstance instance(pMesh.release(), m_pGraphics.get());
+    QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
     instance.Initialize();
     EXPECT_EQ(TexturesOf(instance), (std::vector{pTexture, pTexture}));
   }
@@ -210,7 +201,7 @@ TEST_F(QXRenderObjectInstanceTest, AnInstanceThatWasNeverDrawnTouchesNoTexture) 
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pTexture}}, 0);
   m_pGraphics->GetLog().Clear();
-  { OpenInstance const instance(pMesh.release(), m_pGraphics.get()); }
+  { QXRenderObjectInstance const instance(pMesh.release(), m_pGraphics.get()); }
   ASSERT_TRUE(HasTexture(L"bark"));
   EXPECT_EQ(pTexture->GetRef(), 1);
   EXPECT_EQ(m_pGraphics->GetLog().GetText(), "");
@@ -222,7 +213,7 @@ TEST_F(QXRenderObjectInstanceTest, TheEndDeletesTheDrawableAndGivesTexturesBack)
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pKept}, {1, pLast}}, 1);
   {
-    OpenInstance instance(pMesh.release(), m_pGraphics.get());
+    QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
     instance.Initialize();
     m_pGraphics->GetLog().Clear();
   }
@@ -237,11 +228,11 @@ TEST_F(QXRenderObjectInstanceTest, TheEndDeletesTheDrawableAndGivesTexturesBack)
 // Hosts take a reference for each instance. Where one forgot, the second instance must not look at what is gone.
 TEST_F(QXRenderObjectInstanceTest, TwoInstancesWithOneReferenceDeleteTheTextureOnce) {
   QXTexture* const pTexture = MakeTexture(L"bark", 1);
-  std::vector<std::unique_ptr<OpenInstance>> arrInstances;
+  std::vector<std::unique_ptr<QXRenderObjectInstance>> arrInstances;
   for (int i = 0; i < 2; ++i) {
     auto pMesh = MakeSquare();
     AddRange(*pMesh, {{0, pTexture}}, 0);
-    arrInstances.push_back(std::make_unique<OpenInstance>(pMesh.release(), m_pGraphics.get()));
+    arrInstances.push_back(std::make_unique<QXRenderObjectInstance>(pMesh.release(), m_pGraphics.get()));
     arrInstances.back()->Initialize();
   }
   // The drawables' own references would hide what is asked here.
@@ -262,7 +253,7 @@ TEST_F(QXRenderObjectInstanceTest, ANewTextureOfTheSameNameIsLeftAlone) {
   manager.AddToCache(L"bark", pEntry.get());
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pTexture}}, 0);
-  auto pInstance = std::make_unique<OpenInstance>(pMesh.release(), m_pGraphics.get());
+  auto pInstance = std::make_unique<QXRenderObjectInstance>(pMesh.release(), m_pGraphics.get());
   pInstance->Initialize();
   pInstance->m_pRenderOperation3D->ClearGeometry();
   // Out of the cache, but not gone: its place in memory stays taken while the next one is made.
@@ -273,13 +264,32 @@ TEST_F(QXRenderObjectInstanceTest, ANewTextureOfTheSameNameIsLeftAlone) {
   EXPECT_EQ(pNext->GetRef(), 2);
 }
 
+// The list is open to hosts: one that stood in it before gives its reference back too, and shifts no other.
+TEST_F(QXRenderObjectInstanceTest, TexturesThatAHostAddedAreGivenBackToo) {
+  QXTexture* const pBefore = MakeTexture(L"before", 2);
+  QXTexture* const pLoaded = MakeTexture(L"loaded", 2);
+  QXTexture* const pAfter = MakeTexture(L"after", 2);
+  {
+    auto pMesh = MakeSquare();
+    AddRange(*pMesh, {{0, pLoaded}}, 0);
+    QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
+    instance.m_arrTextures.Add(pBefore);
+    instance.m_arrTextures.Add(nullptr);
+    instance.Initialize();
+    instance.m_arrTextures.Add(pAfter);
+  }
+  EXPECT_EQ(pBefore->GetRef(), 1);
+  EXPECT_EQ(pLoaded->GetRef(), 1);
+  EXPECT_EQ(pAfter->GetRef(), 1);
+}
+
 TEST_F(QXRenderObjectInstanceTest, WithoutATextureManagerTexturesAreLeftAlone) {
   QXTexture* const pTexture = MakeTexture(L"bark", 1);
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pTexture}}, 0);
   QXTextureManager* const pManager = m_pGraphics->m_pTextureManager;
   {
-    OpenInstance instance(pMesh.release(), m_pGraphics.get());
+    QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
     instance.Initialize();
     m_pGraphics->m_pTextureManager = nullptr;
   }
@@ -289,7 +299,7 @@ TEST_F(QXRenderObjectInstanceTest, WithoutATextureManagerTexturesAreLeftAlone) {
 }
 
 TEST_F(QXRenderObjectInstanceTest, PlacesOfTheListMayBeNull) {
-  OpenInstance instance(MakeSquare().release(), m_pGraphics.get());
+  QXRenderObjectInstance instance(MakeSquare().release(), m_pGraphics.get());
   instance.m_arrTextures.Add(nullptr);
   EXPECT_EQ(CountDrawables(), 0u);
 }
@@ -300,19 +310,19 @@ TEST_F(QXRenderObjectInstanceTest, CopiesAreShallow) {
   QXTexture* const pTexture = MakeTexture(L"bark", 1);
   auto pMesh = MakeSquare();
   AddRange(*pMesh, {{0, pTexture}}, 0);
-  OpenInstance source(pMesh.release(), m_pGraphics.get());
-  OpenInstance early(source);
+  QXRenderObjectInstance source(pMesh.release(), m_pGraphics.get());
+  QXRenderObjectInstance early(source);
   EXPECT_EQ(early.m_pROMultiIndex, source.m_pROMultiIndex);
-  early.LetGo();
+  LetGo(early);
   source.Initialize();
-  OpenInstance copy(source);
-  OpenInstance assigned;
+  QXRenderObjectInstance copy(source);
+  QXRenderObjectInstance assigned;
   assigned = source;
-  for (OpenInstance* const pTaken : {&copy, &assigned}) {
+  for (QXRenderObjectInstance* const pTaken : {&copy, &assigned}) {
     EXPECT_EQ(pTaken->m_pRenderOperation3D, source.m_pRenderOperation3D);
     EXPECT_EQ(pTaken->m_pGraphics3D, m_pGraphics.get());
     EXPECT_EQ(TexturesOf(*pTaken), (std::vector{pTexture}));
-    pTaken->LetGo();
+    LetGo(*pTaken);
   }
 }
 
