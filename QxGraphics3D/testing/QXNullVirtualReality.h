@@ -13,7 +13,12 @@ class QXNullVirtualReality final : public QXVirtualReality, public QXNullObject 
 public:
   /// @param pLog  null: calls are not written down
   explicit QXNullVirtualReality(std::shared_ptr<QXCallLog> pLog) : QXNullObject(std::move(pLog), "display") {}
-  ~QXNullVirtualReality() override { Record("destroyed"); }
+  ~QXNullVirtualReality() override {
+    if (m_bHeld) {
+      Release();
+    }
+    Record("destroyed");
+  }
 
   unsigned char Initialize() override {
     Record("Initialize");

@@ -91,6 +91,9 @@ class QXModelCacheGame {
 public:
   static constexpr std::size_t ManagerNum = 3;
   static constexpr std::size_t HolderNum = 8;
+  static constexpr unsigned int MoveNum = 19;
+  /// Whether managers end in a move, with everything that has grown in them.
+  static constexpr bool IsEnd(unsigned int nMove) { return nMove >= 14 && nMove <= 16; }
 
   QXModelCacheGame() : m_Plain(ManagerNum) {
     for (auto& pManager : m_arrManagers) pManager = std::make_unique<QXModelManager>();
@@ -112,8 +115,9 @@ public:
         &QXModelCacheGame::RemoveAll, &QXModelCacheGame::ReleaseHeld, &QXModelCacheGame::ReleaseByAddress,
         &QXModelCacheGame::Notify, &QXModelCacheGame::BindAgain, &QXModelCacheGame::CopyModel,
         &QXModelCacheGame::AssignModel, &QXModelCacheGame::EndManager, &QXModelCacheGame::CopyManager,
-        &QXModelCacheGame::AssignManager};
-    (this->*Steps[nMove % std::size(Steps)])();
+        &QXModelCacheGame::AssignManager, &QXModelCacheGame::Rename, &QXModelCacheGame::GiveInfo};
+    static_assert(std::size(Steps) == MoveNum);
+    (this->*Steps[nMove % MoveNum])();
   }
 
   /// Empty if everything agrees, else what does not.
@@ -261,6 +265,22 @@ private:
       m_Plain.At(nTo).m_strInfoName = source.m_strInfoName;
     }
     *m_arrPointers[m_nHolder] = *m_arrPointers[m_nOther];
+  }
+  /// From then on the model takes another's key out when it goes.
+  void Rename() {
+    int const nModel = m_arrHeld[m_nHolder];
+    if (nModel < 0 || !m_Plain.At(nModel).m_bInfo) return;
+    m_Plain.At(nModel).m_strInfoName = m_strName;
+    m_arrPointers[m_nHolder]->GetModelDataInfo()->SetName(Name());
+  }
+  void GiveInfo() {
+    int const nModel = m_arrHeld[m_nHolder];
+    if (nModel < 0) return;
+    m_Plain.At(nModel).m_bInfo = true;
+    m_Plain.At(nModel).m_strInfoName = m_strName;
+    auto pInfo = std::make_unique<ModelDataInfo>();
+    pInfo->SetName(Name());
+    m_arrPointers[m_nHolder]->SetModelDataInfo(pInfo.release());
   }
   void EndManager() {
     m_Plain.Die(m_nManager);

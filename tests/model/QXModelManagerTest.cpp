@@ -240,6 +240,24 @@ TEST_F(QXModelManagerTest, AnyTextIsAName) {
   EXPECT_EQ(m_pManager->IsExists(L"tree"), 0);
 }
 
+// Whoever walks the dictionary hands its own keys over, which go with their entries.
+TEST_F(QXModelManagerTest, ANameMayBeTheKeyOfTheEntryThatGoes) {
+  QdcUnicodeString const strPath(L"/a/path/that/is/long/enough/for/memory/of/its/own/tree.toy");
+  m_pManager->Load(strPath);
+  auto const getKey = [this]() -> QdcUnicodeString const& { return m_pManager->m_dictModels.GetStartPosition()->first; };
+  QXModelDataPtr const pLoaded = m_pManager->Load(getKey());
+  EXPECT_TRUE(NameIn(pLoaded) == strPath);
+  EXPECT_EQ(m_pManager->GetByFileName(strPath).GetPointer(), pLoaded.GetPointer());
+  ModelDataInfo info;
+  QXModelDataPtr pMade = m_pManager->CreateManual(getKey(), &info);
+  EXPECT_TRUE(NameIn(pMade) == strPath);
+  EXPECT_EQ(m_pManager->GetByFileName(strPath).GetPointer(), pMade.GetPointer());
+  pMade.SetNull();
+  m_pManager->Remove(getKey());
+  EXPECT_EQ(m_pManager->m_dictModels.GetCount(), 0u);
+  EXPECT_EQ(m_pManager->IsExists(strPath), 0);
+}
+
 // --- Removing ---
 
 TEST_F(QXModelManagerTest, RemovingAnUnknownNameDoesNothing) {

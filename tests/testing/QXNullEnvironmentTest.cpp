@@ -157,6 +157,19 @@ TEST(QXNullVirtualReality, GivesThePoseThatWasReadWhileItIsHeld) {
   EXPECT_EQ(display.GetEyeMatrices(0, matView, matProjection), 0);
 }
 
+TEST(QXNullVirtualReality, GivesTheDeviceBackWhenItGoes) {
+  auto const pLog = std::make_shared<QXCallLog>();
+  { QXNullVirtualReality const idle(pLog); }
+  {
+    QXNullVirtualReality display(pLog);
+    display.Initialize();
+  }
+  EXPECT_EQ(pLog->GetText(), "display: destroyed()\n"
+                             "display: Initialize()\n"
+                             "display: Release()\n"
+                             "display: destroyed()\n");
+}
+
 TEST(QXNullVirtualReality, CountsThePicturesItTakes) {
   QXNullVirtualReality display(nullptr);
   display.Submit(nullptr, nullptr);

@@ -28,6 +28,8 @@ public:
 };
 
 void ExpectDefaults(QXLight const& light) {
+  // Angles set at once are for spotlights, which a light without a type is not.
+  EXPECT_NE(static_cast<int>(light.GetType()), 2);
   EXPECT_EQ(light.GetSpotlightFalloff(), 0.0);
   EXPECT_EQ(light.GetSpotlightInnerAngle(), 0.0);
   EXPECT_EQ(light.GetSpotlightOuterAngle(), 0.0);
