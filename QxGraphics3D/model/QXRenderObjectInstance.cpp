@@ -52,8 +52,9 @@ void QXRenderObjectInstance::Initialize() {
   if (!m_pGraphics3D || !m_pROMultiIndex) return;
   QXRenderOperationManager* const pManager = m_pGraphics3D->GetRenderOperationManager();
   if (!pManager) return;
-  m_pRenderOperation3D = pManager->CreateRenderOperation3D(m_pGraphics3D->GetSceneName(0), 1);
-  if (!m_pRenderOperation3D) return;
+  QXRenderOperation3D* const pDrawable = pManager->CreateRenderOperation3D(m_pGraphics3D->GetSceneName(0), 1);
+  if (!pDrawable) return;
+  delete std::exchange(m_pRenderOperation3D, pDrawable);
   LoadTextures();
   m_pRenderOperation3D->SetRenderOperationMultiIndex(m_pROMultiIndex);
   m_pRenderOperation3D->SetBoundingBox(m_pROMultiIndex->m_Bounds);

@@ -45,7 +45,7 @@ public:
 
   /// Owned; null until Initialize.
   QXRenderOperation3D* m_pRenderOperation3D = nullptr;
-  /// Owned; null from Initialize on.
+  /// Owned; null from Initialize on. A host that sets it anew calls Initialize itself, which replaces the drawable.
   QXRenderOperationMultiIndex* m_pROMultiIndex = nullptr;
   /// Textures of which the destructor gives a reference back; null places are passed over.
   QdcArray<QXTexture*> m_arrTextures;

@@ -147,6 +147,21 @@ TEST_F(QXGeometryInstanceManagerTest, AMeshThatDiesMayCallBack) {
   EXPECT_EQ(m_pManager->m_dictROInstances.GetCount(), 0u);
 }
 
+// One after the other, and under the names of before: the others are still there, and a new name stays.
+TEST_F(QXGeometryInstanceManagerTest, AMeshThatDiesWithAllSeesTheOthers) {
+  unsigned char bSecond = 0;
+  auto const callBack = [&] {
+    bSecond = m_pManager->IsExists(L"b");
+    m_pManager->AddROInstance(L"c", new MortalInstance);
+  };
+  m_pManager->AddROInstance(L"a", new MortalInstance(callBack));
+  m_pManager->AddROInstance(L"b", new MortalInstance);
+  m_pManager->RemoveAll();
+  EXPECT_EQ(bSecond, 1);
+  EXPECT_EQ(m_pManager->IsExists(L"b"), 0);
+  EXPECT_EQ(m_pManager->IsExists(L"c"), 1);
+}
+
 TEST_F(QXGeometryInstanceManagerTest, CopiesShareTheMeshes) {
   auto* const pTree = new MortalInstance;
   m_pManager->AddROInstance(L"tree", pTree);

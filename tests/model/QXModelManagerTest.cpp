@@ -244,7 +244,9 @@ TEST_F(QXModelManagerTest, AnyTextIsAName) {
 TEST_F(QXModelManagerTest, ANameMayBeTheKeyOfTheEntryThatGoes) {
   QdcUnicodeString const strPath(L"/a/path/that/is/long/enough/for/memory/of/its/own/tree.toy");
   m_pManager->Load(strPath);
-  auto const getKey = [this]() -> QdcUnicodeString const& { return m_pManager->m_dictModels.GetStartPosition()->first; };
+  auto const getKey = [this]() -> QdcUnicodeString const& {
+    return m_pManager->m_dictModels.GetStartPosition()->first;
+  };
   QXModelDataPtr const pLoaded = m_pManager->Load(getKey());
   EXPECT_TRUE(NameIn(pLoaded) == strPath);
   EXPECT_EQ(m_pManager->GetByFileName(strPath).GetPointer(), pLoaded.GetPointer());

@@ -129,6 +129,18 @@ TEST_F(QXRenderObjectInstanceTest, ASecondUseMakesNothing) {
   EXPECT_EQ(CountDrawables(), 1u);
 }
 
+TEST_F(QXRenderObjectInstanceTest, NewGeometryWaitsForInitializeAndReplacesTheDrawable) {
+  QXRenderObjectInstance instance(MakeSquare().release(), m_pGraphics.get());
+  QXRenderOperation3D* const pDrawable = instance.GetRenderOperation3D();
+  instance.m_pROMultiIndex = MakeSquare().release();
+  EXPECT_EQ(instance.GetRenderOperation3D(), pDrawable);
+  EXPECT_NE(instance.m_pROMultiIndex, nullptr);
+  instance.Initialize();
+  EXPECT_NE(instance.m_pRenderOperation3D, nullptr);
+  EXPECT_EQ(instance.m_pROMultiIndex, nullptr);
+  EXPECT_EQ(CountDrawables(), 1u);
+}
+
 // --- Textures ---
 
 TEST_F(QXRenderObjectInstanceTest, APackageGivesItsFirstTextureUnlessItIsFlagged) {
@@ -142,7 +154,7 @@ TEST_F(QXRenderObjectInstanceTest, APackageGivesItsFirstTextureUnlessItIsFlagged
   pMesh->m_nSize = 0;
   AddRange(*pMesh, {{2, pB}, {5, pA}}, 0);
   AddRange(*pMesh, {}, 0);
-  AddRange(*pMesh, {{7, pE}, {0, pC}, {3, pD}}, 1);
+  AddRange(*pMesh, {{7, pE}, {0, pC}, {3, pD}}, 2);  // any flag but 0
   QXRenderObjectInstance instance(pMesh.release(), m_pGraphics.get());
   instance.Initialize();
   EXPECT_EQ(TexturesOf(instance), (std::vector{pB, pC, pD, pE}));
@@ -244,24 +256,36 @@ TEST_F(QXRenderObjectInstanceTest, TwoInstancesWithOneReferenceDeleteTheTextureO
   EXPECT_EQ(CountDrawables(), 0u);
 }
 
+// The instance itself, a copy of it, and one that it was assigned to.
 TEST_F(QXRenderObjectInstanceTest, ANewTextureOfTheSameNameIsLeftAlone) {
   QXTextureManager& manager = *m_pGraphics->GetTextureManager();
-  QXTexture* const pTexture = manager.CreateTexture();
-  pTexture->SetTexFilePath(L"bark");
-  pTexture->AddRef();
-  auto const pEntry = std::make_unique<QXTextureCacheEntry>(pTexture);
-  manager.AddToCache(L"bark", pEntry.get());
-  auto pMesh = MakeSquare();
-  AddRange(*pMesh, {{0, pTexture}}, 0);
-  auto pInstance = std::make_unique<QXRenderObjectInstance>(pMesh.release(), m_pGraphics.get());
-  pInstance->Initialize();
-  pInstance->m_pRenderOperation3D->ClearGeometry();
-  // Out of the cache, but not gone: its place in memory stays taken while the next one is made.
-  manager.RemoveTexture(pTexture, 0);
-  QXTexture* const pNext = MakeTexture(L"bark", 2);
-  ASSERT_NE(pNext, pTexture);
-  pInstance.reset();
-  EXPECT_EQ(pNext->GetRef(), 2);
+  for (int nWay = 0; nWay < 3; ++nWay) {
+    QXTexture* const pTexture = manager.CreateTexture();
+    pTexture->SetTexFilePath(L"bark");
+    pTexture->AddRef();
+    auto const pEntry = std::make_unique<QXTextureCacheEntry>(pTexture);
+    manager.AddToCache(L"bark", pEntry.get());
+    auto pMesh = MakeSquare();
+    AddRange(*pMesh, {{0, pTexture}}, 0);
+    auto pInstance = std::make_unique<QXRenderObjectInstance>(pMesh.release(), m_pGraphics.get());
+    pInstance->Initialize();
+    pInstance->m_pRenderOperation3D->ClearGeometry();
+    if (nWay > 0) {
+      auto pTaken =
+          nWay == 1 ? std::make_unique<QXRenderObjectInstance>(*pInstance) : std::make_unique<QXRenderObjectInstance>();
+      if (nWay == 2) *pTaken = *pInstance;
+      LetGo(*pInstance);
+      pInstance = std::move(pTaken);
+    }
+    // Out of the cache, but not gone: its place in memory stays taken while the next one is made.
+    manager.RemoveTexture(pTexture, 0);
+    QXTexture* const pNext = MakeTexture(L"bark", 2);
+    ASSERT_NE(pNext, pTexture);
+    pInstance.reset();
+    EXPECT_EQ(pNext->GetRef(), 2) << nWay;
+    manager.RemoveTexture(pNext, 1);
+    manager.RemoveTexture(pNext, 1);
+  }
 }
 
 // The list is open to hosts: one that stood in it before gives its reference back too, and shifts no other.
