@@ -115,7 +115,7 @@ void QXIndexMerge::CopyRecords(
     merged.m_eOperationType = pSource->m_eOperationType;
     QXIndexPackage const* const pNext =
         i + 1 < arrRecords.size() ? GetLevelPackage(arrRecords[i + 1], nLevel) : nullptr;
-    m_pAhead = pNext && pNext->m_pIndices ? pNext->m_pIndices : merged.m_pIndices;
+    m_pAhead = pNext ? pNext->m_pIndices : nullptr;
     CopyRecord(record, *pSource, m_bTransforms && nLevel == 0, writer);
     offset += num;
   }
@@ -128,8 +128,10 @@ void QXIndexMerge::CopyRecord(
   QXIndexRange const range = blocks.Take([&](Word const* pIndices, std::size_t nNum) { writer.Write(pIndices, nNum); });
   if (!bTransform || blocks.GetNum() == 0) return;
   m_touched.Begin(range, m_bucket.m_pVertexPackage->m_nVertexNum, blocks.GetNum());
+  // Without a record behind this one anything may be fetched, but nothing may be added to a null pointer.
   if (blocks.GetNum() <= kBlock)
-    m_touched.Add(blocks.GetBlock(), blocks.GetNum(), static_cast<Word const*>(m_pAhead));
+    m_touched.Add(
+        blocks.GetBlock(), blocks.GetNum(), m_pAhead ? static_cast<Word const*>(m_pAhead) : blocks.GetBlock());
   else
     blocks.Take([&](Word const* pIndices, std::size_t nNum) { m_touched.Add(pIndices, nNum, pIndices); });
   TransformTouched(record);

@@ -42,7 +42,7 @@ private:
   /// Whether coordinates are transformed at all.
   bool m_bTransforms = false;
   QXTouchedVertices m_touched;
-  /// The indices after those that are being copied, to be fetched meanwhile.
+  /// The indices after those that are being copied, to be fetched meanwhile; null if there are none.
   void const* m_pAhead = nullptr;
 };
 
