@@ -507,6 +507,18 @@ TEST_F(QXStaticGeometryBuild, FullBucketOf16BitsReachesItsLastVertex) {
   EXPECT_THAT(Indices(), ElementsAre(65534));
 }
 
+TEST_F(QXStaticGeometryBuild, OneVertexBeyond16BitsWidensTheIndices) {
+  m_host.AddPass(L"a", {});
+  QXIndexPackage& indices = m_host.MakeIndices({L"a"});
+  indices.SetIndexNum32(1);
+  indices.GetIndices32()[0] = 65535;
+  Add(m_host.MakeCounted(65536), QXMatrix4d(), {&indices});
+  Merge();
+  QXIndexPackage const& merged = *m_geometry.m_vecBuckets32[0]->m_mapLevelIndices.at(0).at(0);
+  ASSERT_EQ(merged.m_nIndexType, 1);
+  EXPECT_EQ(merged.GetIndices32()[0], 65535u);
+}
+
 TEST_F(QXStaticGeometryBuild, SumsOf16BitsAreTruncated) {
   AddTransformedPass(L"a", 1.0, 1.0);
   QXVertexDataPackage& first = MakeMesh({0, 0, 0, 0, 0, 0});
@@ -770,6 +782,17 @@ TEST_F(QXStaticGeometryBuild, SlotOutsideTheArraysIsLeftAlone) {
   }
 }
 
+TEST_F(QXStaticGeometryBuild, SlotWithoutAnOffsetIsLeftAlone) {
+  m_host.AddPass(L"a", {});
+  QXSubObjectInfo* const pSubObject = MakeSubObject(0.0, 1.0);
+  pSubObject->m_mapPassSlots[0] = 0;
+  pSubObject->m_arrCounts.Add(6);
+  Add(MakeMesh({0, 0, 0}), QXMatrix4d(), {&MakeTriangles(L"a", {0})}, pSubObject);
+  Merge();
+  EXPECT_THAT(Ints(pSubObject->m_arrCounts), ElementsAre(6));
+  EXPECT_EQ(pSubObject->m_arrOffsets.GetSize(), 0u);
+}
+
 TEST_F(QXStaticGeometryBuild, SlotWithoutACountIsLeftAlone) {
   m_host.AddPass(L"a", {});
   QXSubObjectInfo* const pSubObject = MakeSubObject(0.0, 1.0);
@@ -816,6 +839,57 @@ TEST_F(QXStaticGeometryBuild, SecondMergeAfterMoreMeshesStaysWithinTheFirstSet) 
   EXPECT_THAT(Indices(*packages[0]), ElementsAre(0, 1));
   EXPECT_THAT(Indices(*packages[1]), ElementsAre(0, 0, 0, 0, 0));
   EXPECT_THAT(Positions(), ElementsAre(0, 0, 0, 0, 0, 0, 7, 8, 9));
+}
+
+// The first set has no arrays; a renderer that takes them for what they say reads nothing.
+TEST_F(QXStaticGeometryBuild, SecondMergeAfterOneWithoutVerticesLeavesTheFirstSetWithoutArrays) {
+  AddTransformedPass(L"a", 1.0, 2.0);
+  std::vector<unsigned short> const indices(100, 0);
+  QXVertexDataPackage& empty = m_host.MakeCounted(0);
+  Add(empty, QXMatrix4d(), {&MakeTriangles(L"a", indices)});
+  Merge();
+  QXVertexDataPackage& mesh = MakeMesh({1, 2, 3});
+  SetCoords(mesh, 0, {0, 0});
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", indices)});
+  Merge();
+  auto const& packages = Bucket().m_mapLevelIndices.at(0);
+  ASSERT_EQ(packages.size(), 2u);
+  EXPECT_EQ(packages[0]->m_pIndices, nullptr);
+  EXPECT_EQ(Indices(*packages[1]), std::vector<unsigned short>(200, 0));
+  // Once for each of the two records.
+  EXPECT_THAT(Coords(), ElementsAre(4, 0));
+}
+
+// The first merge leaves its numbers in the memory that the second one gets.
+TEST_F(QXStaticGeometryBuild, WhatNoMeshFillsAnyMoreIsZero) {
+  constexpr std::size_t Vertices = 64;
+  QXVertexDataPackage& mesh = MakeMesh(Floats(3 * Vertices, 7.0F));
+  SetNormals(mesh, Floats(3 * Vertices, 7.0F));
+  SetColors(mesh, Words(Vertices, 7));
+  mesh.SetSecondColorNum(Vertices, 0);
+  std::fill_n(mesh.m_pSecondColors, Vertices, 7U);
+  SetCoords(mesh, 0, Floats(2 * Vertices, 7.0F));
+  Add(mesh);
+  Merge();
+  Bucket().m_vecPackages[0] = nullptr;
+  Merge();
+  EXPECT_EQ(Positions(), Floats(3 * Vertices, 0.0F));
+  EXPECT_EQ(Normals(), Floats(3 * Vertices, 0.0F));
+  EXPECT_EQ(Colors(), Words(Vertices, 0));
+  EXPECT_EQ(Words(Merged().m_pSecondColors, Merged().m_pSecondColors + Vertices), Words(Vertices, 0));
+  EXPECT_EQ(Coords(), Floats(2 * Vertices, 0.0F));
+}
+
+TEST_F(QXStaticGeometryBuild, NormalsWithoutVerticesAreFreed) {
+  Add(MakeMesh({1, 2, 3}));
+  Merge();
+  Merged().m_nVertexNum = 0;
+  Merged().SetNormalNum(2, 12);
+  Bucket().m_vecPackages.clear();
+  Merge();
+  EXPECT_EQ(Merged().m_nNormalNum, 0u);
+  EXPECT_EQ(Merged().m_nNormalStride, 0);
+  EXPECT_EQ(Merged().m_pNormals, nullptr);
 }
 
 TEST_F(QXStaticGeometryBuild, NullPackagesAreSkipped) {
