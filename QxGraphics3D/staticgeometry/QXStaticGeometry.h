@@ -106,7 +106,7 @@ public:
   /// Writes the merged buckets. All sections are written whatever m_dVersion says, and the number itself is written:
   /// after loading an older file call SetVersion(1.3) first, or nobody reads the result.
   /// @param fVersion  not looked at
-  /// @return 0 with nothing written if there is no bucket in any list, else 1
+  /// @return 1; 0 with nothing written if there is no bucket in any list, and 0 if the stream fails
   unsigned char SaveVecData(QXStream& stream, float fVersion);
   /// Bytes that SaveVecData needs at most; see QXStaticGeometryBucket::GetDataSize.
   int GetDataSize();

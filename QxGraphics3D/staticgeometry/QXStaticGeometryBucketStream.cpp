@@ -23,8 +23,8 @@ namespace {
 constexpr double PassVersion = 1.0;
 
 // Counts of records are not compared with the length of the stream: lists grow by whole records only, and of a stream
-// that was cut off those before the cut are kept. A record is stored only when it is whole. The level's packages read before one that failed are deleted with it: no
-// member refers to them yet.
+// that was cut off those before the cut are kept. A record is stored only when it is whole. The level's packages read
+// before one that failed are deleted with it: no member refers to them yet.
 class Reader {
 public:
   Reader(QXStaticGeometryBucket& bucket, QXStream& stream, detail::QXLoadBudget& budget)
