@@ -443,6 +443,18 @@ TEST(QXVertexPackageStream, WideUnitsOf17And29NumbersHoldColorsBehindTheirNumber
   }
 }
 
+// Only the wide layout stores 17 and 29 numbers as these.
+TEST(QXVertexPackageStream, PlainUnitsOf20And35NumbersStayWhatTheyAre) {
+  for (unsigned short const nDim : {20, 35}) {
+    QXVertexDataPackage package;
+    SetUnit(package, 0, nDim, std::vector<float>(nDim, 0.5F));
+    QXVertexDataPackage read;
+    ASSERT_TRUE(LoadAll(read, SavedPackage(package, 0), 0));
+    EXPECT_EQ(read.m_nTexDims[0], nDim);
+    EXPECT_EQ(Values(read.m_pTexCoords[0], nDim), std::vector<float>(nDim, 0.5F));
+  }
+}
+
 TEST(QXVertexPackageStream, PlainUnitsOf17NumbersAreNumbers) {
   QXVertexDataPackage package;
   SetUnit(package, 0, 17, std::vector<float>(17, 0.5F));
