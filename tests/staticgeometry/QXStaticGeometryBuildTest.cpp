@@ -563,6 +563,40 @@ TEST_F(QXStaticGeometryBuild, IndicesPastTheVerticesAreWrittenButTransformNothin
   EXPECT_THAT(Coords(), ElementsAre(5, 6, 8, 8));
 }
 
+// Few enough indices for marks of a byte a vertex: one mark too many would be the sanitizer's to see.
+TEST_F(QXStaticGeometryBuild, IndexOfTheNumberOfVerticesTransformsNothing) {
+  AddTransformedPass(L"a", 1.0, 1.0);
+  QXVertexDataPackage& mesh = MakeMesh(Floats(3 * 64, 0.0F));
+  SetCoords(mesh, 0, Floats(2 * 64, 5.0F));
+  Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", {63, 64, 0})});
+  Merge();
+  EXPECT_THAT(Indices(), ElementsAre(63, 64, 0));
+  Floats expected(2 * 64, 5.0F);
+  expected[0] = expected[2 * 63] = 6.0F;
+  EXPECT_EQ(Coords(), expected);
+}
+
+// Indices are taken in blocks of 4,096.
+TEST_F(QXStaticGeometryBuild, RecordsAroundTheLengthOfABlockTransformEveryVertexOnce) {
+  AddTransformedPass(L"a", 1.0, 1.0);
+  for (unsigned short const nVertices : std::vector<unsigned short>{4095, 4096, 4097, 8192, 8193}) {
+    QXVertexDataPackage& mesh = MakeMesh(Floats(std::size_t{3} * nVertices, 0.0F));
+    SetCoords(mesh, 0, Floats(std::size_t{2} * nVertices, 5.0F));
+    std::vector<unsigned short> indices(nVertices);
+    for (unsigned short i = 0; i < nVertices; ++i) indices[i] = i;
+    Add(mesh, QXMatrix4d(), {&MakeTriangles(L"a", indices)});
+  }
+  Merge();
+  Floats const coords = Coords();
+  std::vector<unsigned short> const indices = Indices();
+  ASSERT_EQ(coords.size(), 2 * indices.size());
+  for (std::size_t i = 0; i < indices.size(); ++i) {
+    ASSERT_EQ(indices[i], i);
+    ASSERT_EQ(coords[2 * i], 6.0F) << i;
+    ASSERT_EQ(coords[2 * i + 1], 5.0F) << i;
+  }
+}
+
 TEST_F(QXStaticGeometryBuild, BucketWithoutVerticesHasPackagesWithoutArrays) {
   m_host.AddPass(L"a", {});
   Add(m_host.MakeCounted(0), QXMatrix4d(), {&MakeTriangles(L"a", {1, 2, 3})}, MakeSubObject(0.0, 1.0));

@@ -445,7 +445,7 @@ TEST(QXVertexPackageStream, WideUnitsOf17And29NumbersHoldColorsBehindTheirNumber
 
 // Only the wide layout stores 17 and 29 numbers as these.
 TEST(QXVertexPackageStream, PlainUnitsOf20And35NumbersStayWhatTheyAre) {
-  for (unsigned short const nDim : {20, 35}) {
+  for (unsigned short const nDim : std::vector<unsigned short>{20, 35}) {
     QXVertexDataPackage package;
     SetUnit(package, 0, nDim, std::vector<float>(nDim, 0.5F));
     QXVertexDataPackage read;
