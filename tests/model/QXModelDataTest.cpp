@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -167,9 +169,12 @@ TEST(QXModelData, TheManagerOfAnAssignedModelIsTheOneThatEndsIt) {
 TEST(QXModelData, ACacheThatWasSetByHandDoesNotDisturbTheList) {
   auto pManager = std::make_unique<QXModelManager>();
   QXModelData const before(pManager.get(), nullptr);
+  alignas(OpenModelData) unsigned char place[sizeof(OpenModelData)];
+  auto* const pSilent = new (place) OpenModelData(pManager.get(), MakeInfo(L"tree"));
+  pSilent->m_pModelManager = nullptr;
+  pSilent->~OpenModelData();
+  std::fill(std::begin(place), std::end(place), static_cast<unsigned char>(0xa5));
   {
-    OpenModelData silent(pManager.get(), MakeInfo(L"tree"));
-    silent.m_pModelManager = nullptr;
     OpenModelData adopted(nullptr, MakeInfo(L"tree"));
     adopted.m_pModelManager = pManager.get();
     adopted.Release();
@@ -181,6 +186,7 @@ TEST(QXModelData, ACacheThatWasSetByHandDoesNotDisturbTheList) {
   pManager.reset();
   EXPECT_EQ(before.GetModelManager(), nullptr);
   EXPECT_EQ(after.GetModelManager(), nullptr);
+  EXPECT_EQ(std::count(std::begin(place), std::end(place), 0xa5), std::ssize(place)) << "the cache wrote where it was";
 }
 
 // --- The pointer ---
