@@ -286,6 +286,21 @@ TEST(QXFileStream, TellsThatTheDiskIsFull) {
   }
 }
 
+TEST(QXFileStream, DoesNotLengthenAReservedFileThatMissesBytes) {
+  QXTestFolder const folder;
+  std::filesystem::path const path = folder.GetPath() / "a";
+  QXFileStream stream;
+  ASSERT_EQ(stream.OpenForWriting(Wide(path)), 1);
+  stream.Reserve(4u << 20);
+  {
+    QXFileLimit const limit(10);
+    for (unsigned int i = 0; i < BufferSize; ++i) stream << i;
+    EXPECT_EQ(stream.IsGood(), 0);
+  }
+  EXPECT_EQ(stream.Close(), 0);
+  EXPECT_EQ(std::filesystem::file_size(path), 10u);
+}
+
 TEST(QXFileStream, TellsAtClosingThatTheLastBytesDidNotFit) {
   QXTestFolder const folder;
   QXFileStream stream;

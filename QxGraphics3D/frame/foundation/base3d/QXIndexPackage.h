@@ -41,8 +41,8 @@ public:
   ///          then as it was
   /// Failure: the allocator's exception for the names; memory only as far as the bytes that remain could fill it.
   unsigned char Load(QXStream& stream, int nOption);
-  /// Writes GetDataSize bytes, the entries in their own width and with one call; none if there is no array. nOption as in
-  /// Load.
+  /// Writes GetDataSize bytes, the entries in their own width and with one call; none if there is no array. nOption as
+  /// in Load.
   void Save(QXStream& stream, int nOption) const;
   /// Bytes that Save writes.
   int GetDataSize() const;

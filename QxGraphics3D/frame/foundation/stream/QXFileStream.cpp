@@ -21,6 +21,14 @@ constexpr QXUInt64 LeastReserve = 1u << 20;
 // Everybody, less what the process masks.
 constexpr mode_t NewFileRights = 0666;
 
+// Blocks behind the end would stay the file's. By its own length and not by what was written: after a failure that is
+// more than reached it, and the file would grow by zeros. Where it does not succeed, no harm comes to what was written.
+void GiveBackReserved(int nHandle) {
+  struct stat status = {};
+  if (::fstat(nHandle, &status) != 0) return;
+  [[maybe_unused]] int const nResult = ::ftruncate(nHandle, status.st_size);
+}
+
 }  // namespace
 
 QXFileStream::QXFileStream() {
@@ -44,8 +52,7 @@ unsigned char QXFileStream::Close() {
   Flush();
   int const nHandle = m_nHandle;
   m_nHandle = -1;
-  // Blocks behind the end would stay the file's. That they do is no harm to what was written.
-  if (m_bReserved != 0 && ::ftruncate(nHandle, static_cast<off_t>(GetWritten())) != 0) m_bReserved = 0;
+  if (m_bReserved != 0) GiveBackReserved(nHandle);
   // A network's file system reports a failed write as late as here.
   if (::close(nHandle) != 0 && errno != EINTR) FailWithSystem(errno);
   unsigned char const bDone = IsGood();

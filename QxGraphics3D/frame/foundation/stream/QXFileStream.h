@@ -31,8 +31,8 @@ public:
   /// Length of the file that is read, as it was when it was opened; bytes written of the file that is written.
   QXUInt64 GetSize() const { return m_eMode == MODE_READ ? m_nFileSize : GetWritten(); }
   QdcUnicodeString GetErrorText() const override;
-  /// Has a large file's blocks chosen now and together, where the file system can; Close gives back what was not needed.
-  /// Writing a file of a hundred megabytes then takes a tenth less.
+  /// Has a large file's blocks chosen now and together, where the file system can; Close gives back what was not
+  /// needed. Writing a file of a hundred megabytes then takes a tenth less.
   void Reserve(QXUInt64 nSize) override;
 
 protected:

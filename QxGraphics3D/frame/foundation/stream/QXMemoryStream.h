@@ -24,7 +24,8 @@ public:
   explicit QXMemoryStream(Room const& room);
   ~QXMemoryStream() override;
 
-  /// What was written, or the block that is read; null if there is none. Of a block of its own valid until the next write.
+  /// What was written, or the block that is read; null if there is none. Of a block of its own valid until the next
+  /// write.
   unsigned char const* GetData() const { return m_pData; }
   /// Bytes of GetData: all that was written, or the length of the block that is read. A failure changes neither.
   QXUInt64 GetSize() const { return m_bConstant != 0 ? m_nCapacity : GetWritten(); }
