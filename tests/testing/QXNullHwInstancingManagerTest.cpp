@@ -187,6 +187,20 @@ TEST_F(QXNullHwInstancing, BoundsFollowThePlacesAndTheMatrixOfTheWhole) {
   EXPECT_EQ(box.GetMax(), QXVector3d(111.0, 1.0, 5.0));
 }
 
+// From the mesh outwards: the matrix that its operation brought, that of the place, that of the whole.
+TEST_F(QXNullHwInstancing, TheMatrixOfTheMeshComesFirst) {
+  auto pSquare = MakeSquare();
+  QXMatrix4d matMesh = At(3.0, 0.0, 0.0);
+  pSquare->SetMatrix(matMesh);
+  m_pManager->SetMesh(m_pTrees, pSquare.get());
+  QXMatrix4d matDouble;
+  matDouble[0][0] = 2.0;
+  m_pManager->AddPlacements(m_pTrees, &matDouble, 1);
+  QXBoundingBox const box = m_pManager->GetBoundingBox(m_pTrees);
+  EXPECT_EQ(box.GetMin(), QXVector3d(4.0, -1.0, 0.0));
+  EXPECT_EQ(box.GetMax(), QXVector3d(8.0, 1.0, 0.0));
+}
+
 TEST_F(QXNullHwInstancing, ARayFindsTheNearestVisiblePlace) {
   GiveMesh();
   Add(0.0, 0.0, 0.0);
