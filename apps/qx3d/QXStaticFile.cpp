@@ -90,7 +90,11 @@ std::unique_ptr<QXC::QXStaticGeometry> LoadStaticFile(std::string const& strPath
   auto pGeometry = std::make_unique<QXC::QXStaticGeometry>();
   if (strFault.empty() && stream.OpenForReading(strWide) != 0 && pGeometry->LoadVecData(stream, 0.0F) != 0)
     return pGeometry;
-  strError = strFault.empty() ? "the file changed while it was read; try again" : strFault + "; bake it again";
+  // The library gives a file no more than a multiple of its bytes in memory.
+  strError = strFault.empty()
+                 ? "it is of more and smaller buckets than memory is spent on, or changed while it was read; "
+                   "bake it again"
+                 : strFault + "; bake it again";
   return nullptr;
 }
 

@@ -160,8 +160,6 @@ private:
       return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " of no numbers are announced");
     if (m_Stream.CanHold(nCount, 4 * std::max(nDim, 1U)) == 0)
       return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " are announced, more than the file can hold");
-    if (nCount > 0 && nDim == 0)
-      return Fault(nCountOffset, std::to_string(nCount) + " " + szWhat + " of no numbers are announced");
     QXUInt64 nLeft = QXUInt64{nCount} * nDim;
     float fNumbers[ChunkSize];
     while (nLeft > 0) {

@@ -177,6 +177,32 @@ TEST(QXStaticWalk, CoordinatesOfAnyWidthAreReadAndThoseOfNoneAreAFault) {
       "byte " + std::to_string(DimOffset + 2) + ": 1 texture coordinates of no numbers are announced");
 }
 
+/// Writes values one behind the other.
+template <class... Values>
+void Append(Bytes& vecBytes, Values... values) {
+  auto const append = [&vecBytes](auto value) {
+    auto const* p = reinterpret_cast<unsigned char const*>(&value);
+    vecBytes.insert(vecBytes.end(), p, p + sizeof value);
+  };
+  (append(values), ...);
+}
+
+TEST(QXStaticWalk, ManyObjectsOfABucketOfManyRangesTakeNoSquare) {
+  constexpr int Count = 100000;
+  Bytes vecBytes = MakeWideUnitFile(3);
+  // Instead of the counts of levels, passes and objects, of the typed lists and of the textures: a level of empty
+  // ranges, and objects without any.
+  vecBytes.resize(vecBytes.size() - 24);
+  Append(vecBytes, 1, 0, Count);
+  for (int i = 0; i < Count; ++i) Append(vecBytes, 4, 0, char{0}, 0, 0);
+  Append(vecBytes, 0, Count);
+  for (int i = 0; i < Count; ++i) Append(vecBytes, 0, 0.0, 0.0, 0.0, 1.0, 0, 0, 0);
+  Append(vecBytes, 0, 0, 0);
+  QXStaticContents const contents = Walk(vecBytes);
+  EXPECT_EQ(contents.m_strFault, "");
+  EXPECT_EQ(contents.m_vecBuckets[1].at(0).m_nSubObjects, Count);
+}
+
 TEST(QXStaticWalk, FilesOfAllVersionsAreFollowed) {
   // The city of these files has an index past the vertices and, from 1.1 on, a sub-object past the indices.
   for (char const* szVersion : {"1.0", "1.1", "1.2", "1.3"}) {
@@ -262,6 +288,16 @@ TEST(QXStaticFile, WhatCannotBeReadIsToldWithAWayOut) {
   Bytes vecCut = MakeTriangleFile();
   vecCut.resize(60);
   expect(folder.Write("cut.qsg", vecCut), "byte 34: ");
+  // Each is 42 bytes and, when read, a thousand.
+  Bytes vecMany;
+  constexpr int Count = 100000;
+  Append(vecMany, 1.3, 0, 0, Count);
+  for (int i = 0; i < Count; ++i) {
+    Append(vecMany, 0, -1, 0, static_cast<unsigned short>(3));
+    vecMany.insert(vecMany.end(), 28, 0);
+  }
+  Append(vecMany, 0, 0, 0);
+  expect(folder.Write("many.qsg", vecMany), "smaller buckets than memory is spent on");
 }
 
 TEST(QXStaticFile, PlaceStandsInTheSceneBesideIt) {
