@@ -220,8 +220,9 @@ TEST_F(QXOgreBucketTexture, TransformsThatAPassKeepsAreAppliedWhenItIsDrawn) {
   AddMesh(-1.0F, 1.0F, L"a");
   Show(Merge(false));
   QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), GREEN_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), RED_PIXEL);
+  // One of the two alone would show the other colour at both.
+  EXPECT_EQ(picture.At(8, 32), GREEN_PIXEL);
+  EXPECT_EQ(picture.At(40, 32), RED_PIXEL);
 }
 
 TEST_F(QXOgreBucketMotion, ATextureSlidesByTheClock) {
@@ -324,6 +325,27 @@ TEST_F(QXOgreBucketTexture, TheWordsOfUnitsClampWhatTheTextureRepeats) {
   bucket.m_mapPasses.at(L"a")->m_nUnitWords[0] = UNIT_WORD_CLAMP_V;
   Show(bucket);
   EXPECT_EQ(PixelAt(40, 32), RED_PIXEL);
+}
+
+TEST_F(QXOgreBucketTexture, TheWordForTheSecondAxisClampsThatOne) {
+  // One column; the picture holds it twice from bottom to top.
+  QXTexture* const pTexture = NameTexture(L"column", TWO_TEXELS);
+  pTexture->SetTextureData(1, 2, NewBlock(TWO_TEXELS), 0, PF_A8R8G8B8);
+  pTexture->m_TextureData.SetBlockLength(TWO_TEXELS.size());
+  pTexture->LoadTexture(0, 0);
+  pTexture->SetTextureRepeatMode(1);
+  AddPass(m_mapPasses, L"a", {L"column"});
+  SetTexCoords(AddMesh(-1.0F, 1.0F, L"a").m_Vertices, 0, Layer(0, 2.0F, 2.0F), 4);
+  QXStaticGeometryBucket const& bucket = Merge(false);
+  Show(bucket);
+  QXPicture const repeated = Frame();
+  m_arrOperations.back()->SetVisible(0);
+  bucket.m_mapPasses.at(L"a")->m_nUnitWords[0] = UNIT_WORD_CLAMP_V;
+  Show(bucket);
+  QXPicture const clamped = Frame();
+  int nBeyond = 0;
+  for (unsigned int nRow : {8U, 24U, 40U, 56U}) nBeyond += repeated.At(32, nRow) == clamped.At(32, nRow) ? 0 : 1;
+  EXPECT_EQ(nBeyond, 1) << "of the second copy the half that begins anew";
 }
 
 TEST_F(QXOgreBucketTexture, ATextureOfTheDrawableServesThePassesWithoutOne) {
