@@ -5,9 +5,9 @@
 #include <QxGraphics3D/Export.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 
-// Values that a host fills and hands to QXTritonOceanGraphics3D. Order, types and defaults are the contract; what a field
-// means, and its unit, is settled between the plug-in and the water simulation that it wraps, which is why the fields are
-// numbered. A host that does not know them leaves the defaults alone.
+// Values that a host fills and hands to QXTritonOceanGraphics3D. Order, types and defaults are the contract; what a
+// field means, and its unit, is settled between the plug-in and the water simulation that it wraps, which is why the
+// fields are numbered. A host that does not know them leaves the defaults alone.
 
 namespace QXC {
 

@@ -21,8 +21,8 @@ class QXWaterImpactParameters;
 /// before each frame. The library calls none of it.
 ///
 /// Positions are world coordinates, lengths world units, angles radians, directions of wind and swell clockwise from
-/// north. Records of parameters are copied during the call. Disturbances are numbered from 1 by the ocean; a number that
-/// it does not know changes nothing.
+/// north. Records of parameters are copied during the call. Disturbances are numbered from 1 by the ocean; a number
+/// that it does not know changes nothing.
 ///
 /// Threads: the render thread, outside a frame. Failure: 0; a renderer that cannot do something leaves it out.
 class QXGRAPHICS3D_API QXTritonOceanGraphics3D {

@@ -9,8 +9,8 @@ namespace QXC {
 class QXMatrix4d;
 class QXRenderTarget;
 
-/// Base of a plug-in's classes for devices. The renderer holds one object for the display of QXGraphics3D::m_eHMDMode and
-/// drives it from its own operations of the same sense (InitializeVR, UpdateHMDPose, GetHMDPose, SubmitHMDFrame,
+/// Base of a plug-in's classes for devices. The renderer holds one object for the display of QXGraphics3D::m_eHMDMode
+/// and drives it from its own operations of the same sense (InitializeVR, UpdateHMDPose, GetHMDPose, SubmitHMDFrame,
 /// ReleaseVR); neither the library nor a host calls it.
 /// Threads: the render thread. Failure: 0; a device that went away answers as one that is not connected.
 class QXGRAPHICS3D_API QXVirtualReality {
@@ -28,8 +28,8 @@ public:
   virtual unsigned char Initialize() = 0;
   /// Reads head and controllers, once a frame before the targets are drawn.
   virtual void UpdatePose() = 0;
-  /// View and projection of an eye (0 left, 1 right) as UpdatePose read them, row vectors. 0 with both unchanged without
-  /// a device.
+  /// View and projection of an eye (0 left, 1 right) as UpdatePose read them, row vectors. 0 with both unchanged
+  /// without a device.
   virtual unsigned char GetEyeMatrices(int nEye, QXMatrix4d& matView, QXMatrix4d& matProjection) const = 0;
   /// Hands the pictures of both eyes to the device, once a frame after the targets were drawn. They stay the caller's.
   virtual void Submit(QXRenderTarget* pLeft, QXRenderTarget* pRight) = 0;

@@ -22,8 +22,8 @@ public:
   /// Removes all; meshes die with their last holder.
   virtual ~QXGeometryInstanceManager();
 
-  /// Stores a mesh, taken over, under a name, in the place of a former one, which its holders keep. Null stores nothing.
-  /// A mesh that stands under another name already, or is held elsewhere, is shared.
+  /// Stores a mesh, taken over, under a name, in the place of a former one, which its holders keep. Null stores
+  /// nothing. A mesh that stands under another name already, or is held elsewhere, is shared.
   /// @return  what the name holds afterwards
   QXROInstancePtr AddROInstance(QdcUnicodeString const& strName, QXRenderObjectInstance* pInstance);
   /// Null if there is none.

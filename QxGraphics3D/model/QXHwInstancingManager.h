@@ -20,13 +20,14 @@ struct QXColorValue3D;
 /// GetHwInstancingManager, null where the renderer has none. The library calls none of it.
 ///
 /// A host makes an instancing, gives it a mesh and adds placements: world matrices in double precision, row vectors,
-/// numbered from 0 in the order of their coming. The renderer makes them relative to the scene's origin before it narrows
-/// them, and culls them one by one or in groups. A matrix may be changed in every frame: nothing is sent before Update.
+/// numbered from 0 in the order of their coming. The renderer makes them relative to the scene's origin before it
+/// narrows them, and culls them one by one or in groups. A matrix may be changed in every frame: nothing is sent before
+/// Update.
 ///
-/// Ownership: instancings belong to the manager, and go with QXGraphics3D::ClearResource too, which frees the textures of
-///            their meshes. Meshes and matrices are copied before an operation returns.
-/// Failure:   an instancing that is not this manager's, null included, and numbers of placements that do not exist change
-///            nothing and give 0.
+/// Ownership: instancings belong to the manager, and go with QXGraphics3D::ClearResource too, which frees the textures
+///            of their meshes. Meshes and matrices are copied before an operation returns.
+/// Failure:   an instancing that is not this manager's, null included, and numbers of placements that do not exist
+///            change nothing and give 0.
 /// Threads:   the render thread, outside a frame.
 class QXGRAPHICS3D_API QXHwInstancingManager {
 public:
@@ -66,8 +67,8 @@ public:
   /// @return  0 with the matrix unchanged if there is no such placement
   virtual unsigned char GetPlacement(
       QXInstancing* pInstancing, unsigned int nPlacement, QXMatrix4d& matPlacement) const = 0;
-  /// Removes placements with their colours and identifiers; those behind move up and get lower numbers. As many as there
-  /// are, if nCount reaches past the last.
+  /// Removes placements with their colours and identifiers; those behind move up and get lower numbers. As many as
+  /// there are, if nCount reaches past the last.
   virtual void RemovePlacements(QXInstancing* pInstancing, unsigned int nFirst, unsigned int nCount) = 0;
   virtual unsigned int GetPlacementCount(QXInstancing* pInstancing) const = 0;
   /// 0: this place is left out; 1 is the default. The whole instancing is shown and hidden by QXInstancing::SetVisible.

@@ -9,8 +9,8 @@ namespace QXC {
 
 class QXRenderOperationInstance;
 
-/// One mesh at many places, drawn in as few operations as the device can. A plug-in derives from it; objects are made by
-/// QXHwInstancingManager::CreateInstancing and belong to that manager.
+/// One mesh at many places, drawn in as few operations as the device can. A plug-in derives from it; objects are made
+/// by QXHwInstancingManager::CreateInstancing and belong to that manager.
 /// Threads: the render thread, outside a frame.
 class QXGRAPHICS3D_API QXInstancing {
 public:
@@ -23,8 +23,8 @@ public:
 
   /// 1: drawn (the default). Base: nothing.
   virtual void SetVisible(unsigned char bVisible);
-  /// Places the mesh where the uses in m_arrInstances say, in their order, in place of what the manager was told before.
-  /// Called by hosts that keep their objects as such uses, after the list or a matrix has changed.
+  /// Places the mesh where the uses in m_arrInstances say, in their order, in place of what the manager was told
+  /// before. Called by hosts that keep their objects as such uses, after the list or a matrix has changed.
   virtual void UpdateInstances() = 0;
 
   /// Uses of the mesh, not owned; they live as long as they stand here.

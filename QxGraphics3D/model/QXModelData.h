@@ -38,8 +38,8 @@ public:
   void SetModelDataInfo(ModelDataInfo* pModelDataInfo);
   /// Null if there is none, or after it has died.
   QXModelManager* GetModelManager() const { return m_pModelManager; }
-  /// Tells the cache, which forgets the name of the model, and deletes the model. The object stays, empty, for those who
-  /// hold it; where nobody but the cache does, it is gone afterwards.
+  /// Tells the cache, which forgets the name of the model, and deletes the model. The object stays, empty, for those
+  /// who hold it; where nobody but the cache does, it is gone afterwards.
   void Release();
 
 protected:

@@ -17,9 +17,9 @@ class QXTexture;
 /// One mesh: geometry in memory at first, a drawable of the renderer from its first use on. Shared through
 /// QXROInstancePtr.
 ///
-/// Ownership: owns geometry and drawable. The textures are the renderer's; the host takes a reference for this object on
-///            each texture of the geometry, and the destructor gives it back, one for each place of the list. A texture
-///            that has left the renderer's texture manager meanwhile is left alone.
+/// Ownership: owns geometry and drawable. The textures are the renderer's; the host takes a reference for this object
+///            on each texture of the geometry, and the destructor gives it back, one for each place of the list. A
+///            texture that has left the renderer's texture manager meanwhile is left alone.
 /// Copying:   shallow, pointers as pointers. Both copies free what they hold, so null the pointers of one and empty its
 ///            list before it goes; sharing is for QXROInstancePtr.
 /// Threads:   the render thread. Failure: without a renderer there is no drawable.

@@ -57,8 +57,8 @@ public:
   /// SetBatchState: objects are the keys of m_mapSubObjects.
   /// Bad input: what is not whole is left out: an array shorter than the vertices, an index past them, a missing pass.
   /// @param arrLevelDistances  level n is drawn while the eye is at least arrLevelDistances[n] and less than
-  ///                           arrLevelDistances[n + 1] world units away from the bounds; an entry that is missing is
-  ///                           without limit. An empty array draws level 0 alone
+  ///                           arrLevelDistances[n + 1] world units away from the bounds, the last one without an
+  ///                           end. A level without an entry is not drawn. An empty array draws level 0 from anywhere
   virtual QXRenderOperation3D* CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
       QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) = 0;
   /// @param strTemplate  the renderer's name of the kind of particles, empty for plain ones

@@ -27,7 +27,8 @@ struct QXGRAPHICS3D_API QXBucketIndexPackage {
 
   /// The mesh's first vertex in the bucket. The merge adds it to each index.
   int m_nVertexStart = 0;
-  /// Which texture of a folded pass the mesh uses; the merge writes it as the fourth texture coordinate.
+  /// Which texture of a folded pass the mesh uses; the merge writes it as the fourth texture coordinate. While nothing
+  /// is folded it is 1, the last number of a homogeneous coordinate.
   float m_fTextureLayer = 1.0F;
   /// The mesh's indices by level of detail: entry n is for level n. Adding a mesh stores the one for level 0; a host
   /// with more levels appends theirs before the merge.

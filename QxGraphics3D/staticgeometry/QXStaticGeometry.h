@@ -76,7 +76,8 @@ public:
   /// @param matBase       the base frame in the world; near the meshes, since floats lose 0.5 mm at 16 km
   /// @param bNoTransform  not 0: the vertices are in the base frame already and copied as they are, texture
   ///                      coordinates included; only unit 0 of polylines is transformed all the same
-  /// Failure: the allocator's exception.
+  /// Failure: the allocator's exception. Buckets may then be half merged, though nothing in them is unfilled memory;
+  ///          the geometry can only be destroyed.
   /// Cost: one pass over the meshes; each array is allocated once at its final size.
   void AssignStaticGeometry(QXMatrix4d matBase, unsigned char bNoTransform);
 
@@ -89,9 +90,9 @@ public:
   /// Further units of a pass that joins are lost; those of a master stay, and the new ones come behind them, so that
   /// its layers and units no longer agree.
   ///
-  /// Left alone are passes whose fixed-function mode (QXPass::GetPFFMode) is 1, whose first texture is of the file type
-  /// that travels as raw bytes, and passes without units. Call it after the meshes are added and before they are
-  /// merged.
+  /// Left alone are passes whose fixed-function mode (QXPass::GetPFFMode) is 1, whose first texture is a GIF, which may
+  /// be an animation with a texture object of its own, and passes without units. Call it after the meshes are added and
+  /// before they are merged.
   /// @param nA, nB  printed into the master's new name, "FirTex_nA_nB_address_" ("SecTex_" for pairs) before its own,
   ///                and nothing else. The address is the bucket's: the name differs from run to run, the key stays.
   /// Failure: the allocator's exception. The geometry can then only be destroyed.
@@ -101,14 +102,17 @@ public:
   /// Appends what SaveVecData wrote to what is here; a texture name that m_mapTextureSpheres has gets the file's
   /// spheres instead. The bounding sphere and the local view matrix are not in the file: call GetBoundingSphere(1).
   /// @param fVersion  not looked at: the file says its version, which becomes m_dVersion
-  /// @return 1; 0 when the stream ends, a bucket in it is wrong or memory runs out. What was read before stays.
+  /// @return 1; 0 when the stream ends, a count or a bucket in it is wrong or memory runs out. What was read before
+  ///         stays, whole buckets and textures only. Indices are not compared with the vertices.
+  /// Cost: one call of the stream an array; memory below 64 MiB and eight times what was left of the stream.
   unsigned char LoadVecData(QXStream& stream, float fVersion);
   /// Writes the merged buckets. All sections are written whatever m_dVersion says, and the number itself is written:
   /// after loading an older file call SetVersion(1.3) first, or nobody reads the result.
   /// @param fVersion  not looked at
   /// @return 1; 0 with nothing written if there is no bucket in any list, and 0 if the stream fails
   unsigned char SaveVecData(QXStream& stream, float fVersion);
-  /// Bytes that SaveVecData needs at most; see QXStaticGeometryBucket::GetDataSize.
+  /// Bytes to reserve for SaveVecData, with the surplus of each bucket (QXStaticGeometryBucket::GetDataSize) and
+  /// texture names counted as one byte a character. The greatest int for what is beyond it.
   int GetDataSize();
 
   double GetVersion() const;
@@ -129,7 +133,7 @@ public:
 
   // The four lists are always visited in this order.
 
-  /// At most one bucket, of the meshes with more than 65,535 vertices.
+  /// Of the meshes with more than 65,535 vertices, at most one bucket; each load appends those of its file.
   std::vector<QXStaticGeometryBucket*> m_vecBuckets32;
   /// Buckets of at most 65,535 vertices.
   std::vector<QXStaticGeometryBucket*> m_vecBuckets16;

@@ -47,8 +47,8 @@ struct QXGRAPHICS3D_API QXStaticGeometryBucket {
   /// its place: take such a bucket out of its list before saving.
   /// @param dVersion  not looked at: the newest form is written
   void Save(QXStream& stream, double dVersion);
-  /// Bytes that Save needs at most; 0 without a package. Text is counted as one byte a character, and the vertex
-  /// package as GetVertexPackageSize does, which is at least 4 more than is written.
+  /// Bytes to reserve for Save; 0 without a package. The vertex package counts as in GetVertexPackageSize, at least 4
+  /// more than is written, but the keys of passes count one byte a character: many that are not ASCII need more.
   int GetDataSize();
 
   /// The vertices, owned. While gathering it holds what the merge allocates: the sums of the vertices, normals, colours

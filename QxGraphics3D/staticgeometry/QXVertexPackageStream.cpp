@@ -51,8 +51,8 @@ void Widen(unsigned int nColor, float* pNumbers) {
   for (int i = 0; i < 4; ++i) pNumbers[i] = static_cast<float>(arrChannels[i] / 255.0);
 }
 
-// Truncates, and yet every channel that Widen wrote comes back: a channel's quotient repeats its eight bits for ever, so
-// the bit behind a float's 24 is a one and all quotients but 0 are rounded up.
+// Truncates, and yet every channel that Widen wrote comes back: a channel's quotient repeats its eight bits for ever,
+// so the bit behind a float's 24 is a one and all quotients but 0 are rounded up.
 unsigned int Narrow(float const* pNumbers) {
   unsigned char arrChannels[4];
   for (int i = 0; i < 4; ++i) arrChannels[i] = static_cast<unsigned char>(QDC::ToInt(pNumbers[i] * 255.0));

@@ -21,8 +21,8 @@ class QXStream;
 /// Reads a package. Arrays that the layout has replace those in the package, which are freed; the others stay.
 /// @param bWide  0: plain layout; else wide
 /// @return 1, or 0 when the stream ends or is bad before the package is whole, when a count is beyond what the stream
-///         still holds, when items have no numbers, when there are more than 8 units, or when memory runs out. Arrays that
-///         were read before stay in the package, which can be used and destroyed.
+///         still holds, when items have no numbers, when there are more than 8 units, or when memory runs out. Arrays
+///         that were read before stay in the package, which can be used and destroyed.
 /// Cost: one call of the stream an array, into memory that is not filled before; wide colours in blocks of 128.
 QXGRAPHICS3D_API unsigned char LoadVertexPackage(QXVertexDataPackage& package, QXStream& stream, unsigned char bWide);
 /// The same; 0 for a null package.

@@ -20,8 +20,8 @@ class QXNullScene;
 class QXNullUniformBuffer;
 
 /// A whole renderer without a device, for tests of hosts and libraries and as the start of a plug-in: scenes, targets,
-/// cameras and drawables exist and follow every rule of QXGraphics3D, frames run, cameras cull and count, and nothing is
-/// ever drawn. Targets read back what was cleared. QXRecordingGraphics3D is the same with a log.
+/// cameras and drawables exist and follow every rule of QXGraphics3D, frames run, cameras cull and count, and nothing
+/// is ever drawn. Targets read back what was cleared. QXRecordingGraphics3D is the same with a log.
 /// Everything made before Initialize, a name that is empty or taken, an unknown scene and a size of 0 or past 16384 are
 /// refused with a reason in GetErrorText, so that a host's mistake shows here and not first on a device.
 class QXNullGraphics3D : public QXNullDevice {

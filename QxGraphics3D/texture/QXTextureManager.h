@@ -63,8 +63,8 @@ public:
   /// The argument only gives the name. Null and an unknown name are ignored, and with an empty cache the texture is not
   /// even looked at: after Release, users still give textures back that are gone.
   void RemoveTexture(QXTexture* pTexture, unsigned char bDeleteEntry);
-  /// 1 if the name stands for this very texture, which is not looked at: who shares a texture asks before giving it back
-  /// whether another user's return has ended it already. Cost: that of a look-up by name.
+  /// 1 if the name stands for this very texture, which is not looked at: who shares a texture asks before giving it
+  /// back whether another user's return has ended it already. Cost: that of a look-up by name.
   unsigned char HoldsTexture(QdcUnicodeString const& strName, QXTexture const* pTexture) const;
   /// Takes a texture over until DeleteUnusedTextures and sets the caller's pointer to null. Lock held by the caller.
   void AddUnusedTextures(QXTexture*& pTexture);

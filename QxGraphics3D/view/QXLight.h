@@ -38,8 +38,8 @@ public:
   /// Whole angle beyond which there is no light, in radians.
   double GetSpotlightOuterAngle() const { return m_dSpotlightOuterAngle; }
   void SetSpotlightOuterAngle(double dAngle) { m_dSpotlightOuterAngle = dAngle; }
-  /// All three at once, only for LIGHT_SPOTLIGHT: a light of another type stays as it is, so that hosts may hand one set
-  /// of values to all their lights.
+  /// All three at once, only for LIGHT_SPOTLIGHT: a light of another type stays as it is, so that hosts may hand one
+  /// set of values to all their lights.
   void SetSpotlightRange(double dInner, double dOuter, double dFalloff);
 
   QXColorValue3D const& GetDiffuseColour() const { return m_DiffuseColour; }

@@ -148,8 +148,8 @@ void QXLabelGlyphs::HoldSome(QXC::QXTextureFontManager& manager, StyleKey const&
     Merge(bWide ? losses.m_mapWide : (bDrawn ? losses.m_mapWithoutPlace : losses.m_mapUnknown), character, nLine);
     bFull = bFull || bDrawn;
   }
-  // The manager keeps the pictures even of what has no place, until an upload: tens of thousands of large ones would take
-  // gigabytes.
+  // The manager keeps the pictures even of what has no place, until an upload: tens of thousands of large ones would
+  // take gigabytes.
   if (bFull) manager.AddCharBitmapToTexture();
 }
 

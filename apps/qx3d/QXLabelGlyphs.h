@@ -31,8 +31,8 @@ public:
   QXLabelGlyphs(QXLabelGlyphs const&) = delete;
   QXLabelGlyphs& operator=(QXLabelGlyphs const&) = delete;
 
-  /// Asks the atlas for all of them. Characters that it cannot give and fonts that are not there are told, each kind once
-  /// for all labels, at the line of the first.
+  /// Asks the atlas for all of them. Characters that it cannot give and fonts that are not there are told, each kind
+  /// once for all labels, at the line of the first.
   void Take(QXC::QXTextureFontManager& manager, std::vector<QXSceneLabel> const& vecLabels, QXSceneProblems& problems);
   /// Lays one of these labels out, without the characters that were told.
   void LayOut(QXSceneLabel const& label, QXC::QXTextLayout& layout) const;

@@ -20,9 +20,9 @@ namespace QXApp {
 class QXModelColors;
 class QXTextureChoice;
 
-/// Positions, normals and colours of a mesh with one range of triangles, in the mesh's own frame. One with a texture has
-/// coordinates of unit 0 with four numbers a vertex: the place on the texture, a zero, and room for the number by which
-/// a vertex of merged meshes finds its texture among several.
+/// Positions, normals and colours of a mesh with one range of triangles, in the mesh's own frame. One with a texture
+/// has coordinates of unit 0 with four numbers a vertex: the place on the texture, a zero, and room for the number by
+/// which a vertex of merged meshes finds its texture among several.
 struct QXReadyMesh {
   std::unique_ptr<QXC::QXVertexDataPackage> m_pVertices;
   /// 16 bits up to 65,535 vertices, 32 above. Without a triangle for a mesh that shows nothing.
@@ -35,12 +35,12 @@ struct QXReadyMesh {
 QXReadyMesh MakeReadyMesh(QXC::QXModelMesh const& mesh, QXC::QXMatrix4d const& matNode, QXModelColors const& colors,
     QXTextureChoice const& texture);
 
-/// Whether a matrix moves, turns and scales by one factor for all axes, without a mirror: such a matrix may turn normals
-/// as it turns positions.
+/// Whether a matrix moves, turns and scales by one factor for all axes, without a mirror: such a matrix may turn
+/// normals as it turns positions.
 bool IsSimilarity(QXC::QXMatrix4d const& mat);
 
-/// A copy in the directions of the world, relative to an origin. Normals stay upright under uneven scales, and triangles
-/// keep their front under a mirror.
+/// A copy in the directions of the world, relative to an origin. Normals stay upright under uneven scales, and
+/// triangles keep their front under a mirror.
 QXReadyMesh PlaceReadyMesh(QXReadyMesh const& mesh, QXC::QXMatrix4d const& matWorld, QXC::QXVector3d const& vecOrigin);
 
 /// A drawable of one placed mesh.

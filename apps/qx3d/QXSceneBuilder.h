@@ -103,9 +103,10 @@ struct QXScene {
 /// Pictures: their transforms and mirrored repetitions go into the texture coordinates. A texture repeats or keeps to
 /// its edge on both axes alike; where a mesh asks for one of each, the axis decides on which it leaves the picture.
 ///
-/// Colours: material times vertex colour times picture. A mesh with neither is coloured by its faces: ground where it is
-/// level and low, roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is mixed
-/// with a light paper tone. All of this is decided by the model alone, so that it looks alike wherever it is placed.
+/// Colours: material times vertex colour times picture. A mesh with neither is coloured by its faces: ground where it
+/// is level and low, roof where it looks up, wall elsewhere. If every colour that the file states is dark, each is
+/// mixed with a light paper tone. All of this is decided by the model alone, so that it looks alike wherever it is
+/// placed.
 ///
 /// @param vecMerged  geometries that are merged already, which the scene takes over with their places
 /// @param others     bounds of what stands in the scene besides, part of its core; a null box for nothing
@@ -119,7 +120,8 @@ QXScene BuildScene(QXC::ModelDataInfo const& model, QXModelPictures const& pictu
     QXMergeOptions const& options = QXMergeOptions());
 
 /// How wide a cell of a scene is, whose meshes share a base frame: 64 km, in which floats still have steps of 4 mm, and
-/// that scenes of a city or a county do not leave; more where a scene is so wide that this gave thousands of geometries.
+/// that scenes of a city or a county do not leave; more where a scene is so wide that this gave thousands of
+/// geometries.
 double GetCellSize(QXC::QXBoundingBox const& bounds);
 
 /// Radius of the ground of a scene: far behind the edges of every first view.

@@ -19,8 +19,8 @@ struct QXSceneModel {
   /// As the scene file's folder completes it.
   std::string m_strFile;
   QXC::QXVector3d m_vecPosition;
-  /// Degrees. The heading is clockwise seen from above; a positive pitch lifts what points to +y, a positive roll lowers
-  /// what points to +x.
+  /// Degrees. The heading is clockwise seen from above; a positive pitch lifts what points to +y, a positive roll
+  /// lowers what points to +x.
   double m_dHeading = 0.0;
   double m_dPitch = 0.0;
   double m_dRoll = 0.0;
@@ -179,7 +179,8 @@ bool IsStaticName(std::string const& strPath);
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems);
 
 /// Reads a scene file and looks whether the files that it names are there.
-/// @param vecProblems  gets one line for each problem, with path, line and what to do; the scene is good if there is none
+/// @param vecProblems  gets one line for each problem, with path, line and what to do; the scene is good if there is
+///                     none
 QXSceneFile ReadSceneFile(std::string const& strPath, std::vector<std::string>& vecProblems);
 
 }  // namespace QXApp

@@ -21,8 +21,8 @@ std::unique_ptr<QXC::QXStaticGeometry> LoadStaticFile(std::string const& strPath
 /// Why there is nothing to read, before any byte is: no such file, a folder, an empty one. Without the path.
 std::string CheckStaticFile(std::string const& strPath);
 
-/// Where the coordinates of a file stand in the world: what the scene beside it says, PATH.qxscene, which baking writes;
-/// the origin without one.
+/// Where the coordinates of a file stand in the world: what the scene beside it says, PATH.qxscene, which baking
+/// writes; the origin without one.
 /// @param vecProblems  gets why a scene that is there cannot be read, whose place must not be lost in silence
 QXC::QXVector3d ReadStaticPlace(std::string const& strPath, std::vector<std::string>& vecProblems);
 std::string GetStaticSceneName(std::string const& strPath);

@@ -86,9 +86,9 @@ z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which 
 down, and else OBJ has y up and the others z, unless --up tells.)";
 
 constexpr char const* InspectFooter =
-    R"(Of an image are printed the type by name and by content, the size and depth in the file, the pixel format, size and levels of
-a texture that loads it, and how many pixels let something through. A file whose bytes are of another type than its
-name says is not read; the message tells which type they are.
+    R"(Of an image are printed the type by name and by content, the size and depth in the file, the pixel format, size
+and levels of a texture that loads it, and how many pixels let something through. A file whose bytes are of another
+type than its name says is not read; the message tells which type they are.
 
 Of a file of static geometry are printed its version, its buckets with their levels, passes and bounds, the spheres of
 its textures, and its sizes. All of it is looked at: counts, indices, positions. The first fault is told with the offset
@@ -97,8 +97,8 @@ of its byte.
 The exit status is 0 only for an image that loads and a file without a fault.)";
 
 constexpr char const* BakeFooter =
-    R"(Models, the buildings of map data and what scenes place are merged into one file of static geometry, which is read as
-fast as the disk allows and drawn in a few operations. Labels and icons are not part of it.
+    R"(Models, the buildings of map data and what scenes place are merged into one file of static geometry, which is
+read as fast as the disk allows and drawn in a few operations. Labels and icons are not part of it.
 
 The pictures on the models go into a folder beside the file, OUT.textures, and where its coordinates stand in the world
 goes into a scene, OUT.qxscene. Keep the three together; 'qx3d view OUT' finds them, and a scene places the file with a

@@ -1,9 +1,10 @@
 // Look-ups of a model by an 81-character path: what each placement of a scene with many models costs at least.
 //
 // Every case times three passes over the same names in turn: the manager's look-up with its shared pointer, one full
-// comparison of each name with the equal key in the dictionary (what any look-up must do at least), and the dictionary's
-// own look-up. The quickest pass of each counts, since other programs only ever add to one; time is that of the thread.
-// Names and keys are different strings in memory, as a host's are. The answers are checked before anything is timed.
+// comparison of each name with the equal key in the dictionary (what any look-up must do at least), and the
+// dictionary's own look-up. The quickest pass of each counts, since other programs only ever add to one; time is that
+// of the thread. Names and keys are different strings in memory, as a host's are. The answers are checked before
+// anything is timed.
 //
 // "asked" is the number of different names: 500 as of one scene, again and again and in no order; 0 all names in the
 // order of the dictionary; all 20,000 in no order, where names, keys and nodes come from far memory. "comparisons" is

@@ -42,8 +42,8 @@ struct QXOgreSurface {
   /// Ogre::SceneBlendFactor of what is drawn and of what was there, where it is transparent.
   int m_eSourceFactor = 7;
   int m_eDestFactor = 9;
-  /// The coordinate set that each texture reads ('0' to '7', 'A' to 'H' for a stack of layers), in the order in which textures are multiplied with the
-  /// colour; empty without textures. Which textures they are the renderable knows.
+  /// The coordinate set that each texture reads ('0' to '7', 'A' to 'H' for a stack of layers), in the order in which
+  /// textures are multiplied with the colour; empty without textures. Which textures they are the renderable knows.
   std::string m_strCoordSets;
 
   // The check takes the zero inside the comparison that the compiler writes for a pointer.

@@ -19,8 +19,8 @@ constexpr char TRANSFORM_DECLARATIONS[] = "uniform vec4 textureU#;\nuniform vec4
 constexpr char PLACE_OUT[] = "out vec3 place%;\n";
 constexpr char PLACE_IN[] = "in vec3 place%;\n";
 constexpr char VERTEX_LINE[] = "  place% = vec3(dot(textureU#, @), dot(textureV#, @), @.z);\n";
-/// Static geometry multiplies (u, v, 1) with the transforms that it calculates into coordinates, and so do those that it
-/// leaves to the renderer. The fourth number is no coordinate there.
+/// Static geometry multiplies (u, v, 1) with the transforms that it calculates into coordinates, and so do those that
+/// it leaves to the renderer. The fourth number is no coordinate there.
 constexpr char PASS_LINE[] = "  vec4 at# = vec4(@.xy, 1.0, 1.0);\n"
                              "  place% = vec3(dot(textureU#, at#), dot(textureV#, at#), @.z);\n";
 constexpr char LAYER_LINES[] = "  layer = floor(@.w + 0.5);\n";
@@ -132,8 +132,8 @@ char const* AlphaTestOf(int eFunction) {
 
 }  // namespace
 
-/// Hands on, for each texture, the transformed coordinates of its set; the layer of a stack is a coordinate that nothing
-/// transforms.
+/// Hands on, for each texture, the transformed coordinates of its set; the layer of a stack is a coordinate that
+/// nothing transforms.
 std::string MakeVertexSource(QXOgreVariant const& variant) {
   std::string const& strSets = variant.m_strCoordSets;
   bool const bFolded = IsFolded(variant);

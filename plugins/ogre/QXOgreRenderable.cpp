@@ -157,7 +157,8 @@ void QXOgreRenderable::TellProgram(std::size_t nTexture) {
   double const dOffsetV = bReversed ? 1.0 - vecOffset.y : vecOffset.y;
   setCustomParameter(nFirst, Column(binding.m_matTexture, 0, vecScale.x, vecOffset.x));
   setCustomParameter(nFirst + 1, Column(binding.m_matTexture, 1, dScaleV, dOffsetV));
-  // What is not blended is drawn as if it had no alpha: pictures keep it otherwise, and show through where they are put.
+  // What is not blended is drawn as if it had no alpha: pictures keep it otherwise, and show through where they are
+  // put.
   float const fDivide = bTransparent && bPremultiplied ? 1.0F : 0.0F;
   setCustomParameter(nFirst + 2, Ogre::Vector4(bTransparent ? 0.0F : 1.0F, fDivide, 0.0F, 0.0F));
 }

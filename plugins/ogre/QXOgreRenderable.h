@@ -41,8 +41,8 @@ struct QXOgreBinding {
 
 /// Where what is drawn stands, in the view that is being drawn.
 struct QXOgrePlace {
-  /// From the buffers to the eye: it is multiplied in double and narrowed once, so the view matrix that OGRE has in float
-  /// is left out.
+  /// From the buffers to the eye: it is multiplied in double and narrowed once, so the view matrix that OGRE has in
+  /// float is left out.
   Ogre::Matrix4 m_matToEye = Ogre::Matrix4::IDENTITY;
   /// How far in front of the eye, along the view: the order in which transparent things are blended. Not the distance,
   /// which puts what lies at the side of a parallel view behind what it covers.

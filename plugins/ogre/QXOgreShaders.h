@@ -113,8 +113,9 @@ inline constexpr char QX_OGRE_PASS_SHADER_END[] = R"glsl(
 /// before it as the normal, the one after it as the first set of coordinates; at an end the point itself. The corner
 /// moves sideways from the point, where two parts meet along the line that halves their angle, as far as that takes up
 /// to twice the half width. The direction on the screen is the derivative of the projection, which keeps its sign when
-/// the line passes the eye, as the difference of two projected points does not. A point behind the eye first moves along
-/// the line to where that comes into sight: the two sides of a line change places at the eye, and triangles do not.
+/// the line passes the eye, as the difference of two projected points does not. A point behind the eye first moves
+/// along the line to where that comes into sight: the two sides of a line change places at the eye, and triangles do
+/// not.
 inline constexpr char QX_OGRE_LINE_SHADER[] = R"glsl(
 uniform mat4 worldViewProj;
 uniform vec4 viewport;

@@ -15,8 +15,8 @@
 namespace QXC {
 namespace {
 
-/// The characters of boxes: the box of the number g is 2 g pixels wide and 14 high at 15 points, begins one pixel behind
-/// the pen, stands on the baseline and moves the pen by 2 g + 2.
+/// The characters of boxes: the box of the number g is 2 g pixels wide and 14 high at 15 points, begins one pixel
+/// behind the pen, stands on the baseline and moves the pen by 2 g + 2.
 QdcUnicodeString Boxes(std::vector<int> const& arrNumbers) {
   QdcUnicodeString strText;
   for (int const n : arrNumbers) strText += QdcUnicodeString(std::wstring(1, static_cast<wchar_t>(0x4DFF + n)).c_str());

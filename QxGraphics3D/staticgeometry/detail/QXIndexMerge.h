@@ -1,6 +1,6 @@
 /// @file
-/// Copies the indices of the meshes of a bucket into its merged arrays, and transforms the texture coordinates that they
-/// use.
+/// Copies the indices of the meshes of a bucket into its merged arrays, and transforms the texture coordinates that
+/// they use.
 #pragma once
 
 #include <QxGraphics3D/staticgeometry/detail/QXArrayWriter.h>

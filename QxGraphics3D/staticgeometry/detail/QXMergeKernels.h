@@ -57,8 +57,8 @@ inline void Prefetch(void const* p) {
 }
 
 /// What is read after a loop, fetched while the loop computes: memory does not rest meanwhile, and the arrays of meshes
-/// are too short for the processor to foresee where the next one begins. As far behind each address as the loop has come
-/// in its own source.
+/// are too short for the processor to foresee where the next one begins. As far behind each address as the loop has
+/// come in its own source.
 struct QXAhead {
   void const* m_pFirst;
   void const* m_pSecond;

@@ -43,8 +43,8 @@ QX_AVX2 inline __m256d Normalize(__m256d vector) {
   return _mm256_div_pd(vector, _mm256_blendv_pd(_mm256_set1_pd(1.0), length, positive));
 }
 
-/// Reads and writes four numbers a point, the fourth being the next point's first: the last point of an array is left to
-/// the caller. Stores run forwards, so the next point puts its first number right.
+/// Reads and writes four numbers a point, the fourth being the next point's first: the last point of an array is left
+/// to the caller. Stores run forwards, so the next point puts its first number right.
 template <bool bNormalize>
 QX_AVX2 inline void TransformThrees(
     Rows const& rows, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {

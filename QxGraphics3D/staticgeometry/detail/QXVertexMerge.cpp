@@ -155,7 +155,8 @@ void QXVertexMerge::CopyNormals(QXVertexDataPackage const& mesh, QXMatrix4d cons
   }
 }
 
-/// The cursor runs by what the mesh brings: a mesh with fewer colours than vertices moves the colours of all later ones.
+/// The cursor runs by what the mesh brings: a mesh with fewer colours than vertices moves the colours of all later
+/// ones.
 void QXVertexMerge::CopyColors(unsigned int const* pColors, std::size_t nColors, std::size_t nVertices, Words& writer) {
   if (nColors == 0)
     writer.Fill(kOpaqueWhite, nVertices);

@@ -35,8 +35,8 @@ struct Place {
   bool IsEnd() const { return m_bStop || IsTooLong(); }
 };
 
-/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none. They end where
-/// a token is too long, too.
+/// Goes through the bytes and counts lines in a place that all its copies share: the parser tells of none. They end
+/// where a token is too long, too.
 class LineIterator {
 public:
   using iterator_category = std::input_iterator_tag;

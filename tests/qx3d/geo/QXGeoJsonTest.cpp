@@ -164,7 +164,8 @@ std::string NamedPoint(std::string const& strMember) {
 
 TEST(QXGeoJson, AFeatureOfManyValuesIsRefused) {
   EXPECT_EQ(QXGeoJsonLimits().m_nValues, 8000000u);
-  // Each has 17 besides, and the collection 6 around them: its object, two names, an array, and a text that counts for 2.
+  // Each has 17 besides, and the collection 6 around them: its object, two names, an array, and a text that counts for
+  // 2.
   std::string const strMost = NamedPoint(Numbers(1000));
   std::string const strText = Collection(strMost + "," + strMost);
   std::size_t nLimit = 1000;

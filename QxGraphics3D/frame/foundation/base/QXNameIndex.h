@@ -11,8 +11,8 @@
 namespace QXC {
 
 /// Finds the place of a name in an ordered container with one hash and one comparison, however many names there are,
-/// and without allocating. In the container alone each look-up compares the name with some fifteen long paths that begin
-/// alike.
+/// and without allocating. In the container alone each look-up compares the name with some fifteen long paths that
+/// begin alike.
 ///
 /// The container is the truth: its owner enters every place that comes and takes out every place that goes. The texts
 /// stay the container's and must not move or change while they stand here, as keys of nodes do not.
@@ -22,8 +22,8 @@ namespace QXC {
 template <class Place>
 class QXNameIndex {
 public:
-  /// Null if there is none; valid until the next name comes or goes. A text counts up to its first zero, as it does when
-  /// names are compared.
+  /// Null if there is none; valid until the next name comes or goes. A text counts up to its first zero, as it does
+  /// when names are compared.
   Place const* Find(QdcUnicodeString const& strName) const;
 
   /// Makes room for so many names, those that stand here included. Failure: bad_alloc before anything has changed.

@@ -69,13 +69,12 @@ public:
   void SetEffect(QXTextureEffect const& effect);
   void RemoveAllEffects();
 
-  /// Replaces the unit by what Save wrote; of two effects of one type the later counts, and more
-  /// than 16 are refused.
+  /// Replaces the unit by what Save wrote; of two effects of one type the later counts, and more than 16 are refused.
   /// @return  0 if the stream ended early or makes no sense; the unit is then as it was
   /// Failure: the allocator's exception; memory only as far as the bytes that remain could fill it.
   unsigned char Load(QXStream& stream);
-  /// Writes GetDataSize bytes: the transform, the filters, the effects in the order of their types and the texture's
-  /// name, not its pixels.
+  /// Writes GetDataSize bytes: the texture's name, not its pixels, the transform, the filters and the effects in the
+  /// order of their types.
   void Save(QXStream& stream) const;
   /// Bytes that Save writes.
   int GetDataSize() const;
