@@ -17,6 +17,7 @@ enum LightTypes : int {
 };
 
 /// What a renderer needs to know of a light: a host fills it, the plug-in reads it. A value; nothing is checked.
+/// Numbers of a new light are 0, attenuation and power scale included, which means that nobody has set them.
 class QXGRAPHICS3D_API QXLight {
 public:
   /// White light without a place, whose type wants setting: until then it is LIGHT_POINT.
