@@ -1,6 +1,6 @@
 #include <apps/qx3d/QXSceneFile.h>
 
-#include <apps/qx3d/QXSceneValue.h>
+#include <apps/qx3d/QXSceneSections.h>
 #include <apps/qx3d/QXWholeFile.h>
 #include <apps/qx3d/geo/QXGeoNames.h>
 
@@ -17,428 +17,11 @@ namespace {
 /// A hundred thousand icons with comments have a tenth of it.
 constexpr std::uintmax_t MaxFileMiB = 128;
 
-/// The scene while its file is read.
-struct Draft {
-  QXSceneFile m_Scene;
-  QXSceneProblems& m_Problems;
-  /// Of the value that is taken over.
-  int m_nLine = 0;
-
-  std::string Complete(std::string const& strName) const {
-    return (std::filesystem::path(m_Scene.m_strPath).parent_path() / strName).string();
-  }
-  QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
-  QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
-  QXSceneSymbol& GetSymbol() { return m_Scene.m_vecSymbols.back(); }
-  QXSceneStatic& GetStatic() { return m_Scene.m_vecStatics.back(); }
-  QXSceneData& GetData() { return m_Scene.m_vecData.back(); }
-  /// The label of the section, or the style of its many labels.
-  QXSceneLabel& GetLabel() { return m_bData ? GetData().m_Style : m_Scene.m_vecLabels.back(); }
-  bool m_bData = false;
-};
-
-/// Takes a value over. @return  empty, or what was expected
-using SetFunction = std::string (*)(Draft& draft, std::string const& strValue);
-
-struct Key {
-  char const* m_szName;
-  bool m_bRequired;
-  SetFunction m_pSet;
-  /// Another key that may stand in its place.
-  char const* m_szInstead = nullptr;
-};
-
-/// A kind of section. Adding one to the format is an entry in the table below.
-struct Section {
-  char const* m_szName;
-  /// Whether the file may hold many of it.
-  bool m_bMany;
-  /// Makes what the keys are set on. @return  empty, or why there can be none
-  std::string (*m_pBegin)(Draft& draft, int nLine);
-  /// Looks at the keys together. @return  empty, or what is wrong with them
-  std::string (*m_pEnd)(Draft& draft);
-  std::vector<Key> m_vecKeys;
-};
-
-template <class T>
-std::string AppendPlaced(std::vector<T>& vecPlaced, int nLine) {
-  if (vecPlaced.size() == MaxScenePlacements)
-    return "a scene has at most " + std::to_string(MaxScenePlacements) +
-           " of these; this one and all further ones are left out, so make two scenes of it";
-  vecPlaced.emplace_back();
-  vecPlaced.back().m_nLine = nLine;
-  return std::string();
-}
-
-std::string SetAngle(std::string const& strValue, double& dAngle) {
-  return ReadNumber(strValue, -360.0, 360.0, dAngle);
-}
-
-std::string NothingToDo(Draft&) {
-  return std::string();
-}
-
-Section MakeSceneSection() {
-  auto const setBackground = [](Draft& draft, std::string const& strValue) {
-    draft.m_Scene.m_bBackground = true;
-    return ReadColor(strValue, draft.m_Scene.m_nBackground);
-  };
-  auto const setGround = [](Draft& draft, std::string const& strValue) {
-    return ReadYesNo(strValue, draft.m_Scene.m_bGround);
-  };
-  return {"scene", false, [](Draft&, int) { return std::string(); }, NothingToDo,
-      {{"background", false, setBackground}, {"ground", false, setGround}}};
-}
-
-std::string BeginCamera(Draft& draft, int nLine) {
-  draft.m_Scene.m_Camera.m_nLine = nLine;
-  return std::string();
-}
-
-std::string EndCamera(Draft& draft) {
-  QXSceneCamera const& camera = draft.m_Scene.m_Camera;
-  if (camera.m_bEye && camera.m_bLook && camera.m_vecEye == camera.m_vecLook)
-    return "eye and look are the same point; move one of them";
-  return std::string();
-}
-
-Section MakeCameraSection() {
-  auto const setEye = [](Draft& draft, std::string const& strValue) {
-    draft.m_Scene.m_Camera.m_bEye = true;
-    return ReadPosition(strValue, draft.m_Scene.m_Camera.m_vecEye);
-  };
-  auto const setLook = [](Draft& draft, std::string const& strValue) {
-    draft.m_Scene.m_Camera.m_bLook = true;
-    return ReadPosition(strValue, draft.m_Scene.m_Camera.m_vecLook);
-  };
-  auto const setFov = [](Draft& draft, std::string const& strValue) {
-    return ReadNumber(strValue, 1.0, 150.0, draft.m_Scene.m_Camera.m_dFieldOfView);
-  };
-  return {"camera", false, BeginCamera, EndCamera,
-      {{"eye", false, setEye}, {"look", false, setLook}, {"field-of-view", false, setFov}}};
-}
-
-std::string BeginModel(Draft& draft, int nLine) {
-  return AppendPlaced(draft.m_Scene.m_vecModels, nLine);
-}
-
-std::string SetModelFile(Draft& draft, std::string const& strValue) {
-  if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a scene holds no scenes; name a model";
-  if (IsGeoName(strValue)) return "'" + strValue + "' is map data; name it in a section [data]";
-  if (IsStaticName(strValue)) return "'" + strValue + "' is static geometry; name it in a section [static]";
-  draft.GetModel().m_strFile = draft.Complete(strValue);
-  draft.GetModel().m_nLine = draft.m_nLine;
-  return std::string();
-}
-
-std::string SetUp(std::string const& strValue, UpAxis& eUp) {
-  std::size_t nWord = 0;
-  std::string const strProblem = ReadWord(strValue, {"auto", "y", "z"}, nWord);
-  eUp = nWord == 0 ? UpAxis::Auto : (nWord == 1 ? UpAxis::Y : UpAxis::Z);
-  return strProblem;
-}
-
-std::string SetModelUp(Draft& draft, std::string const& strValue) {
-  return SetUp(strValue, draft.GetModel().m_eUp);
-}
-
-Section MakeModelSection() {
-  auto const setPosition = [](Draft& draft, std::string const& strValue) {
-    return ReadPosition(strValue, draft.GetModel().m_vecPosition);
-  };
-  auto const setHeading = [](Draft& draft, std::string const& strValue) {
-    return SetAngle(strValue, draft.GetModel().m_dHeading);
-  };
-  auto const setPitch = [](Draft& draft, std::string const& strValue) {
-    return SetAngle(strValue, draft.GetModel().m_dPitch);
-  };
-  auto const setRoll = [](Draft& draft, std::string const& strValue) {
-    return SetAngle(strValue, draft.GetModel().m_dRoll);
-  };
-  auto const setScale = [](Draft& draft, std::string const& strValue) {
-    return ReadLength(strValue, draft.GetModel().m_dScale);
-  };
-  return {"model", true, BeginModel, NothingToDo,
-      {{"file", true, SetModelFile}, {"position", false, setPosition}, {"heading", false, setHeading},
-          {"pitch", false, setPitch}, {"roll", false, setRoll}, {"scale", false, setScale}, {"up", false, SetModelUp}}};
-}
-
-std::string BeginIcon(Draft& draft, int nLine) {
-  return AppendPlaced(draft.m_Scene.m_vecIcons, nLine);
-}
-
-std::string SetIconUnit(Draft& draft, std::string const& strValue) {
-  std::size_t nWord = 0;
-  std::string const strProblem = ReadWord(strValue, {"pixels", "world"}, nWord);
-  draft.GetIcon().m_eUnit = nWord == 0 ? QXIconUnit::Pixels : QXIconUnit::World;
-  return strProblem;
-}
-
-std::string SetIconTolerance(Draft& draft, std::string const& strValue) {
-  return ReadWholeNumber(strValue, 0, 255, draft.GetIcon().m_nTolerance);
-}
-
-std::string EndIcon(Draft& draft) {
-  QXSceneIcon const& icon = draft.GetIcon();
-  if (!icon.m_strImage.empty() && !icon.m_strSymbol.empty())
-    return "an icon shows an image or a symbol; leave one of the two out";
-  if (icon.m_bColorKey && !icon.m_strSymbol.empty())
-    return "color-key is about an image; take it away, a symbol is clear around its model";
-  if (icon.m_eUnit == QXIconUnit::World && icon.m_dWidth == 0.0)
-    return "unit = world asks for a size in the world's units; add size = 20, or take unit away";
-  if (icon.m_nTolerance > 0 && !icon.m_bColorKey)
-    return "tolerance is about a colour key; add color-key = #FF00FF, or take tolerance away";
-  return std::string();
-}
-
-Section MakeIconSection() {
-  auto const setImage = [](Draft& draft, std::string const& strValue) {
-    draft.GetIcon().m_strImage = draft.Complete(strValue);
-    draft.GetIcon().m_nLine = draft.m_nLine;
-    return std::string();
-  };
-  auto const setSymbol = [](Draft& draft, std::string const& strValue) {
-    draft.GetIcon().m_strSymbol = strValue;
-    draft.GetIcon().m_nLine = draft.m_nLine;
-    return std::string();
-  };
-  auto const setPosition = [](Draft& draft, std::string const& strValue) {
-    return ReadPosition(strValue, draft.GetIcon().m_vecPosition);
-  };
-  auto const setSize = [](Draft& draft, std::string const& strValue) {
-    return ReadLengths(strValue, draft.GetIcon().m_dWidth, draft.GetIcon().m_dHeight);
-  };
-  auto const setColorKey = [](Draft& draft, std::string const& strValue) {
-    draft.GetIcon().m_bColorKey = true;
-    return ReadColor(strValue, draft.GetIcon().m_nColorKey);
-  };
-  return {"icon", true, BeginIcon, EndIcon,
-      {{"image", true, setImage, "symbol"}, {"symbol", false, setSymbol}, {"position", true, setPosition},
-          {"size", false, setSize}, {"unit", false, SetIconUnit}, {"color-key", false, setColorKey},
-          {"tolerance", false, SetIconTolerance}}};
-}
-
-std::string BeginSymbol(Draft& draft, int nLine) {
-  return AppendPlaced(draft.m_Scene.m_vecSymbols, nLine);
-}
-
-std::string SetSymbolFile(Draft& draft, std::string const& strValue) {
-  if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a symbol shows one model; name a model";
-  if (IsGeoName(strValue)) return "'" + strValue + "' is map data, and a symbol shows one model; name a model";
-  if (IsStaticName(strValue))
-    return "'" + strValue + "' is static geometry, and a symbol shows one model; name a model";
-  draft.GetSymbol().m_strFile = draft.Complete(strValue);
-  draft.GetSymbol().m_nLine = draft.m_nLine;
-  return std::string();
-}
-
-Section MakeSymbolSection() {
-  auto const setName = [](Draft& draft, std::string const& strValue) {
-    draft.GetSymbol().m_strName = strValue;
-    return std::string();
-  };
-  auto const setPixels = [](Draft& draft, std::string const& strValue) {
-    return ReadWholeNumber(strValue, 8, 512, draft.GetSymbol().m_nPixels);
-  };
-  auto const setHeading = [](Draft& draft, std::string const& strValue) {
-    return SetAngle(strValue, draft.GetSymbol().m_dHeading);
-  };
-  auto const setElevation = [](Draft& draft, std::string const& strValue) {
-    return ReadNumber(strValue, 0.0, 90.0, draft.GetSymbol().m_dElevation);
-  };
-  auto const setUp = [](Draft& draft, std::string const& strValue) { return SetUp(strValue, draft.GetSymbol().m_eUp); };
-  return {"symbol", true, BeginSymbol, NothingToDo,
-      {{"name", true, setName}, {"file", true, SetSymbolFile}, {"pixels", false, setPixels},
-          {"heading", false, setHeading}, {"elevation", false, setElevation}, {"up", false, setUp}}};
-}
-
-std::string BeginLabel(Draft& draft, int nLine) {
-  draft.m_bData = false;
-  return AppendPlaced(draft.m_Scene.m_vecLabels, nLine);
-}
-
-std::string SetLabelAlign(Draft& draft, std::string const& strValue) {
-  std::size_t nWord = 0;
-  std::string const strProblem = ReadWord(strValue,
-      {"top-left", "top", "top-right", "left", "center", "right", "bottom-left", "bottom", "bottom-right"}, nWord);
-  draft.GetLabel().m_nAlignX = static_cast<int>(nWord % 3) - 1;
-  draft.GetLabel().m_nAlignY = 1 - static_cast<int>(nWord / 3);
-  return strProblem;
-}
-
-std::string SetLabelDepth(Draft& draft, std::string const& strValue) {
-  std::size_t nWord = 0;
-  std::string const strProblem = ReadWord(strValue, {"on", "off"}, nWord);
-  draft.GetLabel().m_bDepth = nWord == 0;
-  return strProblem;
-}
-
-std::string SetLabelFacing(Draft& draft, std::string const& strValue) {
-  std::size_t nWord = 0;
-  std::string const strProblem = ReadWord(strValue, {"camera", "flat"}, nWord);
-  draft.GetLabel().m_eFacing = nWord == 0 ? QXLabelFacing::Camera : QXLabelFacing::Flat;
-  return strProblem;
-}
-
-std::string SetLabelHalo(Draft& draft, std::string const& strValue) {
-  draft.GetLabel().m_bHalo = true;
-  return ReadColor(strValue, draft.GetLabel().m_nHalo);
-}
-
-std::string EndLabel(Draft& draft) {
-  QXSceneLabel const& label = draft.GetLabel();
-  bool const bFlat = label.m_eFacing == QXLabelFacing::Flat;
-  if (bFlat && label.m_dHeight == 0.0)
-    return "facing = flat asks for a height in the world's units; add height = 5, or take facing away";
-  if (!bFlat && label.m_dHeight > 0.0)
-    return "height is about a label that lies in the world; add facing = flat, or take height away";
-  return std::string();
-}
-
-/// Keys of the letters themselves.
-void AddLetterKeys(std::vector<Key>& vecKeys) {
-  auto const setFont = [](Draft& draft, std::string const& strValue) {
-    draft.GetLabel().m_strFont = strValue;
-    return std::string();
-  };
-  auto const setSize = [](Draft& draft, std::string const& strValue) {
-    return ReadWholeNumber(strValue, 1, MaxLabelSize, draft.GetLabel().m_nSize);
-  };
-  auto const setBold = [](Draft& draft, std::string const& strValue) {
-    return ReadYesNo(strValue, draft.GetLabel().m_bBold);
-  };
-  auto const setItalic = [](Draft& draft, std::string const& strValue) {
-    return ReadYesNo(strValue, draft.GetLabel().m_bItalic);
-  };
-  auto const setColor = [](Draft& draft, std::string const& strValue) {
-    return ReadColor(strValue, draft.GetLabel().m_nColor);
-  };
-  vecKeys.insert(
-      vecKeys.end(), {{"font", false, setFont}, {"size", false, setSize}, {"bold", false, setBold},
-                         {"italic", false, setItalic}, {"color", false, setColor}, {"halo", false, SetLabelHalo}});
-}
-
-Section MakeLabelSection() {
-  auto const setText = [](Draft& draft, std::string const& strValue) {
-    draft.GetLabel().m_strText = strValue;
-    draft.GetLabel().m_nLine = draft.m_nLine;
-    return std::string();
-  };
-  auto const setPosition = [](Draft& draft, std::string const& strValue) {
-    return ReadPosition(strValue, draft.GetLabel().m_vecPosition);
-  };
-  auto const setRotation = [](Draft& draft, std::string const& strValue) {
-    return SetAngle(strValue, draft.GetLabel().m_dRotation);
-  };
-  auto const setOffset = [](Draft& draft, std::string const& strValue) {
-    return ReadOffset(strValue, draft.GetLabel().m_dOffset);
-  };
-  auto const setHeight = [](Draft& draft, std::string const& strValue) {
-    return ReadLength(strValue, draft.GetLabel().m_dHeight);
-  };
-  std::vector<Key> vecKeys{{"text", true, setText}, {"position", true, setPosition}};
-  AddLetterKeys(vecKeys);
-  vecKeys.insert(vecKeys.end(),
-      {{"rotation", false, setRotation}, {"offset", false, setOffset}, {"align", false, SetLabelAlign},
-          {"depth", false, SetLabelDepth}, {"facing", false, SetLabelFacing}, {"height", false, setHeight}});
-  return {"label", true, BeginLabel, EndLabel, vecKeys};
-}
-
-std::string BeginData(Draft& draft, int nLine) {
-  draft.m_bData = true;
-  return AppendPlaced(draft.m_Scene.m_vecData, nLine);
-}
-
-std::string SetDataFile(Draft& draft, std::string const& strValue) {
-  if (!IsGeoName(strValue))
-    return "'" + strValue + "' is no map data by its name; known are .gml, .citygml, .geojson and .shp";
-  draft.GetData().m_strFile = draft.Complete(strValue);
-  draft.GetData().m_nLine = draft.m_nLine;
-  return std::string();
-}
-
-std::string SetDataFacing(Draft& draft, std::string const& strValue) {
-  draft.GetData().m_bFacing = true;
-  return SetLabelFacing(draft, strValue);
-}
-
-std::string SetDataAlign(Draft& draft, std::string const& strValue) {
-  draft.GetData().m_bAlign = true;
-  return SetLabelAlign(draft, strValue);
-}
-
-std::string EndData(Draft& draft) {
-  QXSceneData const& data = draft.GetData();
-  if (data.m_bFacing && data.m_Style.m_eFacing == QXLabelFacing::Camera && data.m_Style.m_dHeight > 0.0)
-    return "height is about labels that lie in the world; take it or facing = camera away";
-  if (!data.m_bLabels && !data.m_bBuildings)
-    return "labels = no and buildings = no leave nothing; take one of them away";
-  return std::string();
-}
-
-/// Keys of what is taken from the file and where it goes.
-std::vector<Key> MakeDataKeys() {
-  auto const setLabel = [](Draft& draft, std::string const& strValue) {
-    draft.GetData().m_strLabel = strValue;
-    return std::string();
-  };
-  auto const setAngle = [](Draft& draft, std::string const& strValue) {
-    draft.GetData().m_strAngle = strValue;
-    return std::string();
-  };
-  auto const setLabels = [](Draft& draft, std::string const& strValue) {
-    return ReadYesNo(strValue, draft.GetData().m_bLabels);
-  };
-  auto const setBuildings = [](Draft& draft, std::string const& strValue) {
-    return ReadYesNo(strValue, draft.GetData().m_bBuildings);
-  };
-  auto const setPosition = [](Draft& draft, std::string const& strValue) {
-    return ReadPosition(strValue, draft.GetData().m_vecPosition);
-  };
-  auto const setLift = [](Draft& draft, std::string const& strValue) {
-    return ReadNumber(strValue, -MaxSceneCoordinate, MaxSceneCoordinate, draft.GetData().m_dLift);
-  };
-  return {{"file", true, SetDataFile}, {"label", false, setLabel}, {"angle", false, setAngle},
-      {"labels", false, setLabels}, {"buildings", false, setBuildings}, {"position", false, setPosition},
-      {"lift", false, setLift}};
-}
-
-Section MakeDataSection() {
-  std::vector<Key> vecKeys = MakeDataKeys();
-  AddLetterKeys(vecKeys);
-  auto const setOffset = [](Draft& draft, std::string const& strValue) {
-    return ReadOffset(strValue, draft.GetLabel().m_dOffset);
-  };
-  auto const setHeight = [](Draft& draft, std::string const& strValue) {
-    return ReadLength(strValue, draft.GetLabel().m_dHeight);
-  };
-  vecKeys.insert(
-      vecKeys.end(), {{"offset", false, setOffset}, {"align", false, SetDataAlign}, {"depth", false, SetLabelDepth},
-                         {"facing", false, SetDataFacing}, {"height", false, setHeight}});
-  return {"data", true, BeginData, EndData, vecKeys};
-}
-
-Section MakeStaticSection() {
-  auto const begin = [](Draft& draft, int nLine) { return AppendPlaced(draft.m_Scene.m_vecStatics, nLine); };
-  auto const setFile = [](Draft& draft, std::string const& strValue) {
-    if (!IsStaticName(strValue)) return "'" + strValue + "' is no static geometry by its name; such files end in .qsg";
-    draft.GetStatic().m_strFile = draft.Complete(strValue);
-    draft.GetStatic().m_nLine = draft.m_nLine;
-    return std::string();
-  };
-  auto const setPosition = [](Draft& draft, std::string const& strValue) {
-    return ReadPosition(strValue, draft.GetStatic().m_vecPosition);
-  };
-  return {"static", true, begin, NothingToDo, {{"file", true, setFile}, {"position", false, setPosition}}};
-}
-
 /// Follows a file through its sections by their table.
 class SceneReader final : public QXSceneTextHandler {
 public:
-  explicit SceneReader(Draft& draft)
-      : m_Draft(draft), m_vecSections{MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection(),
-                            MakeSymbolSection(), MakeLabelSection(), MakeDataSection(), MakeStaticSection()},
-        m_vecFirstLines(m_vecSections.size(), 0) {}
+  explicit SceneReader(QXSceneDraft& draft)
+      : m_Draft(draft), m_vecSections(MakeSceneSections()), m_vecFirstLines(m_vecSections.size(), 0) {}
 
   void BeginSection(std::string const& strName, int nLine) override {
     Finish();
@@ -463,7 +46,7 @@ public:
       return;
     }
     m_Draft.m_nLine = nLine;
-    std::vector<Key> const& vecKeys = m_pSection->m_vecKeys;
+    std::vector<QXSceneKey> const& vecKeys = m_pSection->m_vecKeys;
     for (std::size_t i = 0; i < vecKeys.size(); ++i) {
       if (vecKeys[i].m_szName != strKey) continue;
       std::string const strProblem = m_vecKeyLines[i] == 0
@@ -485,7 +68,7 @@ public:
     bool bComplete = !m_bFaulty && !m_bMissed;
     // A line that could not be read may have been the key that is missing.
     for (std::size_t i = 0; !m_bMissed && i < m_vecKeyLines.size(); ++i) {
-      Key const& key = m_pSection->m_vecKeys[i];
+      QXSceneKey const& key = m_pSection->m_vecKeys[i];
       if (!key.m_bRequired || m_vecKeyLines[i] != 0 || Stands(key.m_szInstead)) continue;
       Report(m_nSectionLine,
           "[" + std::string(m_pSection->m_szName) + "] lacks '" + key.m_szName +
@@ -505,7 +88,7 @@ private:
     return false;
   }
 
-  void Enter(Section const& section, int& nFirstLine, int nLine) {
+  void Enter(QXSceneSection const& section, int& nFirstLine, int nLine) {
     if (!section.m_bMany && nFirstLine != 0) {
       m_Draft.m_Problems.Add(nLine, "there is a section [" + std::string(section.m_szName) + "] in line " +
                                         std::to_string(nFirstLine) + " already; make one of the two");
@@ -535,22 +118,23 @@ private:
 
   std::string ListSections() const {
     std::string strList;
-    for (Section const& section : m_vecSections)
+    for (QXSceneSection const& section : m_vecSections)
       strList += (strList.empty() ? "[" : ", [") + std::string(section.m_szName) + "]";
     return strList;
   }
 
   std::string ListKeys() const {
     std::string strList;
-    for (Key const& key : m_pSection->m_vecKeys) strList += (strList.empty() ? "" : ", ") + std::string(key.m_szName);
+    for (QXSceneKey const& key : m_pSection->m_vecKeys)
+      strList += (strList.empty() ? "" : ", ") + std::string(key.m_szName);
     return strList;
   }
 
-  Draft& m_Draft;
-  std::vector<Section> const m_vecSections;
+  QXSceneDraft& m_Draft;
+  std::vector<QXSceneSection> const m_vecSections;
   /// Of each kind the line of the first section, 0 for none yet, -1 where no more are taken.
   std::vector<int> m_vecFirstLines;
-  Section const* m_pSection = nullptr;
+  QXSceneSection const* m_pSection = nullptr;
   int m_nSectionLine = 0;
   bool m_bBefore = true;
   bool m_bFaulty = false;
@@ -612,7 +196,7 @@ bool IsStaticName(std::string const& strPath) {
 }
 
 QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSceneProblems& problems) {
-  Draft draft{QXSceneFile(), problems, 0};
+  QXSceneDraft draft{QXSceneFile(), problems, 0};
   draft.m_Scene.m_strPath = strPath;
   SceneReader reader(draft);
   ReadSceneText(bytes, reader, problems);
