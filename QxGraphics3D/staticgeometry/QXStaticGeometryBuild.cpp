@@ -10,7 +10,7 @@ namespace QXC {
 namespace {
 
 /// Merged arrays of this size have left the caches before a renderer or a file gets them.
-constexpr std::size_t kStreamBytes = std::size_t{4} << 20;
+constexpr std::size_t StreamBytes = std::size_t{4} << 20;
 
 bool IsMergeable(QXStaticGeometryBucket const* pBucket) {
   return pBucket && pBucket->m_pVertexPackage;
@@ -51,7 +51,7 @@ void QXStaticGeometry::AssignStaticGeometry(
   detail::QXMergeOptions options;
   options.m_matInverse = matBase.Invert();
   options.m_bNoTransform = bNoTransform;
-  options.m_bStream = GetVertexBytes(vecBuckets) >= kStreamBytes;
+  options.m_bStream = GetVertexBytes(vecBuckets) >= StreamBytes;
   options.m_pKernels = &detail::GetBestMergeKernels();
   for (QXStaticGeometryBucket* pBucket : vecBuckets) {
     if (IsMergeable(pBucket)) MergeBucket(*pBucket, options);

@@ -13,7 +13,7 @@ namespace QXC::detail {
 
 namespace {
 
-constexpr unsigned int kMax16BitVertices = 65535;
+constexpr unsigned int Max16BitVertices = 65535;
 
 }  // namespace
 
@@ -71,7 +71,7 @@ std::size_t QXBucketArrays::GetVertexBytes(QXStaticGeometryBucket const& bucket)
 
 void QXBucketArrays::MakeIndexArray(QXIndexPackage& package, std::size_t nSum, bool bFilled) {
   std::size_t const num = std::min(nSum, std::size_t{INT_MAX});
-  int const nIndexType = m_bucket.m_pVertexPackage->m_nVertexNum > kMax16BitVertices ? 1 : 0;
+  int const nIndexType = m_bucket.m_pVertexPackage->m_nVertexNum > Max16BitVertices ? 1 : 0;
   // Words of another width than the array's may leave an end.
   if (!bFilled || m_bucket.m_nIndexType != nIndexType)
     package.m_pIndices = NewIndexArray(num, nIndexType);

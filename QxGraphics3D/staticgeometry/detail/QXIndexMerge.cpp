@@ -14,7 +14,7 @@ namespace QXC::detail {
 namespace {
 
 /// Indices that are shifted at a time before they are written to where they belong.
-constexpr std::size_t kBlock = 4096;
+constexpr std::size_t BlockIndices = 4096;
 
 QXIndexRange Shift(QXMergeKernels const& kernels, std::uint16_t nStart, std::uint16_t const* pSource,
     std::uint16_t* pTarget, std::size_t nNum) {
@@ -47,8 +47,8 @@ public:
   template <class Taker>
   QXIndexRange Take(Taker take) {
     QXIndexRange range;
-    for (std::size_t i = 0; i < m_nNum; i += kBlock) {
-      std::size_t const num = std::min(m_nNum - i, kBlock);
+    for (std::size_t i = 0; i < m_nNum; i += BlockIndices) {
+      std::size_t const num = std::min(m_nNum - i, BlockIndices);
       std::size_t const there = i < m_nThere ? std::min(m_nThere - i, num) : 0;
       if (there > 0) range.Add(Shift(m_kernels, m_nStart, m_pSource + i, m_arrBlock, there));
       if (there < num) {
@@ -69,7 +69,7 @@ private:
   std::size_t m_nThere;
   std::size_t m_nNum;
   Word m_nStart;
-  alignas(64) Word m_arrBlock[kBlock];
+  alignas(64) Word m_arrBlock[BlockIndices];
 };
 
 }  // namespace
@@ -129,7 +129,7 @@ void QXIndexMerge::CopyRecord(
   if (!bTransform || blocks.GetNum() == 0) return;
   m_touched.Begin(range, m_bucket.m_pVertexPackage->m_nVertexNum, blocks.GetNum());
   // Without a record behind this one anything may be fetched, but nothing may be added to a null pointer.
-  if (blocks.GetNum() <= kBlock)
+  if (blocks.GetNum() <= BlockIndices)
     m_touched.Add(
         blocks.GetBlock(), blocks.GetNum(), m_pAhead ? static_cast<Word const*>(m_pAhead) : blocks.GetBlock());
   else

@@ -56,7 +56,7 @@ void StreamPlain(void* pTarget, void const* pSource, std::size_t nBytes, void co
 
 void FinishStreamsPlain() {}
 
-constexpr QXMergeKernels kKernels[] = {
+constexpr QXMergeKernels Kernels[] = {
     {"plain", &HasPlain, &TransformPointsPlain, &TransformNormalsPlain, &TransformPairsPlain, &Shift16Plain,
         &Shift32Plain, &StreamPlain, &FinishStreamsPlain},
 #if defined(QX_MERGE_X86)
@@ -70,11 +70,11 @@ constexpr QXMergeKernels kKernels[] = {
 }  // namespace
 
 std::span<QXMergeKernels const> GetMergeKernels() {
-  return kKernels;
+  return Kernels;
 }
 
 QXMergeKernels const& GetBestMergeKernels() {
-  static QXMergeKernels const* const ms_pKernels = ChooseForm<QXMergeKernels>(kKernels);
+  static QXMergeKernels const* const ms_pKernels = ChooseForm<QXMergeKernels>(Kernels);
   return *ms_pKernels;
 }
 

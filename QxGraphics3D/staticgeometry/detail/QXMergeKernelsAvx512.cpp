@@ -21,7 +21,7 @@ namespace QXC::detail {
 
 namespace {
 
-constexpr int kPoints = 16;
+constexpr int PointsAtOnce = 16;
 
 struct LaneTable {
   alignas(64) std::int32_t m_arrLanes[16];
@@ -31,7 +31,7 @@ struct LaneTable {
 /// the first step, and out of that and the third register by the second step.
 constexpr LaneTable TakeApart(int nKind, bool bSecondStep) {
   LaneTable table{};
-  for (int nPoint = 0; nPoint < kPoints; ++nPoint) {
+  for (int nPoint = 0; nPoint < PointsAtOnce; ++nPoint) {
     int const nPlace = 3 * nPoint + nKind;
     if (!bSecondStep) table.m_arrLanes[nPoint] = nPlace < 32 ? nPlace : 0;
     if (bSecondStep) table.m_arrLanes[nPoint] = nPlace < 32 ? nPoint : 16 + nPlace - 32;
@@ -52,9 +52,9 @@ constexpr LaneTable PutTogether(int nRegister, bool bSecondStep) {
   return table;
 }
 
-constexpr LaneTable kApart[3][2] = {{TakeApart(0, false), TakeApart(0, true)},
+constexpr LaneTable ApartTables[3][2] = {{TakeApart(0, false), TakeApart(0, true)},
     {TakeApart(1, false), TakeApart(1, true)}, {TakeApart(2, false), TakeApart(2, true)}};
-constexpr LaneTable kTogether[3][2] = {{PutTogether(0, false), PutTogether(0, true)},
+constexpr LaneTable TogetherTables[3][2] = {{PutTogether(0, false), PutTogether(0, true)},
     {PutTogether(1, false), PutTogether(1, true)}, {PutTogether(2, false), PutTogether(2, true)}};
 
 QX_AVX512 inline __m512 Pick(__m512 a, __m512 b, __m512 c, LaneTable const (&tables)[2]) {
@@ -109,24 +109,24 @@ QX_AVX512 inline void TransformSixteen(QXPointTransform const& transform, float 
   __m512 const a = _mm512_loadu_ps(pSource);
   __m512 const b = _mm512_loadu_ps(pSource + 16);
   __m512 const c = _mm512_loadu_ps(pSource + 32);
-  __m512 const x = Pick(a, b, c, kApart[0]);
-  __m512 const y = Pick(a, b, c, kApart[1]);
-  __m512 const z = Pick(a, b, c, kApart[2]);
+  __m512 const x = Pick(a, b, c, ApartTables[0]);
+  __m512 const y = Pick(a, b, c, ApartTables[1]);
+  __m512 const z = Pick(a, b, c, ApartTables[2]);
   Vectors const low = Multiply<bNormalize>(transform, {WidenLow(x), WidenLow(y), WidenLow(z)});
   Vectors const high = Multiply<bNormalize>(transform, {WidenHigh(x), WidenHigh(y), WidenHigh(z)});
   __m512 const toX = Narrow(low.x, high.x);
   __m512 const toY = Narrow(low.y, high.y);
   __m512 const toZ = Narrow(low.z, high.z);
-  _mm512_storeu_ps(pTarget, Pick(toX, toY, toZ, kTogether[0]));
-  _mm512_storeu_ps(pTarget + 16, Pick(toX, toY, toZ, kTogether[1]));
-  _mm512_storeu_ps(pTarget + 32, Pick(toX, toY, toZ, kTogether[2]));
+  _mm512_storeu_ps(pTarget, Pick(toX, toY, toZ, TogetherTables[0]));
+  _mm512_storeu_ps(pTarget + 16, Pick(toX, toY, toZ, TogetherTables[1]));
+  _mm512_storeu_ps(pTarget + 32, Pick(toX, toY, toZ, TogetherTables[2]));
 }
 
 template <bool bNormalize>
 QX_AVX512 inline void TransformThrees(
     QXPointTransform const& transform, float const* pSource, float* pTarget, std::size_t nNum, QXAhead ahead) {
   std::size_t i = 0;
-  for (; i + kPoints <= nNum; i += kPoints) {
+  for (; i + PointsAtOnce <= nNum; i += PointsAtOnce) {
     for (std::size_t nLine = 0; nLine < 3; ++nLine) {
       Prefetch(static_cast<char const*>(ahead.m_pFirst) + 12 * i + 64 * nLine);
       if (nLine < 2) Prefetch(static_cast<char const*>(ahead.m_pSecond) + 8 * i + 64 * nLine);
@@ -134,8 +134,8 @@ QX_AVX512 inline void TransformThrees(
     TransformSixteen<bNormalize>(transform, pSource + 3 * i, pTarget + 3 * i);
   }
   if (i == nNum) return;
-  float arrFrom[3 * kPoints] = {};
-  float arrTo[3 * kPoints];
+  float arrFrom[3 * PointsAtOnce] = {};
+  float arrTo[3 * PointsAtOnce];
   std::copy_n(pSource + 3 * i, 3 * (nNum - i), arrFrom);
   TransformSixteen<bNormalize>(transform, arrFrom, arrTo);
   std::copy_n(arrTo, 3 * (nNum - i), pTarget + 3 * i);

@@ -19,9 +19,9 @@ namespace QXC::detail {
 class QXTouchedVertices {
 public:
   /// Bytes for up to this many vertices.
-  static constexpr std::size_t kMaxBytes = 65536;
+  static constexpr std::size_t MaxBytes = 65536;
   /// A list where the range is wider than this many vertices an index.
-  static constexpr std::size_t kMaxGap = 64;
+  static constexpr std::size_t MaxGap = 64;
 
   /// Empties the set.
   /// @param range         of all indices that Add will bring
@@ -64,9 +64,9 @@ inline void QXTouchedVertices::Begin(QXIndexRange range, std::size_t nVertices, 
   m_nNum = end > m_nFirst ? end - m_nFirst : 0;
   m_bClipped = range.m_nLast >= nVertices;
   m_arrList.clear();
-  if (m_nNum / kMaxGap > nIndices) {
+  if (m_nNum / MaxGap > nIndices) {
     m_eForm = FORM_LIST;
-  } else if (m_nNum <= kMaxBytes) {
+  } else if (m_nNum <= MaxBytes) {
     m_eForm = FORM_BYTES;
     m_arrBytes.assign(m_nNum, 0);
   } else {
@@ -78,12 +78,12 @@ inline void QXTouchedVertices::Begin(QXIndexRange range, std::size_t nVertices, 
 template <class T>
 void QXTouchedVertices::MarkBytes(
     unsigned char* pBytes, std::uint32_t nFirst, T const* pIndices, std::size_t nNum, T const* pAhead) {
-  constexpr std::size_t kLine = 64 / sizeof(T);
+  constexpr std::size_t LineIndices = 64 / sizeof(T);
   std::size_t i = 0;
-  for (; i + kLine <= nNum; i += kLine) {
+  for (; i + LineIndices <= nNum; i += LineIndices) {
     Prefetch(pAhead + i);
     // Unrolled by hand: with one index a turn, the turns cost more than the marks.
-    for (std::size_t k = i; k < i + kLine; k += 8) {
+    for (std::size_t k = i; k < i + LineIndices; k += 8) {
       for (std::size_t n = 0; n < 8; ++n) pBytes[static_cast<T>(pIndices[k + n] - nFirst)] = 1;
     }
   }

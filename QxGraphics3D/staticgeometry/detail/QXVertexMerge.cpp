@@ -11,19 +11,19 @@ namespace QXC::detail {
 
 namespace {
 
-constexpr unsigned int kOpaqueWhite = 0xFFFFFFFFU;
+constexpr unsigned int OpaqueWhite = 0xFFFFFFFFU;
 /// Points that are transformed at a time before they are written to where they belong.
-constexpr std::size_t kBlock = 256;
+constexpr std::size_t BlockPoints = 256;
 
 using Transform = decltype(QXMergeKernels::m_pfnTransformPoints);
 
 /// Points of three numbers that stay points of three numbers.
 void WriteThrees(QXArrayWriter<float>& writer, Transform pfnTransform, QXMatrix4d const& matrix, float const* pPoints,
     std::size_t nNum, QXAhead ahead) {
-  alignas(64) float arrBlock[3 * kBlock];
+  alignas(64) float arrBlock[3 * BlockPoints];
   QXPointTransform const transform(matrix);
-  for (std::size_t i = 0; i < nNum; i += kBlock) {
-    std::size_t const num = std::min(nNum - i, kBlock);
+  for (std::size_t i = 0; i < nNum; i += BlockPoints) {
+    std::size_t const num = std::min(nNum - i, BlockPoints);
     pfnTransform(transform, pPoints + 3 * i, arrBlock, num,
         {static_cast<char const*>(ahead.m_pFirst) + 12 * i, static_cast<char const*>(ahead.m_pSecond) + 8 * i});
     writer.Write(arrBlock, 3 * num);
@@ -159,7 +159,7 @@ void QXVertexMerge::CopyNormals(QXVertexDataPackage const& mesh, QXMatrix4d cons
 /// ones.
 void QXVertexMerge::CopyColors(unsigned int const* pColors, std::size_t nColors, std::size_t nVertices, Words& writer) {
   if (nColors == 0)
-    writer.Fill(kOpaqueWhite, nVertices);
+    writer.Fill(OpaqueWhite, nVertices);
   else if (pColors)
     writer.Write(pColors, nColors);
   else
