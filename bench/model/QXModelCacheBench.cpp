@@ -14,13 +14,12 @@
 #include <QxGraphics3D/model/QXModelData.h>
 #include <QxGraphics3D/model/QXModelManager.h>
 
-#include <bench/QXBenchClock.h>
+#include <bench/QXBenchLookUps.h>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -28,11 +27,9 @@ using namespace QXC;
 
 namespace {
 
-using QXBench::ThreadSeconds;
+using Timing = QXBench::LookUpTiming;
 
-constexpr unsigned int kSeed = 20261121;
-constexpr int kRounds = 100;
-constexpr std::size_t kLeastLookUps = 20000;
+constexpr unsigned int Seed = 20261121;
 
 class Manager : public QXModelManager {
 public:
@@ -55,7 +52,7 @@ struct Store {
       m_Manager.CreateManual(PathOf(i), &info);
     }
     if (nAsked != 0) {
-      std::shuffle(m_arrNames.begin(), m_arrNames.end(), std::mt19937(kSeed));
+      std::shuffle(m_arrNames.begin(), m_arrNames.end(), std::mt19937(Seed));
       m_arrNames.resize(nAsked);
     }
     for (QdcUnicodeString const& strName : m_arrNames)
@@ -78,22 +75,6 @@ struct Store {
   std::vector<QdcUnicodeString const*> m_arrKeys;
 };
 
-/// Nanoseconds for each call of work(index), the quickest of many passes.
-class Timing {
-public:
-  template <class Work>
-  void Pass(std::size_t nCount, Work work) {
-    std::size_t const nRepeats = std::max<std::size_t>(1, kLeastLookUps / nCount);
-    double const dStart = ThreadSeconds();
-    for (std::size_t nRepeat = 0; nRepeat < nRepeats; ++nRepeat) {
-      for (std::size_t i = 0; i < nCount; ++i) benchmark::DoNotOptimize(work(i));
-    }
-    double const dEach = 1e9 * (ThreadSeconds() - dStart) / static_cast<double>(nRepeats * nCount);
-    m_dBest = std::min(m_dBest, dEach);
-  }
-  double m_dBest = std::numeric_limits<double>::infinity();
-};
-
 void Hit(benchmark::State& state) {
   Store const store(static_cast<std::size_t>(state.range(0)), static_cast<std::size_t>(state.range(1)));
   if (!store.IsRight()) {
@@ -106,7 +87,7 @@ void Hit(benchmark::State& state) {
     Timing exists;
     Timing comparison;
     Timing dict;
-    for (int nRound = 0; nRound < kRounds; ++nRound) {
+    for (int nRound = 0; nRound < Timing::ms_nRounds; ++nRound) {
       lookUp.Pass(
           nCount, [&](std::size_t i) { return store.m_Manager.GetByFileName(store.m_arrNames[i]).GetPointer(); });
       exists.Pass(nCount, [&](std::size_t i) { return store.m_Manager.IsExists(store.m_arrNames[i]); });

@@ -13,13 +13,12 @@
 #include <QxGraphics3D/texture/QXTextureCacheEntry.h>
 #include <QxGraphics3D/texture/QXTextureManager.h>
 
-#include <bench/QXBenchClock.h>
+#include <bench/QXBenchLookUps.h>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
 #include <map>
 #include <random>
 #include <utility>
@@ -29,11 +28,9 @@ using namespace QXC;
 
 namespace {
 
-using QXBench::ThreadSeconds;
+using Timing = QXBench::LookUpTiming;
 
-constexpr unsigned int kSeed = 20261121;
-constexpr int kRounds = 100;
-constexpr std::size_t kLeastLookUps = 20000;
+constexpr unsigned int Seed = 20261121;
 
 class Manager : public QXTextureManager {
 public:
@@ -65,7 +62,7 @@ struct Store {
       m_arrNames.push_back(strPath);
     }
     if (nAsked != 0) {
-      std::shuffle(m_arrNames.begin(), m_arrNames.end(), std::mt19937(kSeed));
+      std::shuffle(m_arrNames.begin(), m_arrNames.end(), std::mt19937(Seed));
       m_arrNames.resize(nAsked);
     }
     m_mapPlain = std::as_const(m_Manager.m_mapCache);
@@ -88,22 +85,6 @@ struct Store {
   std::vector<QdcUnicodeString const*> m_arrKeys;
 };
 
-/// Nanoseconds for each call of Work(index), the quickest of many passes.
-class Timing {
-public:
-  template <class Work>
-  void Pass(std::size_t nCount, Work work) {
-    std::size_t const nRepeats = std::max<std::size_t>(1, kLeastLookUps / nCount);
-    double const dStart = ThreadSeconds();
-    for (std::size_t nRepeat = 0; nRepeat < nRepeats; ++nRepeat) {
-      for (std::size_t i = 0; i < nCount; ++i) benchmark::DoNotOptimize(work(i));
-    }
-    double const dEach = 1e9 * (ThreadSeconds() - dStart) / static_cast<double>(nRepeats * nCount);
-    m_dBest = std::min(m_dBest, dEach);
-  }
-  double m_dBest = std::numeric_limits<double>::infinity();
-};
-
 struct Result {
   Timing m_LookUp;
   Timing m_Comparison;
@@ -113,7 +94,7 @@ struct Result {
 Result Measure(Store const& store) {
   Result result;
   std::size_t const nCount = store.m_arrNames.size();
-  for (int nRound = 0; nRound < kRounds; ++nRound) {
+  for (int nRound = 0; nRound < Timing::ms_nRounds; ++nRound) {
     result.m_LookUp.Pass(nCount, [&](std::size_t i) { return store.m_Manager.FindCacheEntry(store.m_arrNames[i]); });
     result.m_Comparison.Pass(nCount, [&](std::size_t i) { return store.m_arrNames[i] == *store.m_arrKeys[i]; });
     result.m_Map.Pass(nCount, [&](std::size_t i) { return store.m_mapPlain.find(store.m_arrNames[i])->second; });
