@@ -182,10 +182,7 @@ QX_AVX512 void StreamAvx512(void* pTarget, void const* pSource, std::size_t nByt
   if (nBytes == 0) return;
   auto* pTo = static_cast<unsigned char*>(pTarget);
   auto const* pFrom = static_cast<unsigned char const*>(pSource);
-  // A line that is not written whole stays in the cache for the neighbour that writes the rest of it.
-  std::size_t const nHead = std::min((64 - reinterpret_cast<std::uintptr_t>(pTo) % 64) % 64, nBytes);
-  std::memcpy(pTo, pFrom, nHead);
-  std::size_t i = nHead;
+  std::size_t i = CopyToLine(pTo, pFrom, nBytes);
   for (; i + 64 <= nBytes; i += 64) {
     Prefetch(static_cast<char const*>(pAhead) + i);
     _mm512_stream_si512(reinterpret_cast<__m512i*>(pTo + i), _mm512_loadu_si512(pFrom + i));

@@ -4,7 +4,9 @@
 
 #include <QxGraphics3D/staticgeometry/detail/QXMergeKernels.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace QXC::detail {
 
@@ -52,6 +54,14 @@ inline QXIndexRange ShiftIndices(T nStart, T const* pSource, T* pTarget, std::si
     range.Add(pTarget[i]);
   }
   return range;
+}
+
+/// What stands before the first whole line of the target, or less if there is less; returns the number of bytes. A line
+/// that is not written whole stays in the cache for the neighbour that writes the rest of it.
+inline std::size_t CopyToLine(unsigned char* pTarget, unsigned char const* pSource, std::size_t nBytes) {
+  std::size_t const nHead = std::min((64 - reinterpret_cast<std::uintptr_t>(pTarget) % 64) % 64, nBytes);
+  std::memcpy(pTarget, pSource, nHead);
+  return nHead;
 }
 
 }  // namespace QXC::detail
