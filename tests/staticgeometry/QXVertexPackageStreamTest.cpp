@@ -75,6 +75,21 @@ unsigned char LoadAll(QXVertexDataPackage& package, QXBytes const& bytes, unsign
   return LoadVertexPackage(package, stream, bWide) && stream->Remaining() == 0 ? 1 : 0;
 }
 
+/// What both layouts bring back of FillPackage's.
+void ExpectShape(QXVertexDataPackage const& package) {
+  EXPECT_EQ(package.m_nOptions, 0x407U);
+  EXPECT_EQ(package.m_nVertexDim, 3);
+  EXPECT_EQ(package.m_nNormalDim, 2);
+  EXPECT_EQ(package.m_nVertexStride, 12);
+  EXPECT_EQ(package.m_nNormalStride, 8);
+  EXPECT_EQ(package.m_nColorStride, 4);
+  EXPECT_THAT(Values(package.m_pNormals, 4), ElementsAre(0, 1, -1, 0));
+  EXPECT_EQ(package.m_nColorNum, 2U);
+  EXPECT_EQ(package.m_nTexDims[1], 4);
+  EXPECT_EQ(package.m_nTexCoordStrides[0], 16);
+  EXPECT_THAT(Values(package.m_pTexCoords[1], 8), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
+}
+
 /// The plain layout up to the count of units of a package without vertices.
 QXByteWriter PlainWithoutVertices() {
   QXByteWriter writer;
@@ -91,24 +106,14 @@ TEST(QXVertexPackageStream, PlainLayoutIsTheBytesOfItsTable) {
 TEST(QXVertexPackageStream, PlainLayoutComesBackWhole) {
   QXVertexDataPackage package;
   ASSERT_TRUE(LoadAll(package, PlainBytes(), 0));
-  EXPECT_EQ(package.m_nOptions, 0x407U);
-  EXPECT_EQ(package.m_nVertexDim, 3);
-  EXPECT_EQ(package.m_nNormalDim, 2);
-  EXPECT_EQ(package.m_nVertexStride, 12);
-  EXPECT_EQ(package.m_nNormalStride, 8);
-  EXPECT_EQ(package.m_nColorStride, 4);
+  ExpectShape(package);
   EXPECT_THAT(Values(package.m_pVertices, 6), ElementsAre(1, 2, 3, -4, 5.5F, 6));
   EXPECT_EQ(package.m_nVertexNum, 2U);
-  EXPECT_THAT(Values(package.m_pNormals, 4), ElementsAre(0, 1, -1, 0));
   EXPECT_EQ(package.m_nNormalNum, 2U);
   EXPECT_THAT(Values(package.m_pColors, 2), ElementsAre(0x11223344, 0xFFEEDDCC));
-  EXPECT_EQ(package.m_nColorNum, 2U);
   EXPECT_EQ(package.m_nTexDims[0], 2);
-  EXPECT_EQ(package.m_nTexDims[1], 4);
-  EXPECT_EQ(package.m_nTexCoordStrides[0], 16);
   EXPECT_EQ(package.m_nTexCoordStrides[1], 24);
   EXPECT_THAT(Values(package.m_pTexCoords[0], 4), ElementsAre(0.25F, 0.5F, 0.75F, 1));
-  EXPECT_THAT(Values(package.m_pTexCoords[1], 8), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
   EXPECT_EQ(package.m_nTexCoordNums[1], 2U);
   EXPECT_EQ(package.m_nTexCoordNums[2], 0U);
   EXPECT_EQ(package.m_pTexCoords[2], nullptr);
@@ -347,19 +352,9 @@ TEST(QXVertexPackageStream, WideLayoutIsTheBytesOfItsTable) {
 TEST(QXVertexPackageStream, WideLayoutComesBackWhole) {
   QXVertexDataPackage package;
   ASSERT_TRUE(LoadAll(package, WideBytes(), 1));
-  EXPECT_EQ(package.m_nOptions, 0x407U);
-  EXPECT_EQ(package.m_nVertexDim, 3);
-  EXPECT_EQ(package.m_nNormalDim, 2);
-  EXPECT_EQ(package.m_nVertexStride, 12);
-  EXPECT_EQ(package.m_nNormalStride, 8);
-  EXPECT_EQ(package.m_nColorStride, 4);
+  ExpectShape(package);
   EXPECT_THAT(Values(package.m_pVertices, 10), ElementsAre(1, 2, 3, -4, 5.5F, 6, 0, 0, 0, 0));
-  EXPECT_THAT(Values(package.m_pNormals, 4), ElementsAre(0, 1, -1, 0));
-  EXPECT_EQ(package.m_nColorNum, 2U);
   EXPECT_EQ(package.m_nSecondColorNum, 1U);
-  EXPECT_EQ(package.m_nTexDims[1], 4);
-  EXPECT_EQ(package.m_nTexCoordStrides[0], 16);
-  EXPECT_THAT(Values(package.m_pTexCoords[1], 8), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
 }
 
 TEST(QXVertexPackageStream, WidePaddingIsSkippedWhateverItHolds) {
