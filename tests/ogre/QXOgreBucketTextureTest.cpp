@@ -2,6 +2,10 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
 
 #include <QxGraphics3D/frame/foundation/base/QdcTime.h>
 
@@ -10,6 +14,9 @@
 namespace QXC {
 
 namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
 
 std::vector<unsigned char> const RED_TEXEL = {0, 0, 255, 255};
 std::vector<unsigned char> const GREEN_TEXEL = {0, 255, 0, 255};
@@ -38,6 +45,15 @@ protected:
     mesh.m_arrIndices.Add(NewIndices(Rectangles(0, 0), szPass));
     return mesh;
   }
+  /// Two meshes with a texture each, the left one red.
+  void AddRedAndGreen() {
+    NameTexture(L"red", RED_TEXEL);
+    NameTexture(L"green", GREEN_TEXEL);
+    AddPass(m_mapPasses, L"a", {L"green"});
+    AddPass(m_mapPasses, L"b", {L"red"});
+    AddMesh(-1.0F, 0.0F, L"b");
+    AddMesh(0.0F, 1.0F, L"a");
+  }
   /// Merges the meshes, with passes folded first, into the one bucket that is returned.
   QXStaticGeometryBucket& Merge(bool bFold = true) {
     for (auto const& pMesh : m_arrMeshes)
@@ -46,6 +62,16 @@ protected:
     if (bFold) m_Geometry.AssginMutiTexture(1, 2);
     m_Geometry.AssignStaticGeometry(QXMatrix4d(), 0);
     return *m_Geometry.m_vecBuckets16.at(0);
+  }
+  /// Draws a frame; what its left and its right half show in their middle.
+  std::pair<QXPixel, QXPixel> Halves() {
+    QXPicture const picture = Frame();
+    return {picture.At(16, 32), picture.At(48, 32)};
+  }
+  /// Draws a frame; what its quarters show in their middle, from left to right.
+  std::vector<QXPixel> Quarters() {
+    QXPicture const picture = Frame();
+    return {picture.At(8, 32), picture.At(24, 32), picture.At(40, 32), picture.At(56, 32)};
   }
   void TearDown() override {
     QXOgreBucketing::TearDown();
@@ -122,16 +148,9 @@ protected:
 }  // namespace
 
 TEST_F(QXOgreBucketTexture, TwoFoldedTexturesStandEachOnItsMeshInOneOperation) {
-  NameTexture(L"red", RED_TEXEL);
-  NameTexture(L"green", GREEN_TEXEL);
-  AddPass(m_mapPasses, L"a", {L"green"});
-  AddPass(m_mapPasses, L"b", {L"red"});
-  AddMesh(-1.0F, 0.0F, L"b");
-  AddMesh(0.0F, 1.0F, L"a");
+  AddRedAndGreen();
   Show(Merge());
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), GREEN_PIXEL);
+  EXPECT_THAT(Halves(), Pair(RED_PIXEL, GREEN_PIXEL));
   EXPECT_EQ(Operations(), 1U);
 }
 
@@ -144,9 +163,7 @@ TEST_F(QXOgreBucketTexture, PairsAreMultipliedEachOnItsMesh) {
   AddMesh(-1.0F, 0.0F, L"a");
   AddMesh(0.0F, 1.0F, L"b");
   Show(Merge());
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), GREEN_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), RED_PIXEL);
+  EXPECT_THAT(Halves(), Pair(GREEN_PIXEL, RED_PIXEL));
   EXPECT_EQ(Operations(), 1U);
 }
 
@@ -158,22 +175,13 @@ TEST_F(QXOgreBucketTexture, TheSecondOfAPairReadsTheSecondCoordinates) {
   // The first set stays in the left half.
   SetTexCoords(mesh.m_Vertices, 0, Layer(0, 0.25F), 4);
   Show(Merge());
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), GREEN_PIXEL);
+  EXPECT_THAT(Halves(), Pair(RED_PIXEL, GREEN_PIXEL));
 }
 
 TEST_F(QXOgreBucketTexture, WithoutFoldingEachPassIsAnOperationOfTheSamePicture) {
-  NameTexture(L"red", RED_TEXEL);
-  NameTexture(L"green", GREEN_TEXEL);
-  AddPass(m_mapPasses, L"a", {L"green"});
-  AddPass(m_mapPasses, L"b", {L"red"});
-  AddMesh(-1.0F, 0.0F, L"b");
-  AddMesh(0.0F, 1.0F, L"a");
+  AddRedAndGreen();
   Show(Merge(false));
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), GREEN_PIXEL);
+  EXPECT_THAT(Halves(), Pair(RED_PIXEL, GREEN_PIXEL));
   EXPECT_EQ(Operations(), 2U);
 }
 
@@ -185,9 +193,7 @@ TEST_F(QXOgreBucketTexture, AllUnitsOfAPassAreMultipliedEachWithItsCoordinates) 
   SetTexCoords(mesh.m_Vertices, 0, Flat(0.25F));
   SetTexCoords(mesh.m_Vertices, 1, Flat());
   Show(Merge(false));
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), GREEN_PIXEL);
+  EXPECT_THAT(Halves(), Pair(RED_PIXEL, GREEN_PIXEL));
 }
 
 TEST_F(QXOgreBucketTexture, AMissingTextureLeavesTheColoursAsTheyAre) {
@@ -204,9 +210,7 @@ TEST_F(QXOgreBucketTexture, TheTransformOfAUnitThatTheMergeAppliedIsNotAppliedAg
   pPass->GetTextureUnitState(0)->m_matUnit.SetTrans({0.5, 0.0, 0.0});
   AddMesh(-1.0F, 1.0F, L"a");
   Show(Merge(false));
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), GREEN_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), RED_PIXEL);
+  EXPECT_THAT(Halves(), Pair(GREEN_PIXEL, RED_PIXEL));
 }
 
 TEST_F(QXOgreBucketTexture, TransformsThatAPassKeepsAreAppliedWhenItIsDrawn) {
@@ -230,11 +234,7 @@ TEST_F(QXOgreBucketMotion, ATextureSlidesByTheClock) {
   Fill(AddMovingPass(L"a", {L"two"}).m_fSlides[0], {0.25F, 0.0F, 0.25F, 0.0F, 2.0F});
   AddMesh(-1.0F, 1.0F, L"a");
   Show(Merge(false));
-  QXPicture const start = Frame();
-  EXPECT_EQ(start.At(8, 32), RED_PIXEL);
-  EXPECT_EQ(start.At(24, 32), GREEN_PIXEL);
-  EXPECT_EQ(start.At(40, 32), GREEN_PIXEL);
-  EXPECT_EQ(start.At(56, 32), RED_PIXEL);
+  EXPECT_THAT(Quarters(), ElementsAre(RED_PIXEL, GREEN_PIXEL, GREEN_PIXEL, RED_PIXEL));
   g_nNow = 1000;
   QXPicture const later = Frame();
   EXPECT_EQ(later.At(8, 32), GREEN_PIXEL);
@@ -285,11 +285,7 @@ TEST_F(QXOgreBucketMotion, OnlyUnitsWithASpeedAndPassesOfTheirTypeMove) {
   AddMesh(0.0F, 1.0F, L"b");
   Show(Merge(false));
   g_nNow = 1000;
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(8, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(24, 32), GREEN_PIXEL);
-  EXPECT_EQ(picture.At(40, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(56, 32), GREEN_PIXEL);
+  EXPECT_THAT(Quarters(), ElementsAre(RED_PIXEL, GREEN_PIXEL, RED_PIXEL, GREEN_PIXEL));
 }
 
 TEST_F(QXOgreBucketMotion, OfFoldedPassesTheFirstMovesAndNotThoseBesideIt) {
@@ -300,11 +296,7 @@ TEST_F(QXOgreBucketMotion, OfFoldedPassesTheFirstMovesAndNotThoseBesideIt) {
   AddMesh(0.0F, 1.0F, L"b");
   Show(Merge());
   g_nNow = 1000;
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(8, 32), GREEN_PIXEL);
-  EXPECT_EQ(picture.At(24, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(40, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(56, 32), GREEN_PIXEL);
+  EXPECT_THAT(Quarters(), ElementsAre(GREEN_PIXEL, RED_PIXEL, RED_PIXEL, GREEN_PIXEL));
 }
 
 TEST_F(QXOgreBucketTexture, TheWordsOfUnitsClampWhatTheTextureRepeats) {
@@ -355,9 +347,7 @@ TEST_F(QXOgreBucketTexture, ATextureOfTheDrawableServesThePassesWithoutOne) {
   AddMesh(-1.0F, 0.0F, L"a");
   AddMesh(0.0F, 1.0F, L"b");
   Show(Merge(false))->SetTexture(0, MakeTexture(1, 1, PF_A8R8G8B8, RED_TEXEL));
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), GREEN_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), RED_PIXEL);
+  EXPECT_THAT(Halves(), Pair(GREEN_PIXEL, RED_PIXEL));
 }
 
 TEST_F(QXOgreBucketTexture, AThirdNumberIsNoPartOfThePlaceInAnImage) {
@@ -366,9 +356,7 @@ TEST_F(QXOgreBucketTexture, AThirdNumberIsNoPartOfThePlaceInAnImage) {
   QXStaticMesh& mesh = AddMesh(-1.0F, 1.0F, L"a");
   SetTexCoords(mesh.m_Vertices, 0, {0, 1, 9, 1, 1, 9, 1, 0, 9, 0, 0, 9}, 3);
   Show(Merge(false));
-  QXPicture const picture = Frame();
-  EXPECT_EQ(picture.At(16, 32), RED_PIXEL);
-  EXPECT_EQ(picture.At(48, 32), GREEN_PIXEL);
+  EXPECT_THAT(Halves(), Pair(RED_PIXEL, GREEN_PIXEL));
 }
 
 TEST_F(QXOgreFoldedPass, EightTexturesStandInTheirLayersAndMoreAreNotRead) {
