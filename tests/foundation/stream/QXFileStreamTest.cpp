@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <csignal>
 #include <cstdint>
 #include <cstring>
@@ -312,6 +314,25 @@ TEST(QXFileStream, TellsAtClosingThatTheLastBytesDidNotFit) {
   EXPECT_TRUE(stream.GetErrorText() == QdcUnicodeString::FromUTF8(std::strerror(EFBIG)));
 }
 
+/// Calls of a kind that some work makes. The fewest of three times, beside the fewest of doing nothing: telling the
+/// calls takes some, and sanitizers look at an object by calls of their own when they meet its type for the first time.
+template <class Work>
+long CountCalls(long Calls::*pKind, Work work) {
+  auto const countOnce = [pKind](auto const& act) {
+    Calls const before;
+    act();
+    Calls const after;
+    return after.*pKind - before.*pKind;
+  };
+  long nWork = LONG_MAX;
+  long nNothing = LONG_MAX;
+  for (int i = 0; i < 3; ++i) {
+    nWork = std::min(nWork, countOnce(work));
+    nNothing = std::min(nNothing, countOnce([] {}));
+  }
+  return nWork - nNothing;
+}
+
 TEST(QXFileStream, MovesALargeArrayWithOneCallOfTheSystem) {
   QXTestFolder const folder;
   std::filesystem::path const path = folder.GetPath() / "a";
@@ -319,22 +340,14 @@ TEST(QXFileStream, MovesALargeArrayWithOneCallOfTheSystem) {
   auto const nSize = static_cast<unsigned int>(bytes.size());
   QXFileStream writer;
   ASSERT_EQ(writer.OpenForWriting(Wide(path)), 1);
-  Calls const beforeWriting;
-  writer.Save(bytes.data(), nSize);
-  Calls const afterWriting;
-  EXPECT_EQ(afterWriting.m_nWrites - beforeWriting.m_nWrites, 1);
-  EXPECT_EQ(std::filesystem::file_size(path), bytes.size()) << "nothing waits in the buffer";
+  EXPECT_EQ(CountCalls(&Calls::m_nWrites, [&] { writer.Save(bytes.data(), nSize); }), 1);
+  EXPECT_EQ(std::filesystem::file_size(path), 3 * bytes.size()) << "nothing waits in the buffer";
   ASSERT_EQ(writer.Close(), 1);
 
   std::vector<unsigned char> back(bytes.size());
   QXFileStream reader;
   ASSERT_EQ(reader.OpenForReading(Wide(path)), 1);
-  // Looking at the calls takes a few of its own.
-  Calls const first;
-  Calls const beforeReading;
-  reader.Load(back.data(), nSize);
-  Calls const afterReading;
-  EXPECT_EQ((afterReading.m_nReads - beforeReading.m_nReads) - (beforeReading.m_nReads - first.m_nReads), 1);
+  EXPECT_EQ(CountCalls(&Calls::m_nReads, [&] { reader.Load(back.data(), nSize); }), 1);
   EXPECT_EQ(back, bytes);
 }
 
@@ -343,17 +356,17 @@ TEST(QXFileStream, MovesSmallValuesByTheBuffer) {
   std::filesystem::path const path = folder.GetPath() / "a";
   QXFileStream writer;
   ASSERT_EQ(writer.OpenForWriting(Wide(path)), 1);
-  Calls const before;
-  for (int i = 0; i < 100000; ++i) writer << i;
-  Calls const after;
-  EXPECT_LE(after.m_nWrites - before.m_nWrites, 400000 / static_cast<long>(BufferSize) + 1);
+  auto const writeAll = [&] {
+    for (int i = 0; i < 100000; ++i) writer << i;
+  };
+  EXPECT_LE(CountCalls(&Calls::m_nWrites, writeAll), 400000 / static_cast<long>(BufferSize) + 1);
   ASSERT_EQ(writer.Close(), 1);
   QXFileStream reader;
   ASSERT_EQ(reader.OpenForReading(Wide(path)), 1);
-  for (int i = 0; i < 100000; ++i) {
+  for (int i = 0; i < 300000; ++i) {
     int nValue = -1;
     reader >> nValue;
-    ASSERT_EQ(nValue, i);
+    ASSERT_EQ(nValue, i % 100000);
   }
   EXPECT_EQ(reader.Remaining(), 0u);
 }
