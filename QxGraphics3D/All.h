@@ -87,6 +87,7 @@
 
 #include <QxGraphics3D/frame/foundation/geometry/QXGeoPicture.h>
 
+#include <QxGraphics3D/view/QXBloomSetting.h>
 #include <QxGraphics3D/view/QXCamera.h>
 #include <QxGraphics3D/view/QXFog.h>
 #include <QxGraphics3D/view/QXFrustum.h>
@@ -109,6 +110,7 @@
 
 #include <QxGraphics3D/renderop/QXBatchSelAndVertexColor.h>
 #include <QxGraphics3D/renderop/QXBillboard.h>
+#include <QxGraphics3D/renderop/QXBoneKey.h>
 #include <QxGraphics3D/renderop/QXIndexBlock.h>
 #include <QxGraphics3D/renderop/QXParticleSystem3D.h>
 #include <QxGraphics3D/renderop/QXQueryOperation3D.h>

@@ -653,11 +653,11 @@ public:
   virtual unsigned char SetCompositorParameter(
       QdcUnicodeString const& strName, QdcUnicodeString const& strParameter, double dValue) = 0;
 
-  /// Base: nothing.
+  /// 0 takes an effect out of all pictures until 1 brings it back, on every target that has it. Base: nothing.
   virtual void SetCompositorEnable(QdcUnicodeString const& strName, unsigned char bEnable);
-  /// Base: 0.
+  /// 1 for an effect that the plug-in has, unless it was taken out. Base: 0.
   virtual unsigned char IsCompositorEnable(QdcUnicodeString const& strName) const;
-  /// Base: nothing.
+  /// All numbers of the effect "bloom" at once. Base: nothing.
   virtual void SetBloomSetting(QXBloomSetting const& setting);
 
   /// Colours beyond white until the end of the frame.
