@@ -30,8 +30,10 @@ namespace QXC {
 class QXBloomSetting;
 class QXBoundingBox;
 class QXCamera;
+class QXFog;
 class QXGeometry;
 class QXHwInstancingManager;
+class QXLight;
 class QXModelManager;
 class QXPass;
 class QXRenderOperation;
@@ -39,9 +41,11 @@ class QXRenderOperation3D;
 class QXRenderOperationManager;
 class QXRenderOperationOverlay;
 class QXRenderTarget;
+class QXSkyGraphics3D;
 class QXTexture;
 class QXTextureManager;
 class QXTextureUnitState;
+class QXTritonOceanGraphics3D;
 class QXUniformBuffer;
 class QXViewport;
 
@@ -185,17 +189,18 @@ public:
   /// Base: nothing.
   virtual void SetManualRenderObjectVisible(QdcUnicodeString const& strName, unsigned char bVisible);
 
-  /// Makes a point light in a scene. 0 if the name is taken or the scene unknown.
+  /// Makes a light as a fresh QXLight is, switched on. It lights what stands in its scene and goes with it. Called by
+  /// hosts, outside a frame. 0 if the name is empty or taken, by a light of any scene, or the scene unknown.
   virtual unsigned char CreateLight(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) = 0;
   /// Deletes a light; an unknown name is ignored.
   virtual void DestroyLight(QdcUnicodeString const& strName) = 0;
   /// Switches a light; an unknown name is ignored.
   virtual void SetLightEnable(QdcUnicodeString const& strName, unsigned char bEnable) = 0;
-  /// Colours of a light; an unknown name is ignored.
-  virtual void SetLightColor(
-      QdcUnicodeString const& strName, QXColorValue3D const& diffuse, QXColorValue3D const& specular) = 0;
+  /// Gives a light all its values, which are copied; whether it is switched on stays. Called by hosts, outside a frame,
+  /// as often as something of it changes. 0 for an unknown name.
+  virtual unsigned char SetLight(QdcUnicodeString const& strName, QXLight const& light) = 0;
 
-  /// World position of a light. Base: nothing.
+  /// World position of a light; an unknown name is ignored. Base: nothing.
   virtual void SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition);
   /// Brings the lights to the current view matrix, after the camera moved. Base: nothing.
   virtual void UpdateLightPos();
@@ -227,8 +232,9 @@ public:
   virtual void SetSceneBlending(int nSourceFactor, int nDestFactor) = 0;
   /// Drops pixels whose alpha (0 to 255) fails the comparison; numbers as in SetDepthFunction.
   virtual void SetAlphaRejectSettings(int nFunction, unsigned char nValue) = 0;
-  /// nMode 0 none, 1 exponential, 2 exponential squared, 3 linear between dStart and dEnd.
-  virtual void SetFog(int nMode, QXColorValue3D const& color, double dDensity, double dStart, double dEnd) = 0;
+  /// Fog of a scene, copied, in place of the one it has; scenes are made without any. Called by hosts, outside a frame.
+  /// An unknown scene is ignored.
+  virtual void SetFog(QdcUnicodeString const& strSceneName, QXFog const& fog) = 0;
   /// Stores the view matrix in m_matView and hands it to the device. Called by the plug-in's camera.
   virtual void SetViewMatrix(QXMatrix4d const& matView) = 0;
   /// Stores the projection matrix in m_matProjection and hands it to the device. Called by the plug-in's camera.
@@ -703,12 +709,12 @@ public:
   virtual void AttachVertexSelectionRenderTarget(QXRenderTarget* pTarget);
   virtual void AttachMultiRenderTarget(QXRenderTarget* pTarget);
 
-  /// Six pictures around a scene at a distance from the eye; an empty material takes the box away.
-  virtual unsigned char SetSkyBox(
-      QdcUnicodeString const& strSceneName, QdcUnicodeString const& strMaterial, double dDistance) = 0;
-  /// Colours above and at the horizon of a scene without a sky box.
-  virtual void SetSkyColor(
-      QdcUnicodeString const& strSceneName, QXColorValue3D const& zenith, QXColorValue3D const& horizon) = 0;
+  /// Makes a new sky for a scene, whose shape eSceneType tells: which way is up, and what the horizon is. The caller
+  /// owns it and deletes it before the renderer shuts down; one that outlives it draws nothing and is deleted as usual.
+  /// Null if the scene is unknown or the renderer has no sky.
+  virtual QXSkyGraphics3D* CreateSky(QdcUnicodeString const& strSceneName, SceneType eSceneType) = 0;
+  /// Makes a new ocean for a scene, as CreateSky does a sky.
+  virtual QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const& strSceneName, SceneType eSceneType) = 0;
 
   /// Base: nothing.
   virtual void SetSkyDome(

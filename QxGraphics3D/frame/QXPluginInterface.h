@@ -21,7 +21,7 @@ namespace QXC {
 
 /// Raised at every change of slots or layouts that a plug-in can see. A module of another number is refused before
 /// anything in it but its static initialisation and QXPluginInterfaceVersion has run.
-inline constexpr unsigned int QX_PLUGIN_INTERFACE_VERSION = 2;
+inline constexpr unsigned int QX_PLUGIN_INTERFACE_VERSION = 3;
 
 /// Kind of a renderer: QXPluginCreate gives a QXGraphics3D.
 inline constexpr wchar_t const* QX_PLUGIN_KIND_RENDERER = L"renderer";

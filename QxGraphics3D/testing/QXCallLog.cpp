@@ -6,6 +6,8 @@
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/view/QXCamera.h>
+#include <QxGraphics3D/view/QXFog.h>
+#include <QxGraphics3D/view/QXLight.h>
 
 namespace QXC {
 namespace {
@@ -135,6 +137,25 @@ void QXCallLog::Append(std::string& strLine, QXViewport const* pViewport) {
   }
   strLine += "viewport " + std::to_string(pViewport->GetZOrder()) + " of ";
   Append(strLine, static_cast<QXRenderTarget const*>(pViewport->GetTarget()));
+}
+
+void QXCallLog::Append(std::string& strLine, QXLight const& light) {
+  strLine += "light " + std::to_string(light.GetType()) + " ";
+  Append(strLine, light.GetDiffuseColour());
+  Append(strLine, light.GetSpecularColour());
+  Append(strLine, light.GetAmbientColour());
+  Append(strLine, light.GetPosition());
+  Append(strLine, light.GetDirection());
+  AppendList(strLine, {light.GetSpotlightInnerAngle(), light.GetSpotlightOuterAngle(), light.GetSpotlightFalloff()});
+  AppendList(strLine, {light.GetAttenuationRange(), light.GetAttenuationConstant(), light.GetAttenuationLinear(),
+                          light.GetAttenuationQuadric()});
+  AppendList(strLine, {light.GetPowerScale()});
+}
+
+void QXCallLog::Append(std::string& strLine, QXFog const& fog) {
+  strLine += "fog " + std::to_string(fog.GetFogMode()) + " ";
+  Append(strLine, fog.GetFogColor());
+  AppendList(strLine, {fog.GetFogDensity(), fog.GetFogStart(), fog.GetFogEnd()});
 }
 
 void QXCallLog::Append(std::string& strLine, QXLoggedMemory memory) {

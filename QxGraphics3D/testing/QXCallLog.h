@@ -21,6 +21,8 @@
 namespace QXC {
 
 class QXCamera;
+class QXFog;
+class QXLight;
 class QXRenderTarget;
 class QXViewport;
 
@@ -74,6 +76,11 @@ private:
   static void Append(std::string& strLine, QXRenderTarget const* pTarget);
   static void Append(std::string& strLine, QXCamera const* pCamera);
   static void Append(std::string& strLine, QXViewport const* pViewport);
+  /// Type, diffuse, specular and ambient colour, position, direction, inner and outer angle with the falloff,
+  /// attenuation in the order of SetAttenuation, power scale.
+  static void Append(std::string& strLine, QXLight const& light);
+  /// Mode, colour, density, start, end.
+  static void Append(std::string& strLine, QXFog const& fog);
   static void Append(std::string& strLine, QXLoggedMemory memory);
   static void Append(std::string& strLine, QdcArray<unsigned int> const& arrNumbers);
   static void Append(std::string& strLine, std::string const& strLabel);

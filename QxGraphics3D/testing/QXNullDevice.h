@@ -95,10 +95,6 @@ public:
   void SetAmbientLight(QXColorValue3D const& color) override;
   void SetShadingMode(int nMode) override;
   void SetLightingEnable(unsigned char bEnable) override;
-  void SetLightEnable(QdcUnicodeString const& strName, unsigned char bEnable) override;
-  void SetLightColor(
-      QdcUnicodeString const& strName, QXColorValue3D const& diffuse, QXColorValue3D const& specular) override;
-  void SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition) override;
   void UpdateLightPos() override;
   void SetMaterialEnabled(unsigned char bEnable) override;
   void SetMaterialColor(QXColorValue3D const& ambient, QXColorValue3D const& diffuse, QXColorValue3D const& specular,
@@ -112,7 +108,6 @@ public:
       unsigned char bRed, unsigned char bGreen, unsigned char bBlue, unsigned char bAlpha) override;
   void SetSceneBlending(int nSourceFactor, int nDestFactor) override;
   void SetAlphaRejectSettings(int nFunction, unsigned char nValue) override;
-  void SetFog(int nMode, QXColorValue3D const& color, double dDensity, double dStart, double dEnd) override;
   void MakePickRadial(double dX, double dY, double dWidth, double dHeight) override;
   void UnMakePickRadial() override;
   void SetClipPlane(unsigned short nIndex, QXPlane const& plane) override;
@@ -196,8 +191,6 @@ public:
   void SetDepthOfField(unsigned char bEnable, double dFocus, double dRange) override;
   void SetColorCorrection(double dBrightness, double dContrast, double dSaturation) override;
   void ReleaseVR() override;
-  void SetSkyColor(
-      QdcUnicodeString const& strSceneName, QXColorValue3D const& zenith, QXColorValue3D const& horizon) override;
   void AddPass(QdcUnicodeString const& strNodeName, QXPass const& pass) override;
   void RemovePass(QdcUnicodeString const& strNodeName, QdcUnicodeString const& strPassName) override;
   void RemoveAllPasses(QdcUnicodeString const& strNodeName) override;

@@ -13,16 +13,6 @@ void QXNullDevice::SetShadingMode(int nMode) {
 void QXNullDevice::SetLightingEnable(unsigned char bEnable) {
   Record("SetLightingEnable", bEnable);
 }
-void QXNullDevice::SetLightEnable(QdcUnicodeString const& strName, unsigned char bEnable) {
-  Record("SetLightEnable", strName, bEnable);
-}
-void QXNullDevice::SetLightColor(
-    QdcUnicodeString const& strName, QXColorValue3D const& diffuse, QXColorValue3D const& specular) {
-  Record("SetLightColor", strName, diffuse, specular);
-}
-void QXNullDevice::SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition) {
-  Record("SetLightPos", strName, vecPosition);
-}
 void QXNullDevice::UpdateLightPos() {
   Record("UpdateLightPos");
 }
@@ -57,9 +47,6 @@ void QXNullDevice::SetSceneBlending(int nSourceFactor, int nDestFactor) {
 }
 void QXNullDevice::SetAlphaRejectSettings(int nFunction, unsigned char nValue) {
   Record("SetAlphaRejectSettings", nFunction, nValue);
-}
-void QXNullDevice::SetFog(int nMode, QXColorValue3D const& color, double dDensity, double dStart, double dEnd) {
-  Record("SetFog", nMode, color, dDensity, dStart, dEnd);
 }
 void QXNullDevice::MakePickRadial(double dX, double dY, double dWidth, double dHeight) {
   Record("MakePickRadial", dX, dY, dWidth, dHeight);
@@ -304,10 +291,6 @@ void QXNullDevice::SetColorCorrection(double dBrightness, double dContrast, doub
 }
 void QXNullDevice::ReleaseVR() {
   Record("ReleaseVR");
-}
-void QXNullDevice::SetSkyColor(
-    QdcUnicodeString const& strSceneName, QXColorValue3D const& zenith, QXColorValue3D const& horizon) {
-  Record("SetSkyColor", strSceneName, zenith, horizon);
 }
 void QXNullDevice::AddPass(QdcUnicodeString const& strNodeName, QXPass const& /*pass*/) {
   Record("AddPass", strNodeName);

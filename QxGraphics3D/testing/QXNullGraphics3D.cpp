@@ -11,6 +11,8 @@
 #include <QxGraphics3D/testing/QXNullRenderOperationOverlay.h>
 #include <QxGraphics3D/testing/QXNullRenderTarget.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
+#include <QxGraphics3D/testing/QXNullSkyGraphics3D.h>
+#include <QxGraphics3D/testing/QXNullTritonOceanGraphics3D.h>
 #include <QxGraphics3D/testing/QXNullUniformBuffer.h>
 
 namespace QXC {
@@ -79,7 +81,7 @@ void QXNullGraphics3D::ClearResource() {
   QXGraphics3D::ClearResource();
 }
 
-// --- Scenes and lights ---
+// --- Scenes, lights, fog, sky and ocean ---
 
 unsigned char QXNullGraphics3D::CreateScene(QdcUnicodeString const& strName) {
   Record("CreateScene", strName);
@@ -105,7 +107,7 @@ void QXNullGraphics3D::DestroyScene(QdcUnicodeString const& strName) {
     }
     camera = next;
   }
-  std::erase_if(m_mapLights, [&strName](auto const& light) { return light.second == strName; });
+  std::erase_if(m_mapLights, [&strName](auto const& light) { return light.second.m_strSceneName == strName; });
   m_mapScenes.erase(strName);
 }
 
@@ -135,9 +137,10 @@ unsigned char QXNullGraphics3D::HasRenderableObjects(QdcUnicodeString const& str
 
 unsigned char QXNullGraphics3D::CreateLight(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) {
   Record("CreateLight", strName, strSceneName);
-  if (!HasScene(strSceneName) || !m_mapLights.emplace(strName, strSceneName).second) {
-    return Fail(Join(L"light '", strName, L"': the name is taken or the scene unknown"));
+  if (strName.IsEmpty() || !HasScene(strSceneName) || m_mapLights.count(strName) != 0) {
+    return Fail(Join(L"light '", strName, L"': the name is empty or taken or the scene unknown"));
   }
+  m_mapLights[strName].m_strSceneName = strSceneName;
   return 1;
 }
 
@@ -146,10 +149,60 @@ void QXNullGraphics3D::DestroyLight(QdcUnicodeString const& strName) {
   m_mapLights.erase(strName);
 }
 
-unsigned char QXNullGraphics3D::SetSkyBox(
-    QdcUnicodeString const& strSceneName, QdcUnicodeString const& strMaterial, double dDistance) {
-  Record("SetSkyBox", strSceneName, strMaterial, dDistance);
-  return HasScene(strSceneName) ? 1 : Fail(Join(L"there is no scene '", strSceneName, L"'"));
+void QXNullGraphics3D::SetLightEnable(QdcUnicodeString const& strName, unsigned char bEnable) {
+  Record("SetLightEnable", strName, bEnable);
+  auto const light = m_mapLights.find(strName);
+  if (light != m_mapLights.end()) {
+    light->second.m_bEnable = bEnable;
+  }
+}
+
+unsigned char QXNullGraphics3D::SetLight(QdcUnicodeString const& strName, QXLight const& light) {
+  Record("SetLight", strName, light);
+  auto const entry = m_mapLights.find(strName);
+  if (entry == m_mapLights.end()) {
+    return Fail(Join(L"there is no light '", strName, L"'"));
+  }
+  entry->second.m_Light = light;
+  return 1;
+}
+
+void QXNullGraphics3D::SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition) {
+  Record("SetLightPos", strName, vecPosition);
+  auto const light = m_mapLights.find(strName);
+  if (light != m_mapLights.end()) {
+    light->second.m_Light.SetPosition(vecPosition);
+  }
+}
+
+QXNullLight const* QXNullGraphics3D::FindLight(QdcUnicodeString const& strName) const {
+  auto const light = m_mapLights.find(strName);
+  return light == m_mapLights.end() ? nullptr : &light->second;
+}
+
+void QXNullGraphics3D::SetFog(QdcUnicodeString const& strSceneName, QXFog const& fog) {
+  Record("SetFog", strSceneName, fog);
+  if (QXNullScene* const pScene = FindScene(strSceneName)) {
+    pScene->SetFog(fog);
+  }
+}
+
+QXSkyGraphics3D* QXNullGraphics3D::CreateSky(QdcUnicodeString const& strSceneName, SceneType eSceneType) {
+  Record("CreateSky", strSceneName, eSceneType);
+  if (!HasScene(strSceneName)) {
+    Fail(Join(L"there is no scene '", strSceneName, L"'"));
+    return nullptr;
+  }
+  return new QXNullSkyGraphics3D(m_pLog, strSceneName, eSceneType);
+}
+
+QXTritonOceanGraphics3D* QXNullGraphics3D::CreateOcean(QdcUnicodeString const& strSceneName, SceneType eSceneType) {
+  Record("CreateOcean", strSceneName, eSceneType);
+  if (!HasScene(strSceneName)) {
+    Fail(Join(L"there is no scene '", strSceneName, L"'"));
+    return nullptr;
+  }
+  return new QXNullTritonOceanGraphics3D(m_pLog, strSceneName, eSceneType);
 }
 
 // --- Cameras ---

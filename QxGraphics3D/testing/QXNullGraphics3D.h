@@ -10,6 +10,7 @@
 #include <QxGraphics3D/testing/QXNullHwInstancingManager.h>
 #include <QxGraphics3D/testing/QXNullRenderOperationManager.h>
 #include <QxGraphics3D/testing/QXNullTextureManager.h>
+#include <QxGraphics3D/view/QXLight.h>
 
 namespace QXC {
 
@@ -18,6 +19,13 @@ class QXNullRenderOperationOverlay;
 class QXNullRenderTarget;
 class QXNullScene;
 class QXNullUniformBuffer;
+
+/// A light of the null renderer.
+struct QXNullLight {
+  QdcUnicodeString m_strSceneName;
+  QXLight m_Light;
+  unsigned char m_bEnable = 1;
+};
 
 /// A whole renderer without a device, for tests of hosts and libraries and as the start of a plug-in: scenes, targets,
 /// cameras and drawables exist and follow every rule of QXGraphics3D, frames run, cameras cull and count, and nothing
@@ -48,8 +56,17 @@ public:
   unsigned char HasRenderableObjects(QdcUnicodeString const& strSceneName) const override;
   unsigned char CreateLight(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) override;
   void DestroyLight(QdcUnicodeString const& strName) override;
-  unsigned char SetSkyBox(
-      QdcUnicodeString const& strSceneName, QdcUnicodeString const& strMaterial, double dDistance) override;
+  void SetLightEnable(QdcUnicodeString const& strName, unsigned char bEnable) override;
+  unsigned char SetLight(QdcUnicodeString const& strName, QXLight const& light) override;
+  void SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition) override;
+  /// As it was told last; null if there is none. Good until the light or its scene goes.
+  QXNullLight const* FindLight(QdcUnicodeString const& strName) const;
+  /// The scene keeps it (QXNullScene::GetFog).
+  void SetFog(QdcUnicodeString const& strSceneName, QXFog const& fog) override;
+  /// A QXNullSkyGraphics3D.
+  QXSkyGraphics3D* CreateSky(QdcUnicodeString const& strSceneName, SceneType eSceneType) override;
+  /// A QXNullTritonOceanGraphics3D.
+  QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const& strSceneName, SceneType eSceneType) override;
   /// Makes all cameras' positions relative to the origin, of those to come too.
   void SetRelativeOrigin(QXVector3d const& vecOrigin) override;
   /// Null if there is none.
@@ -169,8 +186,7 @@ private:
   std::map<QdcUnicodeString, std::unique_ptr<QXNullCamera>> m_mapCameras;
   /// Not owned; in the order in which they were made.
   std::vector<QXNullRenderTarget*> m_arrTargets;
-  /// Scene by light.
-  std::map<QdcUnicodeString, QdcUnicodeString> m_mapLights;
+  std::map<QdcUnicodeString, QXNullLight> m_mapLights;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullRenderOperationOverlay>> m_mapOverlays;
   std::map<QdcUnicodeString, std::unique_ptr<QXNullUniformBuffer>> m_mapUniformBuffers;
   /// Own colours of the objects that SetObjectColor changed.

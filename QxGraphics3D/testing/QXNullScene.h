@@ -10,6 +10,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXQuaternion4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
+#include <QxGraphics3D/view/QXFog.h>
 
 namespace QXC {
 
@@ -66,6 +67,9 @@ public:
   void RemoveInstancing(QXNullInstancing* pInstancing);
   std::vector<QXNullInstancing*> const& GetInstancings() const { return m_arrInstancings; }
 
+  void SetFog(QXFog const& fog) { m_Fog = fog; }
+  QXFog const& GetFog() const { return m_Fog; }
+
 private:
   /// Whether strName is strAncestor or stands under it.
   bool IsUnder(QdcUnicodeString strName, QdcUnicodeString const& strAncestor) const;
@@ -74,6 +78,7 @@ private:
   std::map<QdcUnicodeString, QXNullSceneNode> m_mapNodes;
   std::vector<QXNullRenderOperation3D*> m_arrDrawables;
   std::vector<QXNullInstancing*> m_arrInstancings;
+  QXFog m_Fog;
 };
 
 }  // namespace QXC

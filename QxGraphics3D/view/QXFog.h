@@ -7,7 +7,7 @@
 
 namespace QXC {
 
-/// How fog grows with the distance d from the eye, numbered as QXGraphics3D::SetFog has it. Any other value survives.
+/// How fog grows with the distance d from the eye. Any other value survives; renderers take it for no fog.
 enum FogMode : int {
   FOG_NONE = 0,
   FOG_EXPONENTIAL = 1,          ///< what is seen through it: exp(-density * d)

@@ -67,18 +67,22 @@ public:
   unsigned char AddResourceFolder(QdcUnicodeString const&) override { return Refuse("resource folders"); }
   void RemoveResourceFolder(QdcUnicodeString const&) override {}
 
-  // Lights beside the sun, fog, sky.
+  // Lights beside the sun, fog, sky, ocean.
   unsigned char CreateLight(QdcUnicodeString const&, QdcUnicodeString const&) override {
     return Refuse("lights beside the sun");
   }
   void DestroyLight(QdcUnicodeString const&) override {}
   void SetLightEnable(QdcUnicodeString const&, unsigned char) override {}
-  void SetLightColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
-  void SetFog(int, QXColorValue3D const&, double, double, double) override {}
-  unsigned char SetSkyBox(QdcUnicodeString const&, QdcUnicodeString const&, double) override {
-    return Refuse("sky boxes");
+  unsigned char SetLight(QdcUnicodeString const&, QXLight const&) override { return 0; }
+  void SetFog(QdcUnicodeString const&, QXFog const&) override {}
+  QXSkyGraphics3D* CreateSky(QdcUnicodeString const&, SceneType) override {
+    Refuse("skies");
+    return nullptr;
   }
-  void SetSkyColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
+  QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const&, SceneType) override {
+    Refuse("oceans");
+    return nullptr;
+  }
 
   // Selection passes and picking.
   unsigned char BeginSelection(QXRenderTarget*, int, int, int, int) override { return Refuse("selection passes"); }

@@ -35,7 +35,7 @@ public:
   unsigned char CreateLight(QdcUnicodeString const&, QdcUnicodeString const&) override { return 0; }
   void DestroyLight(QdcUnicodeString const&) override {}
   void SetLightEnable(QdcUnicodeString const&, unsigned char) override {}
-  void SetLightColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
+  unsigned char SetLight(QdcUnicodeString const&, QXLight const&) override { return 0; }
   void SetMaterialColor(
       QXColorValue3D const&, QXColorValue3D const&, QXColorValue3D const&, QXColorValue3D const&, double) override {}
   void SetDepthCheckEnable(unsigned char) override {}
@@ -45,7 +45,7 @@ public:
   void SetColourBufferWriteEnable(unsigned char, unsigned char, unsigned char, unsigned char) override {}
   void SetSceneBlending(int, int) override {}
   void SetAlphaRejectSettings(int, unsigned char) override {}
-  void SetFog(int, QXColorValue3D const&, double, double, double) override {}
+  void SetFog(QdcUnicodeString const&, QXFog const&) override {}
   void SetViewMatrix(QXMatrix4d const&) override {}
   void SetProjectionMatrix(QXMatrix4d const&) override {}
   void SetWorldMatrix(QXMatrix4d const& matWorld) override { m_arrWorldMatricesSet.push_back(matWorld); }
@@ -168,8 +168,8 @@ public:
       unsigned int, QdcUnicodeString const&) override {
     return nullptr;
   }
-  unsigned char SetSkyBox(QdcUnicodeString const&, QdcUnicodeString const&, double) override { return 0; }
-  void SetSkyColor(QdcUnicodeString const&, QXColorValue3D const&, QXColorValue3D const&) override {}
+  QXSkyGraphics3D* CreateSky(QdcUnicodeString const&, SceneType) override { return nullptr; }
+  QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const&, SceneType) override { return nullptr; }
 
   /// Arguments of every SetWorldMatrix.
   std::vector<QXMatrix4d> m_arrWorldMatricesSet;

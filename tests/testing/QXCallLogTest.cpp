@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QxGraphics3D/testing/QXCallLog.h>
+#include <QxGraphics3D/view/QXFog.h>
+#include <QxGraphics3D/view/QXLight.h>
 
 namespace QXC {
 namespace {
@@ -41,6 +43,30 @@ TEST(QXCallLog, WritesValuesByTheirContent) {
       "o: f({7 9})",
   };
   EXPECT_EQ(log.GetLines(), arrExpected);
+}
+
+TEST(QXCallLog, WritesEveryValueOfALightAndOfAFog) {
+  QXCallLog log;
+  QXLight light;
+  light.SetType(LIGHT_SPOTLIGHT);
+  light.SetDiffuseColour(0.125, 0.25, 0.5);
+  light.SetSpecularColour(2.0, 3.0, 4.0);
+  light.SetAmbientColour(5.0, 6.0, 7.0);
+  light.SetPosition(8.0, 9.0, 10.0);
+  light.SetDirection(11.0, 12.0, 13.0);
+  light.SetSpotlightRange(14.0, 15.0, 16.0);
+  light.SetAttenuation(17.0, 18.0, 19.0, 20.0);
+  light.SetPowerScale(21.0);
+  log.Write("o", "f", light);
+  QXFog fog;
+  fog.SetFogMode(FOG_LINEAR);
+  fog.SetFogDensity(22.0);
+  fog.SetFogStart(23.0);
+  fog.SetFogEnd(24.0);
+  log.Write("o", "f", fog);
+  EXPECT_EQ(log.GetText(), "o: f(light 2 (0.125 0.25 0.5 1)(2 3 4 1)(5 6 7 1)(8 9 10)(11 12 13)(14 15 16)"
+                           "(17 18 19 20)(21))\n"
+                           "o: f(fog 3 (1 1 1 1)(22 23 24))\n");
 }
 
 TEST(QXCallLog, WritesObjectsWithoutTheirAddresses) {

@@ -12,6 +12,8 @@
 #include <QxGraphics3D/testing/QXNullRenderOperation3D.h>
 #include <QxGraphics3D/testing/QXNullRenderTarget.h>
 #include <QxGraphics3D/testing/QXNullScene.h>
+#include <QxGraphics3D/testing/QXNullSkyGraphics3D.h>
+#include <QxGraphics3D/testing/QXNullTritonOceanGraphics3D.h>
 
 #include "QXTestGeometry.h"
 
@@ -315,6 +317,69 @@ TEST_F(QXNullGraphics3DTest, DestroyingASceneTakesItsCamerasAndFreesItsDrawables
   EXPECT_EQ(m_Graphics.CreateLight(L"lamp", L"Scene3D"), 0);
   m_Graphics.DestroyLight(L"lamp");
   EXPECT_EQ(m_Graphics.CreateLight(L"lamp", L"Scene3D"), 1);
+}
+
+TEST_F(QXNullGraphics3DTest, LightsAreNewUntilTheyAreToldOtherwise) {
+  EXPECT_EQ(m_Graphics.CreateLight(L"", L"Scene3D"), 0);
+  EXPECT_EQ(m_Graphics.CreateLight(L"lamp", L"nowhere"), 0);
+  EXPECT_EQ(m_Graphics.FindLight(L"lamp"), nullptr);
+  ASSERT_EQ(m_Graphics.CreateLight(L"lamp", L"Scene3D"), 1);
+  QXNullLight const* const pLight = m_Graphics.FindLight(L"lamp");
+  ASSERT_NE(pLight, nullptr);
+  EXPECT_TRUE(pLight->m_strSceneName == L"Scene3D");
+  EXPECT_EQ(pLight->m_bEnable, 1);
+  EXPECT_EQ(pLight->m_Light.GetType(), LIGHT_POINT);
+  EXPECT_EQ(pLight->m_Light.GetPowerScale(), 0.0);
+  EXPECT_TRUE(pLight->m_Light.GetPosition() == QXVector3d());
+}
+
+TEST_F(QXNullGraphics3DTest, LightsKeepTheWholeRecordAndTheirSwitch) {
+  ASSERT_EQ(m_Graphics.CreateLight(L"lamp", L"Scene3D"), 1);
+  m_Graphics.SetLightEnable(L"lamp", 0);
+  QXLight light;
+  light.SetType(LIGHT_SPOTLIGHT);
+  light.SetSpotlightRange(0.5, 1.0, 2.0);
+  light.SetAttenuation(100.0, 1.0, 0.5, 0.25);
+  light.SetPosition(1.0, 2.0, 3.0);
+  EXPECT_EQ(m_Graphics.SetLight(L"lamp", light), 1);
+  EXPECT_EQ(m_Graphics.SetLight(L"no lamp", light), 0);
+  m_Graphics.SetLightPos(L"lamp", QXVector3d(4.0, 5.0, 6.0));
+  m_Graphics.SetLightPos(L"no lamp", QXVector3d(7.0, 8.0, 9.0));
+  m_Graphics.SetLightEnable(L"no lamp", 1);
+  QXNullLight const* const pLight = m_Graphics.FindLight(L"lamp");
+  ASSERT_NE(pLight, nullptr);
+  EXPECT_EQ(pLight->m_bEnable, 0);
+  EXPECT_EQ(pLight->m_Light.GetType(), LIGHT_SPOTLIGHT);
+  EXPECT_EQ(pLight->m_Light.GetSpotlightFalloff(), 2.0);
+  EXPECT_EQ(pLight->m_Light.GetAttenuationQuadric(), 0.25);
+  EXPECT_TRUE(pLight->m_Light.GetPosition() == QXVector3d(4.0, 5.0, 6.0));
+}
+
+TEST_F(QXNullGraphics3DTest, EachSceneKeepsItsFog) {
+  m_Graphics.CreateScene(L"city");
+  QXFog fog;
+  fog.SetFogMode(FOG_LINEAR);
+  fog.SetFogEnd(500.0);
+  m_Graphics.SetFog(L"city", fog);
+  m_Graphics.SetFog(L"nowhere", fog);
+  EXPECT_EQ(m_Graphics.FindScene(L"city")->GetFog().GetFogMode(), FOG_LINEAR);
+  EXPECT_EQ(m_Graphics.FindScene(L"city")->GetFog().GetFogEnd(), 500.0);
+  EXPECT_EQ(m_Graphics.FindScene(L"Scene3D")->GetFog().GetFogMode(), FOG_NONE);
+}
+
+TEST_F(QXNullGraphics3DTest, SkiesAndOceansBelongToTheCaller) {
+  EXPECT_EQ(m_Graphics.CreateSky(L"nowhere", SCENE_PLANE), nullptr);
+  EXPECT_EQ(m_Graphics.CreateOcean(L"nowhere", SCENE_PLANE), nullptr);
+  std::unique_ptr<QXSkyGraphics3D> const pSky(m_Graphics.CreateSky(L"Scene3D", SCENE_PLANE));
+  std::unique_ptr<QXSkyGraphics3D> const pOtherSky(m_Graphics.CreateSky(L"Scene3D", SCENE_PLANE));
+  std::unique_ptr<QXTritonOceanGraphics3D> const pOcean(m_Graphics.CreateOcean(L"Scene3D", SCENE_PLANE));
+  ASSERT_NE(dynamic_cast<QXNullSkyGraphics3D*>(pSky.get()), nullptr);
+  EXPECT_NE(pSky, pOtherSky) << "each call makes a new one";
+  pSky->SetWindSpeed(3.0);
+  EXPECT_EQ(pSky->GetWindSpeed(), 3.0);
+  ASSERT_NE(dynamic_cast<QXNullTritonOceanGraphics3D*>(pOcean.get()), nullptr);
+  pOcean->SetSeaLevel(2.0);
+  EXPECT_EQ(pOcean->GetSeaLevel(), 2.0);
 }
 
 TEST_F(QXNullGraphics3DTest, CamerasAreRefusedWithoutANameOrAScene) {
@@ -682,8 +747,6 @@ TEST_F(QXNullGraphics3DTest, StateThatCanBeAskedForIsKept) {
   EXPECT_EQ(m_Graphics.GetHTCEnable(), 1);
   EXPECT_TRUE(m_Graphics.GetRelativeOrigin() == QXVector3d(1.0, 2.0, 3.0));
   EXPECT_EQ(m_Graphics.IsSkyDomeVisible(), 1);
-  EXPECT_EQ(m_Graphics.SetSkyBox(L"Scene3D", L"stars", 100.0), 1);
-  EXPECT_EQ(m_Graphics.SetSkyBox(L"nowhere", L"stars", 100.0), 0);
   unsigned int nColor = 0;
   m_Graphics.ConvertColourValue(QXColorValue3D(1.0, 0.5, 0.0, 1.0), &nColor);
   EXPECT_EQ(nColor, 0xFF0080FFu);

@@ -7,6 +7,7 @@
 #include <QxGraphics3D/renderop/QXRenderOperationManager.h>
 #include <QxGraphics3D/testing/QXRecordingGraphics3D.h>
 #include <QxGraphics3D/view/QXCamera.h>
+#include <QxGraphics3D/view/QXFog.h>
 
 #include "QXTestGeometry.h"
 
@@ -90,13 +91,19 @@ TEST(QXRecordingGraphics3D, TheSameProgramGivesTheSameRecord) {
 
 TEST(QXRecordingGraphics3D, WritesStateThatNothingElseShows) {
   QXRecordingGraphics3D graphics;
-  graphics.SetFog(1, QXColorValue3D(0.5, 0.5, 0.5, 1.0), 0.25, 1.0, 100.0);
+  QXFog fog;
+  fog.SetFogMode(FOG_EXPONENTIAL);
+  fog.SetFogColor(QXColorValue3D(0.5, 0.5, 0.5, 1.0));
+  fog.SetFogDensity(0.25);
+  fog.SetFogStart(1.0);
+  fog.SetFogEnd(100.0);
+  graphics.SetFog(L"city", fog);
   graphics.SetTextureMipmapBias(3, -0.5);
   graphics.SetTexture(2, 1, nullptr);
   graphics.RenderTexts();
   graphics.SubmitHMDFrame(nullptr, nullptr);
   graphics.RenderSimplePoint(1.0, 2.0, 3.0, 1);
-  EXPECT_EQ(graphics.GetLog().GetText(), "graphics: SetFog(1, (0.5 0.5 0.5 1), 0.25, 1, 100)\n"
+  EXPECT_EQ(graphics.GetLog().GetText(), "graphics: SetFog(\"city\", fog 1 (0.5 0.5 0.5 1)(0.25 1 100))\n"
                                          "graphics: SetTextureMipmapBias(3, -0.5)\n"
                                          "graphics: SetTexture(2, 1, no memory)\n"
                                          "graphics: RenderTexts()\n"
