@@ -173,5 +173,6 @@
 
 #include <QxGraphics3D/environment/QXOceanParameters.h>
 #include <QxGraphics3D/environment/QXSkyGraphics3D.h>
+#include <QxGraphics3D/environment/QXSunPosition.h>
 #include <QxGraphics3D/environment/QXTritonOceanGraphics3D.h>
 #include <QxGraphics3D/environment/QXVirtualReality.h>
