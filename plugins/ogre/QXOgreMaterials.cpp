@@ -70,7 +70,8 @@ Ogre::MaterialPtr const& QXOgreMaterials::Get(QXOgreSurface const& surface) {
 }
 
 Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
-  QXOgreVariant const variant{surface.m_eProgram, surface.m_eAlphaFunction, surface.m_strCoordSets};
+  QXOgreVariant const variant{
+      surface.m_eProgram, surface.m_eVertices, surface.m_eAlphaFunction, surface.m_strCoordSets};
   Programs const& programs = GetPrograms(variant);
   auto pMaterial = Ogre::MaterialManager::getSingleton().create(
       QXOgreDevice::MakeName("material"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
@@ -100,7 +101,12 @@ void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surf
   using Parameters = Ogre::GpuProgramParameters;
   bool const bLines = surface.m_eProgram == QX_OGRE_PROGRAM_LINES;
   auto const pVertex = pass.getVertexProgramParameters();
-  pVertex->setNamedAutoConstant("worldViewProj", Parameters::ACT_WORLDVIEWPROJ_MATRIX);
+  bool const bInstanced = variant.m_eVertices == QX_OGRE_VERTICES_INSTANCED;
+  if (bInstanced) {
+    pVertex->setNamedAutoConstant("projection", Parameters::ACT_PROJECTION_MATRIX);
+  } else {
+    pVertex->setNamedAutoConstant("worldViewProj", Parameters::ACT_WORLDVIEWPROJ_MATRIX);
+  }
   if (bLines || surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) {
     pVertex->setNamedAutoConstant("viewport", Parameters::ACT_VIEWPORT_SIZE);
     if (bLines) {
@@ -110,7 +116,7 @@ void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surf
     }
   } else {
     pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
-    pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
+    if (!bInstanced) pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
     pVertex->setNamedConstant("pointSize", surface.m_fPointSize);
   }
   auto const pFragment = pass.getFragmentProgramParameters();

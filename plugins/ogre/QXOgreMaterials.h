@@ -31,7 +31,8 @@ struct QXOgreSurface {
   bool m_bWireframe = false;
   bool m_bDepthTest = true;
   bool m_bDepthWrite = true;
-  int m_eProgram = QX_OGRE_PROGRAM_PLAIN;  ///< QXOgreProgram
+  int m_eProgram = QX_OGRE_PROGRAM_PLAIN;    ///< QXOgreProgram
+  int m_eVertices = QX_OGRE_VERTICES_PLAIN;  ///< QXOgreVertexSource
   int m_eCullingMode = 1;  ///< CullingMode; none at first, since models of the real world come with either winding
   float m_fLineWidth = 1.0F;
   float m_fPointSize = 1.0F;

@@ -98,9 +98,10 @@ void AddFoldedPlaces(Source& source, QXOgreVariant const& variant) {
   }
 }
 
-char const* BodyOf(int eProgram) {
-  if (eProgram == QX_OGRE_PROGRAM_LABEL) return QX_OGRE_LABEL_SHADER;
-  return eProgram == QX_OGRE_PROGRAM_LINES ? QX_OGRE_LINE_SHADER : QX_OGRE_VERTEX_SHADER;
+char const* BodyOf(QXOgreVariant const& variant) {
+  if (variant.m_eProgram == QX_OGRE_PROGRAM_LABEL) return QX_OGRE_LABEL_SHADER;
+  if (variant.m_eProgram == QX_OGRE_PROGRAM_LINES) return QX_OGRE_LINE_SHADER;
+  return variant.m_eVertices == QX_OGRE_VERTICES_INSTANCED ? QX_OGRE_INSTANCE_SHADER : QX_OGRE_VERTEX_SHADER;
 }
 
 void AddFoldedTexels(Source& source, QXOgreVariant const& variant) {
@@ -145,7 +146,7 @@ std::string MakeVertexSource(QXOgreVariant const& variant) {
   for (std::size_t i = 0; i < nPlaces; ++i) source.Add(PLACE_OUT, 0, 0, i);
   if (bFolded) source.Add("flat out float layer;\n");
   if (variant.IsOfPass()) source.Add("in vec4 secondary_colour;\nout float chosen;\n");
-  source.m_strText += BodyOf(variant.m_eProgram);
+  source.m_strText += BodyOf(variant);
   if (variant.IsOfPass()) source.Add("  chosen = secondary_colour.x;\n");
   if (bFolded) AddFoldedPlaces(source, variant);
   for (std::size_t i = 0; i < strSets.size() && !bFolded; ++i)

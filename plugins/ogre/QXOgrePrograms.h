@@ -18,10 +18,17 @@ enum QXOgreProgram : int {
   QX_OGRE_PROGRAM_LINES,   ///< No texture, on the corners of lines of so many pixels
 };
 
+/// Where the vertices of the plain program come from.
+enum QXOgreVertexSource : int {
+  QX_OGRE_VERTICES_PLAIN = 0,  ///< One place for all of them
+  QX_OGRE_VERTICES_INSTANCED,  ///< A place, a colour and an identifier for each instance
+};
+
 /// What tells variants apart.
 struct QXOgreVariant {
-  int m_eProgram = QX_OGRE_PROGRAM_PLAIN;  ///< QXOgreProgram
-  int m_eAlphaFunction = 1;                ///< QXCompareFunction; for the programs of passes alone
+  int m_eProgram = QX_OGRE_PROGRAM_PLAIN;    ///< QXOgreProgram
+  int m_eVertices = QX_OGRE_VERTICES_PLAIN;  ///< QXOgreVertexSource; for the plain program alone
+  int m_eAlphaFunction = 1;                  ///< QXCompareFunction; for the programs of passes alone
   /// The coordinate set that each texture reads ('0' to '7', 'A' to 'H' for a stack of layers).
   std::string m_strCoordSets;
 

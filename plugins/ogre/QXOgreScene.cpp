@@ -10,6 +10,7 @@
 #include <plugins/ogre/QXOgreBillboardSet.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreDrawable.h>
+#include <plugins/ogre/QXOgreSceneItem.h>
 
 namespace QXC {
 
@@ -37,6 +38,7 @@ QXOgreScene::QXOgreScene(Ogre::String const& strName, QXOgreDevice& device)
 
 QXOgreScene::~QXOgreScene() {
   while (!m_arrDrawables.empty()) m_arrDrawables.back()->SetScene(nullptr);
+  for (QXOgreSceneItem* const pItem : m_arrItems) pItem->LeaveScene();
 }
 
 void QXOgreScene::Add(QXOgreDrawable* pDrawable) {
@@ -47,10 +49,18 @@ void QXOgreScene::Remove(QXOgreDrawable* pDrawable) {
   std::erase(m_arrDrawables, pDrawable);
 }
 
+void QXOgreScene::RemoveItem(QXOgreSceneItem* pItem) {
+  std::erase(m_arrItems, pItem);
+}
+
 QXBoundingBox QXOgreScene::GetBounds() const {
   QXBoundingBox box;
   for (QXOgreDrawable const* const pDrawable : m_arrDrawables)
     if (pDrawable->IsShown() && IsFinite(pDrawable->GetWorldBounds())) box.Merge(pDrawable->GetWorldBounds());
+  for (QXOgreSceneItem const* const pItem : m_arrItems) {
+    QXBoundingBox const boxItem = pItem->GetVisibleBounds();
+    if (IsFinite(boxItem)) box.Merge(boxItem);
+  }
   box.Merge(m_pBillboards->GetBounds());
   return box;
 }
@@ -90,8 +100,10 @@ void QXOgreScene::_findVisibleObjects(Ogre::Camera*, Ogre::VisibleObjectsBoundsI
   m_arrDepths.clear();
   for (QXOgreDrawable* const pDrawable : m_arrDrawables)
     pDrawable->Queue(*m_pView, *getRenderQueue(), m_arrDepths, m_Counts);
-  // No node has billboards.
-  if (!m_pView->m_pNode) m_pBillboards->Queue(*m_pView, m_arrDepths, *getRenderQueue(), m_Counts);
+  // No node has items or billboards.
+  if (m_pView->m_pNode) return;
+  for (QXOgreSceneItem* const pItem : m_arrItems) pItem->Queue(*m_pView, *getRenderQueue(), m_arrDepths, m_Counts);
+  m_pBillboards->Queue(*m_pView, m_arrDepths, *getRenderQueue(), m_Counts);
 }
 
 Ogre::SceneManager* QXOgreSceneFactory::createInstance(Ogre::String const& strName) {

@@ -18,6 +18,7 @@ namespace QXC {
 class QXOgreBillboardSet;
 class QXOgreDevice;
 class QXOgreDrawable;
+class QXOgreSceneItem;
 
 /// OGRE's scene manager with the drawables in place of OGRE's own objects: culling is the library's, on world bounds in
 /// double, and OGRE sorts and draws what is left. Made and deleted by the device.
@@ -29,6 +30,9 @@ public:
   void Add(QXOgreDrawable* pDrawable);
   /// The drawables keep no order among themselves. Cost: linear.
   void Remove(QXOgreDrawable* pDrawable);
+  /// Items are drawn in the order of their coming, where that matters.
+  void AddItem(QXOgreSceneItem* pItem) { m_arrItems.push_back(pItem); }
+  void RemoveItem(QXOgreSceneItem* pItem);
   QXOgreBillboardSet& GetBillboards() { return *m_pBillboards; }
   QXOgreSceneNodes& GetNodes() { return m_Nodes; }
   /// Around everything visible, in world coordinates; null if there is nothing. A drawable whose bounds are no numbers
@@ -52,6 +56,7 @@ public:
 private:
   QXOgreSceneNodes m_Nodes;
   std::vector<QXOgreDrawable*> m_arrDrawables;
+  std::vector<QXOgreSceneItem*> m_arrItems;
   std::unique_ptr<QXOgreBillboardSet> m_pBillboards;
   /// Of the transparent drawables in OGRE's queue.
   std::vector<Ogre::Real> m_arrDepths;

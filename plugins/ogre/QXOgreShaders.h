@@ -26,6 +26,37 @@ void main() {
   vertexColour = colour;
 )glsl";
 
+/// For meshes at many places. In beside a vertex, once an instance: the rows of the matrix from the mesh to the
+/// directions of the world, each with the place of the mesh's zero in the eye's coordinates behind it, since only double
+/// has room for what lies between world and eye; its colour; its identifier, in the bytes of a pixel. Cofactors turn
+/// normals as the inverse does, and flat instances have some too.
+inline constexpr char QX_OGRE_INSTANCE_SHADER[] = R"glsl(
+uniform mat4 worldView;
+uniform mat4 projection;
+uniform float pointSize;
+in vec4 vertex;
+in vec3 normal;
+in vec4 colour;
+in vec4 blendWeights;
+in vec4 blendIndices;
+in vec4 secondary_colour;
+in vec4 tangent;
+in vec4 binormal;
+out vec3 viewPosition;
+out vec3 viewNormal;
+out vec4 vertexColour;
+flat out vec4 instanceIdentifier;
+void main() {
+  mat3 toEye = mat3(worldView) * transpose(mat3(blendWeights.xyz, blendIndices.xyz, secondary_colour.xyz));
+  viewPosition = toEye * vertex.xyz + vec3(blendWeights.w, blendIndices.w, secondary_colour.w);
+  gl_Position = projection * vec4(viewPosition, 1.0);
+  gl_PointSize = pointSize;
+  mat3 cofactors = mat3(cross(toEye[1], toEye[2]), cross(toEye[2], toEye[0]), cross(toEye[0], toEye[1]));
+  viewNormal = cofactors * normal;
+  vertexColour = colour * tangent;
+  instanceIdentifier = binormal;
+)glsl";
+
 /// For labels that face the camera. In: the anchor as the position, the offset of the corner in pixels, colour. The
 /// anchor moves to a corner of pixels, so that the corners of letters meet pixels. What is drawn upside down, as into
 /// textures, has its offsets upside down with it. An anchor at the eye or behind it has no place on the screen.
