@@ -57,6 +57,48 @@ QX_AVX2 inline void TransformThrees(
   }
 }
 
+/// Registers of 16-bit indices.
+struct Words16 {
+  using Word = std::uint16_t;
+  QX_AVX2 static __m256i Spread(Word nWord) { return _mm256_set1_epi16(static_cast<short>(nWord)); }
+  QX_AVX2 static __m256i Add(__m256i a, __m256i b) { return _mm256_add_epi16(a, b); }
+  QX_AVX2 static __m256i Smaller(__m256i a, __m256i b) { return _mm256_min_epu16(a, b); }
+  QX_AVX2 static __m256i Larger(__m256i a, __m256i b) { return _mm256_max_epu16(a, b); }
+};
+
+/// Registers of 32-bit indices.
+struct Words32 {
+  using Word = std::uint32_t;
+  QX_AVX2 static __m256i Spread(Word nWord) { return _mm256_set1_epi32(static_cast<int>(nWord)); }
+  QX_AVX2 static __m256i Add(__m256i a, __m256i b) { return _mm256_add_epi32(a, b); }
+  QX_AVX2 static __m256i Smaller(__m256i a, __m256i b) { return _mm256_min_epu32(a, b); }
+  QX_AVX2 static __m256i Larger(__m256i a, __m256i b) { return _mm256_max_epu32(a, b); }
+};
+
+template <class Words, class Word = typename Words::Word>
+QX_AVX2 inline QXIndexRange ShiftWords(Word nStart, Word const* pSource, Word* pTarget, std::size_t nNum) {
+  constexpr std::size_t Lanes = sizeof(__m256i) / sizeof(Word);
+  __m256i const start = Words::Spread(nStart);
+  __m256i smallest = _mm256_set1_epi32(-1);
+  __m256i largest = _mm256_setzero_si256();
+  std::size_t i = 0;
+  for (; i + Lanes <= nNum; i += Lanes) {
+    _mm_prefetch(reinterpret_cast<char const*>(pSource + i) + 1024, _MM_HINT_T0);
+    __m256i const sum = Words::Add(_mm256_loadu_si256(reinterpret_cast<__m256i const*>(pSource + i)), start);
+    smallest = Words::Smaller(smallest, sum);
+    largest = Words::Larger(largest, sum);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(pTarget + i), sum);
+  }
+  alignas(32) Word arrSmallest[Lanes];
+  alignas(32) Word arrLargest[Lanes];
+  _mm256_store_si256(reinterpret_cast<__m256i*>(arrSmallest), smallest);
+  _mm256_store_si256(reinterpret_cast<__m256i*>(arrLargest), largest);
+  QXIndexRange range = ShiftIndices(nStart, pSource + i, pTarget + i, nNum - i);
+  if (i > 0)
+    range.Add({*std::min_element(arrSmallest, arrSmallest + Lanes), *std::max_element(arrLargest, arrLargest + Lanes)});
+  return range;
+}
+
 }  // namespace
 
 QX_AVX2 void TransformPointsAvx2(
@@ -100,48 +142,12 @@ QX_AVX2 void TransformPairsAvx2(
 
 QX_AVX2 QXIndexRange Shift16Avx2(
     std::uint16_t nStart, std::uint16_t const* pSource, std::uint16_t* pTarget, std::size_t nNum) {
-  __m256i const start = _mm256_set1_epi16(static_cast<short>(nStart));
-  __m256i smallest = _mm256_set1_epi16(-1);
-  __m256i largest = _mm256_setzero_si256();
-  std::size_t i = 0;
-  for (; i + 16 <= nNum; i += 16) {
-    _mm_prefetch(reinterpret_cast<char const*>(pSource + i) + 1024, _MM_HINT_T0);
-    __m256i const sum = _mm256_add_epi16(_mm256_loadu_si256(reinterpret_cast<__m256i const*>(pSource + i)), start);
-    smallest = _mm256_min_epu16(smallest, sum);
-    largest = _mm256_max_epu16(largest, sum);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(pTarget + i), sum);
-  }
-  alignas(32) std::uint16_t arrSmallest[16];
-  alignas(32) std::uint16_t arrLargest[16];
-  _mm256_store_si256(reinterpret_cast<__m256i*>(arrSmallest), smallest);
-  _mm256_store_si256(reinterpret_cast<__m256i*>(arrLargest), largest);
-  QXIndexRange range = ShiftIndices(nStart, pSource + i, pTarget + i, nNum - i);
-  if (i > 0)
-    range.Add({*std::min_element(arrSmallest, arrSmallest + 16), *std::max_element(arrLargest, arrLargest + 16)});
-  return range;
+  return ShiftWords<Words16>(nStart, pSource, pTarget, nNum);
 }
 
 QX_AVX2 QXIndexRange Shift32Avx2(
     std::uint32_t nStart, std::uint32_t const* pSource, std::uint32_t* pTarget, std::size_t nNum) {
-  __m256i const start = _mm256_set1_epi32(static_cast<int>(nStart));
-  __m256i smallest = _mm256_set1_epi32(-1);
-  __m256i largest = _mm256_setzero_si256();
-  std::size_t i = 0;
-  for (; i + 8 <= nNum; i += 8) {
-    _mm_prefetch(reinterpret_cast<char const*>(pSource + i) + 1024, _MM_HINT_T0);
-    __m256i const sum = _mm256_add_epi32(_mm256_loadu_si256(reinterpret_cast<__m256i const*>(pSource + i)), start);
-    smallest = _mm256_min_epu32(smallest, sum);
-    largest = _mm256_max_epu32(largest, sum);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(pTarget + i), sum);
-  }
-  alignas(32) std::uint32_t arrSmallest[8];
-  alignas(32) std::uint32_t arrLargest[8];
-  _mm256_store_si256(reinterpret_cast<__m256i*>(arrSmallest), smallest);
-  _mm256_store_si256(reinterpret_cast<__m256i*>(arrLargest), largest);
-  QXIndexRange range = ShiftIndices(nStart, pSource + i, pTarget + i, nNum - i);
-  if (i > 0)
-    range.Add({*std::min_element(arrSmallest, arrSmallest + 8), *std::max_element(arrLargest, arrLargest + 8)});
-  return range;
+  return ShiftWords<Words32>(nStart, pSource, pTarget, nNum);
 }
 
 QX_AVX2 void StreamAvx2(void* pTarget, void const* pSource, std::size_t nBytes, void const* pAhead) {
