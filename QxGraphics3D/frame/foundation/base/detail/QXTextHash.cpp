@@ -4,7 +4,8 @@
 
 #include <cstring>
 
-#if defined(QX_TEXT_HASH_AVX2)
+#if defined(__x86_64__) && defined(__GNUC__)
+#  define QX_TEXT_HASH_AVX2 1
 #  include <immintrin.h>
 #endif
 
@@ -94,8 +95,6 @@ __attribute__((target("avx2"), always_inline)) inline void AddPiece(Sum& sum, un
   sum.m_nKey = _mm256_add_epi64(sum.m_nKey, _mm256_set1_epi64x(static_cast<long long>(kThird)));
 }
 
-}  // namespace
-
 __attribute__((target("avx2"))) std::uint64_t HashTextAvx2(wchar_t const* pText, std::size_t nLength) {
   std::size_t const nBytes = nLength * sizeof(wchar_t);
   Pieces<64> const pieces(pText, nBytes);
@@ -111,13 +110,11 @@ __attribute__((target("avx2"))) std::uint64_t HashTextAvx2(wchar_t const* pText,
   return FoldProduct(nFirst ^ nBytes ^ kSecond, nSecond ^ kFourth);
 }
 
-unsigned char CanHashTextAvx2() {
-  return HasAvx2() && sizeof(wchar_t) == 4 ? 1 : 0;
-}
+}  // namespace
 
 std::uint64_t HashText(wchar_t const* pText, std::size_t nLength) {
   // Asked once: a hash must stay what it was while anything is found by it.
-  static unsigned char const bAvx2 = CanHashTextAvx2();
+  static unsigned char const bAvx2 = sizeof(wchar_t) == 4 && HasAvx2() ? 1 : 0;
   return bAvx2 ? HashTextAvx2(pText, nLength) : HashTextPlain(pText, nLength);
 }
 

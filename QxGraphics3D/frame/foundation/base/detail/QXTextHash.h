@@ -11,12 +11,7 @@ namespace QXC::detail {
 /// never store it, never order by it. Cost: about that of comparing two such texts.
 std::uint64_t HashText(wchar_t const* pText, std::size_t nLength);
 
-/// The same on any processor, and on one with AVX2. Two functions with values of their own; for tests.
+/// The one of processors without AVX2, with values of its own; for tests.
 std::uint64_t HashTextPlain(wchar_t const* pText, std::size_t nLength);
-#if defined(__x86_64__) && defined(__GNUC__)
-#  define QX_TEXT_HASH_AVX2 1
-std::uint64_t HashTextAvx2(wchar_t const* pText, std::size_t nLength);
-unsigned char CanHashTextAvx2();
-#endif
 
 }  // namespace QXC::detail
