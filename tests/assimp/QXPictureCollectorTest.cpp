@@ -278,11 +278,11 @@ TEST(QXPictureCollector, PlainMapOf3ds) {
 
 TEST(QXPictureCollector, MapOf3dsIsScaledAndMovedWithRowsFromTheBottom) {
   QXByteWriter map;
-  map.Bytes(MakeChunk(0xA351, QXByteWriter().Add<std::uint16_t>({0x10}).Get()));
-  map.Bytes(MakeChunk(0xA354, QXByteWriter().Add<float>({2.0f}).Get()));
-  map.Bytes(MakeChunk(0xA356, QXByteWriter().Add<float>({4.0f}).Get()));
-  map.Bytes(MakeChunk(0xA358, QXByteWriter().Add<float>({0.25f}).Get()));
-  map.Bytes(MakeChunk(0xA35A, QXByteWriter().Add<float>({0.125f}).Get()));
+  map.Bytes(MakeChunk(0xA351, QXByteWriter().Short(0x10).Get()));
+  map.Bytes(MakeChunk(0xA354, QXByteWriter().Floats({2.0f}).Get()));
+  map.Bytes(MakeChunk(0xA356, QXByteWriter().Floats({4.0f}).Get()));
+  map.Bytes(MakeChunk(0xA358, QXByteWriter().Floats({0.25f}).Get()));
+  map.Bytes(MakeChunk(0xA35A, QXByteWriter().Floats({0.125f}).Get()));
   auto const pModel = Read(QXFileType::EM_MODEL_3DS, MakeSign3ds("a.png", map.Get()));
   EXPECT_EQ(pModel->GetMesh(0)->m_Texture.m_eWrapU, QXC::QX_WRAP_CLAMP);
   // The offset of u moves the picture and not the coordinates. From the bottom v is 4 v + 0.125; rows are counted from

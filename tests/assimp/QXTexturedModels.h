@@ -3,13 +3,15 @@
 /// first row is on top.
 #pragma once
 
+#include <tests/foundation/stream/QXByteWriter.h>
+
 #include <cstdint>
-#include <cstring>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
 namespace QXAssimp {
+
+using QXC::QXByteWriter;
 
 /// z is up.
 inline std::string MakeSignObj(std::string const& strMtl) {
@@ -34,33 +36,6 @@ inline std::string EncodeBase64(std::vector<unsigned char> const& vecBytes) {
   return strText;
 }
 
-/// Bytes in the machine's order, which is that of the formats.
-class QXByteWriter {
-public:
-  template <class T>
-  QXByteWriter& Add(std::initializer_list<T> values) {
-    for (T value : values) {
-      unsigned char bytes[sizeof(T)];
-      std::memcpy(bytes, &value, sizeof(T));
-      m_vecBytes.insert(m_vecBytes.end(), bytes, bytes + sizeof(T));
-    }
-    return *this;
-  }
-  QXByteWriter& Text(std::string const& strText) {
-    m_vecBytes.insert(m_vecBytes.end(), strText.begin(), strText.end());
-    m_vecBytes.push_back(0);
-    return *this;
-  }
-  QXByteWriter& Bytes(std::vector<unsigned char> const& vecBytes) {
-    m_vecBytes.insert(m_vecBytes.end(), vecBytes.begin(), vecBytes.end());
-    return *this;
-  }
-  std::vector<unsigned char> const& Get() const { return m_vecBytes; }
-
-private:
-  std::vector<unsigned char> m_vecBytes;
-};
-
 /// What differs between signs in glTF, as JSON.
 struct QXGltfSign {
   std::string m_strImage = R"("uri":"quarters.png")";
@@ -74,10 +49,10 @@ struct QXGltfSign {
 /// Positions, two coordinate sets (the second runs backwards in u), indices: 48 + 32 + 32 + 12 bytes.
 inline std::vector<unsigned char> MakeGltfBuffer() {
   QXByteWriter writer;
-  writer.Add<float>({0, 0, 0, 4, 0, 0, 4, 4, 0, 0, 4, 0});
-  writer.Add<float>({0, 1, 1, 1, 1, 0, 0, 0});
-  writer.Add<float>({1, 1, 0, 1, 0, 0, 1, 0});
-  writer.Add<std::uint16_t>({0, 1, 2, 0, 2, 3});
+  writer.Floats({0, 0, 0, 4, 0, 0, 4, 4, 0, 0, 4, 0});
+  writer.Floats({0, 1, 1, 1, 1, 0, 0, 0});
+  writer.Floats({1, 1, 0, 1, 0, 0, 1, 0});
+  writer.Shorts({0, 1, 2, 0, 2, 3});
   return writer.Get();
 }
 
@@ -117,39 +92,39 @@ inline std::vector<unsigned char> MakeSignGlb(QXGltfSign sign, std::vector<unsig
   auto const nJson = static_cast<std::uint32_t>(strJson.size());
   auto const nBinary = static_cast<std::uint32_t>(vecBinary.size());
   QXByteWriter writer;
-  writer.Add<std::uint32_t>({0x46546C67, 2, 28 + nJson + nBinary, nJson, 0x4E4F534A});
+  writer.Ints({0x46546C67, 2, 28 + nJson + nBinary, nJson, 0x4E4F534A});
   writer.Bytes(std::vector<unsigned char>(strJson.begin(), strJson.end()));
-  writer.Add<std::uint32_t>({nBinary, 0x004E4942}).Bytes(vecBinary);
+  writer.Int(nBinary).Int(0x004E4942).Bytes(vecBinary);
   return writer.Get();
 }
 
 inline std::vector<unsigned char> MakeChunk(std::uint16_t nId, std::vector<unsigned char> const& vecContent) {
   QXByteWriter writer;
-  writer.Add<std::uint16_t>({nId}).Add<std::uint32_t>({static_cast<std::uint32_t>(6 + vecContent.size())});
+  writer.Short(nId).Int(static_cast<std::int64_t>(6 + vecContent.size()));
   return writer.Bytes(vecContent).Get();
 }
 
 /// z is up. @param vecMap  chunks of the map behind its name
 inline std::vector<unsigned char> MakeSign3ds(std::string const& strPicture, std::vector<unsigned char> const& vecMap) {
   QXByteWriter map;
-  map.Bytes(MakeChunk(0xA300, QXByteWriter().Text(strPicture).Get())).Bytes(vecMap);
+  map.Bytes(MakeChunk(0xA300, QXByteWriter().ZeroText(strPicture).Get())).Bytes(vecMap);
   QXByteWriter material;
-  material.Bytes(MakeChunk(0xA000, QXByteWriter().Text("sign").Get()))
+  material.Bytes(MakeChunk(0xA000, QXByteWriter().ZeroText("sign").Get()))
       .Bytes(MakeChunk(0xA020, MakeChunk(0x0011, {128, 128, 128})))
       .Bytes(MakeChunk(0xA200, map.Get()));
   QXByteWriter faces;
-  faces.Add<std::uint16_t>({2, 0, 1, 2, 7, 0, 2, 3, 7});
-  faces.Bytes(MakeChunk(0x4130, QXByteWriter().Text("sign").Add<std::uint16_t>({2, 0, 1}).Get()));
+  faces.Shorts({2, 0, 1, 2, 7, 0, 2, 3, 7});
+  faces.Bytes(MakeChunk(0x4130, QXByteWriter().ZeroText("sign").Shorts({2, 0, 1}).Get()));
   QXByteWriter vertices;
-  vertices.Add<std::uint16_t>({4}).Add<float>({0, 0, 0, 4, 0, 0, 4, 0, 4, 0, 0, 4});
+  vertices.Short(4).Floats({0, 0, 0, 4, 0, 0, 4, 0, 4, 0, 0, 4});
   QXByteWriter coords;
-  coords.Add<std::uint16_t>({4}).Add<float>({0, 0, 1, 0, 1, 1, 0, 1});
+  coords.Short(4).Floats({0, 0, 1, 0, 1, 1, 0, 1});
   QXByteWriter mesh;
   mesh.Bytes(MakeChunk(0x4110, vertices.Get()))
       .Bytes(MakeChunk(0x4140, coords.Get()))
       .Bytes(MakeChunk(0x4120, faces.Get()));
   QXByteWriter object;
-  object.Text("sign").Bytes(MakeChunk(0x4100, mesh.Get()));
+  object.ZeroText("sign").Bytes(MakeChunk(0x4100, mesh.Get()));
   QXByteWriter editor;
   editor.Bytes(MakeChunk(0xAFFF, material.Get())).Bytes(MakeChunk(0x4000, object.Get()));
   return MakeChunk(0x4D4D, MakeChunk(0x3D3D, editor.Get()));

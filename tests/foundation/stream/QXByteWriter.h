@@ -22,6 +22,10 @@ public:
   QXByteWriter& Long(std::uint64_t nValue) { return Number(nValue, 8); }
   QXByteWriter& Float(float fValue) { return Number(std::bit_cast<std::uint32_t>(fValue), 4); }
   QXByteWriter& Double(double dValue) { return Number(std::bit_cast<std::uint64_t>(dValue), 8); }
+  QXByteWriter& Shorts(std::vector<std::uint16_t> const& arrValues) {
+    for (std::uint16_t const nValue : arrValues) Short(nValue);
+    return *this;
+  }
   QXByteWriter& Ints(std::vector<std::uint32_t> const& arrValues) {
     for (std::uint32_t const nValue : arrValues) Int(nValue);
     return *this;
@@ -35,6 +39,11 @@ public:
     Int(static_cast<std::int64_t>(bytes.size()));
     m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
     return *this;
+  }
+  /// A text with a zero behind it.
+  QXByteWriter& ZeroText(std::string_view bytes) {
+    m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+    return Byte(0);
   }
   QXByteWriter& Bytes(QXBytes const& bytes) {
     m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
