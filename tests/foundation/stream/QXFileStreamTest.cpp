@@ -25,7 +25,7 @@
 namespace QXC {
 namespace {
 
-// Arrays of this size and more bypass the buffer.
+// Longer arrays bypass the buffer.
 constexpr unsigned int BufferSize = 65536;
 
 std::string Contents(std::filesystem::path const& path) {

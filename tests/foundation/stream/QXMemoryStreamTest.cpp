@@ -145,14 +145,34 @@ TEST(QXMemoryStream, AllocatesOnceWhenItIsToldHowMuchComes) {
   EXPECT_EQ(nValue, 1);
 }
 
+/// Writes of any length, without bytes to back them.
+class QXOpenMemoryStream : public QXMemoryStream {
+public:
+  using QXMemoryStream::WritePast;
+};
+
 TEST(QXMemoryStream, FailsWhenTheBlockCannotBeHad) {
-  QXMemoryStream stream;
+  QXOpenMemoryStream stream;
   stream << 7;
-  stream.Reserve(std::numeric_limits<QXUInt64>::max());
+  EXPECT_EQ(stream.WritePast(nullptr, std::numeric_limits<std::size_t>::max() / 2 + 1), 0);
   EXPECT_EQ(stream.GetProblem(), STREAM_NO_MEMORY);
   EXPECT_TRUE(stream.GetErrorText() == L"there is not enough memory");
   EXPECT_EQ(stream.GetSize(), 4u);
   EXPECT_EQ(stream.GetData()[0], 7);
+}
+
+// Less may follow than was announced, and that may well fit.
+TEST(QXMemoryStream, GoesOnWhenTheReservedBlockCannotBeHad) {
+  QXMemoryStream stream;
+  stream << 7;
+  stream.Reserve(std::numeric_limits<QXUInt64>::max());
+  EXPECT_EQ(stream.IsGood(), 1);
+  for (int i = 0; i < 1000; ++i) stream << i;
+  EXPECT_EQ(stream.IsGood(), 1);
+  EXPECT_EQ(stream.GetSize(), 4004u);
+  int nValue = 0;
+  stream >> nValue;
+  EXPECT_EQ(nValue, 7);
 }
 
 TEST(QXMemoryStream, BeginsAnewAfterRewinding) {

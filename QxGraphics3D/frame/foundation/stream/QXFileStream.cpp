@@ -69,7 +69,9 @@ void QXFileStream::Reserve(QXUInt64 nSize) {
 #if defined(FALLOC_FL_KEEP_SIZE)
   bool const bPossible = nSize <= static_cast<QXUInt64>(std::numeric_limits<off_t>::max());
   if (m_eMode != MODE_WRITE || !IsGood() || nSize < LeastReserve || !bPossible) return;
-  if (::fallocate(m_nHandle, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(nSize)) == 0) m_bReserved = 1;
+  // Also when it fails: a disk that is full half-way keeps the blocks up to there.
+  m_bReserved = 1;
+  [[maybe_unused]] int const nResult = ::fallocate(m_nHandle, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(nSize));
 #else
   static_cast<void>(nSize);
 #endif

@@ -8,8 +8,8 @@
 
 namespace QXC {
 
-/// Reads or writes one regular file through a buffer; arrays of the buffer's size and more go straight between the file
-/// and the caller. A file may be longer than 4 GiB.
+/// Reads or writes one regular file through a buffer; longer arrays go straight between the file and the caller. A file
+/// may be longer than 4 GiB.
 class QXGRAPHICS3D_API QXFileStream : public QXStream {
 public:
   QXFileStream();

@@ -23,9 +23,6 @@ QXMemoryStream::QXMemoryStream(void const* pBytes, QXUInt64 nSize)
 
 QXMemoryStream::QXMemoryStream(Room const& room)
     : m_pData(static_cast<unsigned char*>(room.m_pBytes)), m_nCapacity(room.m_pBytes ? room.m_nSize : 0) {
-  m_pWrite = m_pData;
-  m_pWriteEnd = m_pData + m_nCapacity;
-  m_nWriteEndOffset = m_nCapacity;
   Rewind();
 }
 
@@ -73,23 +70,24 @@ unsigned char QXMemoryStream::WritePast(void const* pBytes, std::size_t nSize) {
     FailWith(m_bConstant != 0 ? STREAM_NOT_OPEN : STREAM_FULL);
     return 0;
   }
-  if (!Grow(std::max({GetWritten() + nSize, m_nCapacity * 2, SmallestBlock}))) return 0;
+  if (!Grow(std::max({GetWritten() + nSize, m_nCapacity * 2, SmallestBlock}))) {
+    FailWith(STREAM_NO_MEMORY);
+    return 0;
+  }
   std::memcpy(m_pWrite, pBytes, nSize);
   m_pWrite += nSize;
   return 1;
 }
 
-/// With realloc: a large block then moves by its page tables and is not copied.
+/// 0 if there is no memory; all is then as it was. With realloc: a large block then moves by its page tables and is not
+/// copied.
 unsigned char QXMemoryStream::Grow(QXUInt64 nCapacity) {
   QXUInt64 const nWritten = GetWritten();
   QXUInt64 const nPosition = GetPosition();
   // No block is longer than pointers can tell apart.
   bool const bPossible = nCapacity <= static_cast<QXUInt64>(std::numeric_limits<std::ptrdiff_t>::max());
   void* const pNew = bPossible ? std::realloc(m_pData, static_cast<std::size_t>(nCapacity)) : nullptr;
-  if (!pNew) {
-    FailWith(STREAM_NO_MEMORY);
-    return 0;
-  }
+  if (!pNew) return 0;
   m_pData = static_cast<unsigned char*>(pNew);
   m_nCapacity = nCapacity;
   m_pWrite = m_pData + nWritten;

@@ -30,8 +30,8 @@ public:
   /// Bytes of GetData: all that was written, or the length of the block that is read. A failure changes neither.
   QXUInt64 GetSize() const { return m_bConstant != 0 ? m_nCapacity : GetWritten(); }
 
-  /// Makes a block of its own large enough for nSize bytes in all, so that writing them allocates nothing. A block that
-  /// cannot be had fails the stream. Nothing for the other kinds.
+  /// Makes a block of its own large enough for nSize bytes in all, so that writing them allocates nothing. Where there
+  /// is no memory for that, and for the other kinds, nothing happens.
   void Reserve(QXUInt64 nSize) override;
   /// Reading begins again at the first byte; a failure is forgotten.
   void Rewind();

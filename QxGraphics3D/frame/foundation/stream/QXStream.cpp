@@ -76,7 +76,7 @@ void QXStream::TakePast(void* pBytes, std::size_t nSize) {
   std::memset(pBytes, 0, nSize);
 }
 
-// The window of a file is smaller than such arrays, so they are those of large blocks in memory.
+// The window of a file holds none or one such array, so they are those of large blocks in memory.
 void QXStream::PutBlock(void const* pBytes, std::size_t nSize) {
   bool const bFits = nSize <= static_cast<std::size_t>(m_pWriteEnd - m_pWrite);
   if (!bFits || nSize < detail::PastCachesArray || m_nWriteEndOffset < detail::PastCachesBlock)
