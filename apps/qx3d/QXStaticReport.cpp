@@ -14,7 +14,7 @@ namespace {
 
 constexpr char const* ListNames[] = {"32-bit", "16-bit", "typed 32-bit", "typed 16-bit"};
 
-/// Passes and textures of one bucket that are printed; the others are counted.
+/// Buckets of a list, and passes and textures of a bucket, that are printed; the others are counted.
 constexpr std::size_t MaxShown = 20;
 
 void PrintLine(char const* szWhat, std::string const& strText) {
@@ -78,6 +78,12 @@ void PrintBucket(QXStaticBucket const& bucket, int nList) {
   PrintLine("  sub-objects", std::to_string(bucket.m_nSubObjects));
 }
 
+void PrintBuckets(std::vector<QXStaticBucket> const& vecBuckets, int nList) {
+  for (std::size_t i = 0; i < vecBuckets.size() && i < MaxShown; ++i) PrintBucket(vecBuckets[i], nList);
+  if (vecBuckets.size() > MaxShown)
+    PrintLine("", "and " + std::to_string(vecBuckets.size() - MaxShown) + " more of the " + ListNames[nList] + " list");
+}
+
 void PrintContents(std::string const& strPath, QXStaticContents const& contents) {
   PrintLine("file", strPath);
   PrintLine("size", std::to_string(contents.m_nSize) + " bytes");
@@ -90,8 +96,7 @@ void PrintContents(std::string const& strPath, QXStaticContents const& contents)
   for (int i = 0; i < 4; ++i)
     strLists += (i == 0 ? "" : ", ") + std::to_string(contents.m_vecBuckets[i].size()) + " " + ListNames[i];
   PrintLine("buckets", strLists);
-  for (int i = 0; i < 4; ++i)
-    for (QXStaticBucket const& bucket : contents.m_vecBuckets[i]) PrintBucket(bucket, i);
+  for (int i = 0; i < 4; ++i) PrintBuckets(contents.m_vecBuckets[i], i);
   PrintLine("textures", std::to_string(contents.m_vecTextures.size()));
   for (std::size_t i = 0; i < contents.m_vecTextures.size() && i < MaxShown; ++i)
     PrintLine("", "  " + contents.m_vecTextures[i].m_strName + ", of " +
