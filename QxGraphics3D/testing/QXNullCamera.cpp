@@ -1,7 +1,5 @@
 #include <QxGraphics3D/testing/QXNullCamera.h>
 
-#include <algorithm>
-
 #include <QxGraphics3D/frame/QXRenderTarget.h>
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/testing/QXNullGraphics3D.h>
@@ -26,18 +24,6 @@ QXBoundingBox Exaggerate(QXBoundingBox const& box, double dFactor) {
   maximum.z *= dFactor;
   // A negative factor turns the box inside out, which culling takes as it is.
   return QXBoundingBox(minimum, maximum);
-}
-
-/// From a point to the nearest one of a box; 0 inside it.
-double NearestDistance(QXVector3d const& vecPoint, QXBoundingBox const& box) {
-  auto const outside = [](double dValue, double dMin, double dMax) {
-    return std::max({dMin - dValue, 0.0, dValue - dMax});
-  };
-  QXVector3d const& vecMin = box.GetMin();
-  QXVector3d const& vecMax = box.GetMax();
-  return QXVector3d(outside(vecPoint.x, vecMin.x, vecMax.x), outside(vecPoint.y, vecMin.y, vecMax.y),
-      outside(vecPoint.z, vecMin.z, vecMax.z))
-      .Length();
 }
 
 }  // namespace
@@ -90,7 +76,7 @@ void QXNullCamera::DrawScene(QXViewport const& viewport) {
     }
     ++m_nDrawn;
     Record("draw", pDrawable->GetLabel());
-    double const dDistance = NearestDistance(m_vecPosition, box);
+    double const dDistance = box.GetDistance(m_vecPosition);
     m_Graphics.CountDraw(pDrawable->GetDrawnRangeCount(dDistance), pDrawable->GetDrawnTriangleCount(dDistance),
         pDrawable->GetVertexCount());
   }

@@ -70,16 +70,7 @@ QXMatrix4d QXNullInstancing::GetWorldMatrix(QXNullPlacement const& placement) co
 }
 
 QXBoundingBox QXNullInstancing::GetPlacementBounds(QXNullPlacement const& placement) const {
-  QXBoundingBox world;
-  if (m_pMesh == nullptr || m_pMesh->GetBoundingBox().IsNULL()) {
-    return world;
-  }
-  QXMatrix4d const matrix = GetWorldMatrix(placement);
-  for (QXVector3d const& corner : m_pMesh->GetBoundingBox().GetCorners()) {
-    QXVector3d const moved = corner.MultiplyMatrix(matrix);
-    world.Merge(QXBoundingBox(moved, moved));
-  }
-  return world;
+  return m_pMesh == nullptr ? QXBoundingBox() : m_pMesh->GetBoundingBox().GetTransformed(GetWorldMatrix(placement));
 }
 
 unsigned char QXNullInstancing::IsDrawnFrom(

@@ -54,16 +54,7 @@ QXMatrix4d QXNullRenderOperation3D::GetWorldMatrix() const {
 }
 
 QXBoundingBox QXNullRenderOperation3D::GetWorldBoundingBox() const {
-  QXBoundingBox world;
-  if (m_Bounds.IsNULL()) {
-    return world;
-  }
-  QXMatrix4d const matrix = GetWorldMatrix();
-  for (QXVector3d const& corner : m_Bounds.GetCorners()) {
-    QXVector3d const moved = corner.MultiplyMatrix(matrix);
-    world.Merge(QXBoundingBox(moved, moved));
-  }
-  return world;
+  return m_Bounds.GetTransformed(GetWorldMatrix());
 }
 
 void QXNullRenderOperation3D::SetModelMatrix(QXMatrix4d const& matModel) {

@@ -65,6 +65,7 @@ void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene
   view.m_vecOrigin = m_Graphics3D.GetRelativeOrigin();
   view.m_matView = Translation(view.m_vecOrigin) * m_matView;
   view.m_matProjection = m_matProjection;
+  view.m_vecEye = QXVector3d::ZERO.MultiplyMatrix(view.m_matView.Invert()) + view.m_vecOrigin;
   view.m_dVerticalExaggeration = pTarget->GetVerticalExaggeration();
   view.m_ePolygonMode = pTarget->GetPolygonMode();
   view.m_pNode = m_pNode;

@@ -26,17 +26,6 @@ QXMatrix4d Translation(QXVector3d const& vecOffset) {
   return mat;
 }
 
-/// The box around the eight corners of a box after a transformation.
-QXBoundingBox Transformed(QXBoundingBox const& box, QXMatrix4d const& mat) {
-  if (box.IsNULL()) return box;
-  QXBoundingBox result;
-  for (QXVector3d const& vecCorner : box.GetCorners()) {
-    QXVector3d const vecPoint = vecCorner.MultiplyMatrix(mat);
-    result.Merge(QXBoundingBox(vecPoint, vecPoint));
-  }
-  return result;
-}
-
 QXBoundingBox Exaggerated(QXBoundingBox const& box, double dFactor) {
   QXVector3d vecMin = box.GetMin();
   QXVector3d vecMax = box.GetMax();
@@ -65,20 +54,6 @@ bool MayReach(QXBoundingBox const& box, double dReach, QXOgreView const& view) {
     nOutside &= nSides;
   }
   return nOutside == 0;
-}
-
-/// From the eye to the nearest point of a box; 0 inside it.
-double NearestDistance(QXBoundingBox const& boxWorld, QXOgreView const& view) {
-  QXBoundingBox const box = Exaggerated(boxWorld, view.m_dVerticalExaggeration);
-  QXVector3d const vecEye = QXVector3d::ZERO.MultiplyMatrix(view.m_matView.Invert()) + view.m_vecOrigin;
-  auto const outside = [](double dValue, double dMin, double dMax) {
-    return std::max({dMin - dValue, 0.0, dValue - dMax});
-  };
-  QXVector3d const& vecMin = box.GetMin();
-  QXVector3d const& vecMax = box.GetMax();
-  return QXVector3d(outside(vecEye.x, vecMin.x, vecMax.x), outside(vecEye.y, vecMin.y, vecMax.y),
-      outside(vecEye.z, vecMin.z, vecMax.z))
-      .Length();
 }
 
 }  // namespace
@@ -230,7 +205,9 @@ void QXOgreDrawable::Queue(
   m_Place.m_matToEye = ToOgre(Translation(m_Geometry.GetZero()) * matToEye);
   if (!IsFinite(m_Place.m_matToEye)) return;
   m_Place.m_fDepth = -m_Place.m_matToEye.getTrans().z;
-  double const dDistance = m_pBucket && m_pBucket->HasDistances() ? NearestDistance(m_WorldBounds, view) : 0.0;
+  double dDistance = 0.0;
+  if (m_pBucket && m_pBucket->HasDistances())
+    dDistance = Exaggerated(m_WorldBounds, view.m_dVerticalExaggeration).GetDistance(view.m_vecEye);
   auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
   unsigned int nRanges = 0;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
@@ -314,7 +291,7 @@ QXOgreBinding QXOgreDrawable::Bind(QXOgreTextureSet const& set, QXOgreTextureSet
 
 void QXOgreDrawable::UpdateWorld() {
   m_matWorld = m_pNode ? m_matModel * m_pNode->GetMatrix() : m_matModel;
-  m_WorldBounds = Transformed(GetBounds(), m_matWorld);
+  m_WorldBounds = GetBounds().GetTransformed(m_matWorld);
 }
 
 }  // namespace QXC

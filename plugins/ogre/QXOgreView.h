@@ -19,6 +19,8 @@ struct QXOgreView {
   /// From coordinates relative to m_vecOrigin to the eye's.
   QXMatrix4d m_matView;
   QXMatrix4d m_matProjection;
+  /// Where the eye stands in the world; the levels of static geometry go by it.
+  QXVector3d m_vecEye;
   /// Movable origin of the scene: everything is made relative to it in double, before it becomes float.
   QXVector3d m_vecOrigin;
   double m_dVerticalExaggeration;

@@ -4,6 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <random>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 
 using namespace QXC;
 
@@ -92,6 +96,53 @@ TEST(QXBoundingBox, PointAtTheOriginIsNoNullBoxHoweverItsZerosAreSigned) {
     box.Merge(QXBoundingBox());
     EXPECT_EQ(box.IsNULL(), 0) << nSigns;
   }
+}
+
+TEST(QXBoundingBox, IsMeasuredFromItsNearestPoint) {
+  QXBoundingBox const box({1, 2, 3}, {5, 8, 13});
+  EXPECT_EQ(box.GetDistance({3, 3, 3}), 0.0);
+  EXPECT_EQ(box.GetDistance({5, 8, 13}), 0.0);
+  EXPECT_EQ(box.GetDistance({-1, 4, 4}), 2.0);
+  EXPECT_EQ(box.GetDistance({3, 10, 4}), 2.0);
+  EXPECT_EQ(box.GetDistance({3, 4, -4}), 7.0);
+  EXPECT_EQ(box.GetDistance({-2, 12, 4}), 5.0);
+  EXPECT_EQ(box.GetDistance({3, 14, 21}), 10.0);
+}
+
+TEST(QXBoundingBox, IsNowhereNearerThanItsMeasuredDistance) {
+  std::mt19937 random(20260702);
+  auto const number = [&] { return static_cast<double>(random()) / 4294967295.0; };
+  for (int i = 0; i < 200; ++i) {
+    QXVector3d const minimum(number(), number(), number());
+    QXVector3d const size(number(), number(), number());
+    QXVector3d const point(4.0 * number() - 1.5, 4.0 * number() - 1.5, 4.0 * number() - 1.5);
+    double const dDistance = QXBoundingBox(minimum, minimum + size).GetDistance(point);
+    double dNearest = std::numeric_limits<double>::infinity();
+    for (int n = 0; n < 21 * 21 * 21; ++n) {
+      QXVector3d const part(size.x * (n % 21) / 20.0, size.y * (n / 21 % 21) / 20.0, size.z * (n / 441) / 20.0);
+      dNearest = std::min(dNearest, (minimum + part - point).Length());
+    }
+    EXPECT_LE(dDistance, dNearest + 1e-12) << i;
+    EXPECT_GE(dDistance, dNearest - 0.05) << i;
+  }
+}
+
+TEST(QXBoundingBox, IsInfinitelyFarWhenNull) {
+  EXPECT_EQ(QXBoundingBox().GetDistance(QXVector3d::ZERO), std::numeric_limits<double>::infinity());
+}
+
+TEST(QXBoundingBox, SpansItsTransformedCorners) {
+  QXMatrix4d mat;
+  // x to 2y, y to -x, then moved.
+  mat[0][0] = 0.0;
+  mat[0][1] = 2.0;
+  mat[1][0] = -1.0;
+  mat[1][1] = 0.0;
+  mat.SetTrans({100, 200, 300});
+  QXBoundingBox const box = QXBoundingBox({1, 2, 3}, {5, 8, 13}).GetTransformed(mat);
+  EXPECT_EQ(box.GetMin(), QXVector3d(92, 202, 303));
+  EXPECT_EQ(box.GetMax(), QXVector3d(98, 210, 313));
+  EXPECT_EQ(QXBoundingBox().GetTransformed(mat).IsNULL(), 1);
 }
 
 TEST(QXBoundingBox, StaysSmallEnoughToStream) {

@@ -1,6 +1,9 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 
 #include <algorithm>
+#include <limits>
+
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 
 namespace QXC {
 
@@ -35,6 +38,24 @@ void QXBoundingBox::Merge(QXBoundingBox const& other) {
     m_dMin[nAxis] = std::min(m_dMin[nAxis], other.m_dMin[nAxis]);
     m_dMax[nAxis] = std::max(m_dMax[nAxis], other.m_dMax[nAxis]);
   }
+}
+
+QXBoundingBox QXBoundingBox::GetTransformed(QXMatrix4d const& mat) const {
+  QXBoundingBox result;
+  if (IsNULL()) return result;
+  for (QXVector3d const& vecCorner : GetCorners()) {
+    QXVector3d const vecPoint = vecCorner.MultiplyMatrix(mat);
+    result.Merge(QXBoundingBox(vecPoint, vecPoint));
+  }
+  return result;
+}
+
+double QXBoundingBox::GetDistance(QXVector3d const& vecPoint) const {
+  if (IsNULL()) return std::numeric_limits<double>::infinity();
+  auto const outside = [this](int nAxis, double dValue) {
+    return std::max({m_dMin[nAxis] - dValue, 0.0, dValue - m_dMax[nAxis]});
+  };
+  return QXVector3d(outside(0, vecPoint.x), outside(1, vecPoint.y), outside(2, vecPoint.z)).Length();
 }
 
 }  // namespace QXC

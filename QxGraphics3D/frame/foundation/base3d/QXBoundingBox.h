@@ -11,6 +11,8 @@
 
 namespace QXC {
 
+class QXMatrix4d;
+
 /// Minimum and maximum corner, or null: no box at all. A null box has corners of zeros and a flag.
 /// The corners are taken as given: a minimum above its maximum stays so, and every operation says what it makes of it.
 /// Cost: 48 bytes, bare doubles instead of vectors, no store of corners and no byte for the null box, because culling
@@ -52,6 +54,10 @@ public:
   /// Grows to the smallest minima and largest maxima of both boxes. A null box adds nothing; merging into a null box
   /// copies the other.
   void Merge(QXBoundingBox const& other);
+  /// The box around the eight corners after a transformation; the null box stays null.
+  QXBoundingBox GetTransformed(QXMatrix4d const& mat) const;
+  /// From a point to the nearest one of the box; 0 inside it. The null box is nowhere: infinitely far.
+  double GetDistance(QXVector3d const& vecPoint) const;
 
 private:
   static constexpr std::uint64_t ms_nMinusZero = 0x8000000000000000U;
