@@ -2,6 +2,8 @@
 
 #include <QxGraphics3D/atlas/QXTextureImageManagerEx.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -51,13 +53,11 @@ TEST_F(QXTextureImageManagerExTest, NewRecordHasItsDefaults) {
 
 TEST(QXTextureImageEx, HasItsFieldsInOrder) {
   QXTextureImageEx const image(nullptr);
-  void const* const arrFields[] = {&image.m_nRefCount, &image.m_FirstRect, &image.m_SecondRect, &image.m_bFlag,
-      &image.m_pTextureData, &image.m_nOwnerID, &image.m_nUserValue, &image.m_nHeight, &image.m_nWidth,
-      &image.m_bLoaded, &image.m_bReady, &image.m_strName, &image.m_nUserTag, &image.m_pManager, &image.m_nCreateTime,
-      &image.m_bUserFlagA, &image.m_bUserFlagB, &image.m_arrUserData, &image.m_nFormat, &image.m_nCompression,
-      &image.m_pTexture};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
-  EXPECT_EQ(static_cast<void const*>(&image), arrFields[0]);
+  ExpectInOrder({&image.m_nRefCount, &image.m_FirstRect, &image.m_SecondRect, &image.m_bFlag, &image.m_pTextureData,
+      &image.m_nOwnerID, &image.m_nUserValue, &image.m_nHeight, &image.m_nWidth, &image.m_bLoaded, &image.m_bReady,
+      &image.m_strName, &image.m_nUserTag, &image.m_pManager, &image.m_nCreateTime, &image.m_bUserFlagA,
+      &image.m_bUserFlagB, &image.m_arrUserData, &image.m_nFormat, &image.m_nCompression, &image.m_pTexture});
+  EXPECT_EQ(static_cast<void const*>(&image), static_cast<void const*>(&image.m_nRefCount));
   EXPECT_EQ(sizeof image.m_bReady, 1u);
 }
 

@@ -1,5 +1,7 @@
 #include "QXTextureImageManagerFixture.h"
 
+#include <tests/QXFieldOrder.h>
+
 #include <cstddef>
 #include <cstdint>
 
@@ -19,12 +21,11 @@ TEST_F(QXTextureImageManagerTest, NewRecordHasItsDefaults) {
 
 TEST(QXTextureImage, HasItsFieldsInOrder) {
   QXTextureImage const image(nullptr);
-  void const* const arrFields[] = {&image.m_nLocation, &image.m_nRefCount, &image.m_FirstRect, &image.m_SecondRect,
-      &image.m_bFlag, &image.m_pTextureData, &image.m_nOwnerID, &image.m_nUserValue, &image.m_nSize, &image.m_bLoaded,
+  ExpectInOrder({&image.m_nLocation, &image.m_nRefCount, &image.m_FirstRect, &image.m_SecondRect, &image.m_bFlag,
+      &image.m_pTextureData, &image.m_nOwnerID, &image.m_nUserValue, &image.m_nSize, &image.m_bLoaded,
       &image.m_bAllocated, &image.m_strName, &image.m_nUserTag, &image.m_pManager, &image.m_nCreateTime,
-      &image.m_bUserFlagA, &image.m_bUserFlagB, &image.m_arrUserData};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
-  EXPECT_EQ(static_cast<void const*>(&image), arrFields[0]);
+      &image.m_bUserFlagA, &image.m_bUserFlagB, &image.m_arrUserData});
+  EXPECT_EQ(static_cast<void const*>(&image), static_cast<void const*>(&image.m_nLocation));
   EXPECT_EQ(sizeof image.m_nLocation, 4u);
   EXPECT_EQ(sizeof image.m_nOwnerID, 8u);
   EXPECT_EQ(sizeof image.m_nUserValue, 8u);

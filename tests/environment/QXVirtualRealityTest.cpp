@@ -1,5 +1,7 @@
 #include <QxGraphics3D/environment/QXVirtualReality.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -36,8 +38,7 @@ TEST(QXVirtualReality, ANewOneHasTheDefaults) {
 
 TEST(QXVirtualReality, FieldsStandInTheirOrderBehindTheTable) {
   BareDisplay const display;
-  void const* const arrFields[] = {&display, &display.m_dValue, &display.m_bFlag0, &display.m_bFlag1};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&display, &display.m_dValue, &display.m_bFlag0, &display.m_bFlag1});
 }
 
 TEST(QXVirtualReality, CopyAndAssignmentTakeAllThreeFields) {

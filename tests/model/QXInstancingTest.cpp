@@ -3,6 +3,8 @@
 #include <QxGraphics3D/model/QXROInstancePtr.h>
 #include <QxGraphics3D/model/QXRenderOperationInstance.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -58,8 +60,7 @@ TEST(QXInstancing, ANewOneHasNoUses) {
 
 TEST(QXInstancing, FieldsStandInTheirOrderBehindTheTable) {
   BareInstancing const instancing;
-  void const* const arrFields[] = {&instancing, &instancing.m_arrInstances, &instancing.m_nMaxPlacements};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&instancing, &instancing.m_arrInstances, &instancing.m_nMaxPlacements});
 }
 
 TEST(QXInstancing, CopiesTakeListAndNumber) {

@@ -4,10 +4,11 @@
 #include <QxGraphics3D/model/QXModelDataPtr.h>
 #include <QxGraphics3D/model/QXModelManager.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -36,8 +37,7 @@ TEST(QXModelData, ANewOneHasNothing) {
 
 TEST(QXModelData, FieldsStandInTheirOrderBehindTheTable) {
   OpenModelData const model;
-  void const* const arrFields[] = {&model, &model.m_pModelDataInfo, &model.m_pModelManager};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&model, &model.m_pModelDataInfo, &model.m_pModelManager});
   EXPECT_TRUE(std::has_virtual_destructor_v<QXModelData>);
 }
 

@@ -8,6 +8,8 @@
 
 #include "../testing/QXTestGeometry.h"
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -79,9 +81,8 @@ TEST_F(QXRenderObjectInstanceTest, ANewOneHasNothingAndGivesNoDrawable) {
 
 TEST_F(QXRenderObjectInstanceTest, FieldsStandInTheirOrderBehindTheTable) {
   QXRenderObjectInstance const instance;
-  void const* const arrFields[] = {&instance, &instance.m_pRenderOperation3D, &instance.m_pROMultiIndex,
-      &instance.m_arrTextures, &instance.m_pGraphics3D};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&instance, &instance.m_pRenderOperation3D, &instance.m_pROMultiIndex, &instance.m_arrTextures,
+      &instance.m_pGraphics3D});
   EXPECT_TRUE(std::has_virtual_destructor_v<QXRenderObjectInstance>);
 }
 

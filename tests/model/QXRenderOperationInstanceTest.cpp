@@ -3,6 +3,8 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/model/QXRenderObjectInstance.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -26,9 +28,8 @@ TEST(QXRenderOperationInstance, ANewOneIsEmpty) {
 
 TEST(QXRenderOperationInstance, FieldsStandInTheirOrder) {
   OpenInstance const instance;
-  void const* const arrFields[] = {&instance.m_strName, &instance.m_ROInstancePtr, &instance.m_arrMatrices};
-  EXPECT_EQ(arrFields[0], &instance);
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&instance.m_strName, &instance.m_ROInstancePtr, &instance.m_arrMatrices});
+  EXPECT_EQ(static_cast<void const*>(&instance.m_strName), &instance);
   EXPECT_FALSE(std::is_polymorphic_v<QXRenderOperationInstance>);
 }
 

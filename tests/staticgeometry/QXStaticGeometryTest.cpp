@@ -13,6 +13,8 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include "QXStaticGeometryParts.h"
 
 namespace QXC {
@@ -32,10 +34,6 @@ void ExpectSphere(QXBoundingSphere const& sphere, QXVector3d const& center, doub
   EXPECT_EQ(sphere.GetCenter().y, center.y);
   EXPECT_EQ(sphere.GetCenter().z, center.z);
   EXPECT_EQ(sphere.GetRadius(), dRadius);
-}
-
-void ExpectInOrder(std::vector<void const*> const& fields) {
-  for (std::size_t i = 1; i < std::size(fields); ++i) EXPECT_LT(fields[i - 1], fields[i]) << "field " << i;
 }
 
 TEST(QXStaticGeometry, FreshHasItsDefaults) {

@@ -3,6 +3,8 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureDataAnimation.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -119,10 +121,9 @@ TEST(QXAnimationTexture, StartsWithItsDefaults) {
 
 TEST(QXAnimationTexture, HasItsFieldsInOrderBehindThoseOfATexture) {
   QXBareAnimation texture;
-  std::vector<void const*> const arrFields{&texture.m_bKtx2Flag, &texture.m_arrFrames, &texture.m_arrFrameTextures,
-      &texture.m_bAnimationEnabled, &texture.m_nCurrentFrame, &texture.m_nPlayTime, &texture.m_nTotalTime,
-      &texture.m_mapFrameEndTimes, &texture.m_mapFrameIDs, &texture.m_nLastUpdate, &texture.m_Time};
-  for (std::size_t i = 1; i < arrFields.size(); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&texture.m_bKtx2Flag, &texture.m_arrFrames, &texture.m_arrFrameTextures, &texture.m_bAnimationEnabled,
+      &texture.m_nCurrentFrame, &texture.m_nPlayTime, &texture.m_nTotalTime, &texture.m_mapFrameEndTimes,
+      &texture.m_mapFrameIDs, &texture.m_nLastUpdate, &texture.m_Time});
 }
 
 TEST(QXAnimationTexture, HasFourSlotsBehindThoseOfATexture) {

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXImageData.h>
@@ -93,16 +95,11 @@ TEST(QXTexture, CannotBeCopied) {
 
 TEST(QXTexture, HasItsFieldsInOrder) {
   QXBareTexture texture;
-  std::vector<void const*> const arrFields{&texture.m_strTexFilePath, &texture.m_TextureData, &texture.m_arrLodLevels,
-      &texture.m_bMipmapEnabled, &texture.m_rcRegion, &texture.m_nRegionValues, &texture.m_dScaleValue,
-      &texture.m_vecScale, &texture.m_vecOffset, &texture.m_bSRGB, &texture.m_nBindID, &texture.m_bLoadedImage,
-      &texture.m_nRefCount, &texture.m_bRepeatMode, &texture.m_bHasTransparentData, &texture.m_arrMipmapOffset,
-      &texture.m_bNeedLoadTexture, &texture.m_bNeedLoadImg, &texture.m_Mutex, &texture.m_bIsFinished,
-      &texture.m_strImgRealFilePath, &texture.m_bKtx2Flag};
-  ASSERT_EQ(arrFields.size(), 22U);
-  for (std::size_t nField = 1; nField < arrFields.size(); ++nField) {
-    EXPECT_LT(arrFields[nField - 1], arrFields[nField]) << nField;
-  }
+  ExpectInOrder({&texture.m_strTexFilePath, &texture.m_TextureData, &texture.m_arrLodLevels, &texture.m_bMipmapEnabled,
+      &texture.m_rcRegion, &texture.m_nRegionValues, &texture.m_dScaleValue, &texture.m_vecScale, &texture.m_vecOffset,
+      &texture.m_bSRGB, &texture.m_nBindID, &texture.m_bLoadedImage, &texture.m_nRefCount, &texture.m_bRepeatMode,
+      &texture.m_bHasTransparentData, &texture.m_arrMipmapOffset, &texture.m_bNeedLoadTexture, &texture.m_bNeedLoadImg,
+      &texture.m_Mutex, &texture.m_bIsFinished, &texture.m_strImgRealFilePath, &texture.m_bKtx2Flag});
 }
 
 TEST(QXTexture, HasItsOperationsInSlotOrder) {

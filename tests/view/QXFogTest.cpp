@@ -1,5 +1,7 @@
 #include <QxGraphics3D/view/QXFog.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -49,8 +51,7 @@ TEST(QXFog, ANewOneIsOffAndWhite) {
 
 TEST(QXFog, FieldsStandInTheirOrderBehindTheTable) {
   OpenFog fog;
-  void const* const arrFields[] = {&fog, &fog.m_eMode, &fog.m_Color, &fog.m_dStart, &fog.m_dEnd, &fog.m_dDensity};
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+  ExpectInOrder({&fog, &fog.m_eMode, &fog.m_Color, &fog.m_dStart, &fog.m_dEnd, &fog.m_dDensity});
   EXPECT_TRUE(std::has_virtual_destructor_v<QXFog>);
 }
 

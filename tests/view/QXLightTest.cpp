@@ -1,5 +1,7 @@
 #include <QxGraphics3D/view/QXLight.h>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -87,12 +89,11 @@ TEST(QXLight, ANameChangesNothing) {
 
 TEST(QXLight, FieldsStandInTheirOrder) {
   OpenLight light;
-  void const* const arrFields[] = {&light.m_eType, &light.m_dSpotlightFalloff, &light.m_dSpotlightInnerAngle,
+  ExpectInOrder({&light.m_eType, &light.m_dSpotlightFalloff, &light.m_dSpotlightInnerAngle,
       &light.m_dSpotlightOuterAngle, &light.m_DiffuseColour, &light.m_SpecularColour, &light.m_AmbientColour,
       &light.m_dAttenuationRange, &light.m_dPowerScale, &light.m_dAttenuationConstant, &light.m_dAttenuationLinear,
-      &light.m_dAttenuationQuadric, &light.m_vecPosition, &light.m_vecDirection};
-  EXPECT_EQ(arrFields[0], &light) << "there is no virtual table";
-  for (std::size_t i = 1; i < std::size(arrFields); ++i) EXPECT_LT(arrFields[i - 1], arrFields[i]) << i;
+      &light.m_dAttenuationQuadric, &light.m_vecPosition, &light.m_vecDirection});
+  EXPECT_EQ(static_cast<void const*>(&light.m_eType), &light) << "there is no virtual table";
   EXPECT_FALSE(std::is_polymorphic_v<QXLight>);
 }
 

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include <tests/QXFieldOrder.h>
+
 #include <gtest/gtest.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXTextureInfo.h>
@@ -69,11 +71,8 @@ TEST(QXTextureData, StartsWithoutAnything) {
 
 TEST(QXTextureData, HasItsFieldsInOrderAndTheCloneBeforeTheDestructor) {
   QXTextureData data;
-  void const* const arrFields[] = {&data, &data.m_pPixels, &data.m_nHeight, &data.m_nWidth, &data.m_nDepth,
-      &data.m_eFormat, &data.m_nCompression, &data.m_nDataSize};
-  for (std::size_t nField = 1; nField < std::size(arrFields); ++nField) {
-    EXPECT_LT(arrFields[nField - 1], arrFields[nField]);
-  }
+  ExpectInOrder({&data, &data.m_pPixels, &data.m_nHeight, &data.m_nWidth, &data.m_nDepth, &data.m_eFormat,
+      &data.m_nCompression, &data.m_nDataSize});
   // SlotOf counts the two entries of a destructor that stands first; here none does.
   EXPECT_EQ(SlotOf(&QXTextureData::Clone), -1);
   EXPECT_TRUE(std::has_virtual_destructor_v<QXTextureData>);
