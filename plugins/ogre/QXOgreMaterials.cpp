@@ -37,6 +37,8 @@ QXOgreMaterials::~QXOgreMaterials() {
   // Materials hold the programs, so they go first.
   for (auto& [surface, pMaterial] : m_mapMaterials) Ogre::MaterialManager::getSingleton().remove(pMaterial);
   m_mapMaterials.clear();
+  for (auto& [pPicture, pMaterial] : m_mapIdentifierMaterials) Ogre::MaterialManager::getSingleton().remove(pMaterial);
+  m_mapIdentifierMaterials.clear();
   for (auto& [key, programs] : m_mapPrograms)
     for (auto const& pProgram : {programs.m_pVertex, programs.m_pFragment})
       if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
@@ -63,15 +65,29 @@ Ogre::HighLevelGpuProgramPtr QXOgreMaterials::Compile(std::string const& strSour
 Ogre::MaterialPtr const& QXOgreMaterials::Get(QXOgreSurface const& surface) {
   auto const position = m_mapMaterials.find(surface);
   if (position != m_mapMaterials.end()) return position->second;
-  Ogre::MaterialPtr const pMaterial = Make(surface);
+  Ogre::MaterialPtr const pMaterial = Make(surface, false);
   // It may be made while a viewport is being drawn, whose light was set before.
   Apply(*pMaterial, m_Light);
   return m_mapMaterials[surface] = pMaterial;
 }
 
-Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
+Ogre::MaterialPtr const& QXOgreMaterials::GetForIdentifiers(Ogre::MaterialPtr const& pMaterial) {
+  auto const position = m_mapIdentifierMaterials.find(pMaterial);
+  if (position != m_mapIdentifierMaterials.end()) return position->second;
+  Ogre::MaterialPtr pResult;
+  // Once for each material: nobody needs the surfaces by their materials otherwise.
+  for (auto const& [surface, pPicture] : m_mapMaterials)
+    if (pPicture == pMaterial) pResult = Make(surface, true);
+  if (!pResult) {
+    static Ogre::MaterialPtr const s_None;
+    return s_None;
+  }
+  return m_mapIdentifierMaterials[pMaterial] = pResult;
+}
+
+Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface, bool bIdentifiers) {
   QXOgreVariant const variant{
-      surface.m_eProgram, surface.m_eVertices, surface.m_eAlphaFunction, surface.m_strCoordSets};
+      surface.m_eProgram, surface.m_eVertices, surface.m_eAlphaFunction, surface.m_strCoordSets, bIdentifiers};
   Programs const& programs = GetPrograms(variant);
   auto pMaterial = Ogre::MaterialManager::getSingleton().create(
       QXOgreDevice::MakeName("material"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
@@ -80,16 +96,19 @@ Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface) {
   pPass->setPolygonMode(surface.m_bWireframe ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID);
   pPass->setDepthCheckEnabled(surface.m_bDepthTest);
   pPass->setDepthFunction(static_cast<Ogre::CompareFunction>(surface.m_eDepthFunction));
-  pPass->setDepthWriteEnabled(surface.m_bDepthWrite && !surface.m_bTransparent);
+  // Of panes one behind the other the nearest is hit.
+  pPass->setDepthWriteEnabled(surface.m_bDepthWrite && (bIdentifiers || !surface.m_bTransparent));
   // OGRE counts towards the eye.
   pPass->setDepthBias(-surface.m_fDepthBias, -surface.m_fDepthBiasSlope);
   pPass->setLineWidth(surface.m_fLineWidth);
   // Lets the vertex program say the size.
   pPass->setPointAttenuation(true);
   // Alpha adds up instead of being blended: what is seen through a pane stays as solid as it was.
-  if (surface.m_bTransparent)
+  if (surface.m_bTransparent && !bIdentifiers)
     pPass->setSeparateSceneBlending(static_cast<Ogre::SceneBlendFactor>(surface.m_eSourceFactor),
         static_cast<Ogre::SceneBlendFactor>(surface.m_eDestFactor), Ogre::SBF_ONE, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA);
+  // What is drawn in the order of its depths in the picture, is so here: it may ask for no depth at all.
+  pPass->setTransparentSortingForced(surface.m_bTransparent && bIdentifiers);
   pPass->setVertexProgram(programs.m_pVertex->getName());
   pPass->setFragmentProgram(programs.m_pFragment->getName());
   BindParameters(*pPass, surface, variant);
@@ -119,13 +138,17 @@ void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surf
     if (!bInstanced) pVertex->setNamedAutoConstant("normalToView", Parameters::ACT_INVERSE_TRANSPOSE_WORLDVIEW_MATRIX);
     pVertex->setNamedConstant("pointSize", surface.m_fPointSize);
   }
+  if (variant.m_bIdentifiers && !bInstanced)
+    pVertex->setNamedAutoConstant("identity", Parameters::ACT_CUSTOM, QX_OGRE_IDENTITY);
   auto const pFragment = pass.getFragmentProgramParameters();
   pFragment->setNamedAutoConstant("tint", Parameters::ACT_CUSTOM, QX_OGRE_TINT);
-  pFragment->setNamedAutoConstant("selection", Parameters::ACT_CUSTOM, QX_OGRE_SELECTION);
-  pFragment->setNamedAutoConstant("shading", Parameters::ACT_CUSTOM, QX_OGRE_SHADING);
-  if (variant.IsOfPass()) {
+  if (!variant.m_bIdentifiers) {
+    pFragment->setNamedAutoConstant("selection", Parameters::ACT_CUSTOM, QX_OGRE_SELECTION);
+    pFragment->setNamedAutoConstant("shading", Parameters::ACT_CUSTOM, QX_OGRE_SHADING);
+  }
+  if (variant.IsOfPass()) pFragment->setNamedAutoConstant("emissive", Parameters::ACT_CUSTOM, QX_OGRE_EMISSIVE);
+  if (variant.IsOfPass() && !variant.m_bIdentifiers) {
     pFragment->setNamedAutoConstant("ownAmbient", Parameters::ACT_CUSTOM, QX_OGRE_AMBIENT);
-    pFragment->setNamedAutoConstant("emissive", Parameters::ACT_CUSTOM, QX_OGRE_EMISSIVE);
     pFragment->setNamedAutoConstant("highlight", Parameters::ACT_CUSTOM, QX_OGRE_HIGHLIGHT);
   }
   for (unsigned int i = 0; i < surface.m_strCoordSets.size(); ++i) {

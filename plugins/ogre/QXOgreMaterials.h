@@ -62,6 +62,15 @@ enum QXOgreParameter : unsigned int {
   QX_OGRE_AMBIENT = 27,    ///< Factor on the ambient light
   QX_OGRE_EMISSIVE = 28,   ///< Light of its own; alpha is the reference of the alpha test
   QX_OGRE_HIGHLIGHT = 29,  ///< Colour of the highlight; alpha is its exponent, 0 for none
+  /// x, y: halves of the drawable's identifier; z: QXOgreNumbering.
+  QX_OGRE_IDENTITY = 60,
+};
+
+/// What the four bytes of a vertex that programs know as secondary_colour say of its identifier.
+enum QXOgreNumbering : int {
+  QX_OGRE_NUMBERING_NONE = 0,   ///< Nothing: all vertices have the drawable's
+  QX_OGRE_NUMBERING_ADDED = 1,  ///< The last three are added to the drawable's; all ones for a vertex of no object
+  QX_OGRE_NUMBERING_WHOLE = 2,  ///< They are the identifier
 };
 
 /// Materials of the drawables, one a surface, on one pair of programs for each variant: GL3Plus
@@ -78,6 +87,9 @@ public:
 
   /// The material of a surface, made at its first use and kept until the end.
   Ogre::MaterialPtr const& Get(QXOgreSurface const& surface);
+  /// The one that draws identifiers where that one draws a picture: not blended, neither lit nor in fog, so that each
+  /// pixel has one whole identifier. Null for a material that Get has not made. Cost: logarithmic in the materials.
+  Ogre::MaterialPtr const& GetForIdentifiers(Ogre::MaterialPtr const& pMaterial);
   /// Sets the light for what is drawn next.
   void SetLight(QXOgreLight const& light);
 
@@ -90,12 +102,14 @@ private:
   /// Those of a variant, compiled at its first use. Throws as the constructor does.
   Programs const& GetPrograms(QXOgreVariant const& variant);
   Ogre::HighLevelGpuProgramPtr Compile(std::string const& strSource, Ogre::GpuProgramType eType);
-  Ogre::MaterialPtr Make(QXOgreSurface const& surface);
+  Ogre::MaterialPtr Make(QXOgreSurface const& surface, bool bIdentifiers);
   static void BindParameters(Ogre::Pass& pass, QXOgreSurface const& surface, QXOgreVariant const& variant);
 
   QXOgreLog& m_Log;
   std::map<QXOgreVariant, Programs> m_mapPrograms;
   std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
+  /// By the material whose place each takes.
+  std::map<Ogre::MaterialPtr, Ogre::MaterialPtr> m_mapIdentifierMaterials;
   QXOgreLight m_Light;
 };
 

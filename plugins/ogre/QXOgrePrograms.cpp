@@ -6,6 +6,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
 
 #include <plugins/ogre/QXOgreShaders.h>
+#include <plugins/ogre/picking/QXOgrePickShaders.h>
 
 namespace QXC {
 
@@ -131,6 +132,11 @@ char const* AlphaTestOf(int eFunction) {
   }
 }
 
+char const* EndOf(QXOgreVariant const& variant) {
+  if (variant.m_bIdentifiers) return QX_OGRE_PICK_SHADER_END;
+  return variant.IsOfPass() ? QX_OGRE_PASS_SHADER_END : QX_OGRE_FRAGMENT_SHADER_END;
+}
+
 }  // namespace
 
 /// Hands on, for each texture, the transformed coordinates of its set; the layer of a stack is a coordinate that
@@ -145,9 +151,15 @@ std::string MakeVertexSource(QXOgreVariant const& variant) {
   for (std::size_t i = 0; i < strSets.size(); ++i) source.Add(TRANSFORM_DECLARATIONS, i);
   for (std::size_t i = 0; i < nPlaces; ++i) source.Add(PLACE_OUT, 0, 0, i);
   if (bFolded) source.Add("flat out float layer;\n");
-  if (variant.IsOfPass()) source.Add("in vec4 secondary_colour;\nout float chosen;\n");
+  bool const bInstanced = variant.m_eVertices == QX_OGRE_VERTICES_INSTANCED;
+  if (variant.IsOfPass()) source.Add("out float chosen;\n");
+  if (variant.m_bIdentifiers) source.m_strText += QX_OGRE_IDENTIFIER_DECLARATIONS;
+  // Instances bring an element of that name themselves.
+  if (!bInstanced && (variant.IsOfPass() || variant.m_bIdentifiers)) source.Add("in vec4 secondary_colour;\n");
   source.m_strText += BodyOf(variant);
   if (variant.IsOfPass()) source.Add("  chosen = secondary_colour.x;\n");
+  if (variant.m_bIdentifiers)
+    source.m_strText += bInstanced ? QX_OGRE_INSTANCE_IDENTIFIER_LINES : QX_OGRE_IDENTIFIER_LINES;
   if (bFolded) AddFoldedPlaces(source, variant);
   for (std::size_t i = 0; i < strSets.size() && !bFolded; ++i)
     source.Add(variant.IsOfPass() ? PASS_LINE : VERTEX_LINE, i, SetOf(strSets[i]), i);
@@ -168,15 +180,16 @@ std::string MakeFragmentSource(QXOgreVariant const& variant) {
   }
   for (std::size_t i = 0; i < nPlaces; ++i) source.Add(PLACE_IN, 0, 0, i);
   if (bFolded) source.Add("flat in float layer;\n");
-  if (variant.IsOfPass()) source.m_strText += QX_OGRE_PASS_DECLARATIONS;
-  source.m_strText += QX_OGRE_FRAGMENT_SHADER;
+  if (variant.IsOfPass() && variant.m_bIdentifiers) source.Add("uniform vec4 emissive;\n");
+  if (variant.IsOfPass() && !variant.m_bIdentifiers) source.m_strText += QX_OGRE_PASS_DECLARATIONS;
+  source.m_strText += variant.m_bIdentifiers ? QX_OGRE_PICK_SHADER : QX_OGRE_FRAGMENT_SHADER;
   if (bFolded) AddFoldedTexels(source, variant);
   for (std::size_t i = 0; i < strSets.size() && !bFolded; ++i) {
     source.Add(IsStack(strSets[i]) ? STACK_LINE : IMAGE_LINE, i, 0, i);
     source.Add(TEXEL_LINES, i);
   }
   if (variant.IsOfPass()) source.Add(AlphaTestOf(variant.m_eAlphaFunction));
-  source.m_strText += variant.IsOfPass() ? QX_OGRE_PASS_SHADER_END : QX_OGRE_FRAGMENT_SHADER_END;
+  source.m_strText += EndOf(variant);
   return source.m_strText;
 }
 

@@ -73,6 +73,21 @@ bool QXOgreRenderable::IsBlended() const {
   return m_pMaterial && m_pMaterial->isTransparent();
 }
 
+void QXOgreRenderable::SetIdentity(unsigned int nIdentifier, QXOgreNumbering eNumbering) {
+  setCustomParameter(
+      QX_OGRE_IDENTITY, Ogre::Vector4(static_cast<float>(nIdentifier >> 16U), static_cast<float>(nIdentifier & 0xFFFFU),
+                            static_cast<float>(eNumbering), 0.0F));
+}
+
+void QXOgreRenderable::DrawIdentifiers(bool bIdentifiers) {
+  m_pIdentifierMaterial = bIdentifiers ? m_Device.GetMaterials().GetForIdentifiers(m_pMaterial) : Ogre::MaterialPtr();
+}
+
+Ogre::Technique* QXOgreRenderable::getTechnique() const {
+  Ogre::MaterialPtr const& pMaterial = m_pIdentifierMaterial ? m_pIdentifierMaterial : m_pMaterial;
+  return pMaterial->getBestTechnique(0, this);
+}
+
 void QXOgreRenderable::SetLook(
     QXColorValue3D const& tint, QXColorValue3D const& selection, bool bSelected, bool bLight) {
   bool const bFaces = m_Operation.operationType >= Ogre::RenderOperation::OT_TRIANGLE_LIST;

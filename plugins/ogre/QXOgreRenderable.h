@@ -13,6 +13,8 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 
+#include <plugins/ogre/QXOgreMaterials.h>
+
 namespace QXC {
 
 class QXOgreDevice;
@@ -65,6 +67,10 @@ public:
   void SetMaterial(Ogre::MaterialPtr const& pMaterial) { m_pMaterial = pMaterial; }
   /// Whether the material lets through what is behind it.
   bool IsBlended() const;
+  /// What is drawn where identifiers are.
+  void SetIdentity(unsigned int nIdentifier, QXOgreNumbering eNumbering);
+  /// Whether the identifiers are drawn next, with the material for them, or the picture.
+  void DrawIdentifiers(bool bIdentifiers);
   /// Hands the programs what differs from drawable to drawable. Points and lines have no face that could be lit.
   void SetLook(QXColorValue3D const& tint, QXColorValue3D const& selection, bool bSelected, bool bLight);
 
@@ -81,6 +87,7 @@ public:
   bool PrepareTextures(unsigned long long nFrame);
 
   Ogre::MaterialPtr const& getMaterial() const override { return m_pMaterial; }
+  Ogre::Technique* getTechnique() const override;
   void getRenderOperation(Ogre::RenderOperation& operation) override;
   void getWorldTransforms(Ogre::Matrix4* pTransform) const override { *pTransform = m_Place.m_matToEye; }
   /// The depth of the place, unsquared: OGRE only compares.
@@ -96,6 +103,8 @@ private:
   QXOgreDevice& m_Device;
   Ogre::RenderOperation m_Operation;
   Ogre::MaterialPtr m_pMaterial;
+  /// Set while identifiers are drawn.
+  Ogre::MaterialPtr m_pIdentifierMaterial;
   QXOgrePlace const& m_Place;
   QXColorValue3D m_Color;
   std::vector<QXOgreBinding> m_arrBindings;
