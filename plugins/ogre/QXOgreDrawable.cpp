@@ -15,6 +15,8 @@
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreSceneNode.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
+#include <plugins/ogre/effects/QXOgreSkeletonAnimation.h>
+#include <plugins/ogre/effects/QXOgreSkin.h>
 
 namespace QXC {
 
@@ -59,11 +61,12 @@ bool MayReach(QXBoundingBox const& box, double dReach, QXOgreView const& view) {
 }  // namespace
 
 QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
-    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_bVisible(1) {
+    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false), m_bVisible(1) {
   if (m_pDevice) m_pDevice->AddDrawable(this);
 }
 
 QXOgreDrawable::~QXOgreDrawable() {
+  if (m_pSkeleton) m_pSkeleton->Remove(this);
   SetScene(nullptr);
   if (m_pDevice) m_pDevice->RemoveDrawable(this);
 }
@@ -100,6 +103,8 @@ void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source, QXTe
     m_arrRenderables.push_back(std::make_unique<QXOgreRenderable>(*m_pDevice, m_Geometry.GetVertexData(),
         range.m_pIndexData.get(), range.m_eOperationType, range.m_Color, m_Place));
   }
+  m_bMoved = m_pSkeleton != nullptr;
+  UpdateMovedBounds();
   TakeTextures(source, pManager);
   if (source.GetMatrix()) m_matModel = *source.GetMatrix();
   // White is what an operation has that was given no colour.
@@ -125,13 +130,38 @@ void QXOgreDrawable::ClearGeometry() {
   m_arrRangeTextures.clear();
   m_pBucket.reset();
   m_Geometry.Clear();
+  UpdateMovedBounds();
   UpdateWorld();
 }
 
 unsigned char QXOgreDrawable::UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions) {
   unsigned char const bDone = m_Geometry.UpdatePositions(nFirst, nCount, pPositions);
+  // They are places at rest, and those of moved vertices on the device.
+  if (m_pSkeleton) m_bMoved = true;
+  UpdateMovedBounds();
   UpdateWorld();
   return bDone;
+}
+
+void QXOgreDrawable::SetSkeleton(QXOgreSkeletonAnimation* pSkeleton) {
+  if (m_pSkeleton == pSkeleton) return;
+  if (m_pSkeleton) m_pSkeleton->Remove(this);
+  m_pSkeleton = pSkeleton;
+  if (m_pSkeleton) m_pSkeleton->Add(this);
+  UpdateSkeleton();
+}
+
+void QXOgreDrawable::UpdateSkeleton() {
+  m_bMoved = true;
+  UpdateMovedBounds();
+  UpdateWorld();
+}
+
+void QXOgreDrawable::UpdateMovedBounds() {
+  m_MovedBounds.SetNULL();
+  if (!m_pSkeleton || !m_Geometry.GetSkin()) return;
+  m_MovedBounds = m_Geometry.GetSkin()->GetBounds(m_pSkeleton->GetMoves());
+  m_MovedBounds.Merge(m_Bounds);
 }
 
 unsigned char QXOgreDrawable::UpdateColors(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors) {
@@ -164,10 +194,12 @@ void QXOgreDrawable::SetModelMatrix(QXMatrix4d const& matModel) {
 
 void QXOgreDrawable::SetBounds(QXBoundingBox const& box) {
   m_Bounds = box;
+  UpdateMovedBounds();
   UpdateWorld();
 }
 
 QXBoundingBox const& QXOgreDrawable::GetBounds() const {
+  if (!m_MovedBounds.IsNULL()) return m_MovedBounds;
   return m_Bounds.IsNULL() ? m_Geometry.GetBounds() : m_Bounds;
 }
 
@@ -198,6 +230,11 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
 void QXOgreDrawable::Queue(
     QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
   if (!IsSeen(view)) return;
+  if (m_bMoved) {
+    static std::vector<QXMatrix4d> const s_AtRest;
+    m_Geometry.Move(m_pSkeleton ? m_pSkeleton->GetMoves() : s_AtRest);
+    m_bMoved = false;
+  }
   QXMatrix4d matWorld = m_matWorld;
   for (int i = 0; i < 4; ++i) matWorld[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.

@@ -25,6 +25,7 @@ class QXOgreBucket;
 class QXOgreDevice;
 class QXOgreScene;
 class QXOgreSceneNode;
+class QXOgreSkeletonAnimation;
 class QXTextureManager;
 class QXRenderOperationMultiIndex;
 struct QXBatchSelAndVertexColor;
@@ -94,9 +95,16 @@ public:
   /// Gives every range the material that its look and its textures ask for.
   void UpdateMaterials();
 
+  /// Lets bones move the vertices that say which do; null: they stand at rest.
+  void SetSkeleton(QXOgreSkeletonAnimation* pSkeleton);
+  QXOgreSkeletonAnimation* GetSkeleton() const { return m_pSkeleton; }
+  /// Called by the skeleton when its bones have moved. The bounds follow at once, the vertices when they are drawn.
+  void UpdateSkeleton();
+
   void SetModelMatrix(QXMatrix4d const& matModel);
   QXMatrix4d const& GetModelMatrix() const { return m_matModel; }
-  /// Culling goes by this box, in model coordinates; null (as at first): by the vertices' own.
+  /// Culling goes by this box, in model coordinates; null (as at first): by the vertices' own. Where bones move those
+  /// out of it, it grows.
   void SetBounds(QXBoundingBox const& box);
   QXBoundingBox const& GetBounds() const;
   /// In world coordinates; null if there is nothing to draw.
@@ -120,6 +128,7 @@ public:
 
 private:
   bool IsSeen(QXOgreView const& view) const;
+  void UpdateMovedBounds();
   void TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
   void UpdateMaterial(std::size_t nRange);
   std::vector<QXOgreBinding> FindBindings(std::size_t nRange) const;
@@ -154,7 +163,12 @@ private:
   /// The model matrix and those of the nodes above.
   QXMatrix4d m_matWorld;
   QXBoundingBox m_Bounds;
+  /// Of the vertices as the skeleton moves them, with m_Bounds; null where none does.
+  QXBoundingBox m_MovedBounds;
   QXBoundingBox m_WorldBounds;
+  QXOgreSkeletonAnimation* m_pSkeleton;
+  /// The vertices on the device are not where the skeleton has them.
+  bool m_bMoved;
   QXOgreLook m_Look;
   /// Of the buffers' zero; the renderables point here.
   QXOgrePlace m_Place;

@@ -14,9 +14,12 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
 #include <QxGraphics3D/renderop/QXIndexBlock.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
+#include <QxGraphics3D/renderop/QXSkeletonAnimation.h>
 #include <QxGraphics3D/renderop/QXTexCoordBlock.h>
 #include <QxGraphics3D/renderop/QXVertexBlock.h>
 #include <QxGraphics3D/renderop/QXVertexIndexPackage.h>
+
+#include <plugins/ogre/effects/QXOgreSkin.h>
 
 namespace QXC {
 
@@ -25,6 +28,7 @@ namespace {
 constexpr std::uint32_t OPAQUE_WHITE = 0xFFFFFFFF;
 /// Places of the streams that can be overwritten.
 constexpr unsigned short POSITION_STREAM = 0;
+constexpr unsigned short NORMAL_STREAM = 1;
 constexpr unsigned short COLOR_STREAM = 2;
 
 /// The element of nDim numbers at nOffset of each vertex; none where the block has no such element.
@@ -92,7 +96,9 @@ QXOgreGeometry::~QXOgreGeometry() = default;
 void QXOgreGeometry::Upload(QXRenderOperationMultiIndex const& source) {
   Clear();
   if (!IsUsable(source.m_pVertexBlock)) return;
-  Upload(VerticesOf(source));
+  QXOgreVertices const vertices = VerticesOf(source);
+  Upload(vertices);
+  if (QXOgreSkin::IsFor(vertices)) m_pSkin = std::make_unique<QXOgreSkin>(vertices);
   UploadRanges(source);
 }
 
@@ -114,6 +120,7 @@ void QXOgreGeometry::Clear() {
   m_arrRanges.clear();
   m_pVertexData.reset();
   m_pSelectionBuffer.reset();
+  m_pSkin.reset();
   m_vecZero = QXVector3d::ZERO;
   m_Bounds.SetNULL();
   m_nDeviceMemory = 0;
@@ -126,7 +133,9 @@ void QXOgreGeometry::Clear() {
 
 int QXOgreGeometry::FindTexCoordSet(unsigned int nWanted) const {
   if (GetTexCoordDim(nWanted) > 0) return static_cast<int>(nWanted);
-  for (unsigned int i = 0; i < SetNum; ++i)
+  // Numbers of bones are no place in a texture.
+  unsigned int const nEnd = m_pSkin ? QXSkeletonAnimation::BONE_SET : SetNum;
+  for (unsigned int i = 0; i < nEnd; ++i)
     if (m_nTexCoordDims[i] > 0) return static_cast<int>(i);
   return -1;
 }
@@ -205,7 +214,20 @@ unsigned char QXOgreGeometry::UpdatePositions(unsigned int nFirst, unsigned int 
     m_Bounds.Merge(QXBoundingBox(vecPoint, vecPoint));
   }
   pBuffer->writeData(nFirst * nSize, nCount * nSize, arrPositions.data());
+  if (m_pSkin) m_pSkin->SetPositions(nFirst, nCount, pPositions);
   return 1;
+}
+
+void QXOgreGeometry::Move(std::vector<QXMatrix4d> const& arrMoves) {
+  if (!m_pSkin) return;
+  m_pSkin->Move(arrMoves, m_vecZero);
+  auto const& streams = *m_pVertexData->vertexBufferBinding;
+  auto const write = [&](unsigned short nStream, std::vector<float> const& arrNumbers) {
+    if (!arrNumbers.empty())
+      streams.getBuffer(nStream)->writeData(0, arrNumbers.size() * sizeof(float), arrNumbers.data(), true);
+  };
+  write(POSITION_STREAM, m_pSkin->GetPositions());
+  write(NORMAL_STREAM, m_pSkin->GetNormals());
 }
 
 unsigned char QXOgreGeometry::UpdateColors(unsigned int nFirst, unsigned int nCount, std::uint32_t const* pColors) {

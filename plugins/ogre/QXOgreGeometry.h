@@ -11,11 +11,13 @@
 #include <OgrePrerequisites.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXVector3d.h>
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 
 namespace QXC {
 
+class QXOgreSkin;
 class QXRenderOperationMultiIndex;
 struct QXVertexIndexPackage;
 
@@ -102,6 +104,11 @@ public:
   /// The largest number in set 1: how far the corners of labels are from their anchors, in pixels.
   float GetLabelReach() const { return m_fLabelReach; }
 
+  /// The vertices that bones can move, null if none say which do; those of buckets do not.
+  QXOgreSkin const* GetSkin() const { return m_pSkin.get(); }
+  /// Puts vertices with a skin where bones take them; without bones they stand at rest. Cost: linear in the vertices.
+  void Move(std::vector<QXMatrix4d> const& arrMoves);
+
 private:
   static constexpr unsigned int SetNum = 8;
 
@@ -129,6 +136,7 @@ private:
   float m_fLabelReach;
   /// Made when vertices are first marked.
   std::shared_ptr<Ogre::HardwareVertexBuffer> m_pSelectionBuffer;
+  std::unique_ptr<QXOgreSkin> m_pSkin;
 };
 
 }  // namespace QXC

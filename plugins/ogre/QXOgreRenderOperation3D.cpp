@@ -13,6 +13,7 @@
 #include <plugins/ogre/QXOgreMerge.h>
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 #include <plugins/ogre/QXOgreTextureManager.h>
+#include <plugins/ogre/effects/QXOgreSkeletonAnimation.h>
 
 namespace QXC {
 
@@ -153,6 +154,14 @@ void QXOgreRenderOperation3D::SetTexture(unsigned int nUnit, QXTexture* pTexture
 
 void QXOgreRenderOperation3D::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) {
   Try([&] { m_Drawable.SetTextureMatrix(nUnit, matTexture); });
+}
+
+void QXOgreRenderOperation3D::SetSkeletonAnimation(QXSkeletonAnimation* pAnimation) {
+  m_Drawable.SetSkeleton(dynamic_cast<QXOgreSkeletonAnimation*>(pAnimation));
+}
+
+QXSkeletonAnimation* QXOgreRenderOperation3D::GetSkeletonAnimation() const {
+  return m_Drawable.GetSkeleton();
 }
 
 unsigned int QXOgreRenderOperation3D::GetIndexRangeCount() const {

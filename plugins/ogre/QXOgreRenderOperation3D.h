@@ -86,8 +86,9 @@ public:
   unsigned char SetShaderPrograms(QdcUnicodeString const& strVertex, QdcUnicodeString const& strFragment) override;
   void SetShaderParameter(QdcUnicodeString const&, QXVector4d const&) override {}
   void SetUniformBuffer(QXUniformBuffer*) override {}
-  void SetSkeletonAnimation(QXSkeletonAnimation*) override {}
-  QXSkeletonAnimation* GetSkeletonAnimation() const override { return nullptr; }
+  /// Another renderer's skeleton is as good as none.
+  void SetSkeletonAnimation(QXSkeletonAnimation* pAnimation) override;
+  QXSkeletonAnimation* GetSkeletonAnimation() const override;
   unsigned char Intersect(QXVector3d const&, QXVector3d const&, double&) const override { return 0; }
   unsigned int GetDeviceMemory() const override;
 

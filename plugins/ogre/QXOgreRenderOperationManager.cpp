@@ -5,6 +5,7 @@
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreRenderOperation3D.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/effects/QXOgreSkeletonAnimation.h>
 
 namespace QXC {
 
@@ -80,6 +81,10 @@ QXBillboard* QXOgreRenderOperationManager::CreateBillboard(QdcUnicodeString cons
     return new QXOgreBillboard(pScene->GetBillboards());
   m_Graphics3D.SetErrorText("a billboard needs a scene that exists: '" + ToUtf8(strSceneName) + "'");
   return nullptr;
+}
+
+QXSkeletonAnimation* QXOgreRenderOperationManager::CreateSkeletonAnimation(QdcUnicodeString const& strName) {
+  return new QXOgreSkeletonAnimation(strName);
 }
 
 QXOgreRenderOperation3D* QXOgreRenderOperationManager::Own(QXRenderOperation3D* pOperation) const {

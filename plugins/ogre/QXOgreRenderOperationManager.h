@@ -12,8 +12,8 @@ namespace QXC {
 class QXOgreGraphics3D;
 class QXOgreRenderOperation3D;
 
-/// Makes drawables, and knows those that exist, and billboards. Particles, ribbons, queries and skeletons are
-/// not there yet: null.
+/// Makes drawables, and knows those that exist, and billboards. Particles, ribbons and queries are not there
+/// yet: null.
 class QXOgreRenderOperationManager final : public QXRenderOperationManager {
 public:
   explicit QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D);
@@ -52,7 +52,7 @@ public:
     return nullptr;
   }
   QXQueryOperation3D* CreateQueryOperation(QdcUnicodeString const&) override { return nullptr; }
-  QXSkeletonAnimation* CreateSkeletonAnimation(QdcUnicodeString const&) override { return nullptr; }
+  QXSkeletonAnimation* CreateSkeletonAnimation(QdcUnicodeString const& strName) override;
 
 private:
   QXOgreRenderOperation3D* Make(QdcUnicodeString const& strSceneName, bool bAttach);
