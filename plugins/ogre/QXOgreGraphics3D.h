@@ -12,6 +12,7 @@
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreUnsupported.h>
 #include <plugins/ogre/QXOgreView.h>
+#include <plugins/ogre/environment/QXOgreLights.h>
 
 namespace QXC {
 
@@ -70,6 +71,12 @@ public:
   unsigned char HasScene(QdcUnicodeString const& strName) const override { return FindScene(strName) != nullptr; }
   void SetViewport(QXViewport* pViewport) override { m_pViewport = pViewport; }
   void SwapAllRenderTargetBuffers(unsigned char bWaitForVerticalBlank) override;
+  unsigned char CreateLight(QdcUnicodeString const& strName, QdcUnicodeString const& strSceneName) override;
+  void DestroyLight(QdcUnicodeString const& strName) override;
+  void SetLightEnable(QdcUnicodeString const& strName, unsigned char bEnable) override;
+  unsigned char SetLight(QdcUnicodeString const& strName, QXLight const& light) override;
+  void SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition) override;
+  void SetFog(QdcUnicodeString const& strSceneName, QXFog const& fog) override;
   void UpdatePrioritisedRenderTargets() override;
   void SetViewMatrix(QXMatrix4d const& matView) override { m_matView = matView; }
   void SetProjectionMatrix(QXMatrix4d const& matProjection) override { m_matProjection = matProjection; }
@@ -147,6 +154,8 @@ protected:
   unsigned char Refuse(char const* szWhat) override;
 
 private:
+  /// In any scene; null if there is none.
+  QXOgreLights::Entry* FindLight(QdcUnicodeString const& strName) const;
   /// Null if there is none.
   QXOgreSceneNode* FindNode(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName) const;
   /// Whether a target may be made; sets the error text if not.

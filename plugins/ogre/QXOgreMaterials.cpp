@@ -19,12 +19,29 @@ namespace QXC {
 
 namespace {
 
-void Apply(Ogre::Material const& material, QXOgreLight const& light) {
+/// What adds itself to what is behind it or multiplies that vanishes in fog, instead of bringing the fog's colour a second
+/// time.
+Ogre::ColourValue FogColorOf(QXOgreSurface const& surface, QXOgreFog const& fog) {
+  if (!surface.m_bTransparent) return fog.m_Color;
+  if (surface.m_eDestFactor == Ogre::SBF_ONE) return Ogre::ColourValue::Black;
+  bool const bSource = surface.m_eSourceFactor == Ogre::SBF_DEST_COLOUR && surface.m_eDestFactor == Ogre::SBF_ZERO;
+  bool const bDest = surface.m_eSourceFactor == Ogre::SBF_ZERO && surface.m_eDestFactor == Ogre::SBF_SOURCE_COLOUR;
+  return bSource || bDest ? Ogre::ColourValue::White : fog.m_Color;
+}
+
+void Apply(Ogre::Material const& material, QXOgreSurface const& surface, QXOgreLight const& light) {
   auto const pParameters = material.getTechnique(0)->getPass(0)->getFragmentProgramParameters();
   pParameters->setNamedConstant("toSun", light.m_vecToSun);
   pParameters->setNamedConstant("ambient", light.m_Ambient);
   pParameters->setNamedConstant("diffuse", light.m_Diffuse);
   pParameters->setNamedConstant("orthographic", light.m_fOrthographic);
+  pParameters->setNamedConstant("lampCount", light.m_Lamps.m_nCount);
+  if (light.m_Lamps.m_nCount > 0)
+    pParameters->setNamedConstant("lamps", light.m_Lamps.m_arrNumbers.data(),
+        static_cast<std::size_t>(light.m_Lamps.m_nCount) * QXOgreLamps::NUMBERS / 4, 4);
+  if (surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) return;
+  pParameters->setNamedConstant("fog", light.m_Fog.m_Numbers);
+  pParameters->setNamedConstant("fogColour", FogColorOf(surface, light.m_Fog));
 }
 
 }  // namespace
@@ -67,7 +84,7 @@ Ogre::MaterialPtr const& QXOgreMaterials::Get(QXOgreSurface const& surface) {
   if (position != m_mapMaterials.end()) return position->second;
   Ogre::MaterialPtr const pMaterial = Make(surface, false);
   // It may be made while a viewport is being drawn, whose light was set before.
-  Apply(*pMaterial, m_Light);
+  Apply(*pMaterial, surface, m_Light);
   return m_mapMaterials[surface] = pMaterial;
 }
 
@@ -129,6 +146,7 @@ void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surf
   if (bLines || surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) {
     pVertex->setNamedAutoConstant("viewport", Parameters::ACT_VIEWPORT_SIZE);
     if (bLines) {
+      pVertex->setNamedAutoConstant("worldView", Parameters::ACT_WORLDVIEW_MATRIX);
       pVertex->setNamedConstant("lineWidth", surface.m_fLineWidth);
     } else {
       pVertex->setNamedAutoConstant("flipping", Parameters::ACT_RENDER_TARGET_FLIPPING);
@@ -160,9 +178,8 @@ void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surf
   }
 }
 
-void QXOgreMaterials::SetLight(QXOgreLight const& light) {
-  m_Light = light;
-  for (auto const& [surface, pMaterial] : m_mapMaterials) Apply(*pMaterial, light);
+void QXOgreMaterials::ApplyLight() {
+  for (auto const& [surface, pMaterial] : m_mapMaterials) Apply(*pMaterial, surface, m_Light);
 }
 
 }  // namespace QXC

@@ -12,17 +12,21 @@
 #include <OgreVector.h>
 
 #include <plugins/ogre/QXOgrePrograms.h>
+#include <plugins/ogre/environment/QXOgreFog.h>
+#include <plugins/ogre/environment/QXOgreLights.h>
 
 namespace QXC {
 
 class QXOgreLog;
 
-/// The light of one viewport, in the coordinates of its camera.
+/// The light and the fog of one viewport, in the coordinates of its camera.
 struct QXOgreLight {
   Ogre::Vector3 m_vecToSun;     ///< Unit vector towards the sun
   Ogre::ColourValue m_Ambient;  ///< Light that reaches every face
   Ogre::ColourValue m_Diffuse;  ///< Sun light on a face that the sun meets squarely; black without a sun
   Ogre::Real m_fOrthographic;   ///< 1: all rays to the eye are parallel, 0: they meet in the eye
+  QXOgreLamps m_Lamps;          ///< Those of the scene
+  QXOgreFog m_Fog;
 };
 
 /// What a material fixes; what differs between drawables of one material travels as custom parameters.
@@ -90,8 +94,10 @@ public:
   /// The one that draws identifiers where that one draws a picture: not blended, neither lit nor in fog, so that each
   /// pixel has one whole identifier. Null for a material that Get has not made. Cost: logarithmic in the materials.
   Ogre::MaterialPtr const& GetForIdentifiers(Ogre::MaterialPtr const& pMaterial);
-  /// Sets the light for what is drawn next.
-  void SetLight(QXOgreLight const& light);
+  /// The light for what is drawn next; ApplyLight tells the programs what has changed in it. Cost of that: linear in
+  /// the materials and in the lamps.
+  QXOgreLight& GetLight() { return m_Light; }
+  void ApplyLight();
 
 private:
   struct Programs {

@@ -6,6 +6,7 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
 
 #include <plugins/ogre/QXOgreShaders.h>
+#include <plugins/ogre/environment/QXOgreLightShader.h>
 #include <plugins/ogre/picking/QXOgrePickShaders.h>
 
 namespace QXC {
@@ -118,10 +119,12 @@ void AddFoldedTexels(Source& source, QXOgreVariant const& variant) {
   }
 }
 
-/// The line that drops what the comparison with the reference lets fail.
+/// The line that drops what the comparison with the reference lets fail. What drops everything must not look like it: a
+/// compiler that throws the rest away leaves arrays of other sizes than they are declared with, which OGRE takes for
+/// impossible.
 char const* AlphaTestOf(int eFunction) {
   switch (eFunction) {
-  case COMPARE_NEVER: return "  discard;\n";
+  case COMPARE_NEVER: return "  if (gl_FragCoord.x >= 0.0) discard;\n";
   case COMPARE_LESS: return "  if (!(colour.a < emissive.a)) discard;\n";
   case COMPARE_LESS_EQUAL: return "  if (!(colour.a <= emissive.a)) discard;\n";
   case COMPARE_EQUAL: return "  if (!(abs(colour.a - emissive.a) < 0.002)) discard;\n";
@@ -180,9 +183,15 @@ std::string MakeFragmentSource(QXOgreVariant const& variant) {
   }
   for (std::size_t i = 0; i < nPlaces; ++i) source.Add(PLACE_IN, 0, 0, i);
   if (bFolded) source.Add("flat in float layer;\n");
-  if (variant.IsOfPass() && variant.m_bIdentifiers) source.Add("uniform vec4 emissive;\n");
-  if (variant.IsOfPass() && !variant.m_bIdentifiers) source.m_strText += QX_OGRE_PASS_DECLARATIONS;
-  source.m_strText += variant.m_bIdentifiers ? QX_OGRE_PICK_SHADER : QX_OGRE_FRAGMENT_SHADER;
+  if (variant.m_bIdentifiers) {
+    if (variant.IsOfPass()) source.Add("uniform vec4 emissive;\n");
+    source.m_strText += QX_OGRE_PICK_SHADER;
+  } else {
+    if (variant.IsOfPass()) source.m_strText += QX_OGRE_PASS_DECLARATIONS;
+    source.m_strText += QX_OGRE_LIGHT_SHADER;
+    source.m_strText += variant.m_eProgram == QX_OGRE_PROGRAM_LABEL ? QX_OGRE_NO_FOG_SHADER : QX_OGRE_FOG_SHADER;
+    source.m_strText += QX_OGRE_FRAGMENT_SHADER;
+  }
   if (bFolded) AddFoldedTexels(source, variant);
   for (std::size_t i = 0; i < strSets.size() && !bFolded; ++i) {
     source.Add(IsStack(strSets[i]) ? STACK_LINE : IMAGE_LINE, i, 0, i);

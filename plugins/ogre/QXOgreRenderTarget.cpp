@@ -169,7 +169,7 @@ void QXOgreRenderTarget::DrawViewport(
   PlaceViewport(viewport);
   m_pOgreViewport->setBackgroundColour(ToOgre(viewport.m_BackgroundColor));
   m_pOgreViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);
-  m_pRenderer->GetDevice()->GetMaterials().SetLight(MakeLight(view));
+  SetLight(view, *pScene);
   QXOgreCounts const counts = pScene->Draw(*m_pOgreViewport, view, bDrawables);
   m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
   m_pRenderer->Count(counts);
@@ -211,7 +211,7 @@ void QXOgreRenderTarget::DrawOver(QXViewport const& viewport, QXOgreScene& scene
   m_pOgreTarget->_beginUpdate();
   PlaceViewport(viewport);
   m_pOgreViewport->setClearEveryFrame(false, 0);
-  m_pRenderer->GetDevice()->GetMaterials().SetLight(MakeLight(view));
+  SetLight(view, scene);
   QXOgreCounts const counts = scene.Draw(*m_pOgreViewport, view, 1);
   m_pOgreTarget->_endUpdate();
   FinishPicture();
@@ -237,10 +237,14 @@ void QXOgreRenderTarget::PlaceViewport(QXViewport const& viewport) {
       fraction(viewport.GetActualWidth(), fWidth), fraction(viewport.GetActualHeight(), fHeight));
 }
 
-QXOgreLight QXOgreRenderTarget::MakeLight(QXOgreView const& view) const {
-  QXOgreLight light;
-  // A parallel projection leaves w alone.
-  light.m_fOrthographic = view.m_matProjection[2][3] == 0.0 ? 1.0F : 0.0F;
+void QXOgreRenderTarget::SetLight(QXOgreView const& view, QXOgreScene& scene) {
+  QXOgreMaterials& materials = m_pRenderer->GetDevice()->GetMaterials();
+  MakeLight(view, scene, materials.GetLight());
+  materials.ApplyLight();
+}
+
+void QXOgreRenderTarget::MakeLight(QXOgreView const& view, QXOgreScene& scene, QXOgreLight& light) const {
+  light.m_fOrthographic = view.IsParallel() ? 1.0F : 0.0F;
   // A patch is none of the world's: where that has its origin must not turn the light on it.
   bool const bPatchLight = m_bPatch && !m_bHostLight;
   QXVector3d vecSun = m_bPatch ? m_vecSun : m_vecSun - view.m_vecOrigin;
@@ -248,10 +252,13 @@ QXOgreLight QXOgreRenderTarget::MakeLight(QXOgreView const& view) const {
   QXMatrix4d matTurn = view.m_matView;
   matTurn.SetTrans(QXVector3d::ZERO);
   light.m_vecToSun = ToOgre(vecSun.Normalize().MultiplyMatrix(matTurn));
-  // Without the sun there is no light to tell faces by, so colours are shown as they are.
-  light.m_Ambient = m_bSunLightEnable ? ToOgre(m_AmbientLight) : Ogre::ColourValue::White;
+  scene.GetLights().Choose(view, light.m_Lamps);
+  light.m_Fog = QXOgreFog(scene.GetFog());
+  // Without the sun and any light there is nothing to tell faces by, so colours are shown as they are. Which lights the
+  // view happens to see does not count: turning the eye must not bring daylight.
+  bool const bLit = m_bSunLightEnable || scene.GetLights().IsAnyEnabled();
+  light.m_Ambient = bLit ? ToOgre(m_AmbientLight) : Ogre::ColourValue::White;
   light.m_Diffuse = m_bSunLightEnable ? ToOgre(bPatchLight ? PATCH_DIFFUSE : m_DiffuseLight) : Ogre::ColourValue::Black;
-  return light;
 }
 
 }  // namespace QXC

@@ -104,7 +104,10 @@ protected:
 private:
   /// Places the OGRE viewport on the pixels of the library's, which counts from the bottom.
   void PlaceViewport(QXViewport const& viewport);
-  QXOgreLight MakeLight(QXOgreView const& view) const;
+  /// @param light  receives what lights a view of the scene
+  void MakeLight(QXOgreView const& view, QXOgreScene& scene, QXOgreLight& light) const;
+  /// Puts that in place for what is drawn next.
+  void SetLight(QXOgreView const& view, QXOgreScene& scene);
 
   QXOgreGraphics3D* m_pRenderer;
   Ogre::RenderTarget* m_pOgreTarget;

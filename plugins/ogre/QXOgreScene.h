@@ -9,9 +9,11 @@
 #include <OgreSceneManager.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
+#include <QxGraphics3D/view/QXFog.h>
 
 #include <plugins/ogre/QXOgreSceneNode.h>
 #include <plugins/ogre/QXOgreView.h>
+#include <plugins/ogre/environment/QXOgreLights.h>
 
 namespace QXC {
 
@@ -35,6 +37,9 @@ public:
   void RemoveItem(QXOgreSceneItem* pItem);
   QXOgreBillboardSet& GetBillboards() { return *m_pBillboards; }
   QXOgreSceneNodes& GetNodes() { return m_Nodes; }
+  QXOgreLights& GetLights() { return m_Lights; }
+  QXFog const& GetFog() const { return m_Fog; }
+  void SetFog(QXFog const& fog) { m_Fog = fog; }
   /// Around everything visible, in world coordinates; null if there is nothing. A drawable whose bounds are no numbers
   /// is left out: it would take all others out of sight. Cost: linear in the drawables.
   QXBoundingBox GetBounds() const;
@@ -55,6 +60,8 @@ public:
 
 private:
   QXOgreSceneNodes m_Nodes;
+  QXOgreLights m_Lights;
+  QXFog m_Fog;
   std::vector<QXOgreDrawable*> m_arrDrawables;
   std::vector<QXOgreSceneItem*> m_arrItems;
   std::unique_ptr<QXOgreBillboardSet> m_pBillboards;

@@ -79,7 +79,7 @@ void main() {
   vertexColour = colour;
 )glsl";
 
-/// One directional light and an ambient one. The face's own normal, from the derivatives of the position, turns to the
+/// Behind the parts that know light and fog. The face's own normal, from the derivatives of the position, turns to the
 /// eye; it lights what has no vertex normals, and turns vertex normals to the side that is seen. Its sign cannot come
 /// from the derivatives themselves nor from the winding, since both change when the device draws upside down, as it
 /// does into textures.
@@ -87,11 +87,6 @@ inline constexpr char QX_OGRE_FRAGMENT_SHADER[] = R"glsl(
 uniform vec4 tint;
 uniform vec4 selection;
 uniform vec4 shading;
-uniform vec3 toSun;
-uniform vec4 ambient;
-uniform vec4 diffuse;
-uniform float orthographic;
-in vec3 viewPosition;
 in vec3 viewNormal;
 in vec4 vertexColour;
 out vec4 fragmentColour;
@@ -106,13 +101,16 @@ void main() {
     normal = viewNormal * inversesqrt(square);
     if (dot(normal, face) < 0.0) normal = -normal;
   }
-  vec3 light = ambient.rgb + diffuse.rgb * max(dot(normal, toSun), 0.0);
   vec4 colour = vertexColour * tint;
 )glsl";
 
 inline constexpr char QX_OGRE_FRAGMENT_SHADER_END[] = R"glsl(
   colour.rgb = mix(colour.rgb, selection.rgb, selection.a * shading.y);
-  fragmentColour = vec4(min(colour.rgb * mix(vec3(1.0), light, shading.x), vec3(1.0)), colour.a);
+  if (shading.x > 0.0) {
+    gatherLight(normal, toEye, 0.0);
+    colour.rgb *= ambientLight + diffuseLight;
+  }
+  fragmentColour = vec4(fogged(min(colour.rgb, vec3(1.0))), colour.a);
 }
 )glsl";
 
@@ -126,17 +124,16 @@ uniform vec4 highlight;
 in float chosen;
 )glsl";
 
-/// The material's ambient colour is a factor on the ambient light. The highlight is largest where the direction halfway
-/// between eye and sun is the normal.
+/// The material's ambient colour is a factor on the ambient light. Highlights are largest where the direction halfway
+/// between eye and light is the normal.
 inline constexpr char QX_OGRE_PASS_SHADER_END[] = R"glsl(
   colour.rgb = mix(colour.rgb, selection.rgb, selection.a * max(shading.y, chosen));
-  light += ambient.rgb * (ownAmbient.rgb - 1.0);
-  vec3 lit = colour.rgb * light + emissive.rgb;
-  if (highlight.a > 0.0 && dot(normal, toSun) > 0.0) {
-    vec3 halfway = normalize(toSun + normalize(toEye));
-    lit += highlight.rgb * diffuse.rgb * pow(max(dot(normal, halfway), 0.0), highlight.a);
+  if (shading.x > 0.0) {
+    gatherLight(normal, normalize(toEye), highlight.a);
+    colour.rgb *= ambientLight * ownAmbient.rgb + diffuseLight;
+    colour.rgb += emissive.rgb + highlight.rgb * shineLight;
   }
-  fragmentColour = vec4(min(mix(colour.rgb, lit, shading.x), vec3(1.0)), colour.a);
+  fragmentColour = vec4(fogged(min(colour.rgb, vec3(1.0))), colour.a);
 }
 )glsl";
 
@@ -148,6 +145,7 @@ inline constexpr char QX_OGRE_PASS_SHADER_END[] = R"glsl(
 /// along the line to where that comes into sight: the two sides of a line change places at the eye, and triangles do
 /// not.
 inline constexpr char QX_OGRE_LINE_SHADER[] = R"glsl(
+uniform mat4 worldView;
 uniform mat4 worldViewProj;
 uniform vec4 viewport;
 uniform float lineWidth;
@@ -162,16 +160,22 @@ vec2 direction(vec4 from, vec4 to) {
   float size = max(abs(way.x), abs(way.y));
   return size > 0.0 ? normalize(way / size) : vec2(1.0, 0.0);
 }
-vec4 seen(vec4 point, vec4 next) {
+float hidden(vec4 point, vec4 next) {
   float depth = point.z + point.w;
   float other = next.z + next.w;
-  return depth < 0.0 && other > 0.0 ? mix(point, next, depth / (depth - other)) : point;
+  return depth < 0.0 && other > 0.0 ? depth / (depth - other) : 0.0;
 }
 void main() {
   vec4 here = worldViewProj * vec4(vertex.xyz, 1.0);
   vec4 before = worldViewProj * vec4(normal, 1.0);
   vec4 after = worldViewProj * vec4(uv0.xyz, 1.0);
-  here = seen(seen(here, after), before);
+  viewPosition = vertex.xyz;
+  float part = hidden(here, after);
+  here = mix(here, after, part);
+  viewPosition = mix(viewPosition, uv0.xyz, part);
+  part = hidden(here, before);
+  here = mix(here, before, part);
+  viewPosition = (worldView * vec4(mix(viewPosition, normal, part), 1.0)).xyz;
   vec2 inwards = direction(before, here);
   vec2 outwards = direction(here, after);
   if (normal == vertex.xyz) inwards = outwards;
@@ -181,7 +185,6 @@ void main() {
   float reach = 1.0 / max(dot(middle, outwards), 0.5);
   vec2 offset = vec2(-middle.y, middle.x) * reach * vertex.w * lineWidth * viewport.zw;
   gl_Position = vec4(here.xy + offset * here.w, here.zw);
-  viewPosition = vec3(0.0);
   viewNormal = vec3(0.0);
   vertexColour = colour;
 )glsl";

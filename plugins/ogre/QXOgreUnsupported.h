@@ -67,14 +67,7 @@ public:
   unsigned char AddResourceFolder(QdcUnicodeString const&) override { return Refuse("resource folders"); }
   void RemoveResourceFolder(QdcUnicodeString const&) override {}
 
-  // Lights beside the sun, fog, sky, ocean.
-  unsigned char CreateLight(QdcUnicodeString const&, QdcUnicodeString const&) override {
-    return Refuse("lights beside the sun");
-  }
-  void DestroyLight(QdcUnicodeString const&) override {}
-  void SetLightEnable(QdcUnicodeString const&, unsigned char) override {}
-  unsigned char SetLight(QdcUnicodeString const&, QXLight const&) override { return 0; }
-  void SetFog(QdcUnicodeString const&, QXFog const&) override {}
+  // Sky, ocean.
   QXSkyGraphics3D* CreateSky(QdcUnicodeString const&, SceneType) override {
     Refuse("skies");
     return nullptr;

@@ -31,6 +31,9 @@ struct QXOgreView {
   /// Of the viewport, pixels.
   int m_nWidth;
   int m_nHeight;
+
+  /// All rays to the eye are parallel: the projection leaves w alone.
+  bool IsParallel() const { return m_matProjection[2][3] == 0.0; }
 };
 
 /// What was drawn.

@@ -1,4 +1,6 @@
 // What the abstract classes promise of every renderer.
+#include <QxGraphics3D/view/QXLight.h>
+
 #include <tests/ogre/QXOgreScenery.h>
 
 namespace QXC {
@@ -46,8 +48,10 @@ TEST_F(QXOgreContract, OnlyActiveAutoUpdatedTargetsArePrioritised) {
 
 TEST_F(QXOgreContract, WhatIsRefusedIsNamedInTheErrorText) {
   auto const reason = [this] { return Text(m_pGraphics3D->GetErrorText()); };
-  EXPECT_EQ(m_pGraphics3D->CreateLight(L"lamp", L"3D"), 0);
-  EXPECT_EQ(reason(), "the renderer on OGRE has no lights beside the sun");
+  EXPECT_EQ(m_pGraphics3D->CreateLight(L"lamp", L"nowhere"), 0);
+  EXPECT_EQ(reason(), "a light needs a name of its own and a scene that exists: 'lamp' in 'nowhere'");
+  EXPECT_EQ(m_pGraphics3D->SetLight(L"lamp", QXLight()), 0);
+  EXPECT_EQ(reason(), "there is no light 'lamp'");
   EXPECT_EQ(m_pGraphics3D->CreateMultiRenderTarget(L"multi", 8, 8, 2), nullptr);
   EXPECT_EQ(reason(), "the renderer on OGRE has no targets of several textures");
   EXPECT_EQ(m_pGraphics3D->SelectRenderSystem(L"other"), 0);

@@ -320,7 +320,6 @@ TEST_F(QXOgreGraphics3D, PlainStateIsKept) {
 TEST_F(QXOgreGraphics3D, WhatItCannotDoAnswersNothing) {
   EXPECT_EQ(m_pGraphics3D->BeginList(), 0U);
   EXPECT_EQ(m_pGraphics3D->BindGpuProgram(L"a", L"b"), 0);
-  EXPECT_EQ(m_pGraphics3D->CreateLight(L"lamp", L"3D"), 0);
   EXPECT_EQ(m_pGraphics3D->BeginSelection(m_pTarget, 0, 0, 1, 1), 0);
   EXPECT_EQ(m_pGraphics3D->CreateMultiRenderTarget(L"multi", 8, 8, 2), nullptr);
   EXPECT_EQ(m_pGraphics3D->AddResourceFolder(L"/tmp"), 0);
@@ -341,7 +340,7 @@ TEST_F(QXOgreGraphics3D, WhatItCannotDoAnswersNothing) {
 TEST(QXOgreReadme, ListsExactlyTheOperationsWithoutWork) {
   std::string const strFolder = QX_SOURCE_DIR "/plugins/ogre/";
   std::set<std::string> setCode = FindAll(ReadText(strFolder + "QXOgreUnsupported.h"), R"((\w+)\([^;{]*override)");
-  ASSERT_GT(setCode.size(), 80U);
+  ASSERT_GT(setCode.size(), 40U);
   char const* const szEmptyBodies = R"((\w+)\([^;{}]*override\s*\{\s*(?:return (?:0|nullptr);)?\s*\})";
   for (char const* const szHeader :
       {"QXOgreRenderOperation3D.h", "QXOgreRenderOperationManager.h", "QXOgreRenderTarget.h"})

@@ -1,0 +1,43 @@
+#include <plugins/ogre/environment/QXOgreFog.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <QxGraphics3D/view/QXFog.h>
+
+namespace QXC {
+
+namespace {
+
+/// Products of it with distances may be infinite, but never of 0 and infinity.
+constexpr double LARGEST = 1.0e30;
+
+float Narrowed(double dValue) {
+  return static_cast<float>(std::clamp(dValue, -LARGEST, LARGEST));
+}
+
+float ChannelOf(double dValue) {
+  return std::isfinite(dValue) ? static_cast<float>(std::clamp(dValue, 0.0, 1.0)) : 0.0F;
+}
+
+}  // namespace
+
+QXOgreFog::QXOgreFog() : m_Numbers(0.0F, 0.0F, 0.0F, 0.0F), m_Color(Ogre::ColourValue::Black) {}
+
+QXOgreFog::QXOgreFog(QXFog const& fog) : QXOgreFog() {
+  QXColorValue3D const& color = fog.GetFogColor();
+  m_Color = Ogre::ColourValue(ChannelOf(color.r), ChannelOf(color.g), ChannelOf(color.b));
+  FogMode const eMode = fog.GetFogMode();
+  auto const fMode = static_cast<float>(eMode);
+  if (eMode == FOG_EXPONENTIAL || eMode == FOG_EXPONENTIAL_SQUARED) {
+    if (std::isfinite(fog.GetFogDensity())) m_Numbers = {fMode, Narrowed(fog.GetFogDensity()), 0.0F, 0.0F};
+    return;
+  }
+  if (eMode != FOG_LINEAR || !std::isfinite(fog.GetFogStart()) || !std::isfinite(fog.GetFogEnd())) return;
+  // Where it begins and ends at one distance, it is a wall there.
+  double const dLength = fog.GetFogEnd() - fog.GetFogStart();
+  double const dScale = dLength == 0.0 ? LARGEST : 1.0 / dLength;
+  m_Numbers = {fMode, Narrowed(fog.GetFogEnd()), Narrowed(dScale), 0.0F};
+}
+
+}  // namespace QXC
