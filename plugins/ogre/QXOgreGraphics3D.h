@@ -149,6 +149,8 @@ public:
       QdcUnicodeString const& strSceneName) override;
   QXRenderTarget* CreateRenderTexture(QdcUnicodeString const& strName, QX3DPixelFormat eFormat, unsigned int nWidth,
       unsigned int nHeight, int nMipmaps, unsigned int nColourDepth, QdcUnicodeString const& strSceneName) override;
+  /// For scenes whose z is up.
+  QXSkyGraphics3D* CreateSky(QdcUnicodeString const& strSceneName, SceneType eSceneType) override;
 
 protected:
   unsigned char Refuse(char const* szWhat) override;
@@ -163,6 +165,8 @@ private:
   /// Makes a target of a kind; null with the reason as error text if OGRE cannot.
   template <class Target, class... Arguments>
   QXRenderTarget* MakeTarget(Arguments const&... arguments);
+  /// A scene that can have sky and ocean; null with the reason as error text if it cannot.
+  QXOgreScene* FindPlaneScene(QdcUnicodeString const& strSceneName, SceneType eSceneType);
   /// Those that no host knows of.
   void MakeOwnScenes();
   void FillCapabilities();

@@ -67,11 +67,7 @@ public:
   unsigned char AddResourceFolder(QdcUnicodeString const&) override { return Refuse("resource folders"); }
   void RemoveResourceFolder(QdcUnicodeString const&) override {}
 
-  // Sky, ocean.
-  QXSkyGraphics3D* CreateSky(QdcUnicodeString const&, SceneType) override {
-    Refuse("skies");
-    return nullptr;
-  }
+  // Ocean.
   QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const&, SceneType) override {
     Refuse("oceans");
     return nullptr;
