@@ -260,7 +260,8 @@ void QXOgreSky::Queue(
   vertex.setNamedConstant("rayRight", QXC::ToOgre(rays.m_vecRayRight));
   vertex.setNamedConstant("rayUp", QXC::ToOgre(rays.m_vecRayUp));
   fragment.setNamedConstant("sunLight", rays.m_bParallel ? Ogre::Vector3::ZERO : ToOgre(m_Model.GetSun()));
-  bool const bClouds = !rays.m_bParallel && m_dCloudDistance > 0.0;
+  bool const bClouds =
+      !rays.m_bParallel && m_dCloudDistance > 0.0 && std::isfinite(m_dCloudAltitude) && std::isfinite(m_dWindDirection);
   TellClouds(rays.m_vecEye, LookOf(bClouds ? m_eCloudType : CLOUD_NONE));
   QXOgreFog const fog(m_pScene->GetFog());
   fragment.setNamedConstant("fog", fog.m_Numbers);
