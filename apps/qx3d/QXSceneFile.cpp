@@ -49,7 +49,8 @@ public:
     std::vector<QXSceneKey> const& vecKeys = m_pSection->m_vecKeys;
     for (std::size_t i = 0; i < vecKeys.size(); ++i) {
       if (vecKeys[i].m_szName != strKey) continue;
-      std::string const strProblem = m_vecKeyLines[i] == 0
+      bool const bTake = m_vecKeyLines[i] == 0 || vecKeys[i].m_bMany;
+      std::string const strProblem = bTake
                                          ? vecKeys[i].m_pSet(m_Draft, strValue)
                                          : "'" + strKey + "' stands in line " + std::to_string(m_vecKeyLines[i]) +
                                                " already; leave one of the two out";
@@ -168,6 +169,11 @@ void CheckFiles(QXSceneFile const& scene, QXSceneProblems& problems) {
   for (QXSceneData const& data : scene.m_vecData) check(data.m_strFile, data.m_nLine);
   for (QXSceneSymbol const& symbol : scene.m_vecSymbols) check(symbol.m_strFile, symbol.m_nLine);
   for (QXSceneStatic const& placed : scene.m_vecStatics) check(placed.m_strFile, placed.m_nLine);
+  for (QXSceneInstances const& instances : scene.m_vecInstances) {
+    check(instances.m_strFile, instances.m_nLine);
+    check(instances.m_strPlaces, instances.m_nPlacesLine);
+    check(instances.m_strPoints, instances.m_nPointsLine);
+  }
 }
 
 /// Symbols may stand behind the icons that show them, so their names are looked at in the end.
@@ -204,8 +210,9 @@ QXSceneFile ParseScene(std::string_view bytes, std::string const& strPath, QXSce
   CheckSymbols(draft.m_Scene, problems);
   QXSceneFile const& scene = draft.m_Scene;
   if (problems.IsEmpty() && scene.m_vecModels.empty() && scene.m_vecIcons.empty() && scene.m_vecLabels.empty() &&
-      scene.m_vecData.empty() && scene.m_vecStatics.empty())
-    problems.Add(0, "there is nothing to show; add a [model] with its file, [data], [static], an [icon] or a [label]");
+      scene.m_vecData.empty() && scene.m_vecStatics.empty() && scene.m_vecInstances.empty())
+    problems.Add(0,
+        "there is nothing to show; add a [model] with its file, [instances], [data], [static], an [icon] or a [label]");
   return std::move(draft.m_Scene);
 }
 

@@ -2,6 +2,8 @@
 /// A scene as its file describes it. The format stands in doc/scenes.md.
 #pragma once
 
+#include <apps/qx3d/QXSceneEnvironment.h>
+#include <apps/qx3d/QXSceneInstances.h>
 #include <apps/qx3d/QXSceneText.h>
 #include <apps/qx3d/QXViewOptions.h>
 
@@ -156,8 +158,18 @@ struct QXSceneFile {
   bool m_bBackground = false;
   unsigned char m_nBackground[3] = {0, 0, 0};
   bool m_bGround = true;
+  /// Whether the sun shines; without a sky it stands in the south-west.
+  bool m_bSun = true;
+  /// Of the light that comes from everywhere, where the scene chooses it.
+  bool m_bAmbient = false;
+  unsigned char m_nAmbient[3] = {0, 0, 0};
   QXSceneCamera m_Camera;
   std::vector<QXSceneModel> m_vecModels;
+  std::vector<QXSceneInstances> m_vecInstances;
+  std::vector<QXSceneLight> m_vecLights;
+  QXSceneFog m_Fog;
+  QXSceneSky m_Sky;
+  QXSceneOcean m_Ocean;
   std::vector<QXSceneIcon> m_vecIcons;
   std::vector<QXSceneSymbol> m_vecSymbols;
   std::vector<QXSceneLabel> m_vecLabels;

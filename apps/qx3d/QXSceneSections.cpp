@@ -7,20 +7,6 @@ namespace QXApp {
 
 namespace {
 
-template <class T>
-std::string AppendPlaced(std::vector<T>& vecPlaced, int nLine) {
-  if (vecPlaced.size() == MaxScenePlacements)
-    return "a scene has at most " + std::to_string(MaxScenePlacements) +
-           " of these; this one and all further ones are left out, so make two scenes of it";
-  vecPlaced.emplace_back();
-  vecPlaced.back().m_nLine = nLine;
-  return std::string();
-}
-
-std::string SetAngle(std::string const& strValue, double& dAngle) {
-  return ReadNumber(strValue, -360.0, 360.0, dAngle);
-}
-
 std::string NothingToDo(QXSceneDraft&) {
   return std::string();
 }
@@ -33,8 +19,16 @@ QXSceneSection MakeSceneSection() {
   auto const setGround = [](QXSceneDraft& draft, std::string const& strValue) {
     return ReadYesNo(strValue, draft.m_Scene.m_bGround);
   };
+  auto const setSun = [](QXSceneDraft& draft, std::string const& strValue) {
+    return ReadYesNo(strValue, draft.m_Scene.m_bSun);
+  };
+  auto const setAmbient = [](QXSceneDraft& draft, std::string const& strValue) {
+    draft.m_Scene.m_bAmbient = true;
+    return ReadColor(strValue, draft.m_Scene.m_nAmbient);
+  };
   return {"scene", false, [](QXSceneDraft&, int) { return std::string(); }, NothingToDo,
-      {{"background", false, setBackground}, {"ground", false, setGround}}};
+      {{"background", false, setBackground}, {"ground", false, setGround}, {"sun", false, setSun},
+          {"ambient", false, setAmbient}}};
 }
 
 std::string BeginCamera(QXSceneDraft& draft, int nLine) {
@@ -70,19 +64,11 @@ std::string BeginModel(QXSceneDraft& draft, int nLine) {
 }
 
 std::string SetModelFile(QXSceneDraft& draft, std::string const& strValue) {
-  if (IsSceneName(strValue)) return "'" + strValue + "' is a scene, and a scene holds no scenes; name a model";
-  if (IsGeoName(strValue)) return "'" + strValue + "' is map data; name it in a section [data]";
-  if (IsStaticName(strValue)) return "'" + strValue + "' is static geometry; name it in a section [static]";
+  std::string const strProblem = CheckModelName(strValue);
+  if (!strProblem.empty()) return strProblem;
   draft.GetModel().m_strFile = draft.Complete(strValue);
   draft.GetModel().m_nLine = draft.m_nLine;
   return std::string();
-}
-
-std::string SetUp(std::string const& strValue, UpAxis& eUp) {
-  std::size_t nWord = 0;
-  std::string const strProblem = ReadWord(strValue, {"auto", "y", "z"}, nWord);
-  eUp = nWord == 0 ? UpAxis::Auto : (nWord == 1 ? UpAxis::Y : UpAxis::Z);
-  return strProblem;
 }
 
 std::string SetModelUp(QXSceneDraft& draft, std::string const& strValue) {
@@ -383,9 +369,28 @@ QXSceneSection MakeStaticSection() {
 
 }  // namespace
 
+std::string SetAngle(std::string const& strValue, double& dAngle) {
+  return ReadNumber(strValue, -360.0, 360.0, dAngle);
+}
+
+std::string SetUp(std::string const& strValue, UpAxis& eUp) {
+  std::size_t nWord = 0;
+  std::string const strProblem = ReadWord(strValue, {"auto", "y", "z"}, nWord);
+  eUp = nWord == 0 ? UpAxis::Auto : (nWord == 1 ? UpAxis::Y : UpAxis::Z);
+  return strProblem;
+}
+
+std::string CheckModelName(std::string const& strName) {
+  if (IsSceneName(strName)) return "'" + strName + "' is a scene, and a scene holds no scenes; name a model";
+  if (IsGeoName(strName)) return "'" + strName + "' is map data; name it in a section [data]";
+  if (IsStaticName(strName)) return "'" + strName + "' is static geometry; name it in a section [static]";
+  return std::string();
+}
+
 std::vector<QXSceneSection> MakeSceneSections() {
-  return {MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeIconSection(), MakeSymbolSection(),
-      MakeLabelSection(), MakeDataSection(), MakeStaticSection()};
+  return {MakeSceneSection(), MakeCameraSection(), MakeModelSection(), MakeInstancesSection(), MakeIconSection(),
+      MakeSymbolSection(), MakeLabelSection(), MakeDataSection(), MakeStaticSection(), MakeLightSection(),
+      MakeFogSection(), MakeSkySection(), MakeOceanSection()};
 }
 
 }  // namespace QXApp

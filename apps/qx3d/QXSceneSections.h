@@ -23,11 +23,15 @@ struct QXSceneDraft {
   QXSceneModel& GetModel() { return m_Scene.m_vecModels.back(); }
   QXSceneIcon& GetIcon() { return m_Scene.m_vecIcons.back(); }
   QXSceneSymbol& GetSymbol() { return m_Scene.m_vecSymbols.back(); }
+  QXSceneInstances& GetInstances() { return m_Scene.m_vecInstances.back(); }
+  QXSceneLight& GetLight() { return m_Scene.m_vecLights.back(); }
   QXSceneStatic& GetStatic() { return m_Scene.m_vecStatics.back(); }
   QXSceneData& GetData() { return m_Scene.m_vecData.back(); }
   /// The label of the section, or the style of its many labels.
   QXSceneLabel& GetLabel() { return m_bData ? GetData().m_Style : m_Scene.m_vecLabels.back(); }
   bool m_bData = false;
+  /// Places that stand in the file itself, of all sections.
+  std::size_t m_nPlaces = 0;
 };
 
 /// Takes a value over. @return  empty, or what was expected
@@ -39,6 +43,8 @@ struct QXSceneKey {
   QXSceneSetFunction m_pSet;
   /// Another key that may stand in its place.
   char const* m_szInstead = nullptr;
+  /// Whether it may stand many times.
+  bool m_bMany = false;
 };
 
 /// A kind of section. Adding one to the format is an entry in the table below.
@@ -52,6 +58,31 @@ struct QXSceneSection {
   std::string (*m_pEnd)(QXSceneDraft& draft);
   std::vector<QXSceneKey> m_vecKeys;
 };
+
+/// Appends what a section describes. @return  empty, or why there can be no more
+template <class T>
+std::string AppendPlaced(std::vector<T>& vecPlaced, int nLine, std::size_t nMost = MaxScenePlacements) {
+  if (vecPlaced.size() == nMost)
+    return "a scene has at most " + std::to_string(nMost) +
+           " of these; this one and all further ones are left out, so make two scenes of it";
+  vecPlaced.emplace_back();
+  vecPlaced.back().m_nLine = nLine;
+  return std::string();
+}
+
+/// Why a file cannot stand where one model is wanted; empty if it can.
+std::string CheckModelName(std::string const& strName);
+/// An axis that is up: auto, y or z.
+std::string SetUp(std::string const& strValue, UpAxis& eUp);
+/// Degrees from -360 to 360.
+std::string SetAngle(std::string const& strValue, double& dAngle);
+
+/// Sections of their own files.
+QXSceneSection MakeInstancesSection();
+QXSceneSection MakeLightSection();
+QXSceneSection MakeFogSection();
+QXSceneSection MakeSkySection();
+QXSceneSection MakeOceanSection();
 
 /// The format's table, in the order in which messages list it.
 std::vector<QXSceneSection> MakeSceneSections();

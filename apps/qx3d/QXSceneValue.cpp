@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <utility>
 
 namespace QXApp {
 
@@ -63,6 +66,66 @@ bool ScanHexColor(std::string_view text, unsigned char (&nColor)[3]) {
   for (int i = 0; i < 3; ++i) nColor[i] = static_cast<unsigned char>(nNumber >> (16 - 8 * i));
   return true;
 }
+
+/// Goes over a moment from its first to its last letter.
+class TimeScanner {
+public:
+  explicit TimeScanner(std::string_view text) : m_Text(text) {}
+
+  bool Scan(std::int64_t& nMilliseconds) {
+    int nYear = 0;
+    int nMonth = 0;
+    int nDay = 0;
+    if (!TakeNumber(4, 1900, 2099, nYear) || !Take('-') || !TakeNumber(2, 1, 12, nMonth) || !Take('-') ||
+        !TakeNumber(2, 1, 31, nDay))
+      return false;
+    std::chrono::year_month_day const date(std::chrono::year(nYear), std::chrono::month(static_cast<unsigned>(nMonth)),
+        std::chrono::day(static_cast<unsigned>(nDay)));
+    int nHour = 0;
+    int nMinute = 0;
+    int nSecond = 0;
+    if (!date.ok() || (!Take('T') && !Take(' ')) || !TakeClock(23, nHour, nMinute)) return false;
+    if (Take(':') && !TakeNumber(2, 0, 59, nSecond)) return false;
+    int nZone = 0;
+    if (!TakeZone(nZone) || !m_Text.empty()) return false;
+    std::int64_t const nDays = std::chrono::sys_days(date).time_since_epoch().count();
+    nMilliseconds = (((nDays * 24 + nHour) * 60 + nMinute - nZone) * 60 + nSecond) * 1000;
+    return true;
+  }
+
+private:
+  bool Take(char c) {
+    if (m_Text.empty() || m_Text[0] != c) return false;
+    m_Text.remove_prefix(1);
+    return true;
+  }
+
+  bool TakeNumber(std::size_t nDigits, int nMin, int nMax, int& nNumber) {
+    if (m_Text.size() < nDigits || !std::all_of(m_Text.begin(), m_Text.begin() + nDigits, IsDigit)) return false;
+    std::from_chars(m_Text.data(), m_Text.data() + nDigits, nNumber);
+    m_Text.remove_prefix(nDigits);
+    return nNumber >= nMin && nNumber <= nMax;
+  }
+
+  bool TakeClock(int nMaxHour, int& nHour, int& nMinute) {
+    return TakeNumber(2, 0, nMaxHour, nHour) && Take(':') && TakeNumber(2, 0, 59, nMinute);
+  }
+
+  /// Minutes by which clocks there go before universal time; none is universal time.
+  bool TakeZone(int& nZone) {
+    if (m_Text.empty() || Take('Z')) return true;
+    bool const bWest = m_Text[0] == '-';
+    int nHour = 0;
+    int nMinute = 0;
+    if ((!Take('+') && !Take('-')) || !TakeClock(14, nHour, nMinute)) return false;
+    nZone = (bWest ? -1 : 1) * (60 * nHour + nMinute);
+    return true;
+  }
+
+  static bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+  std::string_view m_Text;
+};
 
 bool IsByte(double dNumber) {
   return dNumber >= 0.0 && dNumber <= 255.0 && dNumber == std::floor(dNumber);
@@ -136,6 +199,51 @@ std::string ReadColor(std::string_view text, unsigned char (&nColor)[3]) {
   if (!ScanList(text, 3, dRead) || !std::all_of(dRead, dRead + 3, IsByte))
     return Quote(text) + " is no colour; write it as #C7DEF2, or as 199, 222, 242 with numbers from 0 to 255";
   for (int i = 0; i < 3; ++i) nColor[i] = static_cast<unsigned char>(dRead[i]);
+  return std::string();
+}
+
+std::string ReadNumbers(std::string_view text, std::size_t nFewest, std::size_t nMost, double dMin, double dMax,
+    std::vector<double>& vecNumbers) {
+  std::vector<double> vecRead;
+  bool bGood = true;
+  for (std::string_view const part : Split(text)) {
+    double dRead = 0.0;
+    bGood = bGood && vecRead.size() < nMost && Scan(part, dRead) && dRead >= dMin && dRead <= dMax;
+    if (!bGood) break;
+    vecRead.push_back(dRead);
+  }
+  if (!bGood || vecRead.size() < nFewest) {
+    std::string const strCount = nFewest == nMost ? std::to_string(nMost)
+                                                  : std::to_string(nFewest) + " to " + std::to_string(nMost);
+    return Quote(text) + " is no list of " + strCount + " numbers from " + ToText(dMin) + " to " + ToText(dMax) +
+           "; write them with commas between them";
+  }
+  vecNumbers = std::move(vecRead);
+  return std::string();
+}
+
+std::string ReadPlace(std::string_view text, QXScenePlace& place) {
+  std::vector<double> vecNumbers;
+  bool bGood = ReadNumbers(text, 3, 5, -MaxSceneCoordinate, MaxSceneCoordinate, vecNumbers).empty();
+  bGood = bGood && (vecNumbers.size() < 4 || std::abs(vecNumbers[3]) <= 360.0);
+  bGood = bGood && (vecNumbers.size() < 5 || vecNumbers[4] > 0.0);
+  if (!bGood)
+    return Quote(text) + " is no place; write x, y, z, and if wanted a heading from -360 to 360 and a scale above 0, "
+                         "as 10, 20, 3.5, 90, 1.2";
+  place.m_vecPosition = QXC::QXVector3d(vecNumbers[0], vecNumbers[1], vecNumbers[2]);
+  place.m_bHeading = vecNumbers.size() > 3;
+  place.m_dHeading = place.m_bHeading ? vecNumbers[3] : 0.0;
+  place.m_dScale = vecNumbers.size() > 4 ? vecNumbers[4] : 0.0;
+  return std::string();
+}
+
+std::string ReadTime(std::string_view text, QDC::QdcTime& time) {
+  TimeScanner scanner(text);
+  std::int64_t nMilliseconds = 0;
+  if (!scanner.Scan(nMilliseconds))
+    return Quote(text) + " is no moment from 1900 to 2099; write it as 2026-06-21T20:30, in universal time, or with a "
+                         "zone, as 2026-06-21T20:30+02:00";
+  time = QDC::QdcTime(nMilliseconds);
   return std::string();
 }
 

@@ -137,8 +137,21 @@ private:
   }
 
   void BeginElement(Element eElement, std::string_view name) {
+    if (m_Names.m_bPlaces && m_nWantedDepth == 0) {
+      if (name == m_Names.m_strFeature)
+        BeginWanted();
+      else if (eElement == Element::Corner && m_nEnvelope == 0)
+        BeginText();
+      return;
+    }
+    if (IsPlaceAttribute(name)) {
+      BeginText();
+      return;
+    }
     switch (eElement) {
-    case Element::Building: BeginBuilding(); break;
+    case Element::Building:
+      if (!m_Names.m_bPlaces) BeginBuilding();
+      break;
     case Element::Ground:
     case Element::GroundSurface:
     case Element::RoofEdge:
@@ -148,7 +161,7 @@ private:
       }
       break;
     case Element::Polygon:
-      if (m_nGroundDepth != 0 && m_nPolygonDepth == 0) {
+      if ((m_nGroundDepth != 0 || m_nWantedDepth != 0) && m_nPolygonDepth == 0) {
         m_nPolygonDepth = m_nDepth;
         m_Footprint = QXGeoFootprint();
         m_bFaulty = false;
@@ -170,8 +183,20 @@ private:
       if (!m_vecBuildings.empty()) BeginText();
       break;
     default:
-      if (m_nFeatureDepth != 0 && (name == m_Names.m_strLabel || name == m_Names.m_strAngle)) BeginText();
+      if (!m_Names.m_bPlaces && m_nFeatureDepth != 0 && (name == m_Names.m_strLabel || name == m_Names.m_strAngle)) BeginText();
     }
+  }
+
+  bool IsPlaceAttribute(std::string_view name) const {
+    return m_Names.m_bPlaces &&
+           (name == m_Names.m_strAngle || name == m_Names.m_strScale || name == m_Names.m_strWhere);
+  }
+
+  /// A feature of the kind whose places are asked for.
+  void BeginWanted() {
+    m_nWantedDepth = m_nDepth;
+    m_Wanted = QXGeoPoint();
+    m_bWanted = m_Names.m_strWhere.empty();
   }
 
   void BeginBuilding() {
@@ -210,6 +235,7 @@ private:
     if (m_nGroundDepth == m_nDepth) m_nGroundDepth = 0;
     if (!m_vecBuildings.empty() && m_vecBuildings.back().m_nDepth == m_nDepth) EndBuilding();
     if (m_bPoint && FindElement(LocalName(szName)) == Element::Point) m_bPoint = false;
+    if (m_nWantedDepth == m_nDepth) EndWanted();
     if (m_nFeatureDepth == m_nDepth) EndFeature();
     if (!m_vecDimensions.empty() && m_vecDimensions.back().m_nDepth == m_nDepth) m_vecDimensions.pop_back();
     if (m_nMemberDepth == m_nDepth) m_nMemberDepth = 0;
@@ -217,6 +243,10 @@ private:
   }
 
   void TakeText(Element eElement, std::string_view name) {
+    if (IsPlaceAttribute(name)) {
+      TakePlaceAttribute(name);
+      return;
+    }
     switch (eElement) {
     case Element::Position:
     case Element::Positions: TakePositions(eElement); return;
@@ -225,6 +255,7 @@ private:
     case Element::Storeys: TakeNumber(m_vecBuildings.back().m_dStoreys, 1000.0); return;
     default: break;
     }
+    if (m_Names.m_bPlaces) return;
     if (name == m_Names.m_strLabel && m_strLabel.empty()) m_strLabel = MakeGeoLabel(m_strText);
     if (name != m_Names.m_strAngle) return;
     double dAngle = 0.0;
@@ -235,6 +266,17 @@ private:
     if (m_vecPoints.empty() || m_vecPoints.back().m_bAngle) return;
     m_vecPoints.back().m_bAngle = true;
     m_vecPoints.back().m_dAngle = dAngle;
+  }
+
+  void TakePlaceAttribute(std::string_view name) {
+    if (name == m_Names.m_strWhere) m_bWanted = m_bWanted || MakeGeoLabel(m_strText) == m_Names.m_strWhereValue;
+    double dRead = 0.0;
+    if (!ScanGeoNumber(m_strText, dRead) || !IsGeoCoordinate(dRead)) return;
+    if (name == m_Names.m_strAngle) {
+      m_Wanted.m_bAngle = true;
+      m_Wanted.m_dAngle = dRead;
+    }
+    if (name == m_Names.m_strScale && dRead > 0.0) m_Wanted.m_dScale = dRead;
   }
 
   void TakeCorner() {
@@ -270,7 +312,7 @@ private:
       QXVector3d const vec(vecNumbers[i], vecNumbers[i + 1], nDimension == 3 ? vecNumbers[i + 2] : 0.0);
       if (m_nPolygonDepth != 0) {
         if (!m_Footprint.m_vecRings.empty()) m_Footprint.m_vecRings.back().push_back(vec);
-      } else if (m_vecPoints.size() < MaxGeoPlaces && m_nFeatureDepth != 0) {
+      } else if (m_vecPoints.size() < MaxGeoPlaces && (m_nFeatureDepth != 0 || m_nWantedDepth != 0)) {
         m_vecPoints.push_back({std::string(), vec});
       }
     }
@@ -299,6 +341,7 @@ private:
     vecRings.erase(
         std::remove_if(vecRings.begin() + 1, vecRings.end(), [](auto& vecRing) { return !TidyGeoRing(vecRing); }),
         vecRings.end());
+    if (m_Names.m_bPlaces && m_vecAreas.size() <= MaxGeoPlaces) m_vecAreas.push_back(std::move(m_Footprint));
     if (m_vecBuildings.empty()) return;
     Building& building = m_vecBuildings.back();
     if (building.m_eSource != Element::Other && building.m_eSource < m_eGround) return;
@@ -321,11 +364,35 @@ private:
     }
   }
 
+  void EndWanted() {
+    m_nWantedDepth = 0;
+    if (m_vecPoints.empty() && m_bWanted) {
+      for (QXGeoFootprint& area : m_vecAreas) {
+        if (m_Data.m_vecFootprints.size() >= MaxGeoPlaces) {
+          Stop("the file has more than 1000000 areas; cut it into parts");
+          return;
+        }
+        area.m_bAngle = m_Wanted.m_bAngle;
+        area.m_dAngle = m_Wanted.m_dAngle;
+        area.m_dScale = m_Wanted.m_dScale;
+        m_Data.m_vecFootprints.push_back(std::move(area));
+      }
+    }
+    for (QXGeoPoint& point : m_vecPoints) {
+      if (!m_bWanted) break;
+      m_Wanted.m_vecPosition = point.m_vecPosition;
+      std::string const strReason = AddGeoPoint(m_Wanted, m_Names, m_Data);
+      if (!strReason.empty()) Warn(strReason);
+    }
+    m_vecPoints.clear();
+    m_vecAreas.clear();
+  }
+
   void EndFeature() {
     m_nFeatureDepth = 0;
     for (QXGeoPoint& point : m_vecPoints) {
       point.m_strText = m_strLabel;
-      std::string const strReason = AddGeoPoint(std::move(point), m_Data);
+      std::string const strReason = AddGeoPoint(std::move(point), m_Names, m_Data);
       if (!strReason.empty()) Warn(strReason);
     }
     m_vecPoints.clear();
@@ -356,6 +423,11 @@ private:
   int m_nGroundDepth = 0;
   int m_nPolygonDepth = 0;
   int m_nTextDepth = 0;
+  int m_nWantedDepth = 0;
+  /// What the places of the open feature have in common, and whether the feature is one that counts.
+  QXGeoPoint m_Wanted;
+  bool m_bWanted = false;
+  std::vector<QXGeoFootprint> m_vecAreas;
   bool m_bPoint = false;
   Element m_eGround = Element::Other;
   std::vector<Building> m_vecBuildings;

@@ -16,6 +16,8 @@ namespace QXApp {
 /// - A Building or BuildingPart gives one footprint for each polygon of its ground: that of lod0FootPrint or
 ///   geometrie2dGrondvlak, else of its GroundSurface, else of lod0RoofEdge. Its measuredHeight and storeysAboveGround
 ///   are kept; a part without them has those of the building around it.
+/// - Where places are asked for, the features of one name count alone: each gives its gml:Point positions, or, without
+///   any, the areas of its polygons, with the numbers of its attributes.
 /// - A list of positions has 2 or 3 numbers a position by its srsDimension or that of an element around it, else by the
 ///   corner of the file's envelope, else by what makes the ring close.
 ///

@@ -12,12 +12,15 @@ namespace QXApp {
 
 /// A place with a text. Coordinates are those of the file; z is 0 where it has none.
 struct QXGeoPoint {
-  /// UTF-8, one line, never empty.
+  /// UTF-8, one line, never empty; empty where places are asked for.
   std::string m_strText;
   QXC::QXVector3d m_vecPosition;
-  /// Degrees in which the text runs, counter-clockwise from +x; of use if the file has one.
+  /// Degrees in which the text runs, counter-clockwise from +x; of use if the file has one. Of places the number of the
+  /// attribute, whatever it counts.
   bool m_bAngle = false;
   double m_dAngle = 0.0;
+  /// 0: the file does not say.
+  double m_dScale = 0.0;
 };
 
 /// The area on which a building stands.
@@ -29,6 +32,10 @@ struct QXGeoFootprint {
   double m_dHeight = 0.0;
   /// 0: the file does not say.
   double m_dStoreys = 0.0;
+  /// As of a point.
+  bool m_bAngle = false;
+  double m_dAngle = 0.0;
+  double m_dScale = 0.0;
 };
 
 struct QXGeoData {
@@ -44,6 +51,15 @@ struct QXGeoNames {
   std::string m_strLabel;
   /// Attribute with its angle; empty: there is none.
   std::string m_strAngle;
+  /// Places are asked for: points with or without a text, and areas of any kind as footprints.
+  bool m_bPlaces = false;
+  /// Of places: attribute with a factor; empty: there is none.
+  std::string m_strScale = {};
+  /// Of places in CityGML: the element whose features count. One with points gives these, any other its areas.
+  std::string m_strFeature = {};
+  /// Of places: only features whose attribute has this value count; empty: all.
+  std::string m_strWhere = {};
+  std::string m_strWhereValue = {};
 };
 
 /// Farthest coordinate that is read, as in scene files.

@@ -202,6 +202,9 @@ private:
     Json const nothing;
     Json const& coordinates = pCoordinates == nullptr ? nothing : *pCoordinates;
     Json const& properties = pProperties == nullptr ? nothing : *pProperties;
+    if (!m_Names.m_strWhere.empty() &&
+        MakeText(Find(properties, m_Names.m_strWhere.c_str())) != m_Names.m_strWhereValue)
+      return;
     bool bGood = true;
     if (IsText(pType, "Point"))
       bGood = TakePoint(coordinates, MakePoint(properties));
@@ -229,16 +232,24 @@ private:
   QXGeoPoint MakePoint(Json const& properties) const {
     QXGeoPoint point;
     point.m_strText = MakeText(Find(properties, m_Names.m_strLabel.c_str()));
-    point.m_bAngle = !m_Names.m_strAngle.empty() &&
-                     ReadNumber(Find(properties, m_Names.m_strAngle.c_str()), point.m_dAngle) &&
-                     IsGeoCoordinate(point.m_dAngle);
+    point.m_bAngle = ReadAttribute(properties, m_Names.m_strAngle, point.m_dAngle);
+    ReadScale(properties, point.m_dScale);
     return point;
+  }
+
+  static bool ReadAttribute(Json const& properties, std::string const& strName, double& dNumber) {
+    return !strName.empty() && ReadNumber(Find(properties, strName.c_str()), dNumber) && IsGeoCoordinate(dNumber);
+  }
+
+  void ReadScale(Json const& properties, double& dScale) const {
+    double dRead = 0.0;
+    if (ReadAttribute(properties, m_Names.m_strScale, dRead) && dRead > 0.0) dScale = dRead;
   }
 
   bool TakePoint(Json const& coordinates, QXGeoPoint const& pattern) {
     QXGeoPoint point = pattern;
     if (!ReadPosition(coordinates, point.m_vecPosition)) return false;
-    Warn(AddGeoPoint(std::move(point), m_Data));
+    Warn(AddGeoPoint(std::move(point), m_Names, m_Data));
     return true;
   }
 
@@ -250,6 +261,8 @@ private:
       footprint.m_dHeight = dNumber;
     if (ReadNumber(Find(properties, "storeys"), dNumber) && dNumber > 0.0 && dNumber <= 1000.0)
       footprint.m_dStoreys = dNumber;
+    footprint.m_bAngle = ReadAttribute(properties, m_Names.m_strAngle, footprint.m_dAngle);
+    ReadScale(properties, footprint.m_dScale);
     for (auto const& vecRing : footprint.m_vecRings) m_nCorners += vecRing.size();
     if (m_nCorners > MaxGeoCorners || m_Data.m_vecFootprints.size() >= MaxGeoPlaces)
       Warn(

@@ -23,6 +23,7 @@ struct QXGeoJsonLimits {
 
 /// Reads a FeatureCollection or a Feature. A Point or MultiPoint gives the text of its feature's property at each
 /// position; a Polygon or MultiPolygon gives footprints, with the numbers of the properties `height` and `storeys`.
+/// Where places are asked for, all points and polygons count, named or not, with the numbers of their properties.
 /// Coordinates are taken as they stand, as x, y and perhaps z. Properties that are numbers are good as texts.
 ///
 /// @param problems  gets why the file cannot be read, with its line

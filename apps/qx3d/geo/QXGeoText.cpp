@@ -73,8 +73,9 @@ bool TidyGeoRing(std::vector<QXC::QXVector3d>& vecRing) {
   return vecRing.size() >= 3;
 }
 
-std::string AddGeoPoint(QXGeoPoint point, QXGeoData& data) {
-  if (point.m_strText.empty()) return std::string();
+std::string AddGeoPoint(QXGeoPoint point, QXGeoNames const& names, QXGeoData& data) {
+  if (names.m_bPlaces) point.m_strText.clear();
+  if (point.m_strText.empty() && !names.m_bPlaces) return std::string();
   if (point.m_strText.size() > MaxGeoText)
     return "the text of a point is longer than 1000 bytes and is left out; choose another attribute for the labels";
   if (data.m_vecPoints.size() >= MaxGeoPlaces)

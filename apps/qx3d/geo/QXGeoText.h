@@ -27,7 +27,8 @@ bool ScanGeoNumbers(std::string_view text, std::vector<double>& vecNumbers);
 /// @return  whether three corners are left
 bool TidyGeoRing(std::vector<QXC::QXVector3d>& vecRing);
 
-/// Keeps a point unless its text is empty or too long. @return  empty, or why not; nothing is said of an empty text
-std::string AddGeoPoint(QXGeoPoint point, QXGeoData& data);
+/// Keeps a point unless its text is empty or too long; where places are asked for, without the text.
+/// @return  empty, or why not; nothing is said of an empty text
+std::string AddGeoPoint(QXGeoPoint point, QXGeoNames const& names, QXGeoData& data);
 
 }  // namespace QXApp

@@ -198,9 +198,10 @@ std::string ListFields(DBFInfo* pAttributes) {
 
 class Reader {
 public:
-  Reader(QXSceneProblems& problems, QXSceneProblems& warnings) : m_Problems(problems), m_Warnings(warnings) {}
+  Reader(QXGeoNames const& names, QXSceneProblems& problems, QXSceneProblems& warnings)
+      : m_Names(names), m_Problems(problems), m_Warnings(warnings) {}
 
-  QXGeoData Read(QXGeoNames const& names) {
+  QXGeoData Read() {
     SAHooks hooks = MakeHooks();
     std::unique_ptr<SHPInfo, ShapesDeleter> const pShapes(SHPOpenLL("a.shp", "rb", &hooks));
     std::unique_ptr<DBFInfo, AttributesDeleter> const pAttributes(DBFOpenLL("a.dbf", "rb", &hooks));
@@ -212,12 +213,8 @@ public:
     int nCount = 0;
     int nType = 0;
     SHPGetInfo(pShapes.get(), &nCount, &nType, nullptr, nullptr);
-    m_nLabel = DBFGetFieldIndex(pAttributes.get(), names.m_strLabel.c_str());
-    m_nAngle = names.m_strAngle.empty() ? -1 : DBFGetFieldIndex(pAttributes.get(), names.m_strAngle.c_str());
-    if (!IsPoints(nType))
-      m_Problems.Add(0, "its shapes are no points; give a shapefile of points");
-    else if (m_nLabel < 0)
-      m_Problems.Add(0, "there is no attribute '" + names.m_strLabel + "'; known are " + ListFields(pAttributes.get()));
+    if (!IsPoints(nType)) m_Problems.Add(0, "its shapes are no points; give a shapefile of points");
+    if (m_Problems.IsEmpty()) FindFields(pAttributes.get());
     if (!m_Problems.IsEmpty()) return QXGeoData();
     Decoder const decoder(DBFGetCodePage(pAttributes.get()));
     nCount = std::min(nCount, DBFGetRecordCount(pAttributes.get()));
@@ -227,6 +224,32 @@ public:
   }
 
 private:
+  void FindFields(DBFInfo* pAttributes) {
+    m_nLabel = m_Names.m_bPlaces ? -1 : FindField(pAttributes, m_Names.m_strLabel, true);
+    // Labels do without an angle; who places things by one wants to know.
+    m_nAngle = FindField(pAttributes, m_Names.m_strAngle, m_Names.m_bPlaces);
+    m_nScale = FindField(pAttributes, m_Names.m_strScale, true);
+    m_nWhere = FindField(pAttributes, m_Names.m_strWhere, true);
+  }
+
+  /// -1 for none.
+  int FindField(DBFInfo* pAttributes, std::string const& strName, bool bRequired) {
+    if (strName.empty()) return -1;
+    int const nField = DBFGetFieldIndex(pAttributes, strName.c_str());
+    if (nField < 0 && bRequired)
+      m_Problems.Add(0, "there is no attribute '" + strName + "'; known are " + ListFields(pAttributes));
+    return nField;
+  }
+
+  static std::string ReadText(DBFInfo* pAttributes, int nRecord, int nField) {
+    char const* const szText = nField < 0 ? nullptr : DBFReadStringAttribute(pAttributes, nRecord, nField);
+    return szText == nullptr ? std::string() : szText;
+  }
+
+  static bool ReadNumber(DBFInfo* pAttributes, int nRecord, int nField, double& dNumber) {
+    return nField >= 0 && ScanGeoNumber(ReadText(pAttributes, nRecord, nField), dNumber) && IsGeoCoordinate(dNumber);
+  }
+
   void ReadRecord(SHPInfo* pShapes, DBFInfo* pAttributes, int nRecord, Decoder const& decoder) {
     std::unique_ptr<SHPObject, ShapeDeleter> const pShape(SHPReadObject(pShapes, nRecord));
     if (pShape == nullptr) {
@@ -240,22 +263,22 @@ private:
       Warn(nRecord, "the file has more than 10000000 positions, and the further ones are left out; cut it into parts");
       return;
     }
+    if (m_nWhere >= 0 &&
+        MakeGeoLabel(decoder.Decode(ReadText(pAttributes, nRecord, m_nWhere))) != m_Names.m_strWhereValue)
+      return;
     QXGeoPoint point;
-    char const* const szText = DBFReadStringAttribute(pAttributes, nRecord, m_nLabel);
-    std::string const strRaw = szText == nullptr ? std::string() : szText;
+    std::string const strRaw = ReadText(pAttributes, nRecord, m_nLabel);
     point.m_strText = MakeGeoLabel(decoder.Decode(strRaw));
     if (point.m_strText.empty() && !MakeGeoLabel(strRaw).empty())
       Warn(nRecord, "its text is none in the encoding of the file and is left out; give the right one in a .cpg file");
-    if (m_nAngle >= 0) {
-      char const* const szAngle = DBFReadStringAttribute(pAttributes, nRecord, m_nAngle);
-      point.m_bAngle = szAngle != nullptr && ScanGeoNumber(szAngle, point.m_dAngle) && IsGeoCoordinate(point.m_dAngle);
-    }
+    point.m_bAngle = ReadNumber(pAttributes, nRecord, m_nAngle, point.m_dAngle);
+    if (!ReadNumber(pAttributes, nRecord, m_nScale, point.m_dScale) || point.m_dScale < 0.0) point.m_dScale = 0.0;
     bool bGood = true;
     for (int i = 0; i < pShape->nVertices; ++i) {
       double const z = pShape->padfZ == nullptr ? 0.0 : pShape->padfZ[i];
       point.m_vecPosition = QXC::QXVector3d(pShape->padfX[i], pShape->padfY[i], z);
       bGood = IsGeoCoordinate(pShape->padfX[i]) && IsGeoCoordinate(pShape->padfY[i]) && IsGeoCoordinate(z);
-      std::string const strReason = bGood ? AddGeoPoint(point, m_Data) : "a coordinate is none; correct it";
+      std::string const strReason = bGood ? AddGeoPoint(point, m_Names, m_Data) : "a coordinate is none; correct it";
       if (!strReason.empty()) Warn(nRecord, strReason);
     }
   }
@@ -264,12 +287,15 @@ private:
     m_Warnings.Add(0, "record " + std::to_string(nRecord + 1) + ": " + strText);
   }
 
+  QXGeoNames const& m_Names;
   QXSceneProblems& m_Problems;
   QXSceneProblems& m_Warnings;
   QXGeoData m_Data;
   std::size_t m_nPositions = 0;
   int m_nLabel = -1;
   int m_nAngle = -1;
+  int m_nScale = -1;
+  int m_nWhere = -1;
 };
 
 }  // namespace
@@ -282,7 +308,7 @@ QXGeoData ParseShapefile(
     return QXGeoData();
   }
   t_pOpenBytes = &bytes;
-  QXGeoData data = Reader(problems, warnings).Read(names);
+  QXGeoData data = Reader(names, problems, warnings).Read();
   t_pOpenBytes = nullptr;
   return data;
 }
