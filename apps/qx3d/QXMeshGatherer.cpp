@@ -3,6 +3,7 @@
 #include <apps/qx3d/QXBuckets.h>
 #include <apps/qx3d/QXModelColors.h>
 #include <apps/qx3d/QXTextureChoice.h>
+#include <apps/qx3d/QXVertexCollector.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXSubObjectInfo.h>
@@ -57,6 +58,14 @@ QXC::QXBoundingSphere GetSphere(QXC::QXBoundingBox const& box, QXMatrix4d const&
   sphere.SetCenter(vecCenter - vecBase);
   sphere.SetRadius(dRadius);
   return sphere;
+}
+
+/// Null without a texture.
+std::unique_ptr<QXC::QXTexturePackage> MakeTexturePackage(std::string const& strTexture) {
+  if (strTexture.empty()) return nullptr;
+  auto pTexture = std::make_unique<QXC::QXTexturePackage>();
+  pTexture->m_strTextureName = QXC::QdcUnicodeString::FromUTF8(strTexture.c_str());
+  return pTexture;
 }
 
 }  // namespace
@@ -115,19 +124,15 @@ void QXMeshGatherer::AddNode(Form const& form, QXMatrix4d const& matWorld, QXMod
 }
 
 void QXMeshGatherer::AddDrawable(Form const& form, QXMatrix4d const& matWorld, QXModelPictures const& pictures) {
-  std::unique_ptr<QXC::QXTexturePackage> pTexture;
   QXTextureKey const& key = form.m_Texture.m_Key;
-  if (key.m_nImage >= 0) {
-    pTexture = std::make_unique<QXC::QXTexturePackage>();
-    pTexture->m_strTextureName = QXC::QdcUnicodeString::FromUTF8(pictures.GetTextureName(key).c_str());
-  }
+  std::string const strTexture = key.m_nImage >= 0 ? pictures.GetTextureName(key) : std::string();
   m_Scene.m_vecParts.push_back(
-      {MakeOperation(form.m_Mesh, matWorld, GetCenter(form.m_Bounds, matWorld), std::move(pTexture)),
+      {MakeOperation(form.m_Mesh, matWorld, GetCenter(form.m_Bounds, matWorld), MakeTexturePackage(strTexture)),
           form.m_bTransparent, form.m_Texture.m_nModel, key});
 }
 
 QXMeshGatherer::Frame QXMeshGatherer::FindFrame(QXVector3d const& vecCenter) const {
-  if (m_Options.m_eMerging == QXMerging::OneGeometry) return Frame();
+  if (m_Options.m_eMerging == QXMerging::OneGeometry || m_Options.m_eMerging == QXMerging::Textures) return Frame();
   QXVector3d const vec = vecCenter - m_Scene.m_vecOrigin;
   return {static_cast<int>(std::lround(vec.x / m_dCellSize)), static_cast<int>(std::lround(vec.y / m_dCellSize))};
 }
@@ -143,6 +148,10 @@ void QXMeshGatherer::Merge() {
     return std::tie(a.m_Frame, a.m_pForm->m_bTransparent, a.m_pForm->m_Texture) <
            std::tie(b.m_Frame, b.m_pForm->m_bTransparent, b.m_pForm->m_Texture);
   });
+  if (m_Options.m_eMerging == QXMerging::Textures) {
+    JoinParts();
+    return;
+  }
   for (auto itBegin = m_vecEntries.begin(); itBegin != m_vecEntries.end();) {
     unsigned int nLarge = 0;
     auto itEnd = itBegin;
@@ -156,6 +165,28 @@ void QXMeshGatherer::Merge() {
     itBegin = itEnd;
   }
   m_Scene.m_vecTextures.assign(m_setTextures.begin(), m_setTextures.end());
+}
+
+void QXMeshGatherer::JoinParts() {
+  for (auto itBegin = m_vecEntries.begin(); itBegin != m_vecEntries.end();) {
+    Form const& form = *itBegin->m_pForm;
+    auto const isOther = [&form](Entry const& entry) {
+      return entry.m_pForm->m_bTransparent != form.m_bTransparent || form.m_Texture < entry.m_pForm->m_Texture ||
+             entry.m_pForm->m_Texture < form.m_Texture;
+    };
+    auto const itEnd = std::find_if(itBegin, m_vecEntries.end(), isOther);
+    JoinPart(itBegin, itEnd);
+    itBegin = itEnd;
+  }
+}
+
+void QXMeshGatherer::JoinPart(std::vector<Entry>::iterator itBegin, std::vector<Entry>::iterator itEnd) {
+  Form const& form = *itBegin->m_pForm;
+  QXVertexCollector collector;
+  for (auto it = itBegin; it != itEnd; ++it)
+    AppendReadyMesh(PlaceReadyMesh(it->m_pForm->m_Mesh, it->m_matWorld, m_Scene.m_vecOrigin), collector);
+  m_Scene.m_vecParts.push_back({collector.Finish(m_Scene.m_vecOrigin, MakeTexturePackage(form.m_Texture.m_strName)),
+      form.m_bTransparent, form.m_Texture.m_nModel, form.m_Texture.m_Key});
 }
 
 void QXMeshGatherer::MergeFrame(std::vector<Entry>::iterator itBegin, std::vector<Entry>::iterator itEnd) {

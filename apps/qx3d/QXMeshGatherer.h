@@ -60,6 +60,8 @@ private:
   void AddDrawable(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures);
   Frame FindFrame(QXC::QXVector3d const& vecCenter) const;
   QXC::QXVector3d GetBase(Frame const& frame) const;
+  void JoinParts();
+  void JoinPart(std::vector<Entry>::iterator itBegin, std::vector<Entry>::iterator itEnd);
   void MergeFrame(std::vector<Entry>::iterator itBegin, std::vector<Entry>::iterator itEnd);
   void AddToGeometry(Entry const& entry, QXC::QXVector3d const& vecBase, QXC::QXStaticGeometry& geometry);
   QXC::QdcUnicodeString MakePass(Form const& form);

@@ -102,14 +102,21 @@ std::unique_ptr<QXC::ModelDataInfo> LoadModel(std::string const& strPath, UpAxis
   std::unique_ptr<QXC::ModelDataInfo> pModel(static_cast<QXC::QXFileParseModel*>(pParser.get())->GetModelDataInfo());
   if (pModel == nullptr) {
     strError = "the reader gave no model; install a plug-in of the same release";
-  } else if (!IsShowable(pModel->GetBoundingBox())) {
-    strError = "its coordinates go beyond 1e15, more than can be shown; export it in a larger unit";
     return nullptr;
-  } else if (IsYUp(*pModel, nType, eUp)) {
-    pModel->Transform(MakeTurnToZUp());
-    pModel->SetUpAxis(QXC::QX_UP_Z);
   }
-  return pModel;
+  strError = PrepareModel(*pModel, strPath, eUp);
+  return strError.empty() ? std::move(pModel) : nullptr;
+}
+
+std::string PrepareModel(QXC::ModelDataInfo& model, std::string const& strPath, UpAxis eUp) {
+  if (!IsShowable(model.GetBoundingBox()))
+    return "its coordinates go beyond 1e15, more than can be shown; export it in a larger unit";
+  int const nType = QXC::QXFileParseToolkit::GetFileTypeByExtName(QdcUnicodeString::FromUTF8(strPath.c_str()));
+  if (IsYUp(model, nType, eUp)) {
+    model.Transform(MakeTurnToZUp());
+    model.SetUpAxis(QXC::QX_UP_Z);
+  }
+  return std::string();
 }
 
 }  // namespace QXApp

@@ -143,18 +143,23 @@ QXReadyMesh PlaceReadyMesh(QXReadyMesh const& mesh, QXC::QXMatrix4d const& matWo
   return placed;
 }
 
-std::unique_ptr<QXC::QXRenderOperationMultiIndex> MakeOperation(QXReadyMesh const& mesh,
-    QXC::QXMatrix4d const& matWorld, QXVector3d const& vecOrigin, std::unique_ptr<QXC::QXTexturePackage> pTexture) {
-  QXReadyMesh const placed = PlaceReadyMesh(mesh, matWorld, vecOrigin);
+void AppendReadyMesh(QXReadyMesh const& placed, QXVertexCollector& collector) {
   QXC::QXVertexDataPackage const& vertices = *placed.m_pVertices;
-  QXVertexCollector collector;
+  unsigned int const nFirst = collector.GetVertexCount();
   for (std::size_t i = 0; i < vertices.m_nVertexNum; ++i) {
     collector.AddVertex(Widen(vertices.m_pVertices + 3 * i), Widen(vertices.m_pNormals + 3 * i), vertices.m_pColors[i]);
     if (vertices.m_nTexCoordNums[0] == 0) continue;
     float const* p = vertices.m_pTexCoords[0] + 4 * i;
     collector.AddTexCoord(static_cast<double>(p[0]), static_cast<double>(p[1]));
   }
-  for (int i = 0; i < placed.m_pIndices->m_nIndexNum; ++i) collector.AddIndex(GetIndex(*placed.m_pIndices, i));
+  for (int i = 0; i < placed.m_pIndices->m_nIndexNum; ++i)
+    collector.AddIndex(nFirst + GetIndex(*placed.m_pIndices, i));
+}
+
+std::unique_ptr<QXC::QXRenderOperationMultiIndex> MakeOperation(QXReadyMesh const& mesh,
+    QXC::QXMatrix4d const& matWorld, QXVector3d const& vecOrigin, std::unique_ptr<QXC::QXTexturePackage> pTexture) {
+  QXVertexCollector collector;
+  AppendReadyMesh(PlaceReadyMesh(mesh, matWorld, vecOrigin), collector);
   return collector.Finish(vecOrigin, std::move(pTexture));
 }
 

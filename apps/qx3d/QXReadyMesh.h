@@ -19,6 +19,7 @@ namespace QXApp {
 
 class QXModelColors;
 class QXTextureChoice;
+class QXVertexCollector;
 
 /// Positions, normals and colours of a mesh with one range of triangles, in the mesh's own frame. One with a texture
 /// has coordinates of unit 0 with four numbers a vertex: the place on the texture, a zero, and room for the number by
@@ -42,6 +43,9 @@ bool IsSimilarity(QXC::QXMatrix4d const& mat);
 /// A copy in the directions of the world, relative to an origin. Normals stay upright under uneven scales, and
 /// triangles keep their front under a mirror.
 QXReadyMesh PlaceReadyMesh(QXReadyMesh const& mesh, QXC::QXMatrix4d const& matWorld, QXC::QXVector3d const& vecOrigin);
+
+/// Adds a placed mesh to a growing drawable.
+void AppendReadyMesh(QXReadyMesh const& placed, QXVertexCollector& collector);
 
 /// A drawable of one placed mesh.
 /// @param vecOrigin  where the zero of its coordinates stands, by which the renderer sorts what is transparent

@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXRendererSession.h>
 
 #include <apps/qx3d/QXBuckets.h>
+#include <apps/qx3d/QXInstanceModels.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXSceneBuilder.h>
 #include <apps/qx3d/QXSceneText.h>
@@ -49,6 +50,8 @@ std::string AppendProblems(std::string strReason, QXC::QXPluginConfigs const& co
 
 QXRendererSession::~QXRendererSession() {
   if (m_pGraphics3D == nullptr) return;
+  m_Environment.GiveBack(*m_pGraphics3D);
+  m_Instances.GiveBack(*m_pGraphics3D);
   m_Labels.GiveBack(*m_pGraphics3D);
   m_Icons.GiveBack(*m_pGraphics3D);
   if (QXC::QXRenderOperationManager* pManager = m_pGraphics3D->GetRenderOperationManager())
@@ -213,14 +216,29 @@ std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures>
   if (!strReason.empty()) return strReason;
   for (std::size_t i = nBefore; i < m_vecDrawables.size(); ++i)
     m_SceneFigures.m_nRanges += m_vecDrawables[i]->GetIndexRangeCount();
-  // So far away that it stands in the same direction from everywhere: in the south-west, 38 degrees high.
-  constexpr double Far = 1e9;
-  m_pGraphics3D->SetSunPosition(QXC::QXVector3d(-0.62 * Far, -0.48 * Far, 0.62 * Far));
-  m_pGraphics3D->SetSunLightEnable(1);
-  // A warm sun and a bluish sky that together leave what looks up nearly at its own colour.
-  m_pTarget->SetDiffuseLight(QXC::QXColorValue3D(0.78, 0.73, 0.64, 1.0));
-  m_pTarget->SetAmbientLight(QXC::QXColorValue3D(0.51, 0.54, 0.60, 1.0));
   return std::string();
+}
+
+void QXRendererSession::ShowInstances(
+    QXSceneFile const& scene, QXInstanceModels& models, QXSceneProblems& problems) {
+  for (QXInstanceGroup const& group : models.GetGroups()) {
+    QXSceneInstances const& section = scene.m_vecInstances[group.m_nSection];
+    std::vector<std::string> vecLines;
+    std::string strReason;
+    for (QXScenePart& part : models.GetModel(group.m_nModel).m_vecParts) {
+      AddTexture(part, models.GetPictures(), vecLines);
+      if (strReason.empty()) strReason = m_Instances.Add(*m_pGraphics3D, m_strScene, *part.m_pOperation, group, section);
+    }
+    if (!strReason.empty()) vecLines.push_back(strReason);
+    for (std::string const& strLine : vecLines) problems.Add(section.m_nLine, strLine);
+  }
+  m_SceneFigures.m_nInstances = models.GetInstanceCount();
+  m_SceneFigures.m_nInstanceTriangles = models.GetTriangleCount();
+  models.Free();
+}
+
+void QXRendererSession::ShowEnvironment(QXSceneFile const& scene, QXSceneProblems& problems) {
+  m_Environment.Show(*m_pGraphics3D, m_strScene, *m_pTarget, scene, problems);
 }
 
 void QXRendererSession::SetBackground(double dRed, double dGreen, double dBlue) {
@@ -327,7 +345,8 @@ void QXRendererSession::SetCell(int nView, QXCell const& cell) {
   viewport.UpdateDimensions();
 }
 
-void QXRendererSession::DrawFrame() {
+void QXRendererSession::DrawFrame(double dSeconds) {
+  m_Environment.Advance(dSeconds);
   m_pGraphics3D->BeginGeometryCount();
   m_pGraphics3D->UpdateAllRenderTargets();
   if (m_pTarget->IsTextureTarget() == 0) m_pTarget->SwapBuffers(m_pGraphics3D->GetWaitForVerticalBlank());

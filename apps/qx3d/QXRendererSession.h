@@ -2,7 +2,9 @@
 /// A renderer plug-in at work: one target, its views and what they show.
 #pragma once
 
+#include <apps/qx3d/QXEnvironment.h>
 #include <apps/qx3d/QXIconSet.h>
+#include <apps/qx3d/QXInstanceSet.h>
 #include <apps/qx3d/QXLabelSet.h>
 #include <apps/qx3d/QXPose.h>
 #include <apps/qx3d/QXSymbolSet.h>
@@ -28,6 +30,7 @@ struct QXStaticGeometryBucket;
 
 namespace QXApp {
 
+class QXInstanceModels;
 struct QXScene;
 struct QXScenePart;
 struct QXSymbolModel;
@@ -50,6 +53,9 @@ struct QXSceneFigures {
   /// Of the ground plane, which no model file holds.
   unsigned int m_nGroundTriangles = 0;
   unsigned int m_nGroundVertices = 0;
+  /// Of the models that stand at many places: how often, with so many triangles together.
+  std::size_t m_nInstances = 0;
+  unsigned long long m_nInstanceTriangles = 0;
 };
 
 /// Drives a renderer through the library's abstract classes alone. Each step answers with an empty string or the reason
@@ -73,11 +79,19 @@ public:
 
   /// Merged mesh that Show marks, counted from 0 over all geometries in their order; below 0, or beyond the last, none.
   void SetHighlight(long nMesh) { m_nHighlight = nMesh; }
-  /// Hands a scene's drawables over, with light from the south-west. Geometries and parts are freed on the way.
+  /// Hands a scene's drawables over. Geometries and parts are freed on the way.
   /// @param vecPictures  of the models, by the index that a part has of its model
   /// @param vecProblems  gets one line for each picture that the renderer cannot use; the model is shown all the same
   std::string Show(QXScene& scene, std::vector<QXModelPictures> const& vecPictures, bool bGround,
       std::vector<std::string>& vecProblems);
+
+  /// Hands the instances of a scene over, after Show.
+  /// @param models    their meshes are freed on the way
+  /// @param problems  gets those that the renderer cannot show, and pictures that it cannot use; they are left out
+  void ShowInstances(QXSceneFile const& scene, QXInstanceModels& models, QXSceneProblems& problems);
+  /// Lights the scene: sun, lights, fog, sky and ocean.
+  /// @param problems  gets what the renderer has not; the rest is shown
+  void ShowEnvironment(QXSceneFile const& scene, QXSceneProblems& problems);
 
   /// What viewports added from then on have behind everything; red, green, blue from 0 to 1. The sky, unless set.
   void SetBackground(double dRed, double dGreen, double dBlue);
@@ -109,7 +123,8 @@ public:
   /// Moves a viewport.
   void SetCell(int nView, QXCell const& cell);
   /// Draws a frame of all targets and shows it.
-  void DrawFrame();
+  /// @param dSeconds  since the one before, by which waves move on
+  void DrawFrame(double dSeconds = 0.0);
 
   /// Width times height times four bytes, blue, green, red, alpha, top row first.
   std::string ReadPicture(std::vector<unsigned char>& vecPixels);
@@ -121,6 +136,10 @@ public:
   /// Of the last frame.
   QXFrameFigures const& GetFigures() const { return m_Figures; }
   QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
+  /// Instances that the last view drew, over all their meshes.
+  std::size_t CountDrawnInstances() const { return m_Instances.CountDrawn(*m_pGraphics3D); }
+  std::size_t GetInstanceMeshCount() const { return m_Instances.GetMeshCount(); }
+  unsigned int GetLightCount() const { return m_Environment.GetLightCount(); }
   unsigned int GetIconCount() const { return m_Icons.GetCount(); }
   unsigned int GetLabelCount() const { return m_Labels.GetCount(); }
   std::size_t GetGlyphCount() const { return m_Labels.GetGlyphCount(); }
@@ -161,6 +180,8 @@ private:
   QXIconSet m_Icons;
   QXSymbolSet m_Symbols;
   QXLabelSet m_Labels;
+  QXInstanceSet m_Instances;
+  QXEnvironment m_Environment;
   QXC::QXVector3d m_vecOrigin;
   QXC::QXBoundingBox m_Bounds;
   double m_dGroundReach = 0.0;

@@ -62,6 +62,9 @@ enum class QXMerging {
   Cells,
   /// All in one geometry, as a file holds it.
   OneGeometry,
+  /// All of one texture, and of one kind of transparency, in one drawable without sub-objects: what stands at many
+  /// places is drawn in as many operations.
+  Textures,
   /// Each is drawn for itself: what merging is measured by.
   None
 };

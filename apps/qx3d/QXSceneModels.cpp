@@ -48,7 +48,16 @@ QXMatrix4d MakeTurn(Angle const& angle, int nFrom, int nTo) {
   return mat;
 }
 
-/// Coordinates that devices still show, see LoadModel.
+/// What makes two placements share what is read.
+using FileKey = std::pair<std::string, UpAxis>;
+
+FileKey MakeFileKey(QXSceneModel const& model, UpAxis eUp) {
+  return {std::filesystem::path(model.m_strFile).lexically_normal().string(),
+      model.m_eUp == UpAxis::Auto ? eUp : model.m_eUp};
+}
+
+}  // namespace
+
 bool IsShowable(QXC::QXBoundingBox const& box, QXMatrix4d const& matPlace) {
   constexpr double Max = 1e15;
   for (QXVector3d const& vecCorner : box.GetCorners()) {
@@ -63,15 +72,13 @@ void AppendNew(std::vector<std::string> const& vecLines, std::vector<std::string
     if (std::find(vecAll.begin(), vecAll.end(), strLine) == vecAll.end()) vecAll.push_back(strLine);
 }
 
-/// What makes two placements share what is read.
-using FileKey = std::pair<std::string, UpAxis>;
-
-FileKey MakeFileKey(QXSceneModel const& model, UpAxis eUp) {
-  return {std::filesystem::path(model.m_strFile).lexically_normal().string(),
-      model.m_eUp == UpAxis::Auto ? eUp : model.m_eUp};
+QXMatrix4d MakePlacement(QXScenePlace const& place) {
+  QXMatrix4d mat;
+  for (int i = 0; i < 3; ++i) mat[i][i] = place.m_dScale;
+  mat = mat * MakeTurn(Angle(place.m_dHeading), 1, 0);
+  mat.SetTrans(place.m_vecPosition);
+  return mat;
 }
-
-}  // namespace
 
 QXMatrix4d MakePlacement(QXSceneModel const& model) {
   QXMatrix4d mat;

@@ -17,6 +17,15 @@ namespace QXApp {
 /// From a model's coordinates, z up, into the world. Quarter turns are exact.
 QXC::QXMatrix4d MakePlacement(QXSceneModel const& model);
 
+/// The same of an instance, whose heading and scale are known.
+QXC::QXMatrix4d MakePlacement(QXScenePlace const& place);
+
+/// Whether a box stays within the coordinates that can be shown once it is placed.
+bool IsShowable(QXC::QXBoundingBox const& box, QXC::QXMatrix4d const& matPlace);
+
+/// Appends lines that are not there yet.
+void AppendNew(std::vector<std::string> const& vecLines, std::vector<std::string>& vecAll);
+
 /// Where the icons of a scene are, with those that have a size in the world in full. A null box without any.
 QXC::QXBoundingBox GetIconBounds(QXSceneFile const& scene);
 

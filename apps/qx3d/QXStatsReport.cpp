@@ -11,8 +11,8 @@ namespace QXApp {
 namespace {
 
 /// The number drawn alone puzzles whoever knows the file: the ground is no part of it, and each viewport draws again.
-void PrintDrawn(char const* szWhat, unsigned int nDrawn, char const* szOf, unsigned int nModel, unsigned int nGround) {
-  std::printf("%-18s %u drawn; the %s has %u", szWhat, nDrawn, szOf, nModel);
+void PrintDrawn(char const* szWhat, unsigned int nDrawn, char const* szOf, unsigned long long nModel, unsigned int nGround) {
+  std::printf("%-18s %u drawn; the %s has %llu", szWhat, nDrawn, szOf, nModel);
   if (nGround > 0) std::printf(", the ground %u", nGround);
   std::printf("\n");
 }
@@ -46,6 +46,13 @@ void PrintPages(std::vector<QXAtlasPage> const& vecPages) {
       100.0 * dTaken / dArea);
 }
 
+void PrintInstances(QXRendererSession const& session, QXSceneFigures const& scene) {
+  if (scene.m_nInstances == 0) return;
+  std::size_t const nMeshes = session.GetInstanceMeshCount();
+  std::printf("instances          %zu, of %zu %s; %zu drawn by the last view\n", scene.m_nInstances, nMeshes,
+      Plural(nMeshes, "mesh", "meshes"), session.CountDrawnInstances());
+}
+
 void PrintIcons(unsigned int nIcons, std::vector<QXAtlasPage> const& vecPages) {
   if (nIcons == 0) return;
   std::size_t nTiles = 0;
@@ -77,12 +84,14 @@ void PrintStats(QXRendererSession const& session, bool bScene, int nFrameTime) {
   } else {
     PrintTimes(stats);
   }
-  PrintDrawn("triangles", figures.m_nTriangles, szOf, scene.m_nModelTriangles, scene.m_nGroundTriangles);
+  PrintDrawn("triangles", figures.m_nTriangles, szOf, scene.m_nModelTriangles + scene.m_nInstanceTriangles, scene.m_nGroundTriangles);
   PrintDrawn("vertices", figures.m_nVertices, szOf, scene.m_nModelVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("merged             %u %s into %u %s\n", scene.m_nMeshes, Plural(scene.m_nMeshes, "mesh", "meshes"),
       scene.m_nRanges, Plural(scene.m_nRanges, "range", "ranges"));
   std::printf("textures           %u\n", session.GetTextureCount());
+  PrintInstances(session, scene);
+  if (session.GetLightCount() > 0) std::printf("lights             %u\n", session.GetLightCount());
   PrintIcons(session.GetIconCount(), session.GetIconPages());
   PrintLabels(session.GetLabelCount(), session.GetGlyphCount(), session.GetLabelPages());
 }

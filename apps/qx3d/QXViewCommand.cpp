@@ -2,6 +2,7 @@
 
 #include <apps/qx3d/QXFrameClock.h>
 #include <apps/qx3d/QXIconPictures.h>
+#include <apps/qx3d/QXInstanceModels.h>
 #include <apps/qx3d/QXMessage.h>
 #include <apps/qx3d/QXPluginFolders.h>
 #include <apps/qx3d/QXPngWriter.h>
@@ -10,6 +11,7 @@
 #include <apps/qx3d/QXSceneData.h>
 #include <apps/qx3d/QXSceneInput.h>
 #include <apps/qx3d/QXSceneModels.h>
+#include <apps/qx3d/QXScenePlaces.h>
 #include <apps/qx3d/QXStatsReport.h>
 #include <apps/qx3d/QXSymbolModels.h>
 #include <apps/qx3d/QXViewOptions.h>
@@ -54,6 +56,10 @@ private:
     std::vector<std::string> vecProblems;
     m_File = ReadAsScene(m_Options.m_strModel, vecProblems);
     if (!vecProblems.empty()) return vecProblems;
+    if (m_Options.m_bTime) {
+      m_File.m_Sky.m_bSky = true;
+      m_File.m_Sky.m_Time = m_Options.m_Time;
+    }
     QXSceneProblems problems(m_Options.m_strModel);
     std::vector<std::string> vecWarnings;
     m_Models.Load(
@@ -68,6 +74,8 @@ private:
         m_File, &m_Models, [this](std::string const& strStep) { m_Progress.Show(strStep); }, vecProblems, vecWarnings);
     Warn(vecWarnings);
     if (!vecProblems.empty()) return vecProblems;
+    vecProblems = LoadInstances();
+    if (!vecProblems.empty()) return vecProblems;
     if (!m_File.m_vecIcons.empty()) {
       m_Progress.Show("reading the images of " + std::to_string(m_File.m_vecIcons.size()) + " icons");
       m_Icons.Load(m_File.m_vecIcons, m_MarkProblems);
@@ -80,12 +88,24 @@ private:
     m_Progress.Show("preparing " + std::to_string(m_Models.GetTriangleCount()) + " triangles");
     QXC::QXBoundingBox others = GetIconBounds(m_File);
     others.Merge(GetLabelBounds(m_File));
+    others.Merge(m_Instances.GetBounds());
     QXMergeOptions options;
     if (!m_Options.m_bMerge) options.m_eMerging = QXMerging::None;
     m_Scene = m_Models.Build(others, options);
     // Whoever waits in front of a window wants the picture to move by the clock on the wall.
-    if (IsPicture() && m_Models.HasAnimated()) m_Clock.emplace();
+    if (IsPicture() && (m_Models.HasAnimated() || m_Instances.HasAnimated())) m_Clock.emplace();
     return vecProblems;
+  }
+
+  std::vector<std::string> LoadInstances() {
+    std::vector<std::string> vecProblems;
+    std::vector<std::string> vecWarnings;
+    auto const progress = [this](std::string const& strStep) { m_Progress.Show(strStep); };
+    LoadScenePlaces(m_File, progress, vecProblems, vecWarnings);
+    QXSceneProblems problems(m_Options.m_strModel);
+    if (vecProblems.empty()) m_Instances.Load(m_File, m_Options.m_eUp, progress, problems, vecWarnings);
+    Warn(vecWarnings);
+    return vecProblems.empty() ? problems.GetLines() : vecProblems;
   }
 
   std::string Show() {
@@ -121,6 +141,8 @@ private:
     strError = m_Session.Show(m_Scene, m_Models.GetPictures(), HasGround(), vecProblems);
     Warn(vecProblems);
     m_Models.FreePictures();
+    if (strError.empty()) m_Session.ShowInstances(m_File, m_Instances, m_MarkProblems);
+    if (strError.empty()) m_Session.ShowEnvironment(m_File, m_MarkProblems);
     if (strError.empty()) m_Session.ShowSymbols(m_vecSymbols, m_MarkProblems);
     m_vecSymbols.clear();
     if (strError.empty()) m_Session.ShowIcons(m_File.m_vecIcons, m_Icons, m_MarkProblems);
@@ -143,8 +165,10 @@ private:
   QXCell GetCell(int nView) const { return GetViewCell(nView, m_Options.m_nViews, m_nWidth, m_nHeight); }
 
   std::string AddViews() {
-    unsigned char const(&nColor)[3] = m_File.m_nBackground;
-    if (m_File.m_bBackground) m_Session.SetBackground(nColor[0] / 255.0, nColor[1] / 255.0, nColor[2] / 255.0);
+    std::optional<QXC::QXSunPosition> sun;
+    if (m_File.m_Sky.m_bSky) sun.emplace(m_File.m_Sky.m_Time);
+    QXC::QXColorValue3D const background = ChooseBackground(m_File, sun ? &*sun : nullptr);
+    m_Session.SetBackground(background.r, background.g, background.b);
     double const dFov = m_File.m_Camera.m_dFieldOfView;
     if (dFov > 0.0) m_Session.SetFieldOfView(dFov * std::numbers::pi / 180.0);
     for (int i = 0; i < m_Options.m_nViews; ++i) {
@@ -221,7 +245,7 @@ private:
   void DrawFrames(int nFrames) {
     for (int i = 0; i < nFrames; ++i) {
       if (m_Clock && m_bDrawn) m_Clock->Advance(static_cast<unsigned int>(m_Options.m_nFrameTime));
-      m_Session.DrawFrame();
+      m_Session.DrawFrame(m_bDrawn ? m_Options.m_nFrameTime / 1000.0 : 0.0);
       m_bDrawn = true;
     }
   }
@@ -229,7 +253,7 @@ private:
   std::string RunWindow() {
     m_Progress.Clear();
     for (int nFrame = 0; m_Options.m_nFrames == 0 || nFrame < m_Options.m_nFrames; ++nFrame) {
-      m_Session.DrawFrame();
+      m_Session.DrawFrame(TakeSeconds());
       // A little wait keeps a still picture from costing a whole core; the frame after an event comes at once.
       QXInput const input = m_Window.ReadInput(m_Options.m_nFrames == 0 ? 15 : 0);
       if (input.m_bQuit) break;
@@ -237,6 +261,15 @@ private:
     }
     Report();
     return std::string();
+  }
+
+  /// By the clock on the wall since the last call; 0 at the first.
+  double TakeSeconds() {
+    unsigned int const nNow = QXC::QdcTime::GetMillisecond();
+    double const dSeconds = m_bDrawn ? (nNow - m_nLastFrame) / 1000.0 : 0.0;
+    m_nLastFrame = nNow;
+    m_bDrawn = true;
+    return dSeconds;
   }
 
   void FollowInput(QXInput const& input) {
@@ -280,8 +313,10 @@ private:
   // Before the session, which still asks the time while it ends.
   std::optional<QXFrameClock> m_Clock;
   bool m_bDrawn = false;
+  unsigned int m_nLastFrame = 0;
   QXSceneFile m_File;
   QXSceneModels m_Models;
+  QXInstanceModels m_Instances;
   QXIconPictures m_Icons;
   std::vector<QXSymbolModel> m_vecSymbols;
   QXSceneProblems m_MarkProblems{m_Options.m_strModel};

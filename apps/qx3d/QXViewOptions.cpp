@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXViewOptions.h>
 
 #include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXSceneValue.h>
 
 #include <QxGraphics3D/Version.h>
 
@@ -62,6 +63,11 @@ std::string CheckPointSyntax(std::string& strText) {
              : "'" + strText + "' is no position; write it as 10,20,30.5, with no number beyond 1e15";
 }
 
+std::string CheckTimeSyntax(std::string& strText) {
+  QDC::QdcTime time;
+  return ReadTime(strText, time);
+}
+
 /// An empty text is more often a variable that was not set than a wish.
 std::string CheckNotEmpty(std::string& strText) {
   return strText.empty() ? "the text is empty; name one" : std::string();
@@ -79,8 +85,12 @@ Colours: a mesh shows its material colour times its vertex colours. A mesh with 
 light ground, pale walls, brick roofs. If every colour of a file is dark, all are mixed with a light paper tone.
 Map data shows as labels at its named points and as buildings on its footprints.
 
-A scene is a text file with placed models, icons, labels, map data, a camera and a background; doc/scenes.md has the
-format. What the command line says about the eye, the point to look at and the ground goes before what the scene says.
+A scene is a text file with placed models, instances of one model at many places, icons, labels, map data, lights, fog,
+a sky, a camera and a background; doc/scenes.md has the format. What the command line says about the eye, the point to
+look at, the ground and the time goes before what the scene says.
+
+--time puts anything under a sky, with the sun where it stands then over the middle of Germany: white by day, orange
+while it is low, gone at night. The time is universal unless a zone follows.
 
 z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
 down, and else OBJ has y up and the others z, unless --up tells.)";
@@ -126,6 +136,7 @@ struct RawOptions {
   std::string m_strLook;
   std::string m_strUp = "auto";
   bool m_bNoGround = false;
+  std::string m_strTime;
 };
 
 void DefineRenderer(CLI::App& command, std::string& strRenderer, std::vector<std::string>& vecPluginFolders) {
@@ -161,6 +172,9 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
   view.add_option("--up", raw.m_strUp, "Axis that is up where the format does not say: auto, y or z")
       ->type_name("AXIS")
       ->check(CLI::IsMember({"auto", "y", "z"}));
+  view.add_option("--time", raw.m_strTime, "Moment of the sky and its sun, as 2026-06-21T20:30 or with +02:00 behind it")
+      ->type_name("TIME")
+      ->check(CLI::Validator(CheckTimeSyntax, ""));
   view.add_option("--views", options.m_nViews, "Viewports with different views, 1 to 16")
       ->type_name("N")
       ->check(CLI::Range(1, 16));
@@ -246,6 +260,7 @@ std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
   options.m_bMerge = !raw.m_bNoMerge;
   options.m_eUp = FindUp(raw.m_strUp);
   options.m_bEye = !raw.m_strEye.empty() && ReadPoint(raw.m_strEye, options.m_dEye);
+  options.m_bTime = !raw.m_strTime.empty() && ReadTime(raw.m_strTime, options.m_Time).empty();
   options.m_bLook = !raw.m_strLook.empty() && ReadPoint(raw.m_strLook, options.m_dLook);
   if (options.m_nHighlight > 0 && !options.m_bMerge)
     return "--highlight marks one of the merged meshes; leave --no-merge out";

@@ -2,6 +2,8 @@
 /// The command line of the program.
 #pragma once
 
+#include <QxGraphics3D/frame/foundation/base/QdcTime.h>
+
 #include <string>
 #include <vector>
 
@@ -41,6 +43,9 @@ struct QXViewOptions {
   /// Merged mesh to mark, from 1 in the order in which they were merged; 0 for none.
   int m_nHighlight = 0;
   UpAxis m_eUp = UpAxis::Auto;
+  /// Moment of the sky, in place of that of a scene.
+  bool m_bTime = false;
+  QDC::QdcTime m_Time;
 };
 
 /// What `qx3d bake` was asked for.

@@ -68,17 +68,22 @@ double GetArea(QXGeoFootprint const& area) {
 QXVector3d GetMiddle(QXGeoFootprint const& area) {
   Ring const& ring = area.m_vecRings[0];
   double const dArea = GetSignedArea(ring);
-  QXVector3d vecSum;
+  double dSumX = 0.0;
+  double dSumY = 0.0;
   for (std::size_t i = 1; i + 1 < ring.size(); ++i) {
     QXVector3d const a = ring[i] - ring[0];
     QXVector3d const b = ring[i + 1] - ring[0];
-    vecSum = vecSum + (a + b) * (a.x * b.y - a.y * b.x);
+    double const dTriangle = a.x * b.y - a.y * b.x;
+    dSumX += (a.x + b.x) * dTriangle;
+    dSumY += (a.y + b.y) * dTriangle;
   }
-  QXVector3d vecMiddle = ring[0] + vecSum * (1.0 / (3.0 * dArea));
+  QXVector3d vecMiddle = ring[0] + QXVector3d(dSumX / (3.0 * dArea), dSumY / (3.0 * dArea), 0.0);
   Box const box(ring);
   bool const bGood = vecMiddle.x >= box.m_vecMin.x && vecMiddle.x <= box.m_vecMax.x && vecMiddle.y >= box.m_vecMin.y &&
                      vecMiddle.y <= box.m_vecMax.y;
-  if (!bGood) vecMiddle = (box.m_vecMin + box.m_vecMax) * 0.5;
+  if (!bGood)
+    vecMiddle =
+        QXVector3d(0.5 * (box.m_vecMin.x + box.m_vecMax.x), 0.5 * (box.m_vecMin.y + box.m_vecMax.y), 0.0);
   return QXVector3d(vecMiddle.x, vecMiddle.y, ring[0].z);
 }
 
