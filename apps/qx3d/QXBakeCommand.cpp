@@ -7,6 +7,7 @@
 #include <apps/qx3d/QXSceneData.h>
 #include <apps/qx3d/QXSceneInput.h>
 #include <apps/qx3d/QXSceneModels.h>
+#include <apps/qx3d/QXScenePlaces.h>
 #include <apps/qx3d/QXStaticFile.h>
 #include <apps/qx3d/QXViewOptions.h>
 
@@ -93,7 +94,12 @@ private:
     auto const progress = [this](std::string const& strStep) { m_Progress.Show(strStep); };
     QXSceneProblems problems(strInput);
     std::vector<std::string> vecWarnings;
+    LoadScenePlaces(file, progress, vecProblems, vecWarnings);
+    Tell(vecWarnings);
+    if (!Tell(vecProblems)) return false;
+    vecWarnings.clear();
     m_Models.Load(file, m_Options.m_eUp, progress, problems, vecWarnings);
+    m_Models.LoadInstances(file, m_Options.m_eUp, progress, problems, vecWarnings);
     Tell(vecWarnings);
     if (!Tell(problems.GetLines())) return false;
     vecWarnings.clear();
@@ -102,6 +108,11 @@ private:
     if (!file.m_vecLabels.empty() || !file.m_vecIcons.empty())
       Tell(strInput + ": " + Count(file.m_vecLabels.size(), "label") + " and " + Count(file.m_vecIcons.size(), "icon") +
            " are no geometry and not in the file; place it beside them in a scene");
+    auto const isColored = [](QXSceneInstances const& instances) {
+      return std::any_of(instances.m_nColor, instances.m_nColor + 3, [](unsigned char n) { return n != 255; });
+    };
+    if (std::ranges::any_of(file.m_vecInstances, isColored))
+      Tell(strInput + ": the colours of instances are not in the file, only those of their models");
     return Tell(vecProblems);
   }
 

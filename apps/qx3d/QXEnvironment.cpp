@@ -29,7 +29,7 @@ QXColorValue3D MakeColor(unsigned char const (&nColor)[3]) {
 
 /// Noon of a summer day: the light that the day's colours stand for.
 QXColorValue3D GetDayLight() {
-  constexpr QXC::QXInt64 Noon = 1782036000000;
+  constexpr QXInt64 Noon = 1782040800000;
   return QXC::QXSunPosition(QXC::QdcTime(Noon)).GetAmbientColor();
 }
 

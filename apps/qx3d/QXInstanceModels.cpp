@@ -72,7 +72,9 @@ std::string QXInstanceModels::AddGroup(QXSceneInstances const& instances, std::s
     }
     group.m_vecMatrices.push_back(mat);
   }
-  m_nTriangles += static_cast<unsigned long long>(m_vecModels[nModel].m_Scene.m_nTriangles) * group.m_vecMatrices.size();
+  unsigned long long const nCount = group.m_vecMatrices.size();
+  m_nTriangles += nCount * m_vecModels[nModel].m_Scene.m_nTriangles;
+  m_nVertices += nCount * m_vecModels[nModel].m_Scene.m_nVertices;
   m_vecGroups.push_back(std::move(group));
   return std::string();
 }

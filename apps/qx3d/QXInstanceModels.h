@@ -52,6 +52,7 @@ public:
   std::size_t GetInstanceCount() const;
   /// As often as they are placed.
   unsigned long long GetTriangleCount() const { return m_nTriangles; }
+  unsigned long long GetVertexCount() const { return m_nVertices; }
   /// Of all instances, world coordinates; a null box without any.
   QXC::QXBoundingBox const& GetBounds() const { return m_Bounds; }
   bool HasAnimated() const;
@@ -76,6 +77,7 @@ private:
   std::vector<QXInstanceGroup> m_vecGroups;
   QXC::QXBoundingBox m_Bounds;
   unsigned long long m_nTriangles = 0;
+  unsigned long long m_nVertices = 0;
 };
 
 }  // namespace QXApp

@@ -234,6 +234,7 @@ void QXRendererSession::ShowInstances(
   }
   m_SceneFigures.m_nInstances = models.GetInstanceCount();
   m_SceneFigures.m_nInstanceTriangles = models.GetTriangleCount();
+  m_SceneFigures.m_nInstanceVertices = models.GetVertexCount();
   models.Free();
 }
 

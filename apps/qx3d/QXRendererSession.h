@@ -53,9 +53,10 @@ struct QXSceneFigures {
   /// Of the ground plane, which no model file holds.
   unsigned int m_nGroundTriangles = 0;
   unsigned int m_nGroundVertices = 0;
-  /// Of the models that stand at many places: how often, with so many triangles together.
+  /// Of the models that stand at many places: how often, and what they have together.
   std::size_t m_nInstances = 0;
   unsigned long long m_nInstanceTriangles = 0;
+  unsigned long long m_nInstanceVertices = 0;
 };
 
 /// Drives a renderer through the library's abstract classes alone. Each step answers with an empty string or the reason

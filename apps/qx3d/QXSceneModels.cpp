@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <map>
 #include <numbers>
 #include <utility>
 
@@ -46,14 +45,6 @@ QXMatrix4d MakeTurn(Angle const& angle, int nFrom, int nTo) {
   mat[nTo][nFrom] = -angle.m_dSin;
   mat[nTo][nTo] = angle.m_dCos;
   return mat;
-}
-
-/// What makes two placements share what is read.
-using FileKey = std::pair<std::string, UpAxis>;
-
-FileKey MakeFileKey(QXSceneModel const& model, UpAxis eUp) {
-  return {std::filesystem::path(model.m_strFile).lexically_normal().string(),
-      model.m_eUp == UpAxis::Auto ? eUp : model.m_eUp};
 }
 
 }  // namespace
@@ -188,28 +179,49 @@ void QXSceneModels::LoadStatics(QXSceneFile const& scene, std::function<void(std
     std::string const strReason = LoadStatic(placed, vecPictureProblems);
     if (strReason.empty()) continue;
     problems.Add(placed.m_nLine, placed.m_nLine > 0 ? placed.m_strFile + ": " + strReason : strReason);
-    if (m_nTriangles > ms_nMaxPlaced || m_nVertices > ms_nMaxPlaced) return;
+    if (IsFull()) return;
   }
+}
+
+int QXSceneModels::FindOrLoad(std::string const& strFile, UpAxis eUp,
+    std::function<void(std::string const&)> const& progress, std::vector<std::string>& vecPictureProblems,
+    std::string& strReason) {
+  FileKey const key{std::filesystem::path(strFile).lexically_normal().string(), eUp};
+  auto const [it, bNew] = m_mapFiles.insert({key, -1});
+  if (!bNew) return it->second;
+  progress("reading " + strFile);
+  LoadOne(strFile, eUp, vecPictureProblems, strReason);
+  if (strReason.empty()) it->second = static_cast<int>(m_vecModels.size()) - 1;
+  return it->second;
 }
 
 void QXSceneModels::Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
     QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems) {
-  // Of each file its index, or -1 where it cannot be read.
-  std::map<FileKey, int> mapFiles;
   for (QXSceneModel const& placed : scene.m_vecModels) {
-    FileKey const key = MakeFileKey(placed, eUp);
-    auto const [it, bNew] = mapFiles.insert({key, -1});
     std::string strReason;
-    if (bNew) {
-      progress("reading " + placed.m_strFile);
-      LoadOne(placed.m_strFile, key.second, vecPictureProblems, strReason);
-      if (strReason.empty()) it->second = static_cast<int>(m_vecModels.size()) - 1;
-    }
-    if (it->second >= 0) strReason = Place(m_vecModels[static_cast<std::size_t>(it->second)], MakePlacement(placed));
+    int const nModel = FindOrLoad(placed.m_strFile, placed.m_eUp == UpAxis::Auto ? eUp : placed.m_eUp, progress,
+        vecPictureProblems, strReason);
+    if (nModel >= 0) strReason = Place(m_vecModels[static_cast<std::size_t>(nModel)], MakePlacement(placed));
     if (strReason.empty()) continue;
     // A model that is shown alone has no line, and its path is the problems' own.
     problems.Add(placed.m_nLine, placed.m_nLine > 0 ? placed.m_strFile + ": " + strReason : strReason);
-    if (m_nTriangles > ms_nMaxPlaced || m_nVertices > ms_nMaxPlaced) return;
+    if (IsFull()) return;
+  }
+}
+
+void QXSceneModels::LoadInstances(QXSceneFile const& scene, UpAxis eUp,
+    std::function<void(std::string const&)> const& progress, QXSceneProblems& problems,
+    std::vector<std::string>& vecPictureProblems) {
+  for (QXSceneInstances const& instances : scene.m_vecInstances) {
+    std::string strReason;
+    int const nModel = FindOrLoad(instances.m_strFile, instances.m_eUp == UpAxis::Auto ? eUp : instances.m_eUp,
+        progress, vecPictureProblems, strReason);
+    for (QXScenePlace const& place : instances.m_vecPlaces) {
+      if (nModel < 0 || !strReason.empty()) break;
+      strReason = Place(m_vecModels[static_cast<std::size_t>(nModel)], MakePlacement(place));
+    }
+    if (!strReason.empty()) problems.Add(instances.m_nLine, instances.m_strFile + ": " + strReason);
+    if (IsFull()) return;
   }
 }
 

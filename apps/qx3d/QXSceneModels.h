@@ -8,8 +8,10 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace QXApp {
@@ -50,6 +52,10 @@ public:
   void Load(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
       QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
 
+  /// The same for the instances of a scene, whose places are ready, as if each were a model placed for itself.
+  void LoadInstances(QXSceneFile const& scene, UpAxis eUp, std::function<void(std::string const&)> const& progress,
+      QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
+
   /// Reads the static geometry of a scene.
   /// @param problems  gets each file that cannot be read or shown, at its line
   /// @param vecPictureProblems  gets one line for each picture that cannot be read; the geometry is good all the same
@@ -79,6 +85,13 @@ private:
     std::vector<QXC::QXMatrix4d> m_vecPlaces;
   };
 
+  /// A file, and the axis that is up in it: what makes two placements share what is read.
+  using FileKey = std::pair<std::string, UpAxis>;
+
+  /// @return  the number of the model, or -1 where it cannot be read; the reason is given at the first call
+  int FindOrLoad(std::string const& strFile, UpAxis eUp, std::function<void(std::string const&)> const& progress,
+      std::vector<std::string>& vecPictureProblems, std::string& strReason);
+  bool IsFull() const { return m_nTriangles > ms_nMaxPlaced || m_nVertices > ms_nMaxPlaced; }
   void LoadOne(
       std::string const& strPath, UpAxis eUp, std::vector<std::string>& vecPictureProblems, std::string& strError);
   std::string Place(Model& model, QXC::QXMatrix4d const& matPlace);
@@ -86,6 +99,8 @@ private:
   /// @return  empty, or why no more can be shown
   std::string Count(unsigned long long nTriangles, unsigned long long nVertices);
 
+  /// Of each file the number of its model, or -1 where it cannot be read.
+  std::map<FileKey, int> m_mapFiles;
   std::vector<Model> m_vecModels;
   /// Of the models, then of the static geometries.
   std::vector<QXModelPictures> m_vecPictures;

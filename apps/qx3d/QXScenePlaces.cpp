@@ -55,7 +55,7 @@ public:
     std::size_t const nGone = std::erase_if(
         instances.m_vecPlaces, [](QXScenePlace const& place) { return !IsShowable(place.m_vecPosition); });
     if (nGone > 0)
-      Warn(instances, std::to_string(nGone) + " instances stand beyond 1e15 and are left out; give a nearer position");
+      Warn(instances, "instances beyond 1e15, which are left out: " + std::to_string(nGone) + "; give a nearer position");
     bool const bGood = m_vecProblems.size() == nProblems;
     if (bGood && instances.m_vecPlaces.empty())
       m_Problems.Add(instances.m_nLine, "[instances] has no place at all that can be shown; correct its files");
@@ -135,13 +135,12 @@ private:
     auto const itFirst = vecPlaces.begin() + static_cast<std::ptrdiff_t>(nFirst);
     auto const tell = [&](std::string const& strName, std::ptrdiff_t nMissing) {
       if (strName.empty() || nMissing == 0 || nCount == 0) return;
-      std::string const strText = "has no attribute '" + strName + "' with a number";
       if (nMissing == nCount)
-        m_Problems.Add(instances.m_nPointsLine, instances.m_strPoints + ": none of its points " + strText +
-                                                    "; correct the name");
+        m_Problems.Add(instances.m_nPointsLine, instances.m_strPoints + ": none of its points has a number as '" +
+                                                    strName + "'; correct the name of the attribute");
       else
-        Warn(instances, std::to_string(nMissing) + " of its points have no attribute '" + strName +
-                            "' with a number and take what the section says");
+        Warn(instances, "points without a number as '" + strName + "', which take what the section says: " +
+                            std::to_string(nMissing) + " of " + std::to_string(nCount));
     };
     tell(instances.m_strHeadingFrom, std::count_if(itFirst, vecPlaces.end(), [](auto& p) { return !p.m_bHeading; }));
     tell(instances.m_strScaleFrom, std::count_if(itFirst, vecPlaces.end(), [](auto& p) { return p.m_dScale == 0.0; }));

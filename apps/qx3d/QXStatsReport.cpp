@@ -85,7 +85,7 @@ void PrintStats(QXRendererSession const& session, bool bScene, int nFrameTime) {
     PrintTimes(stats);
   }
   PrintDrawn("triangles", figures.m_nTriangles, szOf, scene.m_nModelTriangles + scene.m_nInstanceTriangles, scene.m_nGroundTriangles);
-  PrintDrawn("vertices", figures.m_nVertices, szOf, scene.m_nModelVertices, scene.m_nGroundVertices);
+  PrintDrawn("vertices", figures.m_nVertices, szOf, scene.m_nModelVertices + scene.m_nInstanceVertices, scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("merged             %u %s into %u %s\n", scene.m_nMeshes, Plural(scene.m_nMeshes, "mesh", "meshes"),
       scene.m_nRanges, Plural(scene.m_nRanges, "range", "ranges"));

@@ -162,8 +162,8 @@ TEST(QXSceneFile, NamesHoldWhatIsNoComment) {
 
 TEST(QXSceneFile, UnknownSectionsAndKeysAreToldWithTheKnownOnes) {
   EXPECT_THAT(Problems("[modell]\nfile = m.obj\nwhatever\n" + Model),
-      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [icon], [symbol], [label], "
-                  "[data], [static]",
+      ElementsAre("1: there is no section [modell]; known are [scene], [camera], [model], [instances], [icon], "
+                  "[symbol], [label], [data], [static], [light], [fog], [sky], [ocean]",
           HasSubstr("3: expected [section]")));
   EXPECT_THAT(Problems("[model]\nfile = m.obj\nFile = x\n"),
       ElementsAre("3: [model] has no key 'File'; known are file, position, heading, pitch, roll, scale, up"));
@@ -172,7 +172,7 @@ TEST(QXSceneFile, UnknownSectionsAndKeysAreToldWithTheKnownOnes) {
 
 TEST(QXSceneFile, EverySectionKnowsItsKeys) {
   EXPECT_THAT(Problems("[scene]\nx = 1\n[camera]\nx = 1\n" + Model + "[icon]\nimage=a\nposition=1,1,1\nx = 1\n"),
-      ElementsAre("2: [scene] has no key 'x'; known are background, ground",
+      ElementsAre("2: [scene] has no key 'x'; known are background, ground, sun, ambient",
           "4: [camera] has no key 'x'; known are eye, look, field-of-view",
           "10: [icon] has no key 'x'; known are image, symbol, position, size, unit, color-key, tolerance"));
 }
