@@ -36,9 +36,43 @@ void RequireWhole(QXSceneLabel const& label) {
   Require(bFlat == (label.m_dHeight > 0.0) && IsIn(label.m_dHeight, 0.0, 1e15));
 }
 
+void RequireWhole(QXSceneInstances const& instances) {
+  Require(!instances.m_strFile.empty() && !IsSceneName(instances.m_strFile) && instances.m_nLine > 0);
+  Require(!instances.m_vecPlaces.empty() || !instances.m_strPlaces.empty() || !instances.m_strPoints.empty());
+  for (QXScenePlace const& place : instances.m_vecPlaces)
+    Require(IsPosition(place.m_vecPosition) && IsIn(place.m_dHeading, -360.0, 360.0) &&
+            IsIn(place.m_dScale, 0.0, 1e15) && (place.m_bHeading || place.m_dScale == 0.0));
+  Require(IsIn(instances.m_dScale[0], 0.0, instances.m_dScale[1]) && instances.m_dScale[0] > 0.0);
+  Require(IsIn(instances.m_dScale[1], 0.0, 1e15) && IsIn(instances.m_dHeading, -360.0, 360.0));
+  Require(IsIn(instances.m_dSpread, 0.0, 1e15) && IsIn(instances.m_dDistance, 0.0, 1e15));
+  Require(IsPosition(instances.m_vecPosition) && IsIn(instances.m_dZ, -1e15, 1e15) && instances.m_nSeed >= 0);
+  Require(instances.m_strWhere.empty() == instances.m_strWhereValue.empty());
+}
+
+void RequireWhole(QXSceneLight const& light) {
+  Require(light.m_nLine > 0 && IsPosition(light.m_vecPosition) && IsPosition(light.m_vecTarget));
+  Require(IsPosition(light.m_vecDirection) && (light.m_bPosition || light.m_eKind == QXLightKind::Directional));
+  Require((light.m_bDirection != light.m_bTarget) == (light.m_eKind != QXLightKind::Point));
+  Require(IsIn(light.m_dInner, 0.0, light.m_dOuter) && light.m_dOuter <= 180.0 && light.m_dPower > 0.0);
+  Require(IsIn(light.m_dFalloff, 0.0, 1000.0) && IsIn(light.m_dRange, 0.0, 1e15));
+  for (double const d : light.m_dAttenuation) Require(IsIn(d, 0.0, 1e15));
+}
+
+void RequireWhole(QXSceneFog const& fog) {
+  bool const bExponential = fog.m_eKind == QXFogKind::Exponential || fog.m_eKind == QXFogKind::ExponentialSquared;
+  Require(bExponential == (fog.m_dDensity > 0.0));
+  Require((fog.m_eKind == QXFogKind::Linear) == (fog.m_dEnd > fog.m_dStart));
+}
+
 void RequireWhole(QXSceneFile const& scene) {
   Require(!scene.m_vecModels.empty() || !scene.m_vecIcons.empty() || !scene.m_vecLabels.empty() ||
-          !scene.m_vecData.empty() || !scene.m_vecStatics.empty());
+          !scene.m_vecData.empty() || !scene.m_vecStatics.empty() || !scene.m_vecInstances.empty());
+  for (QXSceneInstances const& instances : scene.m_vecInstances) RequireWhole(instances);
+  for (QXSceneLight const& light : scene.m_vecLights) RequireWhole(light);
+  RequireWhole(scene.m_Fog);
+  Require(IsIn(scene.m_Sky.m_nCondition, -1.0, 4.0) && IsIn(scene.m_Sky.m_nClouds, -1.0, 4.0));
+  Require(scene.m_Sky.m_dWindFrom <= 360.0 && IsIn(scene.m_Sky.m_dWindSpeed, 0.0, 100.0));
+  Require(IsIn(scene.m_Ocean.m_dBeaufort, 0.0, 12.0) && IsIn(scene.m_Ocean.m_dLevel, -1e15, 1e15));
   Require(IsPosition(scene.m_Camera.m_vecEye) && IsPosition(scene.m_Camera.m_vecLook));
   Require(scene.m_Camera.m_dFieldOfView == 0.0 || IsIn(scene.m_Camera.m_dFieldOfView, 1.0, 150.0));
   for (QXSceneModel const& model : scene.m_vecModels) {
@@ -122,8 +156,78 @@ std::string WriteLabel(QXSceneLabel const& label) {
   return strText;
 }
 
+std::string WritePlace(QXScenePlace const& place) {
+  std::string strText = "place=" + Position(place.m_vecPosition);
+  strText.pop_back();
+  if (place.m_bHeading) strText += "," + Number(place.m_dHeading);
+  if (place.m_dScale > 0.0) strText += "," + Number(place.m_dScale);
+  return strText + "\n";
+}
+
+std::string WriteInstances(QXSceneInstances const& instances) {
+  std::string strText = "[instances]\nfile=" + instances.m_strFile + "\n";
+  for (QXScenePlace const& place : instances.m_vecPlaces) strText += WritePlace(place);
+  auto const add = [&strText](char const* szKey, std::string const& strValue) {
+    if (!strValue.empty()) strText += szKey + ("=" + strValue) + "\n";
+  };
+  add("places", instances.m_strPlaces);
+  add("points", instances.m_strPoints);
+  add("feature", instances.m_strFeature);
+  add("where", instances.m_strWhere.empty() ? "" : instances.m_strWhere + "=" + instances.m_strWhereValue);
+  add("heading-from", instances.m_strHeadingFrom);
+  add("scale-from", instances.m_strScaleFrom);
+  if (instances.m_dSpread > 0.0) add("spread", Number(instances.m_dSpread));
+  if (instances.m_bZ) add("z", Number(instances.m_dZ));
+  add("position", Position(instances.m_vecPosition));
+  add("heading", instances.m_bRandomHeading ? "random" : Number(instances.m_dHeading));
+  add("scale", Number(instances.m_dScale[0]) + "," + Number(instances.m_dScale[1]));
+  add("seed", std::to_string(instances.m_nSeed));
+  add("color", Color(instances.m_nColor));
+  if (instances.m_dDistance > 0.0) add("distance", Number(instances.m_dDistance));
+  add("up", Axes[static_cast<int>(instances.m_eUp)]);
+  return strText;
+}
+
+std::string WriteLight(QXSceneLight const& light) {
+  constexpr char const* Types[] = {"point", "directional", "spot"};
+  std::string strText = std::string("[light]\ntype=") + Types[static_cast<int>(light.m_eKind)] + "\n";
+  if (light.m_bPosition) strText += "position=" + Position(light.m_vecPosition);
+  if (light.m_bDirection) strText += "direction=" + Position(light.m_vecDirection);
+  if (light.m_bTarget) strText += "target=" + Position(light.m_vecTarget);
+  if (light.m_bCone)
+    strText += "inner=" + Number(light.m_dInner) + "\nouter=" + Number(light.m_dOuter) +
+               "\nfalloff=" + Number(light.m_dFalloff) + "\n";
+  if (light.m_dRange > 0.0) strText += "range=" + Number(light.m_dRange) + "\n";
+  return strText + "color=" + Color(light.m_nColor) + "attenuation=" +
+         Position({light.m_dAttenuation[0], light.m_dAttenuation[1], light.m_dAttenuation[2]}) +
+         "power=" + Number(light.m_dPower) + "\n";
+}
+
+std::string WriteFog(QXSceneFog const& fog) {
+  if (fog.m_eKind == QXFogKind::None) return std::string();
+  constexpr char const* Modes[] = {"", "exp", "exp2", "linear"};
+  std::string strText = std::string("[fog]\nmode=") + Modes[static_cast<int>(fog.m_eKind)] + "\n";
+  if (fog.m_bColor) strText += "color=" + Color(fog.m_nColor);
+  if (fog.m_eKind != QXFogKind::Linear) return strText + "density=" + Number(fog.m_dDensity) + "\n";
+  return strText + "start=" + Number(fog.m_dStart) + "\nend=" + Number(fog.m_dEnd) + "\n";
+}
+
+/// With an epoch in place of the time, which has no way back into the text here.
+std::string WriteWeather(QXSceneFile const& scene) {
+  std::string strText = WriteFog(scene.m_Fog);
+  if (scene.m_Sky.m_bSky) strText += "[sky]\ntime=1970-01-01T00:00\n";
+  if (scene.m_Sky.m_dWindFrom >= 0.0)
+    strText += "wind=" + Number(scene.m_Sky.m_dWindFrom) + "," + Number(scene.m_Sky.m_dWindSpeed) + "\n";
+  if (scene.m_Ocean.m_bOcean)
+    strText += "[ocean]\nlevel=" + Number(scene.m_Ocean.m_dLevel) + "\nbeaufort=" +
+               Number(scene.m_Ocean.m_dBeaufort) + "\nwind-from=" + Number(scene.m_Ocean.m_dWindFrom) + "\n";
+  return strText;
+}
+
 std::string Write(QXSceneFile const& scene) {
   std::string strText = std::string("[scene]\nground=") + (scene.m_bGround ? "yes\n" : "no\n");
+  strText += std::string("sun=") + (scene.m_bSun ? "yes\n" : "no\n");
+  if (scene.m_bAmbient) strText += "ambient=" + Color(scene.m_nAmbient);
   if (scene.m_bBackground) strText += "background=" + Color(scene.m_nBackground);
   strText += "[camera]\n";
   QXSceneCamera const& camera = scene.m_Camera;
@@ -137,7 +241,9 @@ std::string Write(QXSceneFile const& scene) {
   for (QXSceneData const& data : scene.m_vecData) strText += "[data]\nfile=" + data.m_strFile + "\n";
   for (QXSceneStatic const& placed : scene.m_vecStatics)
     strText += "[static]\nfile=" + placed.m_strFile + "\nposition=" + Position(placed.m_vecPosition);
-  return strText;
+  for (QXSceneInstances const& instances : scene.m_vecInstances) strText += WriteInstances(instances);
+  for (QXSceneLight const& light : scene.m_vecLights) strText += WriteLight(light);
+  return strText + WriteWeather(scene);
 }
 
 }  // namespace
