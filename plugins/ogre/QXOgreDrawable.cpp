@@ -58,10 +58,17 @@ bool MayReach(QXBoundingBox const& box, double dReach, QXOgreView const& view) {
   return nOutside == 0;
 }
 
+/// Of all drawables: one may come into being where another was.
+unsigned long long NextVersion() {
+  static unsigned long long s_nVersion = 0;
+  return ++s_nVersion;
+}
+
 }  // namespace
 
 QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
-    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false), m_bVisible(1) {
+    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false), m_bVisible(1),
+      m_nGeometryVersion(NextVersion()), m_nLookVersion(0) {
   if (m_pDevice) m_pDevice->AddDrawable(this);
 }
 
@@ -130,12 +137,14 @@ void QXOgreDrawable::ClearGeometry() {
   m_arrRangeTextures.clear();
   m_pBucket.reset();
   m_Geometry.Clear();
+  m_nGeometryVersion = NextVersion();
   UpdateMovedBounds();
   UpdateWorld();
 }
 
 unsigned char QXOgreDrawable::UpdatePositions(unsigned int nFirst, unsigned int nCount, float const* pPositions) {
   unsigned char const bDone = m_Geometry.UpdatePositions(nFirst, nCount, pPositions);
+  m_nGeometryVersion = NextVersion();
   // They are places at rest, and those of moved vertices on the device.
   if (m_pSkeleton) m_bMoved = true;
   UpdateMovedBounds();
@@ -172,7 +181,9 @@ unsigned char QXOgreDrawable::UpdateColors(unsigned int nFirst, unsigned int nCo
 }
 
 void QXOgreDrawable::SetRangeVisible(unsigned int nRange, unsigned char bVisible) {
-  if (nRange < m_arrRenderables.size()) m_arrRenderables[nRange]->SetVisible(bVisible);
+  if (nRange >= m_arrRenderables.size()) return;
+  m_arrRenderables[nRange]->SetVisible(bVisible);
+  ++m_nLookVersion;
 }
 
 void QXOgreDrawable::SetRangeColor(unsigned int nRange, QXColorValue3D const& color) {
@@ -227,14 +238,21 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
 
+void QXOgreDrawable::MoveVertices() {
+  if (!m_bMoved) return;
+  static std::vector<QXMatrix4d> const s_AtRest;
+  m_Geometry.Move(m_pSkeleton ? m_pSkeleton->GetMoves() : s_AtRest);
+  m_bMoved = false;
+}
+
+unsigned short QXOgreDrawable::GetQueuePriority() const {
+  return static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
+}
+
 void QXOgreDrawable::Queue(
     QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
   if (!IsSeen(view)) return;
-  if (m_bMoved) {
-    static std::vector<QXMatrix4d> const s_AtRest;
-    m_Geometry.Move(m_pSkeleton ? m_pSkeleton->GetMoves() : s_AtRest);
-    m_bMoved = false;
-  }
+  MoveVertices();
   QXMatrix4d matWorld = m_matWorld;
   for (int i = 0; i < 4; ++i) matWorld[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
@@ -245,7 +263,6 @@ void QXOgreDrawable::Queue(
   double dDistance = 0.0;
   if (m_pBucket && m_pBucket->HasDistances())
     dDistance = Exaggerated(m_WorldBounds, view.m_dVerticalExaggeration).GetDistance(view.m_vecEye);
-  auto const nPriority = static_cast<unsigned short>(std::clamp(m_Look.m_nPriority, -0x8000, 0x7FFF) + PLAIN_PRIORITY);
   unsigned int nRanges = 0;
   for (std::size_t i = 0; i < m_arrRenderables.size(); ++i) {
     QXOgreRenderable& renderable = *m_arrRenderables[i];
@@ -255,7 +272,7 @@ void QXOgreDrawable::Queue(
       MoveTextures(i);
     }
     if (!renderable.PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
-    queue.addRenderable(&renderable, Ogre::RENDER_QUEUE_MAIN, nPriority);
+    queue.addRenderable(&renderable, Ogre::RENDER_QUEUE_MAIN, GetQueuePriority());
     if (renderable.IsBlended()) arrDepths.push_back(renderable.getSquaredViewDepth(nullptr));
     counts.m_nTriangles += m_Geometry.GetRanges()[i].m_nTriangleCount;
     ++nRanges;
@@ -289,6 +306,7 @@ QXColorValue3D QXOgreDrawable::GetTint() const {
 }
 
 void QXOgreDrawable::UpdateMaterial(std::size_t nRange) {
+  ++m_nLookVersion;
   if (m_pBucket) return UpdateBucketMaterial(nRange);
   QXColorValue3D const tint = GetTint();
   QXOgreRenderable& renderable = *m_arrRenderables[nRange];

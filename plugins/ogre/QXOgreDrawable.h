@@ -118,6 +118,23 @@ public:
   QXOgreLook const& GetLook() const { return m_Look; }
   void SetLook(QXOgreLook const& look);
 
+  // What is drawn at other places too (instancings) asks these.
+
+  /// One a range.
+  std::vector<std::unique_ptr<QXOgreRenderable>> const& GetRenderables() const { return m_arrRenderables; }
+  /// Whether it holds static geometry.
+  bool IsBucket() const { return m_pBucket != nullptr; }
+  /// Different for each geometry, and each state of it, that any drawable ever had.
+  unsigned long long GetGeometryVersion() const { return m_nGeometryVersion; }
+  /// Rises with each change of ranges and what they look like.
+  unsigned long long GetLookVersion() const { return m_nLookVersion; }
+  /// Puts the vertices on the device to where the skeleton has them.
+  void MoveVertices();
+  /// OGRE's number of the render priority.
+  unsigned short GetQueuePriority() const;
+  /// Gives a range the material that fits its textures as they are now.
+  void UpdateMaterial(std::size_t nRange);
+
   /// Puts the ranges into the queue if the view may see any of them, and counts them.
   /// @param arrDepths  receives the depth if a range is blended
   void Queue(
@@ -130,7 +147,6 @@ private:
   bool IsSeen(QXOgreView const& view) const;
   void UpdateMovedBounds();
   void TakeTextures(QXRenderOperationMultiIndex const& source, QXTextureManager* pManager);
-  void UpdateMaterial(std::size_t nRange);
   std::vector<QXOgreBinding> FindBindings(std::size_t nRange) const;
   QXOgreBinding Bind(QXOgreTextureSet const& set, QXOgreTextureSet::Unit const& unit, int nSet) const;
   /// The colour that everything is multiplied with.
@@ -173,6 +189,8 @@ private:
   /// Of the buffers' zero; the renderables point here.
   QXOgrePlace m_Place;
   unsigned char m_bVisible;
+  unsigned long long m_nGeometryVersion;
+  unsigned long long m_nLookVersion;
 };
 
 }  // namespace QXC

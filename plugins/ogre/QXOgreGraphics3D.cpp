@@ -22,6 +22,7 @@
 #include <plugins/ogre/QXOgreTexts.h>
 #include <plugins/ogre/QXOgreTextureManager.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
+#include <plugins/ogre/instancing/QXOgreHwInstancingManager.h>
 
 namespace QXC {
 
@@ -46,10 +47,12 @@ GPUVendor ToVendor(Ogre::GPUVendor eVendor, std::string const& strDevice) {
 
 QXOgreGraphics3D::QXOgreGraphics3D()
     : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)),
-      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)), m_pTextureScene(nullptr), m_pTextScene(nullptr),
-      m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
+      m_pTextures(std::make_unique<QXOgreTextureManager>(*this)),
+      m_pInstancings(std::make_unique<QXOgreHwInstancingManager>(*this)), m_pTextureScene(nullptr),
+      m_pTextScene(nullptr), m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
   m_pRenderOperationManager = m_pManager.get();
   m_pTextureManager = m_pTextures.get();
+  m_pHwInstancingManager = m_pInstancings.get();
 }
 
 QXOgreGraphics3D::~QXOgreGraphics3D() {
@@ -67,8 +70,10 @@ QXOgreGraphics3D::~QXOgreGraphics3D() {
     if (pScene) m_pDevice->DestroyScene(pScene);
   m_pTextureScene = nullptr;
   m_pTextScene = nullptr;
-  // Models and atlases give their textures back to a manager that is still there.
-  ClearResource();
+  // Models, instancings and atlases give their textures back to a manager that is still there.
+  QXOgreGraphics3D::ClearResource();
+  m_pHwInstancingManager = nullptr;
+  m_pInstancings.reset();
   if (m_pDevice) QXTextureFontManager::GetSingleton().SetTextureManager(nullptr);
   m_pTextures->LeaveDevice();
   m_pTextureManager = nullptr;
@@ -250,6 +255,16 @@ QXRenderTarget* QXOgreGraphics3D::CreateReflectRenderTarget(
 void QXOgreGraphics3D::SwapAllRenderTargetBuffers(unsigned char bWaitForVerticalBlank) {
   for (auto position = m_RenderTargets.GetStartPosition(); !m_RenderTargets.IsEOF(position); ++position)
     if (position->second && !position->second->IsTextureTarget()) position->second->SwapBuffers(bWaitForVerticalBlank);
+}
+
+void QXOgreGraphics3D::ClearResource() {
+  m_pInstancings->DestroyAllInstancings();
+  QXGraphics3D::ClearResource();
+}
+
+void QXOgreGraphics3D::UpdateAllRenderTargets() {
+  m_pInstancings->Update();
+  QXGraphics3D::UpdateAllRenderTargets();
 }
 
 void QXOgreGraphics3D::UpdatePrioritisedRenderTargets() {

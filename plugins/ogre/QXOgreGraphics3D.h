@@ -17,6 +17,7 @@
 namespace QXC {
 
 class QXOgreCamera;
+class QXOgreHwInstancingManager;
 class QXOgreRenderOperationManager;
 class QXOgreRenderTarget;
 class QXOgreScene;
@@ -38,6 +39,7 @@ public:
   /// The device; throws std::runtime_error before Initialize.
   QXOgreDevice& RequireDevice() const;
   QXOgreTextureManager& GetTextures() const { return *m_pTextures; }
+  QXOgreRenderOperationManager& GetOperations() const { return *m_pManager; }
   /// Null if there is none of that name.
   QXOgreScene* FindScene(QdcUnicodeString const& strName) const;
   /// The scene in which nodes of a name stand. The empty one is that of the textures that are drawn: their targets have
@@ -77,7 +79,10 @@ public:
   unsigned char SetLight(QdcUnicodeString const& strName, QXLight const& light) override;
   void SetLightPos(QdcUnicodeString const& strName, QXVector3d const& vecPosition) override;
   void SetFog(QdcUnicodeString const& strSceneName, QXFog const& fog) override;
+  void UpdateAllRenderTargets() override;
   void UpdatePrioritisedRenderTargets() override;
+  /// The instancings go first: their meshes have textures too.
+  void ClearResource() override;
   void SetViewMatrix(QXMatrix4d const& matView) override { m_matView = matView; }
   void SetProjectionMatrix(QXMatrix4d const& matProjection) override { m_matProjection = matProjection; }
   void SetWorldMatrix(QXMatrix4d const& matWorld) override { m_matWorld = matWorld; }
@@ -178,6 +183,7 @@ private:
   std::unordered_set<QXOgreRenderTarget*> m_setTargets;
   std::unique_ptr<QXOgreRenderOperationManager> m_pManager;
   std::unique_ptr<QXOgreTextureManager> m_pTextures;
+  std::unique_ptr<QXOgreHwInstancingManager> m_pInstancings;
   QXOgreScene* m_pTextureScene;
   QXOgreScene* m_pTextScene;
   std::unique_ptr<QXOgreTexts> m_pTexts;

@@ -38,11 +38,6 @@ Ogre::Vector4 Column(QXMatrix4d const& mat, int nColumn, double dScale, double d
       static_cast<float>(mat[2][nColumn] * dScale), static_cast<float>(mat[3][nColumn] * dScale + dOffset)};
 }
 
-/// The letters of sets whose third coordinate picks a layer follow those of plain sets.
-char LetterOf(QXOgreBinding const& binding) {
-  return static_cast<char>((binding.m_bStack ? 'A' : '0') + binding.m_nCoordSet);
-}
-
 QXOgreTextureSource* SourceOf(QXOgreBinding const& binding) {
   return binding.m_pUse ? binding.m_pUse->GetSource() : nullptr;
 }
@@ -109,6 +104,16 @@ void QXOgreRenderable::SetBindings(std::vector<QXOgreBinding> const& arrBindings
   }
 }
 
+void QXOgreRenderable::CopyLook(QXOgreRenderable const& other, std::array<int, 8> const& arrSets) {
+  m_Color = other.m_Color;
+  m_bVisible = other.m_bVisible;
+  m_arrBindings = other.m_arrBindings;
+  m_bTransparentTextures = other.m_bTransparentTextures;
+  mCustomParameters = other.mCustomParameters;
+  for (QXOgreBinding& binding : m_arrBindings)
+    binding.m_nCoordSet = arrSets[static_cast<std::size_t>(binding.m_nCoordSet)];
+}
+
 void QXOgreRenderable::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture) {
   for (QXOgreBinding& binding : m_arrBindings) {
     if (!binding.m_pUse || binding.m_nUnit != nUnit) continue;
@@ -119,7 +124,7 @@ void QXOgreRenderable::SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& ma
 
 std::string QXOgreRenderable::GetCoordSets() const {
   std::string strSets;
-  for (QXOgreBinding const& binding : m_arrBindings) strSets += LetterOf(binding);
+  for (QXOgreBinding const& binding : m_arrBindings) strSets += binding.GetLetter();
   return strSets;
 }
 

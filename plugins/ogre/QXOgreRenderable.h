@@ -2,6 +2,8 @@
 /// One draw operation as OGRE's queue takes it.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -39,6 +41,9 @@ struct QXOgreBinding {
   bool m_bTransparent = false;
   bool m_bPremultiplied = false;
   bool m_bTold = false;
+
+  /// As surfaces name the set: the letters of sets whose third coordinate picks a layer follow those of plain ones.
+  char GetLetter() const { return static_cast<char>((m_bStack ? 'A' : '0') + m_nCoordSet); }
 };
 
 /// Where what is drawn stands, in the view that is being drawn.
@@ -78,6 +83,12 @@ public:
   void SetBindings(std::vector<QXOgreBinding> const& arrBindings);
   /// Transforms the coordinates of a unit's texture differently from now on.
   void SetTextureMatrix(unsigned int nUnit, QXMatrix4d const& matTexture);
+  std::vector<QXOgreBinding> const& GetBindings() const { return m_arrBindings; }
+  /// Takes over how another one looks: colours, textures and whether it is visible; not the material.
+  /// @param arrSets  in which set of coordinates each of the other's is here
+  void CopyLook(QXOgreRenderable const& other, std::array<int, 8> const& arrSets);
+  /// Draws the range so many times; for data with buffers that count instances.
+  void SetInstanceCount(std::size_t nCount) { m_Operation.numberOfInstances = nCount; }
   /// What a surface needs to know of them: the coordinate set of each.
   std::string GetCoordSets() const;
   /// Whether a texture that is shown needs blending.
