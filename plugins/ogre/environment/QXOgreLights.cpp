@@ -156,7 +156,8 @@ bool QXOgreLights::Place(QXOgreLamp const& lamp, QXOgreView const& view, Candida
   QXVector3d vecWay = candidate.m_vecPlace;
   if (view.IsParallel()) vecWay.z = 0.0;
   double const dDistance = vecWay.Length();
-  if (lamp.m_dReach < dDistance) candidate.m_dImportance *= lamp.m_dReach / dDistance;
+  if (std::isfinite(lamp.m_dReach) && lamp.m_dReach + dDistance > 0.0)
+    candidate.m_dImportance *= lamp.m_dReach / (lamp.m_dReach + dDistance);
   return true;
 }
 

@@ -72,10 +72,10 @@ public:
   bool IsAnyEnabled() const;
 
   /// The lights that matter for a view. Lights whose range ends outside of it are left out. Of more than MOST, the most
-  /// important are taken: importance is brightness, for a light with a place times the share that its reach has of its
-  /// distance from the eye, at most 1; in a parallel view it is the distance from the line of sight. The last FADING
-  /// that find a place are dimmed the closer their importance is to that of the first that finds none, so that lights
-  /// change places while they are dark; those of one importance keep their order.
+  /// important are taken: importance is brightness, for a light with a place times reach / (reach + distance from the
+  /// eye), in a parallel view the distance from the line of sight. It falls with every step away, since among equals,
+  /// which keep their order, nothing could fade. The last FADING that find a place are dimmed the closer their
+  /// importance is to that of the first that finds none, so that lights change places while they are dark.
   /// Allocates nothing. Cost: linear in the lights, times its logarithm if there are more than MOST.
   void Choose(QXOgreView const& view, QXOgreLamps& lamps);
 
