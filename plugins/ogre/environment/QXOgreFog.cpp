@@ -11,6 +11,8 @@ namespace {
 
 /// Products of it with distances may be infinite, but never of 0 and infinity.
 constexpr double LARGEST = 1.0e30;
+/// Farther than anything that is drawn: where linear fog ends beyond it, all that is seen is at its beginning.
+constexpr double FARTHEST = 1.0e15;
 
 float Narrowed(double dValue) {
   return static_cast<float>(std::clamp(dValue, -LARGEST, LARGEST));
@@ -34,10 +36,10 @@ QXOgreFog::QXOgreFog(QXFog const& fog) : QXOgreFog() {
     return;
   }
   if (eMode != FOG_LINEAR || !std::isfinite(fog.GetFogStart()) || !std::isfinite(fog.GetFogEnd())) return;
+  double const dStart = std::clamp(fog.GetFogStart(), -FARTHEST, FARTHEST);
+  double const dEnd = std::clamp(fog.GetFogEnd(), -FARTHEST, FARTHEST);
   // Where it begins and ends at one distance, it is a wall there.
-  double const dLength = fog.GetFogEnd() - fog.GetFogStart();
-  double const dScale = dLength == 0.0 ? LARGEST : 1.0 / dLength;
-  m_Numbers = {fMode, Narrowed(fog.GetFogEnd()), Narrowed(dScale), 0.0F};
+  m_Numbers = {fMode, Narrowed(dEnd), Narrowed(dEnd == dStart ? LARGEST : 1.0 / (dEnd - dStart)), 0.0F};
 }
 
 }  // namespace QXC
