@@ -233,6 +233,10 @@ public:
   /// Reads a still image as 4-byte pixels with power-of-two edges, or the bytes of a raw type.
   /// @return  the caller's; null on failure, without pixels if the parser brought no image
   static QXTextureData* GetTextureData(QdcUnicodeString const& strPath);
+  /// The same for a file in memory, such as a picture that a model carries; its beginning tells the type.
+  /// @param pBytes  borrowed for the call; null counts as nothing
+  /// @return  the caller's; null for what is no picture or cannot be decoded
+  static QXTextureData* GetTextureDataFromMemory(unsigned char const* pBytes, QXUInt64 nSize);
   /// Reads the frames of an animated image, each as large as the first. A picture covers the one before it where its
   /// first byte, blue, is not 0, and clears it where that is 0 and alpha is 128; elsewhere the one before shows. For
   /// every colour as it stands in the file use QXAnimationTexture.

@@ -13,6 +13,7 @@
 #include <QxGraphics3D/texture/detail/QXLoadSource.h>
 
 #include <cstring>
+#include <limits>
 #include <memory>
 
 namespace QXC {
@@ -87,17 +88,43 @@ bool TakeWideImage(QXImageData const& image, QXTextureData& data) {
   return true;
 }
 
-QXTextureData* ReadStill(QdcUnicodeString const& strPath) {
-  int const nType = QXFileParseToolkit::GetFileTypeByExtName(strPath);
-  if (nType == QXFileType::EM_UNKNOWN) return nullptr;
+/// An image that cannot be widened (raw bytes, a depth that nobody knows) is none, and the record stays empty.
+QXTextureData* MakeStill(QXImageData* pImage) {
   auto pData = std::make_unique<QXTextureData>();
-  if (TypeOfExtension(strPath) == QXFileType::EM_IMAGE_GIF)
-    return ReadRawData(strPath, *pData) ? pData.release() : nullptr;
-  detail::QXImageHolder const pImage(ReadFirstImage(nType, strPath, 1));
-  // An image that cannot be widened (raw bytes, a depth that nobody knows) is none, and the record stays empty.
   if (pImage != nullptr && QXImgToolkit::ImageDataToRGBA(*pImage, OpaqueAlpha) != 0 && !TakeWideImage(*pImage, *pData))
     return nullptr;
   return pData.release();
+}
+
+QXTextureData* ReadStill(QdcUnicodeString const& strPath) {
+  int const nType = QXFileParseToolkit::GetFileTypeByExtName(strPath);
+  if (nType == QXFileType::EM_UNKNOWN) return nullptr;
+  if (TypeOfExtension(strPath) == QXFileType::EM_IMAGE_GIF) {
+    auto pData = std::make_unique<QXTextureData>();
+    return ReadRawData(strPath, *pData) ? pData.release() : nullptr;
+  }
+  detail::QXImageHolder const pImage(ReadFirstImage(nType, strPath, 1));
+  return MakeStill(pImage.get());
+}
+
+/// Bytes of a raw type in a block of their own.
+QXTextureData* CopyRaw(unsigned char const* pBytes, QXUInt64 nSize) {
+  auto pData = std::make_unique<QXTextureData>();
+  pData->m_pPixels = new unsigned char[static_cast<std::size_t>(nSize)];
+  std::memcpy(pData->m_pPixels, pBytes, static_cast<std::size_t>(nSize));
+  pData->m_nCompression = detail::RawFileCode;
+  pData->m_nDataSize = static_cast<unsigned int>(nSize);
+  pData->SetBlockLength(nSize);
+  return pData.release();
+}
+
+QXTextureData* ReadStill(unsigned char const* pBytes, QXUInt64 nSize) {
+  if (QXFileParseToolkit::GetFileTypeByContent(pBytes, nSize) == QXFileType::EM_IMAGE_GIF)
+    return nSize <= std::numeric_limits<unsigned int>::max() ? CopyRaw(pBytes, nSize) : nullptr;
+  detail::QXImageList images;
+  if (QXFileParseToolkit::GetImageDataFromMemory(pBytes, nSize, images.Items()) == 0) return nullptr;
+  detail::QXImageHolder const pImage(images.TakeFirst());
+  return MakeStill(pImage.get());
 }
 
 }  // namespace
@@ -123,6 +150,10 @@ QXImageData* QXTexture::LoadImageDataEx(QdcUnicodeString const& strPath, QXMater
 
 QXTextureData* QXTexture::GetTextureData(QdcUnicodeString const& strPath) {
   return detail::GuardLoad([&] { return ReadStill(strPath); }, static_cast<QXTextureData*>(nullptr));
+}
+
+QXTextureData* QXTexture::GetTextureDataFromMemory(unsigned char const* pBytes, QXUInt64 nSize) {
+  return detail::GuardLoad([&] { return ReadStill(pBytes, nSize); }, static_cast<QXTextureData*>(nullptr));
 }
 
 }  // namespace QXC

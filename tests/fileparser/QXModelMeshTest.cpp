@@ -12,6 +12,9 @@ TEST(QXModelMesh, FreshOneIsWhiteAndEmpty) {
   EXPECT_EQ(mesh.m_pVertexPackage, nullptr);
   EXPECT_EQ(mesh.m_bBaseColorSet, 0);
   EXPECT_EQ(mesh.m_BaseColor, QXColorValue3D(1.0, 1.0, 1.0, 1.0));
+  EXPECT_EQ(mesh.m_EmissiveColor, QXColorValue3D(0.0, 0.0, 0.0, 1.0));
+  EXPECT_EQ(mesh.m_SpecularColor, QXColorValue3D(0.0, 0.0, 0.0, 1.0));
+  EXPECT_EQ(mesh.m_dShininess, 0.0);
   EXPECT_EQ(mesh.m_Bounds.IsNULL(), 1);
   EXPECT_EQ(mesh.GetTriangleCount(), 0u);
 }
@@ -73,6 +76,9 @@ TEST(QXModelMesh, CopyOwnsPackagesOfItsOwn) {
   pMesh->m_strMaterialName = L"brick";
   pMesh->m_bBaseColorSet = 1;
   pMesh->m_BaseColor = QXColorValue3D(0.5, 0.25, 0.125, 1.0);
+  pMesh->m_EmissiveColor = QXColorValue3D(0.1, 0.2, 0.3, 1.0);
+  pMesh->m_SpecularColor = QXColorValue3D(0.6, 0.7, 0.8, 1.0);
+  pMesh->m_dShininess = 16.0;
   auto* pWide = new QXIndexPackage;
   pWide->SetIndexNum32(3);
   pWide->GetIndices32()[1] = 2;
@@ -89,6 +95,9 @@ TEST(QXModelMesh, CopyOwnsPackagesOfItsOwn) {
   EXPECT_TRUE(copy.m_strMaterialName == L"brick");
   EXPECT_EQ(copy.m_bBaseColorSet, 1);
   EXPECT_EQ(copy.m_BaseColor, QXColorValue3D(0.5, 0.25, 0.125, 1.0));
+  EXPECT_EQ(copy.m_EmissiveColor, QXColorValue3D(0.1, 0.2, 0.3, 1.0));
+  EXPECT_EQ(copy.m_SpecularColor, QXColorValue3D(0.6, 0.7, 0.8, 1.0));
+  EXPECT_EQ(copy.m_dShininess, 16.0);
   EXPECT_EQ(copy.m_Bounds.GetMax(), QXVector3d(2.0, 3.0, 1.0));
   EXPECT_EQ(copy.m_pVertexPackage->m_pVertices[3], 2.0f);
   ASSERT_EQ(copy.m_arrIndexPackages.GetSize(), 2u);

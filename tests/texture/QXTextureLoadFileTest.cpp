@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
 
 #include <sys/stat.h>
 
@@ -59,6 +60,39 @@ TEST(QXTextureLoadFile, OfAPictureSucceedsOnEveryRoad) {
   ASSERT_NE(pData, nullptr);
   EXPECT_EQ(pData->m_nWidth, 16u);
   EXPECT_EQ(pData->m_pPixels[3], 255);
+}
+
+std::unique_ptr<QXTextureData> FromMemory(std::string const& strBytes) {
+  return std::unique_ptr<QXTextureData>(QXTexture::GetTextureDataFromMemory(
+      reinterpret_cast<unsigned char const*>(strBytes.data()), strBytes.size()));
+}
+
+TEST(QXTextureLoadFile, OfAPictureInMemoryIsThatOfTheFile) {
+  std::unique_ptr<QXTextureData> const pData = FromMemory(MakeBitmap(12, 5, Orange));
+  ASSERT_NE(pData, nullptr);
+  EXPECT_EQ(pData->m_eFormat, PF_A8R8G8B8);
+  EXPECT_EQ(pData->m_nWidth, 16u);
+  EXPECT_EQ(pData->m_nHeight, 8u);
+  EXPECT_EQ(pData->GetBlockLength(), 16u * 8u * 4u);
+  EXPECT_EQ(pData->m_pPixels[0], 0x10);
+  EXPECT_EQ(pData->m_pPixels[2], 0xF0);
+  EXPECT_EQ(pData->m_pPixels[3], 255);
+}
+
+TEST(QXTextureLoadFile, OfARawTypeInMemoryKeepsItsBytes) {
+  std::string const strGif = "GIF89a and the rest";
+  std::unique_ptr<QXTextureData> const pData = FromMemory(strGif);
+  ASSERT_NE(pData, nullptr);
+  EXPECT_EQ(pData->m_nCompression, static_cast<unsigned int>(TEXTURE_COMPRESSION_RAW));
+  EXPECT_EQ(pData->m_nDataSize, strGif.size());
+  EXPECT_EQ(pData->GetBlockLength(), strGif.size());
+  EXPECT_EQ(std::string(pData->m_pPixels, pData->m_pPixels + strGif.size()), strGif);
+}
+
+TEST(QXTextureLoadFile, OfNoPictureInMemoryBringsNothing) {
+  EXPECT_EQ(QXTexture::GetTextureDataFromMemory(nullptr, 0), nullptr);
+  EXPECT_EQ(FromMemory("no picture"), nullptr);
+  EXPECT_EQ(FromMemory(MakeBitmap(12, 5, Orange).substr(0, 20)), nullptr);
 }
 
 TEST(QXTextureLoadFile, OfWhatIsNoFileBringsNothing) {

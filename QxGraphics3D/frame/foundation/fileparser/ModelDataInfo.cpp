@@ -1,11 +1,15 @@
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXPass.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelImage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
+#include <QxGraphics3D/frame/foundation/fileparser/detail/QXModelPassMaker.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace QXC {
@@ -47,6 +51,9 @@ ModelDataInfo::ModelDataInfo(ModelDataInfo const& other) {
     pImage.release();
   }
   copy.m_arrNodes = other.m_arrNodes;
+  // The place first: what stands in it then is freed whatever fails.
+  for (auto const& [strName, pPass] : other.m_mapPasses)
+    if (pPass != nullptr) copy.m_mapPasses.emplace(strName, nullptr).first->second = new QXPass(*pPass);
   Swap(copy);
 }
 
@@ -61,6 +68,7 @@ ModelDataInfo& ModelDataInfo::operator=(ModelDataInfo const& other) {
 ModelDataInfo::~ModelDataInfo() {
   for (QXModelMesh* pMesh : m_arrMeshes) delete pMesh;
   for (QXModelImage* pImage : m_arrImages) delete pImage;
+  for (auto const& [strName, pPass] : m_mapPasses) delete pPass;
 }
 
 void ModelDataInfo::Swap(ModelDataInfo& other) {
@@ -69,6 +77,7 @@ void ModelDataInfo::Swap(ModelDataInfo& other) {
   std::swap(m_arrMeshes, other.m_arrMeshes);
   std::swap(m_arrImages, other.m_arrImages);
   std::swap(m_arrNodes, other.m_arrNodes);
+  std::swap(m_mapPasses, other.m_mapPasses);
 }
 
 int ModelDataInfo::AddMesh(QXModelMesh* pMesh) {
@@ -116,6 +125,34 @@ QXModelNode* ModelDataInfo::GetNode(int nIndex) {
 QXModelNode const* ModelDataInfo::GetNode(int nIndex) const {
   if (nIndex < 0 || nIndex >= GetNodeCount()) return nullptr;
   return &m_arrNodes[static_cast<std::uint64_t>(nIndex)];
+}
+
+QdcUnicodeString ModelDataInfo::FindFreePassName(QdcUnicodeString const& strMaterial) const {
+  QdcUnicodeString const strFirst = m_strName + L"|" + strMaterial;
+  QdcUnicodeString strName = strFirst;
+  for (int i = 2; m_mapPasses.contains(strName); ++i) strName = strFirst + (L"#" + std::to_wstring(i)).c_str();
+  return strName;
+}
+
+void ModelDataInfo::MakePasses() {
+  for (auto const& [strName, pPass] : m_mapPasses) delete pPass;
+  m_mapPasses.clear();
+  std::map<std::string, QdcUnicodeString> mapNames;
+  for (QXModelMesh* pMesh : m_arrMeshes) {
+    std::unique_ptr<QXPass> pPass = detail::MakeModelPass(*this, *pMesh);
+    auto const [itName, bNew] = mapNames.try_emplace(detail::GetPassBytes(*pPass));
+    if (bNew) {
+      itName->second = FindFreePassName(pMesh->m_strMaterialName);
+      pPass->SetName(itName->second);
+      m_mapPasses[itName->second] = pPass.get();
+      pPass.release();
+    }
+    for (QXIndexPackage* pPackage : pMesh->m_arrIndexPackages) {
+      pPackage->m_arrPassNames.RemoveAll();
+      pPackage->m_arrPassNames.Add(itName->second);
+    }
+  }
+  for (int i = 0; i < GetImageCount(); ++i) GetImage(i)->m_strTextureName = detail::MakeModelTextureName(*this, i);
 }
 
 void ModelDataInfo::Transform(QXMatrix4d const& matTransform) {

@@ -8,9 +8,12 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelNode.h>
 
+#include <map>
+
 namespace QXC {
 
 class QXModelMesh;
+class QXPass;
 struct QXModelImage;
 
 /// Which way is up in the coordinates of a model.
@@ -21,8 +24,8 @@ enum QXModelUpAxis : int {
   QX_UP_Z = 1
 };
 
-/// Meshes with their placements, and the pictures on them.
-/// Ownership: owns its meshes and pictures.
+/// Meshes with their placements, the pictures on them and the passes that draw them.
+/// Ownership: owns its meshes, pictures and passes.
 /// Copying:   deep, so that a cache and its caller hold independent models.
 /// Threads:   one at a time.
 class QXGRAPHICS3D_API ModelDataInfo {
@@ -58,6 +61,26 @@ public:
   QXModelNode* GetNode(int nIndex);
   QXModelNode const* GetNode(int nIndex) const;
 
+  /// Makes the passes anew from the materials of the meshes, one for all meshes that look the same, and writes its name
+  /// into their index packages. Parsers call it last; a host does for a model that it built or changed.
+  ///
+  /// The base colour becomes ambient and diffuse (white under a picture that replaces it), the picture unit 0 with its
+  /// transform and clamping; a mirrored repetition is a plain one, since no state mirrors. Alpha masks become an alpha
+  /// function; blended materials and colours that let something through are blended by their alpha and leave the depths
+  /// alone. A picture that may have an alpha, of which the file says nothing, is blended too, but leaves its depths, and
+  /// pixels without opacity are dropped. Both sides are drawn: files do not agree on which one is the front.
+  ///
+  /// A pass is called after model and material: "name|material", with "#2" and so on where one material draws meshes
+  /// that look different. A texture is called as its file's path, one that the model carries "name|" and the picture's
+  /// index; every picture gets that name. The names stay what they are if the model is renamed.
+  /// Failure: the allocator's exception; names and passes then need not agree until the next call.
+  /// Cost: linear in the meshes; no vertex is read.
+  void MakePasses();
+  /// The passes by the names in the index packages, as QXStaticGeometry::AddVertexDataAndIndexPackage takes them.
+  /// A host may add passes of its own, which then are the model's.
+  std::map<QdcUnicodeString, QXPass*>& GetPasses() { return m_mapPasses; }
+  std::map<QdcUnicodeString, QXPass*> const& GetPasses() const { return m_mapPasses; }
+
   /// Multiplies every node's matrix by a matrix on the right: turns or moves the whole model.
   void Transform(QXMatrix4d const& matTransform);
 
@@ -71,12 +94,14 @@ public:
 
 private:
   void Swap(ModelDataInfo& other);
+  QdcUnicodeString FindFreePassName(QdcUnicodeString const& strMaterial) const;
 
   QdcUnicodeString m_strName;
   QXModelUpAxis m_eUpAxis = QX_UP_UNKNOWN;
   QdcArray<QXModelMesh*> m_arrMeshes;
   QdcArray<QXModelImage*> m_arrImages;
   QdcArray<QXModelNode> m_arrNodes;
+  std::map<QdcUnicodeString, QXPass*> m_mapPasses;
 };
 
 }  // namespace QXC

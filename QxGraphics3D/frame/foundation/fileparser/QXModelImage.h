@@ -16,6 +16,8 @@ struct QXModelImage {
   QdcUnicodeString m_strFilePath;
   /// Contents of the image file, PNG or JPEG as a rule; empty for a picture with a path.
   QdcArray<unsigned char> m_arrBytes;
+  /// Name of its texture in the passes of the model, see ModelDataInfo::MakePasses; empty before.
+  QdcUnicodeString m_strTextureName;
 };
 
 }  // namespace QXC

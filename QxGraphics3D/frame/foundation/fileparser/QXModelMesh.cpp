@@ -35,6 +35,9 @@ QXModelMesh::QXModelMesh(QXModelMesh const& other) {
   copy.m_strMaterialName = other.m_strMaterialName;
   copy.m_bBaseColorSet = other.m_bBaseColorSet;
   copy.m_BaseColor = other.m_BaseColor;
+  copy.m_EmissiveColor = other.m_EmissiveColor;
+  copy.m_SpecularColor = other.m_SpecularColor;
+  copy.m_dShininess = other.m_dShininess;
   copy.m_Texture = other.m_Texture;
   copy.m_Bounds = other.m_Bounds;
   if (other.m_pVertexPackage != nullptr) copy.m_pVertexPackage = new QXVertexDataPackage(*other.m_pVertexPackage);
@@ -64,6 +67,9 @@ void QXModelMesh::Swap(QXModelMesh& other) {
   std::swap(m_strMaterialName, other.m_strMaterialName);
   std::swap(m_bBaseColorSet, other.m_bBaseColorSet);
   std::swap(m_BaseColor, other.m_BaseColor);
+  std::swap(m_EmissiveColor, other.m_EmissiveColor);
+  std::swap(m_SpecularColor, other.m_SpecularColor);
+  std::swap(m_dShininess, other.m_dShininess);
   std::swap(m_Texture, other.m_Texture);
   std::swap(m_pVertexPackage, other.m_pVertexPackage);
   std::swap(m_arrIndexPackages, other.m_arrIndexPackages);

@@ -35,6 +35,10 @@ public:
   unsigned char m_bBaseColorSet = 0;
   /// Colour of the material, to be multiplied with the vertex colours.
   QXColorValue3D m_BaseColor = QXColorValue3D(1.0, 1.0, 1.0, 1.0);
+  /// What shines by itself, and the colour and exponent of highlights; black, black and 0 where the file states none.
+  QXColorValue3D m_EmissiveColor = QXColorValue3D(0.0, 0.0, 0.0, 1.0);
+  QXColorValue3D m_SpecularColor = QXColorValue3D(0.0, 0.0, 0.0, 1.0);
+  double m_dShininess = 0.0;
   /// The picture on the mesh, by the coordinates of set 0. A mesh with a picture has these coordinates.
   QXModelTexture m_Texture;
   /// Null in a fresh mesh, never null in a mesh that a parser handed out.
