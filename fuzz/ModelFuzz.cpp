@@ -1,9 +1,11 @@
 /// @file
-/// What the model reader does by itself with a hostile file: the checks of a format, the moving of map coordinates, the
-/// options of MTL files, and the model that comes back from the importer's process. The first byte chooses.
+/// What the model reader does by itself with a hostile file: the encoding of text, the checks of a format, the moving of
+/// map coordinates, the options of MTL files, and the model that comes back from the importer's process. The first byte
+/// chooses.
 #include <plugins/assimp/QXFormatCheck.h>
 #include <plugins/assimp/QXModelStream.h>
 #include <plugins/assimp/QXMtlMaps.h>
+#include <plugins/assimp/QXTextEncoding.h>
 #include <plugins/assimp/QXTextOffset.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
@@ -26,7 +28,8 @@ void Require(bool bHolds) {
 
 void FuzzFile(int nType, std::vector<unsigned char> vecBytes) {
   std::string strError;
-  bool const bWhole = QXAssimp::CheckFormat(nType, vecBytes, strError);
+  bool const bWhole =
+      QXAssimp::PrepareText(nType, vecBytes, strError) && QXAssimp::CheckFormat(nType, vecBytes, strError);
   Require(bWhole == strError.empty());
   Require(strError.find('\n') == std::string::npos);
   double dOffset[3];
@@ -53,6 +56,11 @@ void FuzzModel(std::vector<unsigned char> const& vecBytes) {
   std::vector<unsigned char> vecAgain;
   QXAssimp::WriteModel(*pModel, vecAgain);
   Require(QXAssimp::ReadModel(vecAgain) != nullptr);
+  // Every range has one pass, which the model has.
+  pModel->MakePasses();
+  for (int i = 0; i < pModel->GetMeshCount(); ++i)
+    for (QXC::QXIndexPackage const* pRange : pModel->GetMesh(i)->m_arrIndexPackages)
+      Require(pRange->m_arrPassNames.GetSize() == 1 && pModel->GetPasses().contains(pRange->m_arrPassNames[0]));
 }
 
 void FuzzMtl(std::vector<unsigned char> vecBytes) {

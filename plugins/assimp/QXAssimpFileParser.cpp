@@ -8,6 +8,7 @@
 #include <plugins/assimp/QXMtlMaps.h>
 #include <plugins/assimp/QXPictureFinder.h>
 #include <plugins/assimp/QXSceneConverter.h>
+#include <plugins/assimp/QXTextEncoding.h>
 #include <plugins/assimp/QXTextOffset.h>
 
 #include <QxGraphics3D/frame/foundation/fileparser/ModelDataInfo.h>
@@ -45,16 +46,17 @@ std::string MakeLine(std::string const& strText) {
   return strLine.empty() ? "the importer gives no reason" : strLine;
 }
 
-/// Equal vertices are joined; the rest is the converter's. The importer's own cutting
-/// of polygons ends the process on some broken ones.
+/// The rest is the converter's.
 aiScene const* Import(Assimp::Importer& importer, std::string const& strFileName) {
   // Bones, lights, cameras and animations have no place in the model: not read, not an attack surface either.
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_CAMERAS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_LIGHTS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_ANIMATIONS, false);
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_READ_WEIGHTS, false);
-  return importer.ReadFile(strFileName, aiProcess_ValidateDataStructure | aiProcess_Triangulate |
-                                            aiProcess_SortByPType | aiProcess_JoinIdenticalVertices);
+  // A scene without meshes would get one of its nodes.
+  importer.SetPropertyBool(AI_CONFIG_IMPORT_NO_SKELETON_MESHES, true);
+  return importer.ReadFile(
+      strFileName, aiProcess_ValidateDataStructure | aiProcess_Triangulate | aiProcess_SortByPType);
 }
 
 /// What broken bytes leave a person to do; a reason that says so itself stays as it is.
@@ -122,6 +124,7 @@ unsigned char QXAssimpFileParser::Open(QXC::QXImportParams* pParams) {
         strError = DescribeUnknownType();
       else if (ReadModelBytes(strPath, vecBytes, strError))
         strError = OpenBytes(nType, FolderOf(strPath), std::move(vecBytes));
+      if (strError.empty()) NameModel(pParams->GetFilePathName());
     } catch (std::bad_alloc const&) {
       strError = "there is not enough memory for this model; split it or end other programs";
     }
@@ -130,28 +133,32 @@ unsigned char QXAssimpFileParser::Open(QXC::QXImportParams* pParams) {
     m_strError = QXC::QdcUnicodeString::FromUTF8(strError.c_str());
     return 0;
   }
-  QXC::ModelDataInfo* pModel = GetModelDataInfo();
-  pModel->SetName(pParams->GetFilePathName());
-  SetModelDataInfo(pModel);
   return 1;
+}
+
+void QXAssimpFileParser::NameModel(QXC::QdcUnicodeString const& strPath) {
+  std::unique_ptr<QXC::ModelDataInfo> pModel(GetModelDataInfo());
+  pModel->SetName(strPath);
+  pModel->MakePasses();
+  SetModelDataInfo(pModel.release());
 }
 
 std::string QXAssimpFileParser::OpenBytes(
     int nType, std::string const& strFolder, std::vector<unsigned char>&& vecBytes) {
   SetModelDataInfo(nullptr);
   std::string strError;
-  if (!CheckFormat(nType, vecBytes, strError)) return AddAdvice(strError);
+  if (!PrepareText(nType, vecBytes, strError) || !CheckFormat(nType, vecBytes, strError)) return AddAdvice(strError);
   double dOffset[3];
   SubtractOffset(nType, vecBytes, dOffset);
-  std::vector<unsigned char> vecModel;
+  QXProcessResult result;
   strError = RunInProcess(
       vecBytes.size(),
       [&](std::vector<unsigned char>& vecResult) {
         return ImportModel(nType, strFolder, vecBytes, dOffset, vecResult);
       },
-      vecModel);
+      result);
   if (!strError.empty()) return AddAdvice(strError);
-  std::unique_ptr<QXC::ModelDataInfo> pModel = ReadModel(vecModel);
+  std::unique_ptr<QXC::ModelDataInfo> pModel = ReadModel(result.GetBytes());
   if (pModel == nullptr) return AddAdvice("the importer cannot cope with this file, it is broken");
   FindPictures(strFolder, *pModel);
   SetModelDataInfo(pModel.release());

@@ -24,6 +24,8 @@ public:
   std::string OpenBytes(int nType, std::string const& strFolder, std::vector<unsigned char>&& vecBytes);
 
 private:
+  void NameModel(QXC::QdcUnicodeString const& strPath);
+
   QXC::QdcUnicodeString m_strError;
 };
 

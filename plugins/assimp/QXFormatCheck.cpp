@@ -110,8 +110,8 @@ bool CheckGlb(Bytes const& vecBytes, std::string& strError) {
 }
 
 bool CheckStl(Bytes const& vecBytes, std::string& strError) {
-  // The size of a binary file is exact; asked first, because binary files exist whose header begins with "solid".
-  if (vecBytes.size() >= 84 && 84 + 50 * ReadNumber(vecBytes, 80, 4) == vecBytes.size()) return true;
+  // Asked first, because binary files exist whose header begins with "solid".
+  if (HasBinaryStlSize(vecBytes)) return true;
   std::string_view const strText(reinterpret_cast<char const*>(vecBytes.data()), vecBytes.size());
   std::size_t const nStart = strText.find_first_not_of(" \t\r\n");
   if (nStart != std::string_view::npos && strText.substr(nStart, 5) == "solid") {
@@ -182,6 +182,10 @@ bool CheckCollada(Bytes const& vecBytes, std::string& strError) {
 }
 
 }  // namespace
+
+bool HasBinaryStlSize(std::vector<unsigned char> const& vecBytes) {
+  return vecBytes.size() >= 84 && 84 + 50 * ReadNumber(vecBytes, 80, 4) == vecBytes.size();
+}
 
 bool CheckFormat(int nType, std::vector<unsigned char> const& vecBytes, std::string& strError) {
   switch (nType) {

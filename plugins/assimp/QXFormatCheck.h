@@ -16,4 +16,7 @@ namespace QXAssimp {
 /// @param strError  gets one line if the result is false
 bool CheckFormat(int nType, std::vector<unsigned char> const& vecBytes, std::string& strError);
 
+/// Whether the size of a file is the one that its header, read as that of a binary STL file, says.
+bool HasBinaryStlSize(std::vector<unsigned char> const& vecBytes);
+
 }  // namespace QXAssimp

@@ -2,11 +2,13 @@
 
 #include <plugins/assimp/QXNormalBuilder.h>
 #include <plugins/assimp/QXPolygonCutter.h>
+#include <plugins/assimp/QXVertexJoiner.h>
 
 #include <QxGraphics3D/frame/foundation/base/QdcColor.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXIndexPackage.h>
 #include <QxGraphics3D/frame/foundation/fileparser/QXModelMesh.h>
 
+#include <assimp/GltfMaterial.h>
 #include <assimp/material.h>
 #include <assimp/mesh.h>
 
@@ -172,6 +174,37 @@ bool IsMadeUp(QXC::QdcUnicodeString const& strName, aiColor4D const& color, bool
          strName == L"DefaultPLYMaterial";
 }
 
+/// Black for a colour that is not stated.
+QXC::QXColorValue3D ReadColor(aiMaterial const& material, char const* szKey, float fFactor, bool bLinear) {
+  aiColor4D color(0.0f, 0.0f, 0.0f, 1.0f);
+  if (material.Get(szKey, 0, 0, color) != aiReturn_SUCCESS) return QXC::QXColorValue3D(0.0, 0.0, 0.0, 1.0);
+  return MakeColor(aiColor4D(color.r * fFactor, color.g * fFactor, color.b * fFactor, 1.0f), bLinear);
+}
+
+/// Importers fill in highlights for materials that the file says have none.
+bool HasHighlights(aiMaterial const& material) {
+  int nShading = aiShadingMode_Gouraud;
+  material.Get(AI_MATKEY_SHADING_MODEL, nShading);
+  return nShading == aiShadingMode_Phong || nShading == aiShadingMode_Blinn || nShading == aiShadingMode_CookTorrance;
+}
+
+void SetHighlights(aiMaterial const& material, QXC::QXModelMesh& mesh) {
+  float fShininess = 0.0f;
+  float fStrength = 1.0f;
+  material.Get(AI_MATKEY_SHININESS, fShininess);
+  material.Get(AI_MATKEY_SHININESS_STRENGTH, fStrength);
+  if (!HasHighlights(material) || !std::isfinite(fShininess) || fShininess <= 0.0f) return;
+  // What is no number makes black, and then there are no highlights.
+  mesh.m_SpecularColor = ReadColor(material, "$clr.specular", fStrength, false);
+  mesh.m_dShininess = static_cast<double>(fShininess);
+}
+
+/// glTF says whether the opacity of a colour means anything; by default it does not.
+bool IsOpaque(aiMaterial const& material) {
+  aiString strMode;
+  return material.Get(AI_MATKEY_GLTF_ALPHAMODE, strMode) == aiReturn_SUCCESS && strMode == aiString("OPAQUE");
+}
+
 void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMesh& mesh) {
   aiString strName;
   if (material.Get(AI_MATKEY_NAME, strName) == aiReturn_SUCCESS)
@@ -184,8 +217,12 @@ void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMes
   material.Get(AI_MATKEY_OPACITY, fOpacity);
   // Exporters disagree on which end of the scale is clear; what nobody could see was meant to be solid.
   if (fOpacity > 0.0f && fOpacity < color.a) color.a = fOpacity;
+  if (IsOpaque(material)) color.a = 1.0f;
   mesh.m_BaseColor = MakeColor(color, bLinearColors);
   mesh.m_bBaseColorSet = 1;
+  mesh.m_EmissiveColor = ReadColor(material, "$clr.emissive", 1.0f, bLinearColors);
+  // The materials of glTF have roughness instead.
+  if (!bLinearColors) SetHighlights(material, mesh);
 }
 
 }  // namespace
@@ -205,6 +242,7 @@ std::unique_ptr<QXC::QXModelMesh> ConvertMesh(
   FillPositions(mesh, plan, dOffset, *pResult->m_pVertexPackage);
   FillTexCoords(mesh, plan, rules.m_nCoordSet, *pResult->m_pVertexPackage);
   FillColors(mesh, plan, rules.m_bLinearColors, *pResult->m_pVertexPackage);
+  JoinVertices(*pResult->m_pVertexPackage, vecCorners);
   std::unique_ptr<QXC::QXIndexPackage> pIndices = MakeIndices(vecCorners, pResult->m_pVertexPackage->m_nVertexNum);
   pResult->m_arrIndexPackages.Add(pIndices.get());
   pIndices.release();

@@ -2,6 +2,7 @@
 
 #include <plugins/assimp/QXModelBytes.h>
 #include <plugins/assimp/QXMtlMaps.h>
+#include <plugins/assimp/QXTextEncoding.h>
 
 #include <assimp/IOStream.hpp>
 
@@ -76,7 +77,10 @@ Assimp::IOStream* QXModelFolder::Open(char const* szFile, char const* szMode) {
   if (!ReadModelBytes(strPath, vecBytes, strError) || vecBytes.size() > m_nRemaining) return nullptr;
   m_nRemaining -= vecBytes.size();
   std::string const strEnding = std::filesystem::path(strPath).extension().string();
-  if (strEnding == ".mtl" || strEnding == ".MTL") m_Maps.TakeOptions(vecBytes);
+  if (strEnding == ".mtl" || strEnding == ".MTL") {
+    TrimByteOrderMark(vecBytes);
+    m_Maps.TakeOptions(vecBytes);
+  }
   return new MemoryStream(std::move(vecBytes));
 }
 

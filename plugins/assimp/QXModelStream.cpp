@@ -44,8 +44,7 @@ private:
 /// Every operation answers false once the bytes have run out, and then for good.
 class Reader {
 public:
-  explicit Reader(std::vector<unsigned char> const& vecBytes)
-      : m_pNext(vecBytes.data()), m_nRemaining(vecBytes.size()) {}
+  explicit Reader(std::span<unsigned char const> bytes) : m_pNext(bytes.data()), m_nRemaining(bytes.size()) {}
   template <class T>
   bool Value(T& value) {
     return Array(&value, 1);
@@ -81,6 +80,10 @@ private:
   std::size_t m_nRemaining;
 };
 
+void WriteColor(QXC::QXColorValue3D const& color, Writer& writer) {
+  for (double d : {color.r, color.g, color.b, color.a}) writer.Value(d);
+}
+
 void WriteTexture(QXC::QXModelTexture const& texture, Writer& writer) {
   writer.Value(texture.m_nImage);
   writer.Value(static_cast<int>(texture.m_eWrapU));
@@ -104,7 +107,10 @@ void WriteMesh(QXC::QXModelMesh const& mesh, Writer& writer) {
   writer.Text(mesh.m_strName);
   writer.Text(mesh.m_strMaterialName);
   writer.Value(mesh.m_bBaseColorSet);
-  for (double d : {mesh.m_BaseColor.r, mesh.m_BaseColor.g, mesh.m_BaseColor.b, mesh.m_BaseColor.a}) writer.Value(d);
+  WriteColor(mesh.m_BaseColor, writer);
+  WriteColor(mesh.m_EmissiveColor, writer);
+  WriteColor(mesh.m_SpecularColor, writer);
+  writer.Value(mesh.m_dShininess);
   WriteTexture(mesh.m_Texture, writer);
   writer.Value(package.m_nVertexNum);
   writer.Array(package.m_pVertices, 3 * nCount);
@@ -132,6 +138,12 @@ bool ReadEnum(Reader& reader, Enum eLast, Enum& eValue) {
   int nValue = 0;
   if (!reader.Value(nValue) || nValue < 0 || nValue > eLast) return false;
   eValue = static_cast<Enum>(nValue);
+  return true;
+}
+
+bool ReadColor(Reader& reader, QXC::QXColorValue3D& color) {
+  for (double* p : {&color.r, &color.g, &color.b, &color.a})
+    if (!reader.Value(*p)) return false;
   return true;
 }
 
@@ -201,8 +213,9 @@ bool ReadRange(Reader& reader, std::uint32_t nVertexNum, QXC::QXIndexPackage& pa
 bool ReadMesh(Reader& reader, int nImages, QXC::QXModelMesh& mesh) {
   if (!reader.Text(mesh.m_strName) || !reader.Text(mesh.m_strMaterialName) || !reader.Value(mesh.m_bBaseColorSet))
     return false;
-  for (double* p : {&mesh.m_BaseColor.r, &mesh.m_BaseColor.g, &mesh.m_BaseColor.b, &mesh.m_BaseColor.a})
-    if (!reader.Value(*p)) return false;
+  for (QXC::QXColorValue3D* p : {&mesh.m_BaseColor, &mesh.m_EmissiveColor, &mesh.m_SpecularColor})
+    if (!ReadColor(reader, *p)) return false;
+  if (!reader.Value(mesh.m_dShininess) || !std::isfinite(mesh.m_dShininess)) return false;
   if (!ReadTexture(reader, nImages, mesh.m_Texture)) return false;
   mesh.m_pVertexPackage = new QXC::QXVertexDataPackage;
   std::uint32_t nRanges = 0;
@@ -224,9 +237,22 @@ bool ReadNode(Reader& reader, QXC::ModelDataInfo& model) {
   return reader.Array(&node.m_matWorld[0][0], 16) && model.AddNode(node) >= 0;
 }
 
+/// About the bytes that a model takes, so that they need not be moved while they are written.
+std::size_t EstimateSize(QXC::ModelDataInfo const& model) {
+  std::size_t nSize = 1024 + 256 * static_cast<std::size_t>(model.GetNodeCount());
+  for (int i = 0; i < model.GetImageCount(); ++i) nSize += 256 + model.GetImage(i)->m_arrBytes.GetSize();
+  for (int i = 0; i < model.GetMeshCount(); ++i) {
+    QXC::QXModelMesh const& mesh = *model.GetMesh(i);
+    // Nine words a vertex at most, one an index.
+    nSize += 1024 + 36 * std::size_t{mesh.m_pVertexPackage->m_nVertexNum} + 12 * std::size_t{mesh.GetTriangleCount()};
+  }
+  return nSize;
+}
+
 }  // namespace
 
 void WriteModel(QXC::ModelDataInfo const& model, std::vector<unsigned char>& vecBytes) {
+  vecBytes.reserve(vecBytes.size() + EstimateSize(model));
   Writer writer(vecBytes);
   writer.Value(static_cast<int>(model.GetUpAxis()));
   writer.Value(model.GetImageCount());
@@ -242,8 +268,8 @@ void WriteModel(QXC::ModelDataInfo const& model, std::vector<unsigned char>& vec
   }
 }
 
-std::unique_ptr<QXC::ModelDataInfo> ReadModel(std::vector<unsigned char> const& vecBytes) {
-  Reader reader(vecBytes);
+std::unique_ptr<QXC::ModelDataInfo> ReadModel(std::span<unsigned char const> bytes) {
+  Reader reader(bytes);
   auto pModel = std::make_unique<QXC::ModelDataInfo>();
   int nUpAxis = 0;
   int nCount = 0;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace QXC {
@@ -18,6 +19,6 @@ void WriteModel(QXC::ModelDataInfo const& model, std::vector<unsigned char>& vec
 /// Reads what WriteModel wrote. The other end may have run wild on a broken file, so nothing is believed: every count
 /// against the bytes that remain, every index against what it points into.
 /// @return  null if the bytes are no model, or one byte remains
-std::unique_ptr<QXC::ModelDataInfo> ReadModel(std::vector<unsigned char> const& vecBytes);
+std::unique_ptr<QXC::ModelDataInfo> ReadModel(std::span<unsigned char const> bytes);
 
 }  // namespace QXAssimp

@@ -16,69 +16,69 @@ namespace {
 using Bytes = std::vector<unsigned char>;
 
 TEST(QXImportProcess, ResultComesBackWhole) {
-  Bytes vecResult;
+  QXProcessResult result;
   EXPECT_EQ(RunInProcess(
                 0,
                 [](Bytes& vecBytes) {
                   for (unsigned int i = 0; i < 1000000; ++i) vecBytes.push_back(static_cast<unsigned char>(i * 7));
                   return std::string();
                 },
-                vecResult),
+                result),
       "");
-  ASSERT_EQ(vecResult.size(), 1000000u);
-  for (unsigned int i = 0; i < 1000000; ++i) ASSERT_EQ(vecResult[i], static_cast<unsigned char>(i * 7));
+  ASSERT_EQ(result.GetBytes().size(), 1000000u);
+  for (unsigned int i = 0; i < 1000000; ++i) ASSERT_EQ(result.GetBytes()[i], static_cast<unsigned char>(i * 7));
 }
 
 TEST(QXImportProcess, ReasonComesBackInsteadOfTheResult) {
-  Bytes vecResult;
+  QXProcessResult result;
   EXPECT_EQ(RunInProcess(
                 0,
                 [](Bytes& vecBytes) {
                   vecBytes.push_back(1);
                   return std::string("no triangles");
                 },
-                vecResult),
+                result),
       "no triangles");
 }
 
 TEST(QXImportProcess, ChangesOfTheWorkStayInItsProcess) {
   int nValue = 1;
-  Bytes vecResult;
+  QXProcessResult result;
   RunInProcess(
       0,
       [&nValue](Bytes&) {
         nValue = 2;
         return std::string();
       },
-      vecResult);
+      result);
   EXPECT_EQ(nValue, 1);
 }
 
 TEST(QXImportProcess, CrashOfTheWorkIsAReason) {
   for (int nSignal : {SIGSEGV, SIGABRT, SIGFPE, SIGBUS}) {
-    Bytes vecResult;
+    QXProcessResult result;
     std::string const strReason = RunInProcess(
         0,
         [nSignal](Bytes&) {
           std::raise(nSignal);
           return std::string();
         },
-        vecResult);
+        result);
     EXPECT_NE(strReason.find("broken"), std::string::npos) << nSignal;
   }
 }
 
 TEST(QXImportProcess, ExitInTheMiddleIsAReason) {
-  Bytes vecResult;
+  QXProcessResult result;
   EXPECT_NE(RunInProcess(
-                0, [](Bytes&) -> std::string { _exit(0); }, vecResult),
+                0, [](Bytes&) -> std::string { _exit(0); }, result),
       "");
 }
 
 TEST(QXImportProcess, OutputOfTheWorkIsDropped) {
   testing::internal::CaptureStderr();
   testing::internal::CaptureStdout();
-  Bytes vecResult;
+  QXProcessResult result;
   RunInProcess(
       0,
       [](Bytes&) {
@@ -88,7 +88,7 @@ TEST(QXImportProcess, OutputOfTheWorkIsDropped) {
         std::abort();
         return std::string();
       },
-      vecResult);
+      result);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
@@ -97,9 +97,9 @@ TEST(QXImportProcess, FilesAreClosedAgain) {
   int const nBefore = dup(0);
   close(nBefore);
   for (int i = 0; i < 20; ++i) {
-    Bytes vecResult;
+    QXProcessResult result;
     RunInProcess(
-        0, [](Bytes&) { return std::string(); }, vecResult);
+        0, [](Bytes&) { return std::string(); }, result);
   }
   int const nAfter = dup(0);
   close(nAfter);
@@ -111,14 +111,14 @@ TEST(QXImportProcess, ImporterEndsWithItsHost) {
   ASSERT_EQ(pipe(nPipe), 0);
   pid_t const nHost = fork();
   if (nHost == 0) {
-    Bytes vecResult;
+    QXProcessResult result;
     RunInProcess(
         0,
         [&nPipe](Bytes&) {
           if (write(nPipe[1], "x", 1) == 1) sleep(30);
           return std::string();
         },
-        vecResult);
+        result);
     _exit(0);
   }
   close(nPipe[1]);

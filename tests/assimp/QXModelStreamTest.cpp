@@ -21,6 +21,9 @@ QXC::ModelDataInfo MakeModel() {
   pFirst->m_strMaterialName = L"brick";
   pFirst->m_bBaseColorSet = 1;
   pFirst->m_BaseColor = QXC::QXColorValue3D(0.5, 0.25, 0.125, 0.75);
+  pFirst->m_EmissiveColor = QXC::QXColorValue3D(0.1, 0.2, 0.3, 1.0);
+  pFirst->m_SpecularColor = QXC::QXColorValue3D(0.6, 0.7, 0.8, 1.0);
+  pFirst->m_dShininess = 16.0;
   pFirst->m_pVertexPackage->SetColorNum(3, 0);
   pFirst->m_pVertexPackage->m_pColors[2] = 0x80FF00FFu;
   pFirst->m_pVertexPackage->SetTexCoordNum(0, 3, 0);
@@ -66,6 +69,9 @@ TEST(QXModelStream, EverythingComesBack) {
   EXPECT_TRUE(mesh.m_strMaterialName == L"brick");
   EXPECT_EQ(mesh.m_bBaseColorSet, 1);
   EXPECT_EQ(mesh.m_BaseColor, QXC::QXColorValue3D(0.5, 0.25, 0.125, 0.75));
+  EXPECT_EQ(mesh.m_EmissiveColor, QXC::QXColorValue3D(0.1, 0.2, 0.3, 1.0));
+  EXPECT_EQ(mesh.m_SpecularColor, QXC::QXColorValue3D(0.6, 0.7, 0.8, 1.0));
+  EXPECT_EQ(mesh.m_dShininess, 16.0);
   EXPECT_EQ(mesh.m_pVertexPackage->m_pColors[2], 0x80FF00FFu);
   EXPECT_EQ(mesh.m_pVertexPackage->m_pTexCoords[0][5], 0.25f);
   EXPECT_EQ(mesh.m_pVertexPackage->m_bTransparent, 1);
