@@ -9,6 +9,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include <QxGraphics3D/view/QXBloomSetting.h>
+
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreUnsupported.h>
 #include <plugins/ogre/QXOgreView.h>
@@ -50,6 +52,9 @@ public:
   /// Called by the targets themselves.
   void AddTarget(QXOgreRenderTarget* pTarget) { m_setTargets.insert(pTarget); }
   void RemoveTarget(QXOgreRenderTarget* pTarget) { m_setTargets.erase(pTarget); }
+  /// Inside its ranges.
+  QXBloomSetting const& GetBloomSetting() const { return m_BloomSetting; }
+  bool IsBloomEnabled() const { return m_bBloomEnabled; }
   /// Adds to the counters of the frame.
   void Count(QXOgreCounts const& counts);
   void SetErrorText(std::string const& strText);
@@ -135,6 +140,15 @@ public:
   unsigned char IsObjectVisible(unsigned int nID) const override;
   void SetObjectColor(unsigned int nID, QXColorValue3D const& color) override;
   void ResetObjectColor(unsigned int nID) override;
+  /// The effect "bloom" is the only one.
+  unsigned char AddCompositor(QXRenderTarget* pTarget, QdcUnicodeString const& strName) override;
+  void RemoveCompositor(QXRenderTarget* pTarget, QdcUnicodeString const& strName) override;
+  /// "threshold", "intensity" and "radius" of "bloom", as QXBloomSetting has them.
+  unsigned char SetCompositorParameter(
+      QdcUnicodeString const& strName, QdcUnicodeString const& strParameter, double dValue) override;
+  void SetCompositorEnable(QdcUnicodeString const& strName, unsigned char bEnable) override;
+  unsigned char IsCompositorEnable(QdcUnicodeString const& strName) const override;
+  void SetBloomSetting(QXBloomSetting const& setting) override;
   void GetRenderSystems(QdcArray<QdcUnicodeString>& arrNames) const override;
   void TextOut2DText(QdcUnicodeString const& strText, double dX, double dY, unsigned int nColor) override;
   void TextOut3DText(QdcUnicodeString const& strText, double dX, double dY, double dZ, unsigned int nColor) override;
@@ -187,6 +201,8 @@ private:
   QXOgreScene* m_pTextureScene;
   QXOgreScene* m_pTextScene;
   std::unique_ptr<QXOgreTexts> m_pTexts;
+  QXBloomSetting m_BloomSetting;
+  bool m_bBloomEnabled = true;
   QXVector3d m_vecRelativeOrigin;
   QdcUnicodeString m_strName;
   QdcUnicodeString m_strError;

@@ -63,12 +63,12 @@ QXOgreMaterials::~QXOgreMaterials() {
 
 QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(QXOgreVariant const& variant) {
   Programs& programs = m_mapPrograms[variant];
-  if (!programs.m_pVertex) programs.m_pVertex = Compile(MakeVertexSource(variant), Ogre::GPT_VERTEX_PROGRAM);
-  if (!programs.m_pFragment) programs.m_pFragment = Compile(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
+  if (!programs.m_pVertex) programs.m_pVertex = MakeProgram(MakeVertexSource(variant), Ogre::GPT_VERTEX_PROGRAM);
+  if (!programs.m_pFragment) programs.m_pFragment = MakeProgram(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
   return programs;
 }
 
-Ogre::HighLevelGpuProgramPtr QXOgreMaterials::Compile(std::string const& strSource, Ogre::GpuProgramType eType) {
+Ogre::HighLevelGpuProgramPtr QXOgreMaterials::MakeProgram(std::string const& strSource, Ogre::GpuProgramType eType) {
   auto pProgram = Ogre::HighLevelGpuProgramManager::getSingleton().createProgram(
       QXOgreDevice::MakeName("program"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME, "glsl", eType);
   pProgram->setSource(strSource);

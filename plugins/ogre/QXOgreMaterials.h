@@ -98,6 +98,8 @@ public:
   /// the materials and in the lamps.
   QXOgreLight& GetLight() { return m_Light; }
   void ApplyLight();
+  /// A program for a material of somebody else's, who removes it. Throws as the constructor does.
+  Ogre::HighLevelGpuProgramPtr MakeProgram(std::string const& strSource, Ogre::GpuProgramType eType);
 
 private:
   struct Programs {
@@ -107,7 +109,6 @@ private:
 
   /// Those of a variant, compiled at its first use. Throws as the constructor does.
   Programs const& GetPrograms(QXOgreVariant const& variant);
-  Ogre::HighLevelGpuProgramPtr Compile(std::string const& strSource, Ogre::GpuProgramType eType);
   Ogre::MaterialPtr Make(QXOgreSurface const& surface, bool bIdentifiers);
   static void BindParameters(Ogre::Pass& pass, QXOgreSurface const& surface, QXOgreVariant const& variant);
 

@@ -16,6 +16,7 @@
 #include <plugins/ogre/QXOgreMaterials.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreTextureSource.h>
+#include <plugins/ogre/effects/QXOgreBloom.h>
 
 namespace QXC {
 
@@ -41,9 +42,9 @@ void UploadGlyphs() {
 
 QXOgreRenderTarget::QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeString const& strName,
     QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight)
-    : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_vecSun(DEFAULT_SUN),
-      m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE), m_nSamples(1), m_bHostLight(false),
-      m_bPatch(false) {
+    : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_pDrawnViewport(nullptr),
+      m_bBloom(false), m_vecSun(DEFAULT_SUN), m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE),
+      m_nSamples(1), m_bHostLight(false), m_bPatch(false) {
   m_strName = strName;
   m_strSceneName = strSceneName;
   m_nWidth = nWidth;
@@ -60,6 +61,7 @@ QXOgreRenderTarget::~QXOgreRenderTarget() {
 }
 
 void QXOgreRenderTarget::LeaveRenderer() {
+  m_pBloom.reset();
   ReleaseDevice();
   m_pRenderer = nullptr;
   m_pGraphics3D = nullptr;
@@ -69,12 +71,14 @@ void QXOgreRenderTarget::SetOgreTarget(Ogre::RenderTarget* pOgreTarget) {
   if (m_pOgreTarget) m_pOgreTarget->removeAllViewports();
   m_pOgreTarget = pOgreTarget;
   m_pOgreViewport = nullptr;
+  m_pDrawnViewport = nullptr;
   if (!m_pOgreTarget) return;
   m_pOgreTarget->setAutoUpdated(false);
   m_pOgreViewport = m_pOgreTarget->addViewport(nullptr);
   m_pOgreViewport->setAutoUpdated(false);
   m_pOgreViewport->setOverlaysEnabled(false);
   m_pOgreViewport->setShadowsEnabled(false);
+  m_pDrawnViewport = m_pOgreViewport;
 }
 
 Ogre::PolygonMode QXOgreRenderTarget::GetPolygonMode() const {
@@ -109,12 +113,31 @@ void QXOgreRenderTarget::Update() {
   m_Stats.triangleCount = 0;
   m_pRenderer->Try([this] {
     m_pRenderer->GetDevice()->BeginFrame();
-    m_pOgreTarget->_beginUpdate();
-    QXRenderTarget::Update();
-    m_pOgreTarget->_endUpdate();
+    DrawPicture();
     FinishPicture();
   });
+  // Also where something was thrown: patches and texts go straight into the target.
+  m_pDrawnViewport = m_pOgreViewport;
   if (m_pListener) m_pListener->PostRender();
+}
+
+bool QXOgreRenderTarget::IsGlowing() const {
+  return m_bBloom && m_pRenderer->IsBloomEnabled() && QXOgreBloom::IsVisible(m_pRenderer->GetBloomSetting());
+}
+
+void QXOgreRenderTarget::DrawPicture() {
+  bool const bGlows = IsGlowing();
+  // Not when it is taken away: a host may do that while the picture is being drawn.
+  if (!m_bBloom) m_pBloom.reset();
+  if (bGlows && !m_pBloom) m_pBloom = std::make_unique<QXOgreBloom>(*m_pRenderer->GetDevice());
+  if (bGlows) m_pDrawnViewport = &m_pBloom->Begin(m_nWidth, m_nHeight, m_nSamples);
+  Ogre::RenderTarget& drawn = *m_pDrawnViewport->getTarget();
+  drawn._beginUpdate();
+  QXRenderTarget::Update();
+  drawn._endUpdate();
+  if (!bGlows) return;
+  m_pOgreViewport->setDimensions(0.0F, 0.0F, 1.0F, 1.0F);
+  m_pBloom->Finish(*m_pOgreViewport, m_pRenderer->GetBloomSetting());
 }
 
 void QXOgreRenderTarget::SwapBuffers(unsigned char bWaitForVerticalBlank) {
@@ -165,12 +188,12 @@ unsigned char QXOgreRenderTarget::CopyToMemory(unsigned char* pPixels, unsigned 
 
 void QXOgreRenderTarget::DrawViewport(
     QXViewport const& viewport, QXOgreScene* pScene, QXOgreView const& view, unsigned char bDrawables) {
-  if (!m_pOgreViewport || !pScene || viewport.GetActualWidth() < 0 || viewport.GetActualHeight() < 0) return;
+  if (!m_pDrawnViewport || !pScene || viewport.GetActualWidth() < 0 || viewport.GetActualHeight() < 0) return;
   PlaceViewport(viewport);
-  m_pOgreViewport->setBackgroundColour(ToOgre(viewport.m_BackgroundColor));
-  m_pOgreViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);
+  m_pDrawnViewport->setBackgroundColour(ToOgre(viewport.m_BackgroundColor));
+  m_pDrawnViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);
   SetLight(view, *pScene);
-  QXOgreCounts const counts = pScene->Draw(*m_pOgreViewport, view, bDrawables);
+  QXOgreCounts const counts = pScene->Draw(*m_pDrawnViewport, view, bDrawables);
   m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
   m_pRenderer->Count(counts);
 }
@@ -210,9 +233,9 @@ void QXOgreRenderTarget::DrawOver(QXViewport const& viewport, QXOgreScene& scene
   m_pRenderer->GetDevice()->BeginFrame();
   m_pOgreTarget->_beginUpdate();
   PlaceViewport(viewport);
-  m_pOgreViewport->setClearEveryFrame(false, 0);
+  m_pDrawnViewport->setClearEveryFrame(false, 0);
   SetLight(view, scene);
-  QXOgreCounts const counts = scene.Draw(*m_pOgreViewport, view, 1);
+  QXOgreCounts const counts = scene.Draw(*m_pDrawnViewport, view, 1);
   m_pOgreTarget->_endUpdate();
   FinishPicture();
   m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
@@ -233,7 +256,7 @@ void QXOgreRenderTarget::PlaceViewport(QXViewport const& viewport) {
   auto const fraction = [](int nPixels, Ogre::Real fSize) {
     return (static_cast<Ogre::Real>(nPixels) + (nPixels < 0 ? -0.5F : 0.5F)) / fSize;
   };
-  m_pOgreViewport->setDimensions(fraction(viewport.GetActualLeft(), fWidth), fraction(nTop, fHeight),
+  m_pDrawnViewport->setDimensions(fraction(viewport.GetActualLeft(), fWidth), fraction(nTop, fHeight),
       fraction(viewport.GetActualWidth(), fWidth), fraction(viewport.GetActualHeight(), fHeight));
 }
 

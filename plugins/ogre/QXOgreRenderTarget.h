@@ -2,6 +2,7 @@
 /// What windows and textures have in common as places to draw into.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <OgrePrerequisites.h>
@@ -12,6 +13,7 @@
 
 namespace QXC {
 
+class QXOgreBloom;
 class QXOgreCamera;
 class QXOgreGraphics3D;
 class QXOgreScene;
@@ -37,6 +39,8 @@ public:
   void DrawOver(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view);
   /// Whether it is one of this target's; it may have died.
   bool HasViewport(QXViewport const* pViewport) const;
+  /// Whether bright things glow in its next pictures, where the renderer has not taken that out.
+  void SetBloom(bool bBloom) { m_bBloom = bBloom; }
   /// The number of the m_eRenderState as OGRE's.
   Ogre::PolygonMode GetPolygonMode() const;
 
@@ -108,10 +112,18 @@ private:
   void MakeLight(QXOgreView const& view, QXOgreScene& scene, QXOgreLight& light) const;
   /// Puts that in place for what is drawn next.
   void SetLight(QXOgreView const& view, QXOgreScene& scene);
+  /// Everything between OGRE's target and the picture that can be read.
+  void DrawPicture();
+  /// Whether the next picture glows.
+  bool IsGlowing() const;
 
   QXOgreGraphics3D* m_pRenderer;
   Ogre::RenderTarget* m_pOgreTarget;
   Ogre::Viewport* m_pOgreViewport;
+  /// Where the viewports draw: m_pOgreViewport, or that of the effect.
+  Ogre::Viewport* m_pDrawnViewport;
+  std::unique_ptr<QXOgreBloom> m_pBloom;
+  bool m_bBloom;
   QXVector3d m_vecSun;
   QXColorValue3D m_AmbientLight;
   QXColorValue3D m_DiffuseLight;

@@ -118,12 +118,7 @@ public:
   void SubmitHMDFrame(QXRenderTarget*, QXRenderTarget*) override {}
   void SetCamera4QX(QXCamera*) override {}
 
-  // Effects on the finished picture, several textures at once.
-  unsigned char AddCompositor(QXRenderTarget*, QdcUnicodeString const&) override { return Refuse("effects"); }
-  void RemoveCompositor(QXRenderTarget*, QdcUnicodeString const&) override {}
-  unsigned char SetCompositorParameter(QdcUnicodeString const&, QdcUnicodeString const&, double) override {
-    return Refuse("effects");
-  }
+  // Effects on the finished picture beside bloom, several textures at once.
   void SetHDREnable(unsigned char) override {}
   void SetExposure(double) override {}
   void SetAmbientOcclusion(unsigned char, double) override {}
