@@ -1,7 +1,7 @@
 /// @file
-/// What the model reader does by itself with a hostile file: the encoding of text, the checks of a format, the moving of
-/// map coordinates, the options of MTL files, and the model that comes back from the importer's process. The first byte
-/// chooses.
+/// What the model reader does by itself with a hostile file: the encoding of text, the checks of a format, the moving
+/// of map coordinates, the options of MTL files, and the model that comes back from the importer's process. The first
+/// byte chooses.
 #include <plugins/assimp/QXFormatCheck.h>
 #include <plugins/assimp/QXModelStream.h>
 #include <plugins/assimp/QXMtlMaps.h>

@@ -2,13 +2,13 @@
 //
 // Every case writes one model with assimp's exporter of the format, then three roads take turns: the reader's Open, as
 // QXModelManager::Load calls it, which imports in a process of its own and hands over a finished ModelDataInfo;
-// Importer::ReadFile of the same file in this process, with the steps that bring the same result (triangles alone, equal
-// vertices joined, normals where the file has none); and that same ReadFile in a process of its own. The second finds all
-// memory in place from the round before, and is what "ratio" is over; a first import in a process finds none, as the third,
-// which "process_ratio" is over. The quickest of each counts, since other programs only ever add to it.
+// Importer::ReadFile of the same file in this process, with the steps that bring the same result (triangles alone,
+// equal vertices joined, normals where the file has none); and that same ReadFile in a process of its own. The second
+// finds all memory in place from the round before, and is what "ratio" is over; a first import in a process finds none,
+// as the third, which "process_ratio" is over. The quickest of each counts, since other programs only ever add to it.
 //
-// Time is that of the processor, in this process and in those that it starts, so that a second process is no free help;
-// "wall" is what a caller waits. Releasing the result is in no road. What comes out is compared before anything is timed.
+// Time is that of the processor, in this process and in those that it starts, so that a second process is no free
+// help; "wall" is what a caller waits. Releasing the result is in no road. What comes out is compared before anything is timed.
 //
 // "grid" is one mesh of so many triangles, "city" as many in meshes of 18 with a material and a node each.
 

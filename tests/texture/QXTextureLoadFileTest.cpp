@@ -63,8 +63,8 @@ TEST(QXTextureLoadFile, OfAPictureSucceedsOnEveryRoad) {
 }
 
 std::unique_ptr<QXTextureData> FromMemory(std::string const& strBytes) {
-  return std::unique_ptr<QXTextureData>(QXTexture::GetTextureDataFromMemory(
-      reinterpret_cast<unsigned char const*>(strBytes.data()), strBytes.size()));
+  return std::unique_ptr<QXTextureData>(
+      QXTexture::GetTextureDataFromMemory(reinterpret_cast<unsigned char const*>(strBytes.data()), strBytes.size()));
 }
 
 TEST(QXTextureLoadFile, OfAPictureInMemoryIsThatOfTheFile) {

@@ -67,7 +67,7 @@ public:
   /// The base colour becomes ambient and diffuse (white under a picture that replaces it), the picture unit 0 with its
   /// transform and clamping; a mirrored repetition is a plain one, since no state mirrors. Alpha masks become an alpha
   /// function; blended materials and colours that let something through are blended by their alpha and leave the depths
-  /// alone. A picture that may have an alpha, of which the file says nothing, is blended too, but leaves its depths, and
+  /// alone. A picture that may have an alpha, of which the file says nothing, is blended too, but writes its depths, and
   /// pixels without opacity are dropped. Both sides are drawn: files do not agree on which one is the front.
   ///
   /// A pass is called after model and material: "name|material", with "#2" and so on where one material draws meshes
