@@ -4,7 +4,7 @@ namespace QXGallery {
 
 std::vector<QXGalleryPicture> GetAllPictures() {
   std::vector<QXGalleryPicture> arrAll;
-  for (auto const pfnGetPictures : {GetScenePictures, GetSkyPictures})
+  for (auto const pfnGetPictures : {GetScenePictures, GetLightPictures, GetSkyPictures})
     for (QXGalleryPicture const& picture : pfnGetPictures()) arrAll.push_back(picture);
   return arrAll;
 }

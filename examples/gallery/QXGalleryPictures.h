@@ -22,6 +22,7 @@ struct QXGalleryPicture {
 
 // One function a family, in the order in which doc/gallery.md shows them; QXGalleryPictures.cpp lists them again.
 std::span<QXGalleryPicture const> GetScenePictures();
+std::span<QXGalleryPicture const> GetLightPictures();
 std::span<QXGalleryPicture const> GetSkyPictures();
 
 /// All pictures of all families.
