@@ -38,7 +38,6 @@ public:
   void SetColor(QXColorValue3D const& color) override { m_Color = color; }
   void SetRotation(double dRadians) override { m_dRotation = dRadians; }
   void SetVisibleDistance(double dNear, double dFar) override;
-  /// Kept for selection targets, which this renderer does not have yet.
   void SetSelectionID(unsigned int nID) override { m_nSelectionID = nID; }
 
 private:
@@ -61,6 +60,7 @@ private:
   unsigned long long m_nNumber;
   unsigned int m_nSelectionID;
   unsigned char m_bVisible;
+  unsigned char m_bSelected;
   unsigned char m_bPixels;
 };
 

@@ -18,6 +18,7 @@
 #include <plugins/ogre/QXOgreDrawable.h>
 #include <plugins/ogre/QXOgreImage.h>
 #include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/picking/QXOgrePickFilter.h>
 
 namespace QXC {
 
@@ -56,7 +57,7 @@ double ToWholePixel(double dClip, double dW, int nPixels) {
 struct QXOgreBillboardSet::Batch {
   Batch(QXOgreDevice& device, Ogre::VertexData* pVertexData)
       : m_Renderable(device, pVertexData, &m_IndexData, QX_OPERATION_TRIANGLE_LIST, QXColorValue3D::White, m_Place) {
-    m_Renderable.SetLook(QXColorValue3D::White, QXColorValue3D(), false, false);
+    m_Renderable.SetIdentity(0, QX_OGRE_NUMBERING_WHOLE);
   }
 
   Ogre::IndexData m_IndexData;
@@ -66,7 +67,7 @@ struct QXOgreBillboardSet::Batch {
 };
 
 QXOgreBillboardSet::QXOgreBillboardSet(QXOgreDevice& device)
-    : m_Device(device), m_arrBindings(1), m_nRoom(0), m_nMade(0) {}
+    : m_Device(device), m_arrBindings(1), m_SelectionColor(QXOgreLook().m_SelectionColor), m_nRoom(0), m_nMade(0) {}
 
 QXOgreBillboardSet::~QXOgreBillboardSet() {
   for (QXOgreBillboard* const pBillboard : m_arrBillboards) pBillboard->m_pSet = nullptr;
@@ -140,11 +141,24 @@ bool QXOgreBillboardSet::Place(QXOgreBillboard const& billboard, QXOgreView cons
   return std::isfinite(static_cast<float>(vecEye.z)) && !IsOutside(item.m_arrCorners, vecEye.z, mat);
 }
 
+void QXOgreBillboardSet::SelectObjects(std::set<unsigned int> const& setIDs) {
+  for (QXOgreBillboard* const p : m_arrBillboards)
+    p->m_bSelected = p->m_nSelectionID != 0 && setIDs.contains(p->m_nSelectionID);
+}
+
+QXOgreBillboard* QXOgreBillboardSet::Find(unsigned int nSelectionID) const {
+  auto const position = std::find_if(m_arrBillboards.begin(), m_arrBillboards.end(),
+      [&](QXOgreBillboard const* p) { return nSelectionID != 0 && p->m_nSelectionID == nSelectionID; });
+  return position == m_arrBillboards.end() ? nullptr : *position;
+}
+
 void QXOgreBillboardSet::CollectItems(QXOgreView const& view) {
   m_arrItems.clear();
   Item item;
   for (QXOgreBillboard const* const pBillboard : m_arrBillboards) {
-    if (!pBillboard->m_bVisible || !Place(*pBillboard, view, item)) continue;
+    if (!pBillboard->m_bVisible || (view.m_pPick && !view.m_pPick->Takes(pBillboard->m_nSelectionID)) ||
+        !Place(*pBillboard, view, item))
+      continue;
     QXOgreTextureSource* const pSource = pBillboard->m_pUse ? pBillboard->m_pUse->GetSource() : nullptr;
     if (pSource) pSource->PrepareFor(m_Device.GetFrame());
     item.m_pBillboard = pBillboard;
@@ -184,6 +198,7 @@ void QXOgreBillboardSet::MakeRoom(std::size_t nQuads) {
     declaration.addElement(0, offsetof(Vertex, m_fPosition), Ogre::VET_FLOAT3, Ogre::VES_POSITION);
     declaration.addElement(0, offsetof(Vertex, m_fColor), Ogre::VET_FLOAT4, Ogre::VES_DIFFUSE);
     declaration.addElement(0, offsetof(Vertex, m_fTexCoord), Ogre::VET_FLOAT2, Ogre::VES_TEXTURE_COORDINATES, 0);
+    declaration.addElement(0, offsetof(Vertex, m_nIdentifier), Ogre::VET_UBYTE4_NORM, Ogre::VES_SPECULAR, 0);
   }
   m_pVertexData->vertexBufferBinding->setBinding(0, m_pVertexBuffer);
   m_pVertexData->vertexCount = nRoom * CORNERS;
@@ -200,18 +215,22 @@ void QXOgreBillboardSet::UploadVertices() {
     QdcRect2D const& part = item.m_pBillboard->m_rcPart;
     double const arrU[CORNERS] = {part.left, part.right, part.right, part.left};
     double const arrV[CORNERS] = {part.bottom, part.bottom, part.top, part.top};
+    unsigned int const nID = item.m_pBillboard->m_nSelectionID;
     for (std::size_t i = 0; i < CORNERS; ++i) {
       *pVertex++ = {{static_cast<float>(item.m_arrCorners[2 * i]), static_cast<float>(item.m_arrCorners[2 * i + 1]),
                         static_cast<float>(-item.m_dDepth)},
           {static_cast<float>(color.r), static_cast<float>(color.g), static_cast<float>(color.b),
               static_cast<float>(color.a)},
-          {static_cast<float>(arrU[i]), static_cast<float>(arrV[i])}};
+          {static_cast<float>(arrU[i]), static_cast<float>(arrV[i])},
+          {static_cast<std::uint8_t>(nID >> 24U), static_cast<std::uint8_t>(nID >> 16U & 0xFFU),
+              static_cast<std::uint8_t>(nID >> 8U & 0xFFU), static_cast<std::uint8_t>(nID & 0xFFU)}};
     }
   }
   m_pVertexBuffer->writeData(0, m_arrVertices.size() * sizeof(Vertex), m_arrVertices.data(), true);
 }
 
 bool QXOgreBillboardSet::IsOneBatch(Item const& first, Item const& next, std::vector<Ogre::Real> const& arrDepths) {
+  if (first.m_pBillboard->m_bSelected != next.m_pBillboard->m_bSelected) return false;
   if (first.m_pSource != next.m_pSource || first.m_bTransparent != next.m_bTransparent) return false;
   if (!first.m_bTransparent) return true;
   // The farthest of the drawables that stand no farther than the first; OGRE compares in float.
@@ -221,7 +240,7 @@ bool QXOgreBillboardSet::IsOneBatch(Item const& first, Item const& next, std::ve
 }
 
 void QXOgreBillboardSet::QueueBatch(
-    std::size_t nBatch, std::size_t nFirst, std::size_t nEnd, Ogre::RenderQueue& queue) {
+    std::size_t nBatch, std::size_t nFirst, std::size_t nEnd, bool bIdentifiers, Ogre::RenderQueue& queue) {
   if (nBatch == m_arrBatches.size()) m_arrBatches.push_back(std::make_unique<Batch>(m_Device, m_pVertexData.get()));
   Batch& batch = *m_arrBatches[nBatch];
   Item const& first = m_arrItems[nFirst];
@@ -239,6 +258,8 @@ void QXOgreBillboardSet::QueueBatch(
   surface.m_bTransparent = first.m_bTransparent;
   surface.m_strCoordSets = batch.m_Renderable.GetCoordSets();
   batch.m_Renderable.SetMaterial(m_Device.GetMaterials().Get(surface));
+  batch.m_Renderable.SetLook(QXColorValue3D::White, m_SelectionColor, first.m_pBillboard->m_bSelected != 0, false);
+  batch.m_Renderable.DrawIdentifiers(bIdentifiers);
   queue.addRenderable(&batch.m_Renderable, Ogre::RENDER_QUEUE_MAIN, QXOgreDrawable::PLAIN_PRIORITY);
 }
 
@@ -253,7 +274,7 @@ void QXOgreBillboardSet::Queue(
   std::size_t nFirst = 0;
   for (std::size_t i = 1; i <= m_arrItems.size(); ++i) {
     if (i < m_arrItems.size() && IsOneBatch(m_arrItems[nFirst], m_arrItems[i], arrDepths)) continue;
-    QueueBatch(nBatches++, nFirst, i, queue);
+    QueueBatch(nBatches++, nFirst, i, view.m_pPick != nullptr, queue);
     nFirst = i;
   }
   auto const nItems = static_cast<unsigned int>(m_arrItems.size());

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include <OgreHardwareVertexBuffer.h>
@@ -39,6 +41,12 @@ public:
   /// Around the visible ones, of any camera's; those with a size in pixels count as points. Null if there are none.
   QXBoundingBox GetBounds() const;
 
+  /// Shows those whose identifiers are among them in the colour of selected things, and no others.
+  void SelectObjects(std::set<unsigned int> const& setIDs);
+  void SetSelectionColor(QXColorValue3D const& color) { m_SelectionColor = color; }
+  /// The first with a selection identifier; null if there is none. Cost: linear.
+  QXOgreBillboard* Find(unsigned int nSelectionID) const;
+
   /// Puts what the view sees into the queue and counts it. Allocates only while there are more than ever before.
   /// @param arrDepths  of the transparent drawables in the queue; sorted here
   void Queue(
@@ -58,6 +66,8 @@ private:
     float m_fPosition[3];
     float m_fColor[4];
     float m_fTexCoord[2];
+    /// The identifier's bytes from the top one down.
+    std::uint8_t m_nIdentifier[4];
   };
   /// One draw operation.
   struct Batch;
@@ -70,7 +80,7 @@ private:
   void MakeRoom(std::size_t nQuads);
   /// Whether the second of two neighbours belongs into the batch that the first one began.
   static bool IsOneBatch(Item const& first, Item const& next, std::vector<Ogre::Real> const& arrDepths);
-  void QueueBatch(std::size_t nBatch, std::size_t nFirst, std::size_t nEnd, Ogre::RenderQueue& queue);
+  void QueueBatch(std::size_t nBatch, std::size_t nFirst, std::size_t nEnd, bool bIdentifiers, Ogre::RenderQueue& queue);
 
   QXOgreDevice& m_Device;
   std::vector<QXOgreBillboard*> m_arrBillboards;
@@ -81,6 +91,7 @@ private:
   Ogre::HardwareIndexBufferSharedPtr m_pIndexBuffer;
   std::vector<std::unique_ptr<Batch>> m_arrBatches;
   std::vector<QXOgreBinding> m_arrBindings;
+  QXColorValue3D m_SelectionColor;
   std::size_t m_nRoom;
   unsigned long long m_nMade;
 };

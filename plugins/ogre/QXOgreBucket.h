@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include <QxGraphics3D/frame/foundation/base/QdcArray.h>
@@ -76,6 +77,10 @@ public:
   };
   /// Null for an object that the bucket does not have.
   Span const* FindObject(unsigned int nKey) const;
+  /// By their keys.
+  std::map<unsigned int, Span> const& GetObjects() const { return m_mapObjects; }
+  /// Keys of the objects that are selected; the geometry shows them so.
+  std::set<unsigned int>& GetSelected() { return m_setSelected; }
   /// The object's vertices have become transparent, and with them the ranges that touch any of them.
   void NoteTransparent(Span const& span);
 
@@ -88,6 +93,7 @@ private:
   std::vector<std::unique_ptr<QXOgreBucketRange>> m_arrRanges;
   std::vector<double> m_arrDistances;
   std::map<unsigned int, Span> m_mapObjects;
+  std::set<unsigned int> m_setSelected;
   double m_dLineReach;
   bool m_bWideLines;
 };

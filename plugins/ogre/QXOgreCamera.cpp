@@ -55,10 +55,18 @@ void QXOgreCamera::SetScene(QXOgreScene& scene, QXOgreSceneNode const* pNode) {
 void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene) {
   auto* const pTarget = pViewport ? dynamic_cast<QXOgreRenderTarget*>(pViewport->GetTarget()) : nullptr;
   if (!pTarget) return;
+  QXOgreView const view = MakeView(*pViewport, *pTarget);
   m_Graphics3D.SetViewport(pViewport);
-  m_Graphics3D.SetViewMatrix(GetViewMatrix());
-  if (IsProjectionOwn()) ComputeProjection(*pViewport);
+  m_Graphics3D.SetViewMatrix(m_matView);
   m_Graphics3D.SetProjectionMatrix(m_matProjection);
+  pTarget->DrawViewport(*pViewport, FindScene(pViewport), view, bRenderScene);
+  m_bRefresh = 0;
+  if (m_pfnSceneRender) m_pfnSceneRender(m_nSceneRenderHandle, this, pViewport, bRenderScene);
+}
+
+QXOgreView QXOgreCamera::MakeView(QXViewport const& viewport, QXOgreRenderTarget const& target) {
+  UpdateView();
+  if (IsProjectionOwn()) ComputeProjection(viewport);
   UpdateFrustum();
   QXOgreView view;
   view.m_pFrustum = this;
@@ -66,14 +74,12 @@ void QXOgreCamera::RenderScene(QXViewport* pViewport, unsigned char bRenderScene
   view.m_matView = Translation(view.m_vecOrigin) * m_matView;
   view.m_matProjection = m_matProjection;
   view.m_vecEye = QXVector3d::ZERO.MultiplyMatrix(view.m_matView.Invert()) + view.m_vecOrigin;
-  view.m_dVerticalExaggeration = pTarget->GetVerticalExaggeration();
-  view.m_ePolygonMode = pTarget->GetPolygonMode();
+  view.m_dVerticalExaggeration = target.GetVerticalExaggeration();
+  view.m_ePolygonMode = target.GetPolygonMode();
   view.m_pNode = m_pNode;
-  view.m_nWidth = pViewport->GetActualWidth();
-  view.m_nHeight = pViewport->GetActualHeight();
-  pTarget->DrawViewport(*pViewport, FindScene(pViewport), view, bRenderScene);
-  m_bRefresh = 0;
-  if (m_pfnSceneRender) m_pfnSceneRender(m_nSceneRenderHandle, this, pViewport, bRenderScene);
+  view.m_nWidth = viewport.GetActualWidth();
+  view.m_nHeight = viewport.GetActualHeight();
+  return view;
 }
 
 void QXOgreCamera::UpdateViewMatrix(QXViewport*) {

@@ -7,8 +7,10 @@
 namespace QXC {
 
 class QXOgreGraphics3D;
+class QXOgreRenderTarget;
 class QXOgreScene;
 class QXOgreSceneNode;
+struct QXOgreView;
 
 /// Draws what stands in its scene. While the host has set no projection matrix, the camera computes one for each
 /// viewport from projection type, field of view, aspect of the viewport, near and far; a distance that is not set
@@ -22,12 +24,16 @@ public:
   /// Draws this scene from now on, and of it only what hangs under a node; null: everything.
   void SetScene(QXOgreScene& scene, QXOgreSceneNode const* pNode);
 
+  /// The view of a viewport as it would be drawn now; it points to this camera's planes.
+  QXOgreView MakeView(QXViewport const& viewport, QXOgreRenderTarget const& target);
+  /// Null if there is none.
+  QXOgreScene* FindScene(QXViewport const* pViewport) const;
+
   void RenderScene(QXViewport* pViewport, unsigned char bRenderScene) override;
   void UpdateViewMatrix(QXViewport* pViewport) override;
   void UpdateProMatrix() override;
 
 private:
-  QXOgreScene* FindScene(QXViewport const* pViewport) const;
   bool IsProjectionOwn() const;
   void ComputeProjection(QXViewport const& viewport);
   /// The distances of the host, or where one is not set, such that the scene lies between them.

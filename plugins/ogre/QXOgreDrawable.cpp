@@ -17,6 +17,7 @@
 #include <plugins/ogre/QXOgreTextureUnits.h>
 #include <plugins/ogre/effects/QXOgreSkeletonAnimation.h>
 #include <plugins/ogre/effects/QXOgreSkin.h>
+#include <plugins/ogre/picking/QXOgrePickFilter.h>
 
 namespace QXC {
 
@@ -67,8 +68,8 @@ unsigned long long NextVersion() {
 }  // namespace
 
 QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
-    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false), m_bVisible(1),
-      m_nGeometryVersion(NextVersion()), m_nLookVersion(0) {
+    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false),
+      m_nSelectionID(0), m_bVisible(1), m_nGeometryVersion(NextVersion()), m_nLookVersion(0) {
   if (m_pDevice) m_pDevice->AddDrawable(this);
 }
 
@@ -112,6 +113,7 @@ void QXOgreDrawable::SetGeometry(QXRenderOperationMultiIndex const& source, QXTe
   }
   m_bMoved = m_pSkeleton != nullptr;
   UpdateMovedBounds();
+  SetIdentities();
   TakeTextures(source, pManager);
   if (source.GetMatrix()) m_matModel = *source.GetMatrix();
   // White is what an operation has that was given no colour.
@@ -251,8 +253,9 @@ unsigned short QXOgreDrawable::GetQueuePriority() const {
 
 void QXOgreDrawable::Queue(
     QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
-  if (!IsSeen(view)) return;
+  if ((view.m_pPick && !view.m_pPick->Takes(m_nSelectionID)) || !IsSeen(view)) return;
   MoveVertices();
+  if (view.m_pPick && m_pBucket) NumberObjects();
   QXMatrix4d matWorld = m_matWorld;
   for (int i = 0; i < 4; ++i) matWorld[i][2] *= view.m_dVerticalExaggeration;
   // The large numbers meet in double, and what is left of them becomes float.
@@ -272,6 +275,7 @@ void QXOgreDrawable::Queue(
       MoveTextures(i);
     }
     if (!renderable.PrepareTextures(m_pDevice->GetFrame())) UpdateMaterial(i);
+    renderable.DrawIdentifiers(view.m_pPick != nullptr);
     queue.addRenderable(&renderable, Ogre::RENDER_QUEUE_MAIN, GetQueuePriority());
     if (renderable.IsBlended()) arrDepths.push_back(renderable.getSquaredViewDepth(nullptr));
     counts.m_nTriangles += m_Geometry.GetRanges()[i].m_nTriangleCount;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include <OgrePrerequisites.h>
@@ -115,6 +116,22 @@ public:
   unsigned char IsVisible() const { return m_bVisible; }
   /// Whether both it and its node are visible.
   bool IsShown() const;
+  /// Identifier for picking, 0 for none. Objects of a bucket add their keys to it.
+  void SetSelectionID(unsigned int nID);
+  unsigned int GetSelectionID() const { return m_nSelectionID; }
+  /// The key of the object of a bucket that a selection identifier means; false if it means none.
+  bool FindObject(unsigned int nID, unsigned int& nKey) const;
+  /// Whether parts of it have identifiers of their own.
+  bool HasObjects() const;
+  /// Shows what is among the identifiers as selected, itself or objects of its bucket, and nothing else of it.
+  void SelectObjects(std::set<unsigned int> const& setIDs);
+  /// Of an object of the bucket, in world coordinates; null without the object. Reads its vertices from the device.
+  QXBoundingBox GetObjectBounds(unsigned int nKey) const;
+  /// Nearest triangle that a ray meets, from either side, in world coordinates: those of the visible ranges, of a bucket
+  /// those of level 0. Reads vertices and indices from the device. Cost: linear in both.
+  /// @param dDistance  set on a hit, in lengths of vecDirection
+  bool Intersect(QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const;
+
   QXOgreLook const& GetLook() const { return m_Look; }
   void SetLook(QXOgreLook const& look);
 
@@ -162,6 +179,10 @@ private:
   /// Moves the textures that move.
   void MoveTextures(std::size_t nRange);
   bool IsLevelDrawn(std::size_t nRange, double dDistance) const;
+  /// Gives the vertices of a bucket the numbers of their objects.
+  void NumberObjects();
+  void SetIdentities();
+  void SelectObject(unsigned int nKey, bool bSelected);
   void NoteTransparent(unsigned int nFirst, unsigned int nCount, unsigned int const* pColors);
 
   QXOgreDevice* m_pDevice;
@@ -188,6 +209,7 @@ private:
   QXOgreLook m_Look;
   /// Of the buffers' zero; the renderables point here.
   QXOgrePlace m_Place;
+  unsigned int m_nSelectionID;
   unsigned char m_bVisible;
   unsigned long long m_nGeometryVersion;
   unsigned long long m_nLookVersion;

@@ -37,15 +37,14 @@ void QXOgreDrawable::SetBucket(
     m_arrRenderables.push_back(
         std::make_unique<QXOgreRenderable>(*m_pDevice, m_Geometry.GetVertexData(), arrRanges[i].m_pIndexData.get(),
             arrRanges[i].m_eOperationType, arrRanges[i].m_Color, m_pBucket->GetRange(i).m_Place));
+  SetIdentities();
   UpdateMaterials();
   UpdateWorld();
 }
 
 void QXOgreDrawable::SetBatchState(QXBatchSelAndVertexColor const& state) {
   if (!m_pBucket) return;
-  for (auto const& [nKey, bSelected] : state.m_mapSelections)
-    if (QXOgreBucket::Span const* const pSpan = m_pBucket->FindObject(nKey))
-      m_Geometry.FillSelection(pSpan->m_nFirst, pSpan->m_nCount, bSelected != 0);
+  for (auto const& [nKey, bSelected] : state.m_mapSelections) SelectObject(nKey, bSelected != 0);
   for (auto const& [nKey, nColor] : state.m_mapVertexColors) {
     QXOgreBucket::Span const* const pSpan = m_pBucket->FindObject(nKey);
     if (!pSpan) continue;

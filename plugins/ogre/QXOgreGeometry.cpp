@@ -119,8 +119,8 @@ void QXOgreGeometry::Upload(QXOgreVertices const& vertices) {
 void QXOgreGeometry::Clear() {
   m_arrRanges.clear();
   m_pVertexData.reset();
-  m_pSelectionBuffer.reset();
   m_pSkin.reset();
+  m_pObjectBuffer.reset();
   m_vecZero = QXVector3d::ZERO;
   m_Bounds.SetNULL();
   m_nDeviceMemory = 0;
@@ -247,17 +247,47 @@ void QXOgreGeometry::FillColor(unsigned int nFirst, unsigned int nCount, std::ui
   if (HasTransparent(&nColor, 1)) m_bTransparentVertices = 1;
 }
 
-void QXOgreGeometry::FillSelection(unsigned int nFirst, unsigned int nCount, bool bSelected) {
+void QXOgreGeometry::AddObjectWords(std::vector<std::uint32_t> const& arrWords) {
+  auto const nStream = static_cast<unsigned short>(m_pVertexData->vertexBufferBinding->getBufferCount());
+  AddStream(Ogre::VET_UBYTE4_NORM, Ogre::VES_SPECULAR, 0, arrWords.data());
+  m_pObjectBuffer = m_pVertexData->vertexBufferBinding->getBuffer(nStream);
+}
+
+void QXOgreGeometry::FillObjectWord(unsigned int nFirst, unsigned int nCount, std::uint32_t nWord) {
   std::size_t const nSize = sizeof(std::uint32_t);
-  if (!m_pSelectionBuffer) {
-    if (!bSelected) return;
-    std::vector<std::uint32_t> const arrNone(m_nVertexCount, 0);
-    auto const nStream = static_cast<unsigned short>(m_pVertexData->vertexBufferBinding->getBufferCount());
-    AddStream(Ogre::VET_UBYTE4_NORM, Ogre::VES_SPECULAR, 0, arrNone.data());
-    m_pSelectionBuffer = m_pVertexData->vertexBufferBinding->getBuffer(nStream);
+  std::vector<std::uint32_t> const arrWords(nCount, nWord);
+  m_pObjectBuffer->writeData(nFirst * nSize, nCount * nSize, arrWords.data());
+}
+
+std::vector<double> QXOgreGeometry::ReadPositions(unsigned int nFirst, unsigned int nCount) const {
+  std::vector<double> arrPositions(std::size_t{nCount} * 3);
+  if (nCount == 0) return arrPositions;
+  auto const pBuffer = m_pVertexData->vertexBufferBinding->getBuffer(POSITION_STREAM);
+  std::size_t const nSize = pBuffer->getVertexSize();
+  std::size_t const nNumbers = nSize / sizeof(float);
+  std::vector<float> arrNumbers(nCount * nNumbers);
+  pBuffer->readData(nFirst * nSize, nCount * nSize, arrNumbers.data());
+  double const dZero[3] = {m_vecZero.x, m_vecZero.y, m_vecZero.z};
+  for (std::size_t i = 0; i < nCount; ++i)
+    for (std::size_t k = 0; k < 3; ++k)
+      arrPositions[3 * i + k] = static_cast<double>(arrNumbers[i * nNumbers + k]) + dZero[k];
+  return arrPositions;
+}
+
+std::vector<std::uint32_t> QXOgreGeometry::ReadIndices(std::size_t nRange) const {
+  if (nRange >= m_arrRanges.size() || !m_arrRanges[nRange].m_pIndexData) return {};
+  Ogre::IndexData const& data = *m_arrRanges[nRange].m_pIndexData;
+  std::vector<std::uint32_t> arrIndices(data.indexCount);
+  if (data.indexBuffer->getType() == Ogre::HardwareIndexBuffer::IT_32BIT) {
+    data.indexBuffer->readData(
+        data.indexStart * sizeof(std::uint32_t), data.indexCount * sizeof(std::uint32_t), arrIndices.data());
+    return arrIndices;
   }
-  std::vector<std::uint32_t> const arrMarks(nCount, bSelected ? OPAQUE_WHITE : 0);
-  m_pSelectionBuffer->writeData(nFirst * nSize, nCount * nSize, arrMarks.data());
+  std::vector<std::uint16_t> arrNarrow(data.indexCount);
+  data.indexBuffer->readData(
+      data.indexStart * sizeof(std::uint16_t), data.indexCount * sizeof(std::uint16_t), arrNarrow.data());
+  std::copy(arrNarrow.begin(), arrNarrow.end(), arrIndices.begin());
+  return arrIndices;
 }
 
 void QXOgreGeometry::UploadTexCoords(QXOgreVertices const& vertices) {

@@ -99,8 +99,16 @@ public:
   unsigned short GetTexCoordDim(unsigned int nSet) const { return nSet < SetNum ? m_nTexCoordDims[nSet] : 0; }
   /// Puts one word in place of the colours of some vertices, whether they came with colours or not. They must be there.
   void FillColor(unsigned int nFirst, unsigned int nCount, std::uint32_t nColor);
-  /// Marks vertices as selected or not, for programs that look at that. They must be there.
-  void FillSelection(unsigned int nFirst, unsigned int nCount, bool bSelected);
+  /// Whether vertices have words for selection and objects.
+  bool HasObjectWords() const { return m_pObjectBuffer != nullptr; }
+  /// Gives each vertex a word for selection and objects, the first bytes of which programs know as secondary_colour.x.
+  void AddObjectWords(std::vector<std::uint32_t> const& arrWords);
+  /// Overwrites them. The words and the vertices must be there.
+  void FillObjectWord(unsigned int nFirst, unsigned int nCount, std::uint32_t nWord);
+  /// Reads positions back from the device: three numbers each, in the coordinates of the source. They must be there.
+  std::vector<double> ReadPositions(unsigned int nFirst, unsigned int nCount) const;
+  /// Reads the indices of a range back; none of one that draws nothing.
+  std::vector<std::uint32_t> ReadIndices(std::size_t nRange) const;
   /// The largest number in set 1: how far the corners of labels are from their anchors, in pixels.
   float GetLabelReach() const { return m_fLabelReach; }
 
@@ -134,9 +142,9 @@ private:
   unsigned char m_bTransparentVertices;
   unsigned short m_nTexCoordDims[SetNum];
   float m_fLabelReach;
-  /// Made when vertices are first marked.
-  std::shared_ptr<Ogre::HardwareVertexBuffer> m_pSelectionBuffer;
   std::unique_ptr<QXOgreSkin> m_pSkin;
+  /// Made when vertices are first selected or picked.
+  std::shared_ptr<Ogre::HardwareVertexBuffer> m_pObjectBuffer;
 };
 
 }  // namespace QXC

@@ -23,6 +23,7 @@
 #include <plugins/ogre/QXOgreTextureManager.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
 #include <plugins/ogre/instancing/QXOgreHwInstancingManager.h>
+#include <plugins/ogre/picking/QXOgreSelection.h>
 
 namespace QXC {
 
@@ -49,7 +50,7 @@ QXOgreGraphics3D::QXOgreGraphics3D()
     : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)),
       m_pTextures(std::make_unique<QXOgreTextureManager>(*this)),
       m_pInstancings(std::make_unique<QXOgreHwInstancingManager>(*this)), m_pTextureScene(nullptr),
-      m_pTextScene(nullptr), m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
+      m_pTextScene(nullptr), m_pSelection(std::make_unique<QXOgreSelection>(*this)), m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
   m_pRenderOperationManager = m_pManager.get();
   m_pTextureManager = m_pTextures.get();
   m_pHwInstancingManager = m_pInstancings.get();
@@ -66,6 +67,7 @@ QXOgreGraphics3D::~QXOgreGraphics3D() {
   m_mapScenes.clear();
   m_pResourceHolder = nullptr;
   m_pTexts.reset();
+  m_pSelection.reset();
   for (QXOgreScene* const pScene : {m_pTextureScene, m_pTextScene})
     if (pScene) m_pDevice->DestroyScene(pScene);
   m_pTextureScene = nullptr;

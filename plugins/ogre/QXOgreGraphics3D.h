@@ -24,6 +24,7 @@ class QXOgreRenderOperationManager;
 class QXOgreRenderTarget;
 class QXOgreScene;
 class QXOgreSceneNode;
+class QXOgreSelection;
 class QXOgreTexts;
 class QXOgreTextureManager;
 
@@ -55,6 +56,9 @@ public:
   /// Inside its ranges.
   QXBloomSetting const& GetBloomSetting() const { return m_BloomSetting; }
   bool IsBloomEnabled() const { return m_bBloomEnabled; }
+  /// The target as this renderer's own; null if it is none of its living ones.
+  QXOgreRenderTarget* OwnTarget(QXRenderTarget* pTarget) const;
+  QXOgreSelection* GetSelection() const { return m_pSelection.get(); }
   /// Adds to the counters of the frame.
   void Count(QXOgreCounts const& counts);
   void SetErrorText(std::string const& strText);
@@ -132,6 +136,24 @@ public:
   void DetachFromSceneNode(QdcUnicodeString const& strSceneName, QXRenderOperation3D* pRenderOperation) override;
   void GetSceneNodeBoundingBox(
       QdcUnicodeString const& strSceneName, QdcUnicodeString const& strNodeName, QXBoundingBox& box) const override;
+  unsigned char BeginSelection(QXRenderTarget* pTarget, int nLeft, int nBottom, int nWidth, int nHeight) override;
+  void EndSelection() override;
+  unsigned int ReadSelectionID(int nX, int nY) const override;
+  void ReadSelectionIDs(QdcRect const& rcPixels, QdcArray<unsigned int>& arrIDs) const override;
+  void SetSelectionEnable(QdcUnicodeString const& strSceneName, unsigned char bEnable) override;
+  void SetSelectionTolerance(double dPixels) override;
+  QXVector3d GetSelInfo(float fX, float fY, int& nLayerID, int& nObjectID, QdcArray<QXGeometry*>& arrGeometries,
+      std::set<int>& setLayerIDs, unsigned char bAll, std::map<int, QdcRect2D> const* pMapBounds) override;
+  QXVector3d GetSelInfo(float fX, float fY, int& nLayerID, int& nObjectID, unsigned char bAll) override;
+  unsigned int PickObject(double dX, double dY, QXVector3d& vecHit) const override;
+  unsigned int PickObjectByRay(QdcUnicodeString const& strSceneName, QXVector3d const& vecOrigin,
+      QXVector3d const& vecDirection, QXVector3d& vecHit) const override;
+  QXRenderTarget* CreateSelectionRenderTarget(QdcUnicodeString const& strName, unsigned int nWidth,
+      unsigned int nHeight, QdcUnicodeString const& strSceneName) override;
+  double ReadDepth(QXRenderTarget* pTarget, int nX, int nY) const override;
+  QXVector3d ScreenToCartesian(int nX, int nY) const override;
+  QXVector3d GetPixelPosition(QXRenderTarget* pTarget, int nX, int nY) const override;
+  QXColorValue3D ScreenToColor(int nX, int nY) const override;
   void SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) override;
   void ClearSelectedObjects() override;
   void SetSelectionColor(QXColorValue3D const& color) override;
@@ -203,6 +225,7 @@ private:
   std::unique_ptr<QXOgreTexts> m_pTexts;
   QXBloomSetting m_BloomSetting;
   bool m_bBloomEnabled = true;
+  std::unique_ptr<QXOgreSelection> m_pSelection;
   QXVector3d m_vecRelativeOrigin;
   QdcUnicodeString m_strName;
   QdcUnicodeString m_strError;

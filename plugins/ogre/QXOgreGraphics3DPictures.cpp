@@ -1,16 +1,13 @@
-// Projections, patches, read-back and objects by their selection identifiers.
+// Projections, patches and read-back.
 
 #include <algorithm>
 #include <cstring>
-#include <set>
 
 #include <QxGraphics3D/frame/QXViewport.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
 #include <plugins/ogre/QXOgreCamera.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
-#include <plugins/ogre/QXOgreRenderOperation3D.h>
-#include <plugins/ogre/QXOgreRenderOperationManager.h>
 #include <plugins/ogre/QXOgreRenderTarget.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreSceneNode.h>
@@ -98,46 +95,6 @@ unsigned char QXOgreGraphics3D::GetScreenPosition(QXVector3d const& vecWorld, QX
   if (arrPoint[3] < 1.0e-10) return 0;
   Project(vecWorld, vecWindow);
   return 1;
-}
-
-void QXOgreGraphics3D::SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) {
-  std::set<unsigned int> setIDs;
-  for (std::size_t i = 0; i < arrIDs.GetSize(); ++i) setIDs.insert(arrIDs[i]);
-  for (QXOgreRenderOperation3D* const pOperation : m_pManager->GetOperations()) {
-    unsigned int const nID = pOperation->GetSelectionID();
-    pOperation->SetSelected(nID != 0 && setIDs.contains(nID));
-  }
-}
-
-void QXOgreGraphics3D::ClearSelectedObjects() {
-  SetSelectedObjects({});
-}
-
-void QXOgreGraphics3D::SetSelectionColor(QXColorValue3D const& color) {
-  m_pManager->SetSelectionColor(color);
-}
-
-unsigned char QXOgreGraphics3D::GetObjectBoundingBox(unsigned int nID, QXBoundingBox& box) const {
-  QXOgreRenderOperation3D const* const pOperation = m_pManager->Find(nID);
-  if (pOperation) box = pOperation->GetWorldBoundingBox();
-  return pOperation != nullptr;
-}
-
-void QXOgreGraphics3D::SetObjectVisible(unsigned int nID, unsigned char bVisible) {
-  if (QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID)) pOperation->SetVisible(bVisible);
-}
-
-unsigned char QXOgreGraphics3D::IsObjectVisible(unsigned int nID) const {
-  QXOgreRenderOperation3D const* const pOperation = m_pManager->Find(nID);
-  return pOperation && pOperation->IsVisible();
-}
-
-void QXOgreGraphics3D::SetObjectColor(unsigned int nID, QXColorValue3D const& color) {
-  if (QXOgreRenderOperation3D* const pOperation = m_pManager->Find(nID)) pOperation->SetMarkColor(color);
-}
-
-void QXOgreGraphics3D::ResetObjectColor(unsigned int nID) {
-  SetObjectColor(nID, QXColorValue3D::White);
 }
 
 }  // namespace QXC

@@ -18,7 +18,7 @@
 namespace QXC {
 
 QXOgreRenderOperation3D::QXOgreRenderOperation3D(QXOgreRenderOperationManager& manager, QXOgreDevice* pDevice)
-    : m_pManager(&manager), m_Drawable(pDevice), m_nSelectionID(0), m_nNumber(manager.Add(this)) {}
+    : m_pManager(&manager), m_Drawable(pDevice), m_nNumber(manager.Add(this)) {}
 
 QXOgreRenderOperation3D::~QXOgreRenderOperation3D() {
   if (m_pManager) m_pManager->Remove(this);
@@ -162,6 +162,14 @@ void QXOgreRenderOperation3D::SetSkeletonAnimation(QXSkeletonAnimation* pAnimati
 
 QXSkeletonAnimation* QXOgreRenderOperation3D::GetSkeletonAnimation() const {
   return m_Drawable.GetSkeleton();
+}
+
+unsigned char QXOgreRenderOperation3D::Intersect(
+    QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const {
+  if (!m_pManager) return 0;
+  unsigned char bHit = 0;
+  m_pManager->GetGraphics3D().Try([&] { bHit = m_Drawable.Intersect(vecOrigin, vecDirection, dDistance); });
+  return bHit;
 }
 
 unsigned int QXOgreRenderOperation3D::GetIndexRangeCount() const {

@@ -43,8 +43,8 @@ public:
   QXColorValue3D const& GetColor() const override { return m_Drawable.GetLook().m_Color; }
   void SetOpacity(double dOpacity) override;
   double GetOpacity() const override { return m_Drawable.GetLook().m_dOpacity; }
-  void SetSelectionID(unsigned int nID) override { m_nSelectionID = nID; }
-  unsigned int GetSelectionID() const override { return m_nSelectionID; }
+  void SetSelectionID(unsigned int nID) override { m_Drawable.SetSelectionID(nID); }
+  unsigned int GetSelectionID() const override { return m_Drawable.GetSelectionID(); }
   void SetSelected(unsigned char bSelected) override;
   unsigned char IsSelected() const override { return m_Drawable.GetLook().m_bSelected; }
   void SetSelectionColor(QXColorValue3D const& color) override;
@@ -89,7 +89,10 @@ public:
   /// Another renderer's skeleton is as good as none.
   void SetSkeletonAnimation(QXSkeletonAnimation* pAnimation) override;
   QXSkeletonAnimation* GetSkeletonAnimation() const override;
-  unsigned char Intersect(QXVector3d const&, QXVector3d const&, double&) const override { return 0; }
+  /// Of both sides of the triangles in the visible ranges, of static geometry those of level 0; neither labels nor wide
+  /// lines have any in the world. Textures do not count. Reads the vertices back from the device each time.
+  unsigned char Intersect(
+      QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const override;
   unsigned int GetDeviceMemory() const override;
 
 private:
@@ -104,7 +107,6 @@ private:
   QXOgreRenderOperationManager* m_pManager;
   QXOgreDrawable m_Drawable;
   QdcUnicodeString m_strName;
-  unsigned int m_nSelectionID;
   unsigned long long m_nNumber;
 };
 

@@ -31,6 +31,19 @@ QXOgreRenderOperation3D* QXOgreRenderOperationManager::Find(unsigned int nSelect
   return pFirst;
 }
 
+QXOgreRenderOperation3D* QXOgreRenderOperationManager::FindWithObject(
+    unsigned int nSelectionID, unsigned int& nKey) const {
+  QXOgreRenderOperation3D* pFirst = nullptr;
+  for (QXOgreRenderOperation3D* const pOperation : m_setOperations) {
+    unsigned int nFound = 0;
+    bool const bEarlier = !pFirst || pOperation->GetNumber() < pFirst->GetNumber();
+    if (!bEarlier || !pOperation->GetDrawable().FindObject(nSelectionID, nFound)) continue;
+    pFirst = pOperation;
+    nKey = nFound;
+  }
+  return pFirst;
+}
+
 void QXOgreRenderOperationManager::SetSelectionColor(QXColorValue3D const& color) {
   m_SelectionColor = color;
   for (QXOgreRenderOperation3D* const pOperation : m_setOperations) pOperation->SetSelectionColor(color);

@@ -28,6 +28,9 @@ public:
   /// The drawable with a selection identifier, the one made first where several have it; null if there is none.
   /// Cost: linear.
   QXOgreRenderOperation3D* Find(unsigned int nSelectionID) const;
+  /// The drawable of static geometry that has an object with that identifier, the one made first where several have it.
+  /// @param nKey  receives the object's key
+  QXOgreRenderOperation3D* FindWithObject(unsigned int nSelectionID, unsigned int& nKey) const;
 
   QXOgreGraphics3D& GetGraphics3D() const { return m_Graphics3D; }
   /// The drawable as this plug-in's own, null if it is another's.

@@ -17,6 +17,7 @@
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreTextureSource.h>
 #include <plugins/ogre/effects/QXOgreBloom.h>
+#include <plugins/ogre/picking/QXOgreSelection.h>
 
 namespace QXC {
 
@@ -44,7 +45,7 @@ QXOgreRenderTarget::QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeS
     QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight)
     : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_pDrawnViewport(nullptr),
       m_bBloom(false), m_vecSun(DEFAULT_SUN), m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE),
-      m_nSamples(1), m_bHostLight(false), m_bPatch(false) {
+      m_nSamples(1), m_bHostLight(false), m_bPatch(false), m_bRenderDepth(false), m_bIdentifiers(false) {
   m_strName = strName;
   m_strSceneName = strSceneName;
   m_nWidth = nWidth;
@@ -92,7 +93,7 @@ void QXOgreRenderTarget::SetSceneAntialias(unsigned char bEnable) {
 
 void QXOgreRenderTarget::SetSceneAntialiasValue(int nSamples) {
   nSamples = std::clamp(nSamples, 1, MAX_SAMPLES);
-  if (!m_pRenderer || nSamples == m_nSamples) return;
+  if (!m_pRenderer || m_bIdentifiers || nSamples == m_nSamples) return;
   if (m_pRenderer->Try([&] { MakeDevice(m_nWidth, m_nHeight, nSamples); })) m_nSamples = nSamples;
 }
 
@@ -183,17 +184,27 @@ unsigned char QXOgreRenderTarget::CopyToMemory(unsigned char* pPixels, unsigned 
     m_pRenderer->SetErrorText("the picture does not fit into the memory given: it takes width x height x 4 bytes");
     return 0;
   }
-  return m_pRenderer->Try([&] { ReadPicture(pPixels); });
+  return m_pRenderer->Try([&] { ReadPicture(0, 0, m_nWidth, m_nHeight, pPixels); });
+}
+
+unsigned char QXOgreRenderTarget::ReadPixel(int nX, int nY, unsigned char (&nPixel)[4]) {
+  if (!m_pRenderer || !m_pOgreTarget) return 0;
+  auto const nTop = m_nHeight - 1 - static_cast<unsigned int>(nY);
+  return m_pRenderer->Try([&] { ReadPicture(static_cast<unsigned int>(nX), nTop, 1, 1, nPixel); });
 }
 
 void QXOgreRenderTarget::DrawViewport(
     QXViewport const& viewport, QXOgreScene* pScene, QXOgreView const& view, unsigned char bDrawables) {
   if (!m_pDrawnViewport || !pScene || viewport.GetActualWidth() < 0 || viewport.GetActualHeight() < 0) return;
   PlaceViewport(viewport);
-  m_pDrawnViewport->setBackgroundColour(ToOgre(viewport.m_BackgroundColor));
+  m_pDrawnViewport->setBackgroundColour(
+      m_bIdentifiers ? Ogre::ColourValue::ZERO : ToOgre(viewport.m_BackgroundColor));
   m_pDrawnViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);
   SetLight(view, *pScene);
-  QXOgreCounts const counts = pScene->Draw(*m_pDrawnViewport, view, bDrawables);
+  QXOgrePickFilter const everything{&m_pRenderer->m_SceneOperation, nullptr};
+  QXOgreView drawn = view;
+  if (m_bIdentifiers) drawn.m_pPick = &everything;
+  QXOgreCounts const counts = pScene->Draw(*m_pDrawnViewport, drawn, bDrawables);
   m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
   m_pRenderer->Count(counts);
 }
@@ -246,6 +257,28 @@ bool QXOgreRenderTarget::HasViewport(QXViewport const* pViewport) const {
   for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position)
     if (position->second == pViewport) return true;
   return false;
+}
+
+void QXOgreRenderTarget::DrawIdentifiers() {
+  SetSceneAntialiasValue(1);
+  m_bBloom = false;
+  m_bIdentifiers = true;
+}
+
+std::vector<QXViewport*> QXOgreRenderTarget::GetViewports() const {
+  std::vector<QXViewport*> arrViewports;
+  for (auto position = m_Viewports.GetStartPosition(); !m_Viewports.IsEOF(position); ++position)
+    if (position->second) arrViewports.push_back(position->second);
+  return arrViewports;
+}
+
+unsigned char QXOgreRenderTarget::CopyDepthToMemory(float* pDepths, unsigned int nValueCount) {
+  if (!m_bRenderDepth || !m_pRenderer || !m_pOgreTarget) return 0;
+  if (!pDepths || nValueCount < std::uint64_t{m_nWidth} * m_nHeight) {
+    m_pRenderer->SetErrorText("the depths do not fit into the memory given: it takes width x height values");
+    return 0;
+  }
+  return m_pRenderer->GetSelection()->CopyDepths(*this, pDepths);
 }
 
 void QXOgreRenderTarget::PlaceViewport(QXViewport const& viewport) {

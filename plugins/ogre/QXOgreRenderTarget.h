@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <OgrePrerequisites.h>
 
@@ -40,7 +41,12 @@ public:
   /// Whether it is one of this target's; it may have died.
   bool HasViewport(QXViewport const* pViewport) const;
   /// Whether bright things glow in its next pictures, where the renderer has not taken that out.
-  void SetBloom(bool bBloom) { m_bBloom = bBloom; }
+  void SetBloom(bool bBloom) { m_bBloom = bBloom && !m_bIdentifiers; }
+  /// Draws identifiers from now on, as QXSceneOperation::GetID takes pixels apart, one sample a pixel and 0 where there is
+  /// nothing. Backgrounds and what sets the number of samples take no effect any more.
+  void DrawIdentifiers();
+  /// Those that there are, in the order in which they are drawn.
+  std::vector<QXViewport*> GetViewports() const;
   /// The number of the m_eRenderState as OGRE's.
   Ogre::PolygonMode GetPolygonMode() const;
 
@@ -67,10 +73,14 @@ public:
   QXVector3d GetSunPosition() const override { return m_vecSun; }
   void SetSunLightEnable(unsigned char bEnable) override { m_bSunLightEnable = bEnable; }
   void SetBackgroundColor(QXColorValue3D const& color) override;
+  /// Reads one pixel, counted from the lower left corner and inside of the target: blue, green, red, alpha.
+  unsigned char ReadPixel(int nX, int nY, unsigned char (&nPixel)[4]);
   unsigned char CopyToMemory(unsigned char* pPixels, unsigned int nByteCount) override;
   void ApplyCameraToTarget(QXCamera*, int, int) override {}
-  unsigned char IsRenderDepth() const override { return 0; }
-  unsigned char CopyDepthToMemory(float*, unsigned int) override { return 0; }
+  void SetRenderDepth(unsigned char bEnable) override { m_bRenderDepth = bEnable != 0; }
+  unsigned char IsRenderDepth() const override { return m_bRenderDepth && m_pOgreTarget; }
+  /// Draws the depths anew when it is asked, so that frames cost nothing more: what has moved since then has moved.
+  unsigned char CopyDepthToMemory(float* pDepths, unsigned int nValueCount) override;
   /// A window has none.
   QXTexture* GetTexture() const override;
   void SetAmbientLight(QXColorValue3D const& color) override {
@@ -100,8 +110,9 @@ protected:
   /// Makes the drawn picture readable.
   virtual void FinishPicture() = 0;
   virtual void ShowPicture(unsigned char bWaitForVerticalBlank) = 0;
-  /// Reads the whole picture; throws what OGRE throws.
-  virtual void ReadPicture(unsigned char* pPixels) = 0;
+  /// Reads a part of the picture, counted from the upper left corner; throws what OGRE throws.
+  virtual void ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight,
+      unsigned char* pPixels) = 0;
   /// Whether the colours of the target's texture, if it has one, are multiplied by their alpha from now on.
   void TellTexture(bool bPremultiplied);
 
@@ -132,6 +143,8 @@ private:
   bool m_bHostLight;
   /// While a patch is drawn.
   bool m_bPatch;
+  bool m_bRenderDepth;
+  bool m_bIdentifiers;
 };
 
 }  // namespace QXC

@@ -67,9 +67,10 @@ void QXOgreRenderTexture::FinishPicture() {
   GetOgreTarget()->swapBuffers();
 }
 
-void QXOgreRenderTexture::ReadPicture(unsigned char* pPixels) {
-  Ogre::PixelBox const pixels(m_nWidth, m_nHeight, 1, Ogre::PF_A8R8G8B8, pPixels);
-  GetOgreTarget()->copyContentsToMemory(Ogre::Box(0, 0, m_nWidth, m_nHeight), pixels);
+void QXOgreRenderTexture::ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth,
+    unsigned int nHeight, unsigned char* pPixels) {
+  Ogre::PixelBox const pixels(nWidth, nHeight, 1, Ogre::PF_A8R8G8B8, pPixels);
+  GetOgreTarget()->copyContentsToMemory(Ogre::Box(nLeft, nTop, nLeft + nWidth, nTop + nHeight), pixels);
 }
 
 }  // namespace QXC

@@ -32,7 +32,8 @@ protected:
   void MakeDevice(unsigned int nWidth, unsigned int nHeight, int nSamples) override;
   void FinishPicture() override;
   void ShowPicture(unsigned char) override {}
-  void ReadPicture(unsigned char* pPixels) override;
+  void ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight,
+      unsigned char* pPixels) override;
 
 private:
   Ogre::TexturePtr m_pOgreTexture;

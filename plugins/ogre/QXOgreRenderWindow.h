@@ -25,7 +25,8 @@ protected:
   void MakeDevice(unsigned int nWidth, unsigned int nHeight, int nSamples) override;
   void FinishPicture() override;
   void ShowPicture(unsigned char bWaitForVerticalBlank) override;
-  void ReadPicture(unsigned char* pPixels) override;
+  void ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight,
+      unsigned char* pPixels) override;
 
 private:
   Ogre::RenderWindow* m_pOgreWindow;

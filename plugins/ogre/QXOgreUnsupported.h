@@ -73,28 +73,11 @@ public:
     return nullptr;
   }
 
-  // Selection passes and picking.
-  unsigned char BeginSelection(QXRenderTarget*, int, int, int, int) override { return Refuse("selection passes"); }
-  void EndSelection() override {}
-  unsigned int ReadSelectionID(int, int) const override { return 0; }
-  void ReadSelectionIDs(QdcRect const&, QdcArray<unsigned int>&) const override {}
-  void SetSelectionEnable(QdcUnicodeString const&, unsigned char) override {}
-  void SetSelectionTolerance(double) override {}
+  // Selection of single vertices.
   void SetSelectionMode(int) override {}
-  unsigned int PickObject(double, double, QXVector3d&) const override { return 0; }
-  unsigned int PickObjectByRay(
-      QdcUnicodeString const&, QXVector3d const&, QXVector3d const&, QXVector3d&) const override {
-    return 0;
-  }
-  double ReadDepth(QXRenderTarget*, int, int) const override { return 1.0; }
-  QXRenderTarget* CreateSelectionRenderTarget(
-      QdcUnicodeString const&, unsigned int, unsigned int, QdcUnicodeString const&) override {
-    Refuse("selection targets");
-    return nullptr;
-  }
   QXRenderTarget* CreateVertexSelectionRenderTarget(
       QdcUnicodeString const&, unsigned int, unsigned int, QdcUnicodeString const&) override {
-    Refuse("selection targets");
+    Refuse("selection of vertices");
     return nullptr;
   }
 

@@ -11,6 +11,7 @@ namespace QXC {
 
 class QXFrustum;
 class QXOgreSceneNode;
+struct QXOgrePickFilter;
 
 /// One viewport's view of a scene, made by the camera for the length of one RenderScene.
 struct QXOgreView {
@@ -31,6 +32,8 @@ struct QXOgreView {
   /// Of the viewport, pixels.
   int m_nWidth;
   int m_nHeight;
+  /// Null: a picture, else identifiers of what it takes are drawn.
+  QXOgrePickFilter const* m_pPick = nullptr;
 
   /// All rays to the eye are parallel: the projection leaves w alone.
   bool IsParallel() const { return m_matProjection[2][3] == 0.0; }
