@@ -475,20 +475,25 @@ public:
   virtual unsigned char BeginSelection(QXRenderTarget* pTarget, int nLeft, int nBottom, int nWidth, int nHeight) = 0;
   /// Ends the selection pass and keeps its identifiers for the two Read operations.
   virtual void EndSelection() = 0;
-  /// The identifier at a pixel of the last selection pass, 0 for none.
+  /// The identifier at a pixel of the last selection pass, 0 for none. Pixels count from the target's lower left corner.
   virtual unsigned int ReadSelectionID(int nX, int nY) const = 0;
   /// Adds each identifier that stands in a pixel rectangle of the last selection pass to arrIDs, once, ascending.
   virtual void ReadSelectionIDs(QdcRect const& rcPixels, QdcArray<unsigned int>& arrIDs) const = 0;
   /// Whether objects of a scene can be selected at all.
   virtual void SetSelectionEnable(QdcUnicodeString const& strSceneName, unsigned char bEnable) = 0;
-  /// Pixels around the pointer within which GetSelInfo still hits.
+  /// Pixels around the pointer within which GetSelInfo and PickObject still hit, 0 at first: only the pixel itself.
   virtual void SetSelectionTolerance(double dPixels) = 0;
   /// 0 selects whole objects, 1 single vertices (SetVertexSelectionRenderTarget of the target).
   virtual void SetSelectionMode(int nMode) = 0;
 
-  /// What lies under a window point. nLayerID and nObjectID receive the identifier's parts, arrGeometries the
-  /// geometries hit; setLayerIDs confines the search, bAll 1 asks for more than the nearest, pMapBounds (may be
-  /// null) gives bounds by layer. Gives the world position. Base: both numbers 0, the zero vector.
+  /// What lies under a window point of the active target, counted from its lower left corner. nLayerID and nObjectID
+  /// receive the identifier's parts as m_SceneOperation divides it, 0 where nothing is hit, and arrGeometries the
+  /// geometries hit, as far as the plug-in knows of any. setLayerIDs confines the search unless it is empty: what is of
+  /// other layers, or of none, is seen through. pMapBounds (may be null) gives bounds in x and y of the world by layer,
+  /// outside of which nothing of it is hit. With bAll 1 the pixels within the tolerance are kept as by a selection pass,
+  /// so that ReadSelectionIDs tells everything that is there.
+  /// Gives the world position of the hit, that of what is under the point where nothing is hit, or the zero vector
+  /// where nothing was drawn. Base: both numbers 0, the zero vector.
   virtual QXVector3d GetSelInfo(float fX, float fY, int& nLayerID, int& nObjectID, QdcArray<QXGeometry*>& arrGeometries,
       std::set<int>& setLayerIDs, unsigned char bAll, std::map<int, QdcRect2D> const* pMapBounds);
   /// As above without geometries. Base: both numbers 0, the zero vector.

@@ -71,7 +71,9 @@ public:
   /// Factor on the alpha of everything that the drawable draws, 0 to 1, 1 at first.
   virtual void SetOpacity(double dOpacity) = 0;
   virtual double GetOpacity() const = 0;
-  /// Identifier drawn into a selection target, 0: cannot be picked (the default).
+  /// Identifier drawn into a selection target, 0: cannot be picked (the default). Objects of static geometry have this
+  /// plus their key in QXStaticGeometryBucket::m_mapSubObjects, so the host leaves as many numbers behind it as the
+  /// bucket has vertices; vertices of no object then have none. Keys from 16,777,215 on cannot be picked.
   virtual void SetSelectionID(unsigned int nID) = 0;
   virtual unsigned int GetSelectionID() const = 0;
   /// 1: shown in the selection colour.

@@ -412,14 +412,4 @@ TEST_F(QXOgreRenderTarget, APixelRectangleCountsFromTheBottomAndIsReadTopDown) {
   EXPECT_EQ(m_pGraphics3D->ReadPixels(nullptr, QdcRect(0, 0, 1, 1), arrBytes.data(), 24), 0);
 }
 
-TEST_F(QXOgreRenderTarget, WhatItCannotDoItSays) {
-  EXPECT_EQ(m_pTarget->IsTextureTarget(), 1);
-  EXPECT_EQ(m_pTarget->IsRenderDepth(), 0);
-  m_pTarget->SetRenderDepth(1);
-  EXPECT_EQ(m_pTarget->IsRenderDepth(), 0);
-  float fDepth = 7.0F;
-  EXPECT_EQ(m_pTarget->CopyDepthToMemory(&fDepth, 1), 0);
-  EXPECT_EQ(fDepth, 7.0F);
-}
-
 }  // namespace QXC

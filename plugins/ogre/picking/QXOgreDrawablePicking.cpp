@@ -148,10 +148,9 @@ QXBoundingBox QXOgreDrawable::GetObjectBounds(unsigned int nKey) const {
   return box;
 }
 
-bool QXOgreDrawable::Intersect(
-    QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const {
-  bool const bNoTriangles = (m_pBucket && m_pBucket->HasWideLines()) ||
-                            m_Look.m_Surface.m_eProgram == QX_OGRE_PROGRAM_LABEL;
+bool QXOgreDrawable::Intersect(QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance) const {
+  bool const bNoTriangles =
+      (m_pBucket && m_pBucket->HasWideLines()) || m_Look.m_Surface.m_eProgram == QX_OGRE_PROGRAM_LABEL;
   if (!m_pDevice || bNoTriangles || m_Geometry.GetVertexCount() == 0 || m_WorldBounds.IsNULL()) return false;
   if (!MeetsBox(vecOrigin, vecDirection, m_WorldBounds)) return false;
   // The ray goes to the vertices and not the vertices to the ray; lengths along it stay what they are.

@@ -1,5 +1,6 @@
 // Selection passes, what lies under pixels and along rays, and objects by their identifiers.
 
+#include <algorithm>
 #include <set>
 
 #include <QxGraphics3D/frame/QXViewport.h>
@@ -47,15 +48,12 @@ unsigned int QXOgreGraphics3D::ReadSelectionID(int nX, int nY) const {
 
 void QXOgreGraphics3D::ReadSelectionIDs(QdcRect const& rcPixels, QdcArray<unsigned int>& arrIDs) const {
   QXOgrePickResult const& kept = m_pSelection->GetKept();
-  if (rcPixels.right <= rcPixels.left || rcPixels.bottom <= rcPixels.top) return;
-  // A rectangle of the largest numbers is wider than a number is.
-  auto const clamp = [](long long nValue) { return static_cast<int>(std::min(nValue, 0x7FFFFFFFLL)); };
-  QXOgrePixelRect const rect =
-      kept.GetRect().Intersect({rcPixels.left, rcPixels.top, clamp(static_cast<long long>(rcPixels.right) - rcPixels.left),
-          clamp(static_cast<long long>(rcPixels.bottom) - rcPixels.top)});
+  QXOgrePixelRect const& rect = kept.GetRect();
   std::set<unsigned int> setIDs;
-  for (int y = rect.m_nBottom; y < rect.m_nBottom + rect.m_nHeight; ++y)
-    for (int x = rect.m_nLeft; x < rect.m_nLeft + rect.m_nWidth; ++x) setIDs.insert(kept.GetIdentifier(x, y));
+  for (int y = std::max(rect.m_nBottom, rcPixels.top); y < std::min(rect.m_nBottom + rect.m_nHeight, rcPixels.bottom);
+       ++y)
+    for (int x = std::max(rect.m_nLeft, rcPixels.left); x < std::min(rect.m_nLeft + rect.m_nWidth, rcPixels.right); ++x)
+      setIDs.insert(kept.GetIdentifier(x, y));
   setIDs.erase(0);
   for (unsigned int const nID : setIDs) arrIDs.Add(nID);
 }
@@ -78,8 +76,8 @@ QXVector3d QXOgreGraphics3D::GetSelInfo(float fX, float fY, int& nLayerID, int& 
   QXOgrePickFilter filter;
   filter.m_pLayers = &setLayerIDs;
   QXOgrePickResult result;
-  unsigned int const nID = m_pSelection->Find(*pTarget, static_cast<double>(fX), static_cast<double>(fY), filter,
-      pMapBounds, result, vecPosition);
+  unsigned int const nID = m_pSelection->Find(
+      *pTarget, static_cast<double>(fX), static_cast<double>(fY), filter, pMapBounds, result, vecPosition);
   if (nID != 0) m_SceneOperation.GetID(nID, nLayerID, nObjectID);
   if (bAll) m_pSelection->GetKept() = result;
   return vecPosition;

@@ -101,8 +101,7 @@ unsigned char QXOgrePickResult::GetPosition(int nX, int nY, QXVector3d& vecPosit
   double const dAlong = std::abs(dWayW) > 1.0e-12 * std::abs(dNearW)
                             ? (static_cast<double>(m_arrPlaces[nPlace + 1]) - dNearW) / dWayW
                             : 2.0 * static_cast<double>(m_arrPlaces[nPlace]);
-  QXVector3d const vecEye(
-      vecNear.x + dAlong * vecWay.x, vecNear.y + dAlong * vecWay.y, vecNear.z + dAlong * vecWay.z);
+  QXVector3d const vecEye(vecNear.x + dAlong * vecWay.x, vecNear.y + dAlong * vecWay.y, vecNear.z + dAlong * vecWay.z);
   QXVector3d vecWorld = vecEye.MultiplyMatrix(part->m_matView.Invert()) + part->m_vecOrigin;
   vecWorld.z = part->m_dVerticalExaggeration == 0.0 ? 0.0 : vecWorld.z / part->m_dVerticalExaggeration;
   if (!std::isfinite(vecWorld.x) || !std::isfinite(vecWorld.y) || !std::isfinite(vecWorld.z)) return 0;

@@ -35,8 +35,7 @@ public:
   void AddView(QXOgrePixelRect const& rect, QXOgreView const& view);
   /// Takes over what the views drew.
   /// @param nStride  pixels from one row of the arrays to the next
-  void Take(
-      std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces, std::size_t nStride);
+  void Take(std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces, std::size_t nStride);
 
   QXOgrePixelRect const& GetRect() const { return m_Rect; }
   /// The identifier as it was drawn, 0 for none and outside of the rectangle.

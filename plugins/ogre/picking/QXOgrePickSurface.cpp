@@ -97,8 +97,7 @@ void QXOgrePickSurface::Read(std::vector<unsigned char>& arrIdentifiers, std::ve
   arrPlaces.resize(2 * nPixels);
   m_pIdentifiers->getBuffer()->blitToMemory(
       Ogre::PixelBox(m_nWidth, m_nHeight, 1, Ogre::PF_BYTE_RGBA, arrIdentifiers.data()));
-  m_pPlaces->getBuffer()->blitToMemory(
-      Ogre::PixelBox(m_nWidth, m_nHeight, 1, Ogre::PF_FLOAT32_GR, arrPlaces.data()));
+  m_pPlaces->getBuffer()->blitToMemory(Ogre::PixelBox(m_nWidth, m_nHeight, 1, Ogre::PF_FLOAT32_GR, arrPlaces.data()));
   TurnOver(arrIdentifiers, std::size_t{4} * m_nWidth);
   TurnOver(arrPlaces, std::size_t{2} * m_nWidth);
 }

@@ -64,8 +64,8 @@ public:
 private:
   /// One that has room for a rectangle. That of single clicks stays as small as it is.
   QXOgrePickSurface& DemandSurface(int nWidth, int nHeight);
-  void DrawViewports(QXOgreRenderTarget& target, QXOgrePickFilter const& filter, bool bAll,
-      QXOgrePickSurface& surface, QXOgrePickResult& result);
+  void DrawViewports(QXOgreRenderTarget& target, QXOgrePickFilter const& filter, bool bAll, QXOgrePickSurface& surface,
+      QXOgrePickResult& result);
 
   QXOgreGraphics3D& m_Graphics3D;
   std::unique_ptr<QXOgrePickSurface> m_pSmall;
