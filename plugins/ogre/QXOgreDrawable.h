@@ -127,6 +127,8 @@ public:
   void SelectObjects(std::set<unsigned int> const& setIDs);
   /// Of an object of the bucket, in world coordinates; null without the object. Reads its vertices from the device.
   QXBoundingBox GetObjectBounds(unsigned int nKey) const;
+  /// Whether rays meet triangles of a range.
+  bool IsRangeMet(std::size_t nRange) const;
   /// Nearest triangle that a ray meets, from either side, in world coordinates: those of the visible ranges, of a bucket
   /// those of level 0. Reads vertices and indices from the device. Cost: linear in both.
   /// @param dDistance  set on a hit, in lengths of vecDirection

@@ -274,22 +274,6 @@ std::vector<double> QXOgreGeometry::ReadPositions(unsigned int nFirst, unsigned 
   return arrPositions;
 }
 
-std::vector<std::uint32_t> QXOgreGeometry::ReadIndices(std::size_t nRange) const {
-  if (nRange >= m_arrRanges.size() || !m_arrRanges[nRange].m_pIndexData) return {};
-  Ogre::IndexData const& data = *m_arrRanges[nRange].m_pIndexData;
-  std::vector<std::uint32_t> arrIndices(data.indexCount);
-  if (data.indexBuffer->getType() == Ogre::HardwareIndexBuffer::IT_32BIT) {
-    data.indexBuffer->readData(
-        data.indexStart * sizeof(std::uint32_t), data.indexCount * sizeof(std::uint32_t), arrIndices.data());
-    return arrIndices;
-  }
-  std::vector<std::uint16_t> arrNarrow(data.indexCount);
-  data.indexBuffer->readData(
-      data.indexStart * sizeof(std::uint16_t), data.indexCount * sizeof(std::uint16_t), arrNarrow.data());
-  std::copy(arrNarrow.begin(), arrNarrow.end(), arrIndices.begin());
-  return arrIndices;
-}
-
 void QXOgreGeometry::UploadTexCoords(QXOgreVertices const& vertices) {
   for (unsigned short nSet = 0; nSet < SetNum; ++nSet) {
     QXOgreElement const& coords = vertices.m_TexCoords[nSet];

@@ -107,8 +107,6 @@ public:
   void FillObjectWord(unsigned int nFirst, unsigned int nCount, std::uint32_t nWord);
   /// Reads positions back from the device: three numbers each, in the coordinates of the source. They must be there.
   std::vector<double> ReadPositions(unsigned int nFirst, unsigned int nCount) const;
-  /// Reads the indices of a range back; none of one that draws nothing.
-  std::vector<std::uint32_t> ReadIndices(std::size_t nRange) const;
   /// The largest number in set 1: how far the corners of labels are from their anchors, in pixels.
   float GetLabelReach() const { return m_fLabelReach; }
 

@@ -197,8 +197,7 @@ void QXOgreRenderTarget::DrawViewport(
     QXViewport const& viewport, QXOgreScene* pScene, QXOgreView const& view, unsigned char bDrawables) {
   if (!m_pDrawnViewport || !pScene || viewport.GetActualWidth() < 0 || viewport.GetActualHeight() < 0) return;
   PlaceViewport(viewport);
-  m_pDrawnViewport->setBackgroundColour(
-      m_bIdentifiers ? Ogre::ColourValue::ZERO : ToOgre(viewport.m_BackgroundColor));
+  m_pDrawnViewport->setBackgroundColour(m_bIdentifiers ? Ogre::ColourValue::ZERO : ToOgre(viewport.m_BackgroundColor));
   m_pDrawnViewport->setClearEveryFrame(viewport.m_bClearEveryFrame != 0, viewport.m_nClearBuffers);
   SetLight(view, *pScene);
   QXOgrePickFilter const everything{&m_pRenderer->m_SceneOperation, nullptr};

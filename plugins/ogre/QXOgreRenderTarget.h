@@ -111,8 +111,8 @@ protected:
   virtual void FinishPicture() = 0;
   virtual void ShowPicture(unsigned char bWaitForVerticalBlank) = 0;
   /// Reads a part of the picture, counted from the upper left corner; throws what OGRE throws.
-  virtual void ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight,
-      unsigned char* pPixels) = 0;
+  virtual void ReadPicture(
+      unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight, unsigned char* pPixels) = 0;
   /// Whether the colours of the target's texture, if it has one, are multiplied by their alpha from now on.
   void TellTexture(bool bPremultiplied);
 

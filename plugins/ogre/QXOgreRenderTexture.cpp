@@ -67,8 +67,8 @@ void QXOgreRenderTexture::FinishPicture() {
   GetOgreTarget()->swapBuffers();
 }
 
-void QXOgreRenderTexture::ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth,
-    unsigned int nHeight, unsigned char* pPixels) {
+void QXOgreRenderTexture::ReadPicture(
+    unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight, unsigned char* pPixels) {
   Ogre::PixelBox const pixels(nWidth, nHeight, 1, Ogre::PF_A8R8G8B8, pPixels);
   GetOgreTarget()->copyContentsToMemory(Ogre::Box(nLeft, nTop, nLeft + nWidth, nTop + nHeight), pixels);
 }

@@ -1,5 +1,6 @@
 // What instancings look like: as drawables at the same places do.
 #include <limits>
+#include <set>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
@@ -8,6 +9,35 @@
 namespace QXC {
 
 using QXOgreInstancingDraw = QXOgreInstancingScenery;
+
+TEST_F(QXOgreInstancingDraw, EachPlaceIsPickedByItsIdentifier) {
+  GiveSquare(0.1F);
+  QXSceneOperation const& numbering = m_pGraphics3D->m_SceneOperation;
+  for (int i = 0; i < 16; ++i) {
+    Add(At(-0.75 + 0.5 * (i % 4), -0.75 + 0.5 * (i / 4), 0.0));
+    m_pManager->SetPlacementSelectionID(m_pTrees, static_cast<unsigned int>(i), numbering.GetID(2 + i % 2, 70000 + i));
+  }
+  Frame();
+  unsigned int const nDrawn = Drawn();
+  QXVector3d vecHit;
+  for (int i = 0; i < 16; ++i) {
+    int const nX = 8 + 16 * (i % 4);
+    int const nY = 8 + 16 * (i / 4);
+    EXPECT_EQ(m_pGraphics3D->PickObject(nX, nY, vecHit), numbering.GetID(2 + i % 2, 70000 + i)) << i;
+    EXPECT_NEAR(vecHit.x, (nX + 0.5) / 32.0 - 1.0, 1e-6);
+    std::set<int> setLayers{2};
+    QdcArray<QXGeometry*> arrGeometries;
+    int nLayer = 0;
+    int nObject = 0;
+    m_pGraphics3D->GetSelInfo(
+        static_cast<float>(nX), static_cast<float>(nY), nLayer, nObject, arrGeometries, setLayers, 0, nullptr);
+    EXPECT_EQ(nObject, i % 2 == 0 ? 70000 + i : 0) << i;
+  }
+  EXPECT_EQ(m_pGraphics3D->PickObject(16, 16, vecHit), 0U);
+  EXPECT_EQ(Drawn(), nDrawn) << "a pick is no picture";
+  QXPicture const picture = Frame();
+  EXPECT_EQ(picture.At(8, 8), RED_PIXEL);
+}
 
 TEST_F(QXOgreInstancingDraw, ThousandsOfPlacesAreOneOperation) {
   GiveSquare(0.005F);

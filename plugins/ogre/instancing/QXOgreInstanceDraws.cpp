@@ -167,7 +167,7 @@ void QXOgreInstanceDraws::Follow(QXOgreDrawable& mesh, QXOgrePlacements const& p
 }
 
 void QXOgreInstanceDraws::Queue(QXOgreDrawable const& mesh, QXOgrePlacements const& placements, std::size_t nSeen,
-    Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
+    bool bIdentifiers, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
   DemandBatches(mesh, (nSeen + m_nMost - 1) / m_nMost);
   {
     Ogre::HardwareBufferLockGuard const lock(
@@ -185,6 +185,7 @@ void QXOgreInstanceDraws::Queue(QXOgreDrawable const& mesh, QXOgrePlacements con
       QXOgreRenderable& renderable = *m_arrBatches[nBatch].m_arrRenderables[i];
       if (!renderable.IsVisible()) continue;
       renderable.SetInstanceCount(nCount);
+      renderable.DrawIdentifiers(bIdentifiers);
       queue.addRenderable(&renderable, Ogre::RENDER_QUEUE_MAIN, mesh.GetQueuePriority());
       if (renderable.IsBlended()) arrDepths.push_back(m_Place.m_fDepth);
       ++counts.m_nDrawOperations;

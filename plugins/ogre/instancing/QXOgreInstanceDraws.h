@@ -36,7 +36,8 @@ public:
   bool IsBlended() const { return m_bBlended; }
   /// Sends the placements that were collected and puts their draw operations into the queue; mesh and placements are
   /// those of Follow.
-  void Queue(QXOgreDrawable const& mesh, QXOgrePlacements const& placements, std::size_t nSeen,
+  /// @param bIdentifiers  in place of colours
+  void Queue(QXOgreDrawable const& mesh, QXOgrePlacements const& placements, std::size_t nSeen, bool bIdentifiers,
       Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts);
   /// Releases everything on the GPU.
   void Clear();

@@ -100,15 +100,18 @@ void QXOgreInstancing::Update() {
 
 void QXOgreInstancing::Queue(
     QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) {
-  m_nDrawn = 0;
+  // A pick is no picture that anybody counts.
+  unsigned int nPicked = 0;
+  unsigned int& nDrawn = view.m_pPick ? nPicked : m_nDrawn;
+  nDrawn = 0;
   QXOgreDrawable* const pMesh = m_bVisible && m_Placements.GetCount() > 0 ? FindMesh() : nullptr;
   if (!pMesh) return;
   Update();
   std::size_t const nSeen = m_Placements.Collect(view, m_dNear, m_dFar, m_Draws.IsBlended());
-  m_nDrawn = static_cast<unsigned int>(nSeen);
+  nDrawn = static_cast<unsigned int>(nSeen);
   if (nSeen == 0) return;
   pMesh->MoveVertices();
-  m_Draws.Queue(*pMesh, m_Placements, nSeen, queue, arrDepths, counts);
+  m_Draws.Queue(*pMesh, m_Placements, nSeen, view.m_pPick != nullptr, queue, arrDepths, counts);
 }
 
 QXBoundingBox QXOgreInstancing::GetVisibleBounds() const {

@@ -91,7 +91,7 @@ bool QXOgreMeshTriangles::Intersect(QXOgreDrawable const& mesh, QXMatrix4d const
     QXVector3d const& vecDirection, double& dDistance) const {
   bool bHit = false;
   for (Triangle const& triangle : m_arrTriangles) {
-    if (!mesh.GetRenderables()[triangle.m_nRange]->IsVisible()) continue;
+    if (!mesh.IsRangeMet(triangle.m_nRange)) continue;
     std::array<QXVector3d, 3> arrCorners;
     for (std::size_t k = 0; k < 3; ++k)
       arrCorners[k] = m_arrPositions[triangle.m_nVertices[k]].MultiplyMatrix(matWorld);

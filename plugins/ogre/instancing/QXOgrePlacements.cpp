@@ -7,6 +7,7 @@
 #include <QxGraphics3D/view/QXFrustum.h>
 
 #include <plugins/ogre/QXOgreView.h>
+#include <plugins/ogre/picking/QXOgrePickFilter.h>
 
 namespace QXC {
 
@@ -262,6 +263,13 @@ void QXOgrePlacements::DropDistant(double dNear, double dFar) {
       static_cast<std::size_t>(std::remove_if(first, first + static_cast<std::ptrdiff_t>(m_nSeen), isDistant) - first);
 }
 
+void QXOgrePlacements::DropOthers(QXOgrePickFilter const& filter) {
+  auto const isOther = [&](unsigned int nPlacement) { return !filter.Takes(m_arrIdentifiers[nPlacement]); };
+  auto const first = m_arrSeen.begin();
+  m_nSeen =
+      static_cast<std::size_t>(std::remove_if(first, first + static_cast<std::ptrdiff_t>(m_nSeen), isOther) - first);
+}
+
 void QXOgrePlacements::SortByDepth() {
   for (std::size_t i = 0; i < m_nSeen; ++i) {
     std::array<double, 3> const& place = m_arrPlaces[m_arrSeen[i]];
@@ -283,6 +291,7 @@ std::size_t QXOgrePlacements::Collect(QXOgreView const& view, double dNear, doub
   if (!IsPlacement(m_matToEye)) return 0;
   SelectSeen(view);
   if (dNear > 0.0 || dFar > 0.0) DropDistant(dNear, dFar);
+  if (view.m_pPick) DropOthers(*view.m_pPick);
   if (bSort) SortByDepth();
   return m_nSeen;
 }

@@ -13,6 +13,7 @@
 
 namespace QXC {
 
+struct QXOgrePickFilter;
 struct QXOgreView;
 
 /// One instance as the vertex program takes it.
@@ -90,6 +91,7 @@ private:
   std::size_t Select(See see);
   void SelectSeen(QXOgreView const& view);
   void DropDistant(double dNear, double dFar);
+  void DropOthers(QXOgrePickFilter const& filter);
   void SortByDepth();
 
   std::vector<QXMatrix4d> m_arrMatrices;
