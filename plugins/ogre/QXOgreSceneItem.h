@@ -25,6 +25,9 @@ public:
   /// @param arrDepths  receives the depth of each renderable that is blended
   virtual void Queue(
       QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths, QXOgreCounts& counts) = 0;
+  /// Whether Queue puts what has identifiers into the queue where the view asks for them. What does not, skies and smoke,
+  /// is seen through by picks.
+  virtual bool HasIdentifiers() const { return false; }
   /// Around what is visible, in world coordinates; null if there is nothing. Cameras set near and far by it.
   virtual QXBoundingBox GetVisibleBounds() const = 0;
   /// The scene goes: it calls nothing here any more.

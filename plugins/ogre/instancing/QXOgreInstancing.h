@@ -35,6 +35,7 @@ public:
 
   void Queue(QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>& arrDepths,
       QXOgreCounts& counts) override;
+  bool HasIdentifiers() const override { return true; }
   QXBoundingBox GetVisibleBounds() const override;
   void LeaveScene() override { m_pScene = nullptr; }
 
