@@ -198,8 +198,8 @@ std::string WriteLight(QXSceneLight const& light) {
     strText += "inner=" + Number(light.m_dInner) + "\nouter=" + Number(light.m_dOuter) +
                "\nfalloff=" + Number(light.m_dFalloff) + "\n";
   if (light.m_dRange > 0.0) strText += "range=" + Number(light.m_dRange) + "\n";
-  return strText + "color=" + Color(light.m_nColor) + "attenuation=" +
-         Position({light.m_dAttenuation[0], light.m_dAttenuation[1], light.m_dAttenuation[2]}) +
+  return strText + "color=" + Color(light.m_nColor) +
+         "attenuation=" + Position({light.m_dAttenuation[0], light.m_dAttenuation[1], light.m_dAttenuation[2]}) +
          "power=" + Number(light.m_dPower) + "\n";
 }
 
@@ -219,8 +219,8 @@ std::string WriteWeather(QXSceneFile const& scene) {
   if (scene.m_Sky.m_dWindFrom >= 0.0)
     strText += "wind=" + Number(scene.m_Sky.m_dWindFrom) + "," + Number(scene.m_Sky.m_dWindSpeed) + "\n";
   if (scene.m_Ocean.m_bOcean)
-    strText += "[ocean]\nlevel=" + Number(scene.m_Ocean.m_dLevel) + "\nbeaufort=" +
-               Number(scene.m_Ocean.m_dBeaufort) + "\nwind-from=" + Number(scene.m_Ocean.m_dWindFrom) + "\n";
+    strText += "[ocean]\nlevel=" + Number(scene.m_Ocean.m_dLevel) + "\nbeaufort=" + Number(scene.m_Ocean.m_dBeaufort) +
+               "\nwind-from=" + Number(scene.m_Ocean.m_dWindFrom) + "\n";
   return strText;
 }
 

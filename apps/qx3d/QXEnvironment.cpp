@@ -56,8 +56,7 @@ QXColorValue3D ChooseBackground(QXSceneFile const& scene, QXC::QXSunPosition con
   if (pSun == nullptr) return QXColorValue3D(DayColor[0], DayColor[1], DayColor[2], 1.0);
   QXColorValue3D const day = GetDayLight();
   QXColorValue3D const now = pSun->GetAmbientColor();
-  return QXColorValue3D(
-      DayColor[0] * now.r / day.r, DayColor[1] * now.g / day.g, DayColor[2] * now.b / day.b, 1.0);
+  return QXColorValue3D(DayColor[0] * now.r / day.r, DayColor[1] * now.g / day.g, DayColor[2] * now.b / day.b, 1.0);
 }
 
 QXEnvironment::QXEnvironment() = default;
@@ -82,8 +81,7 @@ void QXEnvironment::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strS
   if (scene.m_Ocean.m_bOcean) AddOcean(graphics3D, strScene, scene, problems);
 }
 
-void QXEnvironment::LightTarget(
-    QXC::QXGraphics3D& graphics3D, QXC::QXRenderTarget& target, QXSceneFile const& scene) {
+void QXEnvironment::LightTarget(QXC::QXGraphics3D& graphics3D, QXC::QXRenderTarget& target, QXSceneFile const& scene) {
   if (m_pSun != nullptr) {
     m_pSun->ApplyTo(target);
   } else {
@@ -98,8 +96,8 @@ void QXEnvironment::LightTarget(
   graphics3D.SetSunLightEnable(scene.m_bSun ? 1 : 0);
 }
 
-void QXEnvironment::AddLights(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene,
-    QXSceneProblems& problems) {
+void QXEnvironment::AddLights(
+    QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene, QXSceneProblems& problems) {
   for (QXSceneLight const& light : scene.m_vecLights) {
     std::wstring strName = L"Light" + std::to_wstring(m_vecLights.size());
     if (graphics3D.CreateLight(strName.c_str(), strScene.c_str()) == 0) {
@@ -111,8 +109,8 @@ void QXEnvironment::AddLights(QXC::QXGraphics3D& graphics3D, std::wstring const&
   }
 }
 
-void QXEnvironment::AddSky(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneSky const& sky,
-    QXSceneProblems& problems) {
+void QXEnvironment::AddSky(
+    QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneSky const& sky, QXSceneProblems& problems) {
   m_pSky.reset(graphics3D.CreateSky(strScene.c_str(), QXC::SCENE_PLANE));
   if (m_pSky == nullptr) {
     problems.Add(sky.m_nLine, "the renderer has no sky, and the background is shown in its colour alone");
@@ -131,8 +129,8 @@ void QXEnvironment::AddSky(QXC::QXGraphics3D& graphics3D, std::wstring const& st
   m_pSky->SetVisible(1);
 }
 
-void QXEnvironment::AddOcean(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene,
-    QXSceneProblems& problems) {
+void QXEnvironment::AddOcean(
+    QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene, QXSceneProblems& problems) {
   QXSceneOcean const& ocean = scene.m_Ocean;
   m_pOcean.reset(graphics3D.CreateOcean(strScene.c_str(), QXC::SCENE_PLANE));
   if (m_pOcean == nullptr || m_pOcean->Initialize() == 0) {

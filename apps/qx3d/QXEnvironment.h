@@ -49,12 +49,12 @@ public:
 
 private:
   void LightTarget(QXC::QXGraphics3D& graphics3D, QXC::QXRenderTarget& target, QXSceneFile const& scene);
-  void AddLights(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene,
-      QXSceneProblems& problems);
-  void AddSky(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneSky const& sky,
-      QXSceneProblems& problems);
-  void AddOcean(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene,
-      QXSceneProblems& problems);
+  void AddLights(
+      QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene, QXSceneProblems& problems);
+  void AddSky(
+      QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneSky const& sky, QXSceneProblems& problems);
+  void AddOcean(
+      QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXSceneFile const& scene, QXSceneProblems& problems);
 
   std::vector<std::wstring> m_vecLights;
   /// Of a scene with a time.

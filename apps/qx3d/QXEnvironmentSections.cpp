@@ -102,8 +102,7 @@ std::string EndFog(QXSceneDraft& draft) {
 
 std::string SetClouds(QXSceneDraft& draft, std::string const& strValue) {
   std::size_t nWord = 0;
-  std::string const strProblem =
-      ReadWord(strValue, {"none", "cumulus", "stratus", "cirrus", "cumulonimbus"}, nWord);
+  std::string const strProblem = ReadWord(strValue, {"none", "cumulus", "stratus", "cirrus", "cumulonimbus"}, nWord);
   draft.m_Scene.m_Sky.m_nClouds = static_cast<int>(nWord);
   return strProblem;
 }
@@ -118,8 +117,9 @@ std::string SetCondition(QXSceneDraft& draft, std::string const& strValue) {
 std::string SetWind(QXSceneDraft& draft, std::string const& strValue) {
   std::vector<double> vecNumbers;
   if (!ReadNumbers(strValue, 2, 2, 0.0, 360.0, vecNumbers).empty() || vecNumbers[1] > 100.0)
-    return "'" + strValue + "' is no wind; write the degrees from which it comes, clockwise from north, and its speed "
-                            "in units a second, 100 at most, as 270, 8";
+    return "'" + strValue +
+           "' is no wind; write the degrees from which it comes, clockwise from north, and its speed "
+           "in units a second, 100 at most, as 270, 8";
   draft.m_Scene.m_Sky.m_dWindFrom = vecNumbers[0];
   draft.m_Scene.m_Sky.m_dWindSpeed = vecNumbers[1];
   return std::string();
@@ -146,9 +146,8 @@ QXSceneSection MakeLightSection() {
     return strProblem.empty() ? strProblem : "'" + strValue + "' is no power; write a factor above 0, as 2.5";
   };
   std::vector<QXSceneKey> vecKeys = MakeLightPlaceKeys();
-  vecKeys.insert(
-      vecKeys.end(), {{"color", false, setColor}, {"range", false, setRange}, {"attenuation", false, SetAttenuation},
-                         {"power", false, setPower}});
+  vecKeys.insert(vecKeys.end(), {{"color", false, setColor}, {"range", false, setRange},
+                                    {"attenuation", false, SetAttenuation}, {"power", false, setPower}});
   return {"light", true, begin, EndLight, vecKeys};
 }
 

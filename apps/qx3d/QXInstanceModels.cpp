@@ -105,8 +105,8 @@ std::size_t QXInstanceModels::GetInstanceCount() const {
 }
 
 bool QXInstanceModels::HasAnimated() const {
-  return std::any_of(
-      m_vecPictures.begin(), m_vecPictures.end(), [](QXModelPictures const& pictures) { return pictures.HasAnimated(); });
+  return std::any_of(m_vecPictures.begin(), m_vecPictures.end(),
+      [](QXModelPictures const& pictures) { return pictures.HasAnimated(); });
 }
 
 void QXInstanceModels::Free() {

@@ -151,9 +151,9 @@ QXSceneSection MakeInstancesSection() {
     return SetUp(strValue, draft.GetInstances().m_eUp);
   };
   std::vector<QXSceneKey> vecKeys = MakePlaceKeys();
-  vecKeys.insert(vecKeys.end(),
-      {{"heading", false, SetHeading}, {"scale", false, SetScale}, {"seed", false, setSeed}, {"color", false, setColor},
-          {"distance", false, setDistance}, {"up", false, setUp}});
+  vecKeys.insert(
+      vecKeys.end(), {{"heading", false, SetHeading}, {"scale", false, SetScale}, {"seed", false, setSeed},
+                         {"color", false, setColor}, {"distance", false, setDistance}, {"up", false, setUp}});
   return {"instances", true, Begin, End, vecKeys};
 }
 

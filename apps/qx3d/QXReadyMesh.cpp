@@ -152,8 +152,7 @@ void AppendReadyMesh(QXReadyMesh const& placed, QXVertexCollector& collector) {
     float const* p = vertices.m_pTexCoords[0] + 4 * i;
     collector.AddTexCoord(static_cast<double>(p[0]), static_cast<double>(p[1]));
   }
-  for (int i = 0; i < placed.m_pIndices->m_nIndexNum; ++i)
-    collector.AddIndex(nFirst + GetIndex(*placed.m_pIndices, i));
+  for (int i = 0; i < placed.m_pIndices->m_nIndexNum; ++i) collector.AddIndex(nFirst + GetIndex(*placed.m_pIndices, i));
 }
 
 std::unique_ptr<QXC::QXRenderOperationMultiIndex> MakeOperation(QXReadyMesh const& mesh,

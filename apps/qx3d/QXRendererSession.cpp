@@ -219,15 +219,15 @@ std::string QXRendererSession::Show(QXScene& scene, std::vector<QXModelPictures>
   return std::string();
 }
 
-void QXRendererSession::ShowInstances(
-    QXSceneFile const& scene, QXInstanceModels& models, QXSceneProblems& problems) {
+void QXRendererSession::ShowInstances(QXSceneFile const& scene, QXInstanceModels& models, QXSceneProblems& problems) {
   for (QXInstanceGroup const& group : models.GetGroups()) {
     QXSceneInstances const& section = scene.m_vecInstances[group.m_nSection];
     std::vector<std::string> vecLines;
     std::string strReason;
     for (QXScenePart& part : models.GetModel(group.m_nModel).m_vecParts) {
       AddTexture(part, models.GetPictures(), vecLines);
-      if (strReason.empty()) strReason = m_Instances.Add(*m_pGraphics3D, m_strScene, *part.m_pOperation, group, section);
+      if (strReason.empty())
+        strReason = m_Instances.Add(*m_pGraphics3D, m_strScene, *part.m_pOperation, group, section);
     }
     if (!strReason.empty()) vecLines.push_back(strReason);
     for (std::string const& strLine : vecLines) problems.Add(section.m_nLine, strLine);
@@ -236,6 +236,10 @@ void QXRendererSession::ShowInstances(
   m_SceneFigures.m_nInstanceTriangles = models.GetTriangleCount();
   m_SceneFigures.m_nInstanceVertices = models.GetVertexCount();
   models.Free();
+}
+
+bool QXRendererSession::HasInstancing() const {
+  return m_pGraphics3D->GetHwInstancingManager() != nullptr;
 }
 
 void QXRendererSession::ShowEnvironment(QXSceneFile const& scene, QXSceneProblems& problems) {

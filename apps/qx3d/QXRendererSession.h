@@ -137,6 +137,7 @@ public:
   /// Of the last frame.
   QXFrameFigures const& GetFigures() const { return m_Figures; }
   QXSceneFigures const& GetSceneFigures() const { return m_SceneFigures; }
+  bool HasInstancing() const;
   /// Instances that the last view drew, over all their meshes.
   std::size_t CountDrawnInstances() const { return m_Instances.CountDrawn(*m_pGraphics3D); }
   std::size_t GetInstanceMeshCount() const { return m_Instances.GetMeshCount(); }

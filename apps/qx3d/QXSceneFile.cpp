@@ -50,10 +50,9 @@ public:
     for (std::size_t i = 0; i < vecKeys.size(); ++i) {
       if (vecKeys[i].m_szName != strKey) continue;
       bool const bTake = m_vecKeyLines[i] == 0 || vecKeys[i].m_bMany;
-      std::string const strProblem = bTake
-                                         ? vecKeys[i].m_pSet(m_Draft, strValue)
-                                         : "'" + strKey + "' stands in line " + std::to_string(m_vecKeyLines[i]) +
-                                               " already; leave one of the two out";
+      std::string const strProblem = bTake ? vecKeys[i].m_pSet(m_Draft, strValue)
+                                           : "'" + strKey + "' stands in line " + std::to_string(m_vecKeyLines[i]) +
+                                                 " already; leave one of the two out";
       if (m_vecKeyLines[i] == 0) m_vecKeyLines[i] = nLine;
       Report(nLine, strProblem);
       return;

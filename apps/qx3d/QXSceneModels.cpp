@@ -199,8 +199,8 @@ void QXSceneModels::Load(QXSceneFile const& scene, UpAxis eUp, std::function<voi
     QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems) {
   for (QXSceneModel const& placed : scene.m_vecModels) {
     std::string strReason;
-    int const nModel = FindOrLoad(placed.m_strFile, placed.m_eUp == UpAxis::Auto ? eUp : placed.m_eUp, progress,
-        vecPictureProblems, strReason);
+    int const nModel = FindOrLoad(
+        placed.m_strFile, placed.m_eUp == UpAxis::Auto ? eUp : placed.m_eUp, progress, vecPictureProblems, strReason);
     if (nModel >= 0) strReason = Place(m_vecModels[static_cast<std::size_t>(nModel)], MakePlacement(placed));
     if (strReason.empty()) continue;
     // A model that is shown alone has no line, and its path is the problems' own.

@@ -55,7 +55,8 @@ public:
     std::size_t const nGone = std::erase_if(
         instances.m_vecPlaces, [](QXScenePlace const& place) { return !IsShowable(place.m_vecPosition); });
     if (nGone > 0)
-      Warn(instances, "instances beyond 1e15, which are left out: " + std::to_string(nGone) + "; give a nearer position");
+      Warn(instances,
+          "instances beyond 1e15, which are left out: " + std::to_string(nGone) + "; give a nearer position");
     bool const bGood = m_vecProblems.size() == nProblems;
     if (bGood && instances.m_vecPlaces.empty())
       m_Problems.Add(instances.m_nLine, "[instances] has no place at all that can be shown; correct its files");
@@ -107,7 +108,8 @@ private:
   static void AddPoint(
       QXSceneInstances& instances, QXVector3d vecPosition, bool bHeading, double dHeading, double dScale) {
     if (instances.m_bZ) vecPosition.z = instances.m_dZ;
-    instances.m_vecPlaces.push_back({vecPosition, bHeading, dHeading, dScale});
+    // Data may count turns, too.
+    instances.m_vecPlaces.push_back({vecPosition, bHeading, std::fmod(dHeading, 360.0), dScale});
   }
 
   void AddArea(QXSceneInstances& instances, QXGeoFootprint const& area, QXRandom& random) {

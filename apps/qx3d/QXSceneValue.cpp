@@ -213,8 +213,8 @@ std::string ReadNumbers(std::string_view text, std::size_t nFewest, std::size_t 
     vecRead.push_back(dRead);
   }
   if (!bGood || vecRead.size() < nFewest) {
-    std::string const strCount = nFewest == nMost ? std::to_string(nMost)
-                                                  : std::to_string(nFewest) + " to " + std::to_string(nMost);
+    std::string const strCount =
+        nFewest == nMost ? std::to_string(nMost) : std::to_string(nFewest) + " to " + std::to_string(nMost);
     return Quote(text) + " is no list of " + strCount + " numbers from " + ToText(dMin) + " to " + ToText(dMax) +
            "; write them with commas between them";
   }

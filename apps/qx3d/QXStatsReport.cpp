@@ -11,7 +11,8 @@ namespace QXApp {
 namespace {
 
 /// The number drawn alone puzzles whoever knows the file: the ground is no part of it, and each viewport draws again.
-void PrintDrawn(char const* szWhat, unsigned int nDrawn, char const* szOf, unsigned long long nModel, unsigned int nGround) {
+void PrintDrawn(
+    char const* szWhat, unsigned int nDrawn, char const* szOf, unsigned long long nModel, unsigned int nGround) {
   std::printf("%-18s %u drawn; the %s has %llu", szWhat, nDrawn, szOf, nModel);
   if (nGround > 0) std::printf(", the ground %u", nGround);
   std::printf("\n");
@@ -49,8 +50,11 @@ void PrintPages(std::vector<QXAtlasPage> const& vecPages) {
 void PrintInstances(QXRendererSession const& session, QXSceneFigures const& scene) {
   if (scene.m_nInstances == 0) return;
   std::size_t const nMeshes = session.GetInstanceMeshCount();
-  std::printf("instances          %zu, of %zu %s; %zu drawn by the last view\n", scene.m_nInstances, nMeshes,
-      Plural(nMeshes, "mesh", "meshes"), session.CountDrawnInstances());
+  std::printf("instances          %zu, of %zu %s; ", scene.m_nInstances, nMeshes, Plural(nMeshes, "mesh", "meshes"));
+  if (session.HasInstancing())
+    std::printf("%zu drawn by the last view\n", session.CountDrawnInstances());
+  else
+    std::printf("as drawables, for the renderer has no instancing\n");
 }
 
 void PrintIcons(unsigned int nIcons, std::vector<QXAtlasPage> const& vecPages) {
@@ -84,8 +88,10 @@ void PrintStats(QXRendererSession const& session, bool bScene, int nFrameTime) {
   } else {
     PrintTimes(stats);
   }
-  PrintDrawn("triangles", figures.m_nTriangles, szOf, scene.m_nModelTriangles + scene.m_nInstanceTriangles, scene.m_nGroundTriangles);
-  PrintDrawn("vertices", figures.m_nVertices, szOf, scene.m_nModelVertices + scene.m_nInstanceVertices, scene.m_nGroundVertices);
+  PrintDrawn("triangles", figures.m_nTriangles, szOf, scene.m_nModelTriangles + scene.m_nInstanceTriangles,
+      scene.m_nGroundTriangles);
+  PrintDrawn("vertices", figures.m_nVertices, szOf, scene.m_nModelVertices + scene.m_nInstanceVertices,
+      scene.m_nGroundVertices);
   std::printf("draw operations    %u\n", figures.m_nDrawOperations);
   std::printf("merged             %u %s into %u %s\n", scene.m_nMeshes, Plural(scene.m_nMeshes, "mesh", "meshes"),
       scene.m_nRanges, Plural(scene.m_nRanges, "range", "ranges"));

@@ -172,7 +172,8 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
   view.add_option("--up", raw.m_strUp, "Axis that is up where the format does not say: auto, y or z")
       ->type_name("AXIS")
       ->check(CLI::IsMember({"auto", "y", "z"}));
-  view.add_option("--time", raw.m_strTime, "Moment of the sky and its sun, as 2026-06-21T20:30 or with +02:00 behind it")
+  view.add_option(
+          "--time", raw.m_strTime, "Moment of the sky and its sun, as 2026-06-21T20:30 or with +02:00 behind it")
       ->type_name("TIME")
       ->check(CLI::Validator(CheckTimeSyntax, ""));
   view.add_option("--views", options.m_nViews, "Viewports with different views, 1 to 16")

@@ -229,8 +229,8 @@ TEST_F(QXEnvironmentTest, WhatTheRendererHasNotIsToldAtItsLine) {
   // As a renderer without any of it answers for every scene.
   m_Environment.Show(m_Graphics3D, L"Nowhere", *m_pTarget, m_Scene, m_Problems);
   EXPECT_THAT(m_Problems.GetLines(),
-      ElementsAre(HasSubstr("s.qxscene:4: the renderer has no lights"), HasSubstr("s.qxscene:7: the renderer has no sky"),
-          HasSubstr("s.qxscene:9: the renderer has no ocean")));
+      ElementsAre(HasSubstr("s.qxscene:4: the renderer has no lights"),
+          HasSubstr("s.qxscene:7: the renderer has no sky"), HasSubstr("s.qxscene:9: the renderer has no ocean")));
 }
 
 }  // namespace

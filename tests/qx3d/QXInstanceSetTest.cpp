@@ -52,16 +52,17 @@ protected:
   }
 
   void Load() {
-    m_Models.Load(m_Scene, UpAxis::Auto, [this](std::string const& strStep) { m_vecSteps.push_back(strStep); },
-        m_Problems, m_vecPictureProblems);
+    m_Models.Load(
+        m_Scene, UpAxis::Auto, [this](std::string const& strStep) { m_vecSteps.push_back(strStep); }, m_Problems,
+        m_vecPictureProblems);
   }
 
   /// Hands everything over. @return  what went wrong
   std::string Show(Renderer& renderer) {
     for (QXInstanceGroup const& group : m_Models.GetGroups())
       for (QXScenePart& part : m_Models.GetModel(group.m_nModel).m_vecParts) {
-        std::string strReason = m_Set.Add(
-            renderer, L"Scene3D", *part.m_pOperation, group, m_Scene.m_vecInstances[group.m_nSection]);
+        std::string strReason =
+            m_Set.Add(renderer, L"Scene3D", *part.m_pOperation, group, m_Scene.m_vecInstances[group.m_nSection]);
         if (!strReason.empty()) return strReason;
       }
     return std::string();
@@ -112,11 +113,13 @@ TEST_F(QXInstanceSetTest, ModelsThatCannotBeShownAreToldAtTheirLines) {
   Load();
   ASSERT_EQ(m_Problems.GetLines().size(), 2u);
   EXPECT_THAT(m_Problems.GetLines()[0], HasSubstr("s.qxscene:2: " + m_Folder.Path("bad.obj") + ": "));
-  EXPECT_THAT(m_Problems.GetLines()[1], HasSubstr("s.qxscene:9: " + m_strBlock + ": an instance is placed beyond 1e15"));
+  EXPECT_THAT(
+      m_Problems.GetLines()[1], HasSubstr("s.qxscene:9: " + m_strBlock + ": an instance is placed beyond 1e15"));
 }
 
 TEST_F(QXInstanceSetTest, InstancingGetsMeshPlacesColourAndDistance) {
-  QXSceneInstances& instances = Add({{QXVector3d(6000000, 0, 0), true, 0.0, 1.0}, {QXVector3d(5, 0, 0), true, 90.0, 2.0}});
+  QXSceneInstances& instances =
+      Add({{QXVector3d(6000000, 0, 0), true, 0.0, 1.0}, {QXVector3d(5, 0, 0), true, 90.0, 2.0}});
   instances.m_nColor[1] = 51;
   instances.m_dDistance = 300.0;
   Load();
@@ -176,7 +179,8 @@ TEST_F(QXInstanceSetTest, UnknownSceneIsTold) {
 TEST_F(QXInstanceSetTest, BakedInstancesCountAsModels) {
   Add({{QXVector3d(0, 0, 0), true, 0.0, 1.0}, {QXVector3d(5, 0, 0), true, 0.0, 1.0}});
   QXSceneModels models;
-  models.LoadInstances(m_Scene, UpAxis::Auto, [](std::string const&) {}, m_Problems, m_vecPictureProblems);
+  models.LoadInstances(
+      m_Scene, UpAxis::Auto, [](std::string const&) {}, m_Problems, m_vecPictureProblems);
   EXPECT_TRUE(m_Problems.IsEmpty());
   EXPECT_EQ(models.GetTriangleCount(), 24u);
   QXC::QXBoundingBox nothing;

@@ -122,10 +122,10 @@ TEST(QXInstancesProgram, OgreDrawsInstancesAsItDrawsModels) {
   std::string const strHead = "[scene]\nground = no\n[camera]\neye = 6000010, -30, 20\nlook = 6000010, 0, 0\n";
   QXPicture const instances = Draw(folder, strHead + "[instances]\nfile = block.obj\nup = z\nplace = 6000000, 0, 0\n"
                                                      "place = 6000010, 0, 0, 30, 1.5\nplace = 6000020, 0, 0, 120\n");
-  QXPicture const models = Draw(folder,
-      strHead + "[model]\nfile = block.obj\nup = z\nposition = 6000000, 0, 0\n"
-                "[model]\nfile = block.obj\nup = z\nposition = 6000010, 0, 0\nheading = 30\nscale = 1.5\n"
-                "[model]\nfile = block.obj\nup = z\nposition = 6000020, 0, 0\nheading = 120\n");
+  QXPicture const models =
+      Draw(folder, strHead + "[model]\nfile = block.obj\nup = z\nposition = 6000000, 0, 0\n"
+                             "[model]\nfile = block.obj\nup = z\nposition = 6000010, 0, 0\nheading = 30\nscale = 1.5\n"
+                             "[model]\nfile = block.obj\nup = z\nposition = 6000020, 0, 0\nheading = 120\n");
   EXPECT_LT(CountDifferent(instances, models), 20);
   QXPicture const nothing = Draw(folder, strHead + "[model]\nfile = block.obj\nposition = 0, 0, 1e6\n");
   EXPECT_GT(CountDifferent(instances, nothing), 200);
@@ -134,7 +134,8 @@ TEST(QXInstancesProgram, OgreDrawsInstancesAsItDrawsModels) {
 /// A white plane seen from above.
 std::string WritePlane(Folder const& folder) {
   folder.Write("plane.mtl", "newmtl white\nKd 1 1 1\n");
-  folder.Write("plane.obj", "mtllib plane.mtl\nv -50 -50 0\nv 50 -50 0\nv 50 50 0\nv -50 50 0\nusemtl white\nf 1 2 3 4\n");
+  folder.Write(
+      "plane.obj", "mtllib plane.mtl\nv -50 -50 0\nv 50 -50 0\nv 50 50 0\nv -50 50 0\nusemtl white\nf 1 2 3 4\n");
   return "[camera]\neye = 0, -0.1, 60\nlook = 0, 0, 0\n[model]\nfile = plane.obj\nup = z\n";
 }
 

@@ -101,10 +101,9 @@ TEST(QXSceneInstances, EveryKeyArrives) {
 }
 
 TEST(QXSceneInstances, ValuesAreToldAtTheirLines) {
-  EXPECT_THAT(
-      Problems("[instances]\nfile = a.qxscene\nplace = 1, 2\nplace = 1,2,3,361\nplace = 1,2,3,4,0\n"
-               "place = 1,2,3,4,5,6\npoints = a.txt\nwhere = kind\nspread = 0\nz = high\nposition = 1\n"
-               "heading = north\nscale = 0\nseed = -1\ncolor = red\ndistance = 0\nup = x\nhigh = 1\n"),
+  EXPECT_THAT(Problems("[instances]\nfile = a.qxscene\nplace = 1, 2\nplace = 1,2,3,361\nplace = 1,2,3,4,0\n"
+                       "place = 1,2,3,4,5,6\npoints = a.txt\nwhere = kind\nspread = 0\nz = high\nposition = 1\n"
+                       "heading = north\nscale = 0\nseed = -1\ncolor = red\ndistance = 0\nup = x\nhigh = 1\n"),
       ElementsAre(HasSubstr("2: 'a.qxscene' is a scene"), HasSubstr("3: '1, 2' is no place"),
           HasSubstr("4: '1,2,3,361'"), HasSubstr("5: '1,2,3,4,0'"), HasSubstr("6: '1,2,3,4,5,6'"),
           HasSubstr("7: 'a.txt' is no map data"), HasSubstr("8: 'kind' is no condition"), HasSubstr("9: '0'"),
@@ -117,10 +116,12 @@ TEST(QXSceneInstances, ValuesAreToldAtTheirLines) {
 TEST(QXSceneInstances, KeysThatContradictEachOtherAreTold) {
   std::string const strFile = "[instances]\nfile = t.obj\n";
   EXPECT_THAT(Problem(strFile), HasSubstr("3: [instances] has no places; add place = x, y, z"));
-  for (char const* szKey : {"feature = a", "where = a = b", "heading-from = a", "scale-from = a", "spread = 1", "z = 0"})
+  for (char const* szKey :
+      {"feature = a", "where = a = b", "heading-from = a", "scale-from = a", "spread = 1", "z = 0"})
     EXPECT_THAT(Problem(strFile + "place = 0,0,0\n" + szKey + "\n"), HasSubstr("are about points of map data"));
   EXPECT_THAT(Problem(strFile + "points = a.gml\n"), HasSubstr("add feature ="));
-  EXPECT_THAT(Problem(strFile + "points = a.geojson\nfeature = a\n"), HasSubstr("feature is about elements of CityGML"));
+  EXPECT_THAT(
+      Problem(strFile + "points = a.geojson\nfeature = a\n"), HasSubstr("feature is about elements of CityGML"));
   EXPECT_THAT(Problem(strFile + "points = a.shp\nspread = 1\n"), HasSubstr("spread is about areas"));
   EXPECT_THAT(Problems(strFile + "places = p.txt\n"), IsEmpty());
   EXPECT_THAT(Problems(strFile + "points = a.geojson\nspread = 10\nwhere = a = b\n"), IsEmpty());
@@ -189,8 +190,9 @@ TEST(QXSceneLight, EveryKeyArrives) {
 }
 
 TEST(QXSceneLight, ValuesAreToldAtTheirLines) {
-  EXPECT_THAT(Problems(Model + "[light]\ntype = lamp\nposition = 1\ndirection = a\ntarget = b\ncolor = c\n"
-                               "inner = 181\nouter = -1\nfalloff = -1\nrange = 0\nattenuation = 1, 2\npower = 0\nx = 1\n"),
+  EXPECT_THAT(
+      Problems(Model + "[light]\ntype = lamp\nposition = 1\ndirection = a\ntarget = b\ncolor = c\n"
+                       "inner = 181\nouter = -1\nfalloff = -1\nrange = 0\nattenuation = 1, 2\npower = 0\nx = 1\n"),
       ElementsAre(HasSubstr("4: 'lamp'"), HasSubstr("5: '1'"), HasSubstr("6: 'a'"), HasSubstr("7: 'b'"),
           HasSubstr("8: 'c'"), HasSubstr("9: '181'"), HasSubstr("10: '-1'"), HasSubstr("11: '-1'"),
           HasSubstr("12: '0'"), HasSubstr("13: '1, 2' is no list of 3 numbers"), HasSubstr("14: '0' is no power"),
@@ -211,8 +213,8 @@ TEST(QXSceneLight, KeysThatContradictEachOtherAreTold) {
   EXPECT_THAT(Problem("[light]\ntype = spot\nposition = 0,0,0\n"), HasSubstr("a direction or a target"));
   EXPECT_THAT(Problem("[light]\ntype = spot\nposition = 0,0,0\ntarget = 1,1,1\ndirection = 1,1,1\n"),
       HasSubstr("a direction or a target"));
-  EXPECT_THAT(
-      Problem("[light]\ntype = spot\nposition = 1,1,1\ntarget = 1,1,1\n"), HasSubstr("position and target are the same"));
+  EXPECT_THAT(Problem("[light]\ntype = spot\nposition = 1,1,1\ntarget = 1,1,1\n"),
+      HasSubstr("position and target are the same"));
   EXPECT_THAT(Problem("[light]\ntype = spot\nposition = 0,0,0\ntarget = 1,1,1\ninner = 60\n"),
       HasSubstr("not above the outer one"));
 }
@@ -228,8 +230,7 @@ TEST(QXSceneLight, AThousandAreReadAndMoreAreToldOnce) {
 // --- Weather ---
 
 TEST(QXSceneFog, EachModeTakesItsKeys) {
-  QXSceneFog const linear =
-      Parse(Model + "[fog]\nmode = linear\ncolor = #010203\nstart = 100\nend = 900\n").m_Fog;
+  QXSceneFog const linear = Parse(Model + "[fog]\nmode = linear\ncolor = #010203\nstart = 100\nend = 900\n").m_Fog;
   EXPECT_EQ(linear.m_eKind, QXFogKind::Linear);
   EXPECT_TRUE(linear.m_bColor);
   EXPECT_THAT(linear.m_nColor, ElementsAre(1, 2, 3));
@@ -239,8 +240,7 @@ TEST(QXSceneFog, EachModeTakesItsKeys) {
   EXPECT_EQ(exponential.m_eKind, QXFogKind::Exponential);
   EXPECT_EQ(exponential.m_dDensity, 0.002);
   EXPECT_FALSE(exponential.m_bColor);
-  EXPECT_EQ(
-      Parse(Model + "[fog]\nmode = exp2\ndensity = 0.002\n").m_Fog.m_eKind, QXFogKind::ExponentialSquared);
+  EXPECT_EQ(Parse(Model + "[fog]\nmode = exp2\ndensity = 0.002\n").m_Fog.m_eKind, QXFogKind::ExponentialSquared);
   EXPECT_EQ(Parse(Model).m_Fog.m_eKind, QXFogKind::None);
 }
 
@@ -276,7 +276,8 @@ TEST(QXSceneSky, EveryKeyArrives) {
 }
 
 TEST(QXSceneSky, WhatIsWrongIsTold) {
-  EXPECT_THAT(Problems(Model + "[sky]\ntime = noon\ncondition = rain\nclouds = many\ncloud-height = 0\nwind = 8\nx = 1\n"),
+  EXPECT_THAT(
+      Problems(Model + "[sky]\ntime = noon\ncondition = rain\nclouds = many\ncloud-height = 0\nwind = 8\nx = 1\n"),
       ElementsAre(HasSubstr("4: 'noon' is no moment"), HasSubstr("5: 'rain'"), HasSubstr("6: 'many'"),
           HasSubstr("7: '0'"), HasSubstr("8: '8' is no wind"),
           "9: [sky] has no key 'x'; known are time, condition, clouds, cloud-height, wind"));
@@ -309,8 +310,8 @@ TEST(QXSceneFile, SunAndAmbientLight) {
   EXPECT_THAT(scene.m_nAmbient, ElementsAre(0x20, 0x28, 0x40));
   EXPECT_TRUE(Parse(Model).m_bSun);
   EXPECT_FALSE(Parse(Model).m_bAmbient);
-  EXPECT_THAT(Problems("[scene]\nsun = high\nambient = 1\n" + Model),
-      ElementsAre(HasSubstr("2: 'high'"), HasSubstr("3: '1'")));
+  EXPECT_THAT(
+      Problems("[scene]\nsun = high\nambient = 1\n" + Model), ElementsAre(HasSubstr("2: 'high'"), HasSubstr("3: '1'")));
 }
 
 // --- Values ---

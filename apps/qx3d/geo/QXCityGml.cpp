@@ -183,7 +183,8 @@ private:
       if (!m_vecBuildings.empty()) BeginText();
       break;
     default:
-      if (!m_Names.m_bPlaces && m_nFeatureDepth != 0 && (name == m_Names.m_strLabel || name == m_Names.m_strAngle)) BeginText();
+      if (!m_Names.m_bPlaces && m_nFeatureDepth != 0 && (name == m_Names.m_strLabel || name == m_Names.m_strAngle))
+        BeginText();
     }
   }
 

@@ -82,8 +82,7 @@ QXVector3d GetMiddle(QXGeoFootprint const& area) {
   bool const bGood = vecMiddle.x >= box.m_vecMin.x && vecMiddle.x <= box.m_vecMax.x && vecMiddle.y >= box.m_vecMin.y &&
                      vecMiddle.y <= box.m_vecMax.y;
   if (!bGood)
-    vecMiddle =
-        QXVector3d(0.5 * (box.m_vecMin.x + box.m_vecMax.x), 0.5 * (box.m_vecMin.y + box.m_vecMax.y), 0.0);
+    vecMiddle = QXVector3d(0.5 * (box.m_vecMin.x + box.m_vecMax.x), 0.5 * (box.m_vecMin.y + box.m_vecMax.y), 0.0);
   return QXVector3d(vecMiddle.x, vecMiddle.y, ring[0].z);
 }
 

@@ -38,7 +38,8 @@ Loaded Load(std::vector<QXSceneInstances> const& vecInstances) {
     instances.m_nLine = 3;
     instances.m_nPointsLine = 5;
   }
-  LoadScenePlaces(loaded.m_Scene, [](std::string const&) {}, loaded.m_vecProblems, loaded.m_vecWarnings);
+  LoadScenePlaces(
+      loaded.m_Scene, [](std::string const&) {}, loaded.m_vecProblems, loaded.m_vecWarnings);
   return loaded;
 }
 
@@ -137,8 +138,9 @@ TEST(QXScenePlaces, RandomNumbersAreThoseOfEverySystem) {
 TEST(QXScenePlaces, PointsOfGeoJsonCountNamedOrNot) {
   Folder const folder;
   std::string const strPath = folder.Write("a.geojson",
-      Collection(Feature(PointA, R"("dir":90,"size":"1.5","kind":"oak")") + "," + Feature(PointB, R"("dir":-10)") + "," +
-                 Feature(R"("type":"MultiPoint","coordinates":[[7,8,9],[10,11,12]])", R"("dir":5,"size":2,"kind":"oak")")));
+      Collection(
+          Feature(PointA, R"("dir":90,"size":"1.5","kind":"oak")") + "," + Feature(PointB, R"("dir":-10)") + "," +
+          Feature(R"("type":"MultiPoint","coordinates":[[7,8,9],[10,11,12]])", R"("dir":5,"size":2,"kind":"oak")")));
   QXSceneInstances instances = WithPoints(strPath);
   EXPECT_EQ(Places(instances).size(), 4u);
   instances.m_strHeadingFrom = "dir";
@@ -158,6 +160,16 @@ TEST(QXScenePlaces, PointsOfGeoJsonCountNamedOrNot) {
   instances.m_strWhere = "kind";
   instances.m_strWhereValue = "oak";
   EXPECT_EQ(Places(instances).size(), 3u);
+}
+
+TEST(QXScenePlaces, HeadingsOfManyTurnsAreTurnedBack) {
+  Folder const folder;
+  QXSceneInstances instances = WithPoints(
+      folder.Write("a.geojson", Collection(Feature(PointA, R"("dir":9e14)") + "," + Feature(PointB, R"("dir":-450)"))));
+  instances.m_strHeadingFrom = "dir";
+  std::vector<QXScenePlace> const vecPlaces = Places(instances);
+  EXPECT_EQ(vecPlaces[0].m_dHeading, 0.0);
+  EXPECT_EQ(vecPlaces[1].m_dHeading, -90.0);
 }
 
 TEST(QXScenePlaces, HeightsAreThoseOfTheDataOrGiven) {
@@ -322,7 +334,8 @@ TEST(QXGeoAreas, PointsFillTheAreaEvenlyAndEndWithTheBudget) {
   AppendPoints(area, 4000, random, nCorners, vecPoints);
   ASSERT_EQ(vecPoints.size(), 4000u);
   // A quarter lies in the half-sized triangle at each corner.
-  auto const nLow = std::count_if(vecPoints.begin(), vecPoints.end(), [](QXVector3d const& v) { return v.x + v.y < 5; });
+  auto const nLow =
+      std::count_if(vecPoints.begin(), vecPoints.end(), [](QXVector3d const& v) { return v.x + v.y < 5; });
   EXPECT_NEAR(static_cast<double>(nLow), 1000.0, 100.0);
   nCorners = 30;
   vecPoints.clear();
