@@ -349,8 +349,8 @@ TEST_F(QXOgreSceneLight, NoLampFlickersWhenTheEyePassesManyOfThem) {
   m_arrOperations.pop_back();
   DrawSquare(-100.0F, -100.0F, 100.0F, 100.0F, 0.0F, QXColorValue3D::White);
   for (int i = 0; i < 80; ++i) {
-    QXLight light = Lamp(2.0 * (i % 40) - 40.0, i < 40 ? -3.0 : 3.0, 1.5);
-    light.SetAttenuation(0.0, 1.0, 0.0, 0.5);
+    QXLight light = Lamp(1.0 * (i % 40) - 28.0, i < 40 ? -3.0 : 3.0, 0.7);
+    light.SetAttenuation(0.0, 1.0, 0.0, 3.0);
     Shine(std::to_wstring(i).c_str(), light);
   }
   std::vector<unsigned char> arrBefore;
@@ -360,8 +360,8 @@ TEST_F(QXOgreSceneLight, NoLampFlickersWhenTheEyePassesManyOfThem) {
     int nMost = 0;
     for (std::size_t i = 0; i < arrBefore.size(); ++i)
       nMost = std::max(nMost, std::abs(arrBefore[i] - picture.GetBytes()[i]));
-    // A lamp that came or went at once would be seen by up to 170 steps.
-    EXPECT_LT(nMost, 30) << nStep;
+    // A lamp that came or went at once would be seen by 94 steps.
+    EXPECT_LT(nMost, 10) << nStep;
     arrBefore = picture.GetBytes();
   }
 }
