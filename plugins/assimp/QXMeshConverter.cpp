@@ -199,8 +199,11 @@ void SetHighlights(aiMaterial const& material, QXC::QXModelMesh& mesh) {
   mesh.m_dShininess = static_cast<double>(fShininess);
 }
 
-/// glTF says whether the opacity of a colour means anything; by default it does not.
-bool IsOpaque(aiMaterial const& material) {
+/// glTF says whether the opacity of a colour means anything; by default it does not. Beside a picture that stands in the
+/// picture's reference.
+bool IsOpaqueColor(aiMaterial const& material) {
+  if (material.GetTextureCount(aiTextureType_BASE_COLOR) + material.GetTextureCount(aiTextureType_DIFFUSE) > 0)
+    return false;
   aiString strMode;
   return material.Get(AI_MATKEY_GLTF_ALPHAMODE, strMode) == aiReturn_SUCCESS && strMode == aiString("OPAQUE");
 }
@@ -217,7 +220,7 @@ void SetMaterial(aiMaterial const& material, bool bLinearColors, QXC::QXModelMes
   material.Get(AI_MATKEY_OPACITY, fOpacity);
   // Exporters disagree on which end of the scale is clear; what nobody could see was meant to be solid.
   if (fOpacity > 0.0f && fOpacity < color.a) color.a = fOpacity;
-  if (IsOpaque(material)) color.a = 1.0f;
+  if (IsOpaqueColor(material)) color.a = 1.0f;
   mesh.m_BaseColor = MakeColor(color, bLinearColors);
   mesh.m_bBaseColorSet = 1;
   mesh.m_EmissiveColor = ReadColor(material, "$clr.emissive", 1.0f, bLinearColors);
