@@ -22,6 +22,7 @@
 #include <plugins/ogre/QXOgreTexts.h>
 #include <plugins/ogre/QXOgreTextureManager.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
+#include <plugins/ogre/effects/QXOgreOverlays.h>
 #include <plugins/ogre/instancing/QXOgreHwInstancingManager.h>
 #include <plugins/ogre/picking/QXOgreSelection.h>
 
@@ -50,7 +51,8 @@ QXOgreGraphics3D::QXOgreGraphics3D()
     : m_pManager(std::make_unique<QXOgreRenderOperationManager>(*this)),
       m_pTextures(std::make_unique<QXOgreTextureManager>(*this)),
       m_pInstancings(std::make_unique<QXOgreHwInstancingManager>(*this)), m_pTextureScene(nullptr),
-      m_pTextScene(nullptr), m_pSelection(std::make_unique<QXOgreSelection>(*this)), m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
+      m_pTextScene(nullptr), m_pOverlayScene(nullptr), m_pSelection(std::make_unique<QXOgreSelection>(*this)),
+      m_strName(L"ogre"), m_nDrawOperationCount(0), m_nNodesMade(0) {
   m_pRenderOperationManager = m_pManager.get();
   m_pTextureManager = m_pTextures.get();
   m_pHwInstancingManager = m_pInstancings.get();
@@ -68,10 +70,12 @@ QXOgreGraphics3D::~QXOgreGraphics3D() {
   m_pResourceHolder = nullptr;
   m_pTexts.reset();
   m_pSelection.reset();
-  for (QXOgreScene* const pScene : {m_pTextureScene, m_pTextScene})
+  m_pOverlays.reset();
+  for (QXOgreScene* const pScene : {m_pTextureScene, m_pTextScene, m_pOverlayScene})
     if (pScene) m_pDevice->DestroyScene(pScene);
   m_pTextureScene = nullptr;
   m_pTextScene = nullptr;
+  m_pOverlayScene = nullptr;
   // Models, instancings and atlases give their textures back to a manager that is still there.
   QXOgreGraphics3D::ClearResource();
   m_pHwInstancingManager = nullptr;
@@ -152,7 +156,9 @@ unsigned char QXOgreGraphics3D::Initialize(QdcUnicodeString const& strResourcePa
 void QXOgreGraphics3D::MakeOwnScenes() {
   m_pTextureScene = m_pDevice->CreateScene();
   m_pTextScene = m_pDevice->CreateScene();
+  m_pOverlayScene = m_pDevice->CreateScene();
   m_pTexts = std::make_unique<QXOgreTexts>(*this, *m_pTextScene);
+  m_pOverlays = std::make_unique<QXOgreOverlays>(*m_pDevice, *m_pOverlayScene);
   m_pResourceHolder = m_pTexts.get();
 }
 
@@ -251,7 +257,9 @@ QXRenderTarget* QXOgreGraphics3D::CreateRenderTexture(QdcUnicodeString const& st
 
 QXRenderTarget* QXOgreGraphics3D::CreateReflectRenderTarget(
     QdcUnicodeString const& strName, unsigned int nWidth, unsigned int nHeight, QdcUnicodeString const& strSceneName) {
-  return CreateRenderTexture(strName, PF_A8R8G8B8, nWidth, nHeight, 0, 32, strSceneName);
+  QXRenderTarget* const pTarget = CreateRenderTexture(strName, PF_A8R8G8B8, nWidth, nHeight, 0, 32, strSceneName);
+  if (pTarget) static_cast<QXOgreRenderTarget*>(pTarget)->SetOverlaysShown(false);
+  return pTarget;
 }
 
 void QXOgreGraphics3D::SwapAllRenderTargetBuffers(unsigned char bWaitForVerticalBlank) {

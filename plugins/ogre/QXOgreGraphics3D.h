@@ -20,6 +20,7 @@ namespace QXC {
 
 class QXOgreCamera;
 class QXOgreHwInstancingManager;
+class QXOgreOverlays;
 class QXOgreRenderOperationManager;
 class QXOgreRenderTarget;
 class QXOgreScene;
@@ -43,6 +44,8 @@ public:
   QXOgreDevice& RequireDevice() const;
   QXOgreTextureManager& GetTextures() const { return *m_pTextures; }
   QXOgreRenderOperationManager& GetOperations() const { return *m_pManager; }
+  /// Only while there is a device.
+  QXOgreOverlays& GetOverlays() const { return *m_pOverlays; }
   /// Null if there is none of that name.
   QXOgreScene* FindScene(QdcUnicodeString const& strName) const;
   /// The scene in which nodes of a name stand. The empty one is that of the textures that are drawn: their targets have
@@ -177,6 +180,12 @@ public:
   void SetRenderFont(QdcUnicodeString const& strFaceName, double dSize) override;
   /// Over the picture of the viewport that was drawn last.
   void RenderTexts() override;
+  /// Null before Initialize, and for a name that is empty or taken.
+  QXRenderOperationOverlay* CreateOverlay(QdcUnicodeString const& strName) override;
+  void DestroyOverlay(QdcUnicodeString const& strName) override;
+  void SetOverlayVisible(QdcUnicodeString const& strName, unsigned char bVisible) override;
+  void SetOverlayPosition(QdcUnicodeString const& strName, double dLeft, double dBottom) override;
+  void SetOverlayZOrder(QdcUnicodeString const& strName, int nZOrder) override;
   unsigned char SelectRenderSystem(QdcUnicodeString const& strName) override;
   QdcUnicodeString GetRenderSystemName() const override;
   QdcUnicodeString GetRenderSystemVersion() const override;
@@ -222,7 +231,9 @@ private:
   std::unique_ptr<QXOgreHwInstancingManager> m_pInstancings;
   QXOgreScene* m_pTextureScene;
   QXOgreScene* m_pTextScene;
+  QXOgreScene* m_pOverlayScene;
   std::unique_ptr<QXOgreTexts> m_pTexts;
+  std::unique_ptr<QXOgreOverlays> m_pOverlays;
   QXBloomSetting m_BloomSetting;
   bool m_bBloomEnabled = true;
   std::unique_ptr<QXOgreSelection> m_pSelection;

@@ -1,4 +1,4 @@
-// Projections, patches and read-back.
+// Projections, patches, overlays and read-back.
 
 #include <algorithm>
 #include <cstring>
@@ -7,10 +7,12 @@
 #include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 
 #include <plugins/ogre/QXOgreCamera.h>
+#include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreRenderTarget.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreSceneNode.h>
+#include <plugins/ogre/effects/QXOgreOverlays.h>
 
 namespace QXC {
 
@@ -53,6 +55,31 @@ void QXOgreGraphics3D::RenderPatchToTexture(double dHalfWidth, double dHalfHeigh
   camera.SetProjectionMatrix(QXMathEngine::ComputeOrthoMatrix(
       -0.5 * dWidth, 0.5 * dWidth, -0.5 * dHeight, 0.5 * dHeight, 0.5, dTop - dLow + 1.5));
   pOwn->DrawPatch(camera, rcPatch);
+}
+
+QXRenderOperationOverlay* QXOgreGraphics3D::CreateOverlay(QdcUnicodeString const& strName) {
+  QXOgreOverlay* const pOverlay = m_pOverlays ? m_pOverlays->Create(strName) : nullptr;
+  if (!pOverlay)
+    SetErrorText("an overlay needs an initialised renderer and a name of its own: '" + ToUtf8(strName) + "'");
+  return pOverlay;
+}
+
+void QXOgreGraphics3D::DestroyOverlay(QdcUnicodeString const& strName) {
+  if (m_pOverlays) m_pOverlays->Destroy(strName);
+}
+
+void QXOgreGraphics3D::SetOverlayVisible(QdcUnicodeString const& strName, unsigned char bVisible) {
+  if (QXOgreOverlay* const pOverlay = m_pOverlays ? m_pOverlays->Find(strName) : nullptr)
+    pOverlay->SetVisible(bVisible);
+}
+
+void QXOgreGraphics3D::SetOverlayPosition(QdcUnicodeString const& strName, double dLeft, double dBottom) {
+  if (QXOgreOverlay* const pOverlay = m_pOverlays ? m_pOverlays->Find(strName) : nullptr)
+    pOverlay->SetPosition(dLeft, dBottom);
+}
+
+void QXOgreGraphics3D::SetOverlayZOrder(QdcUnicodeString const& strName, int nZOrder) {
+  if (QXOgreOverlay* const pOverlay = m_pOverlays ? m_pOverlays->Find(strName) : nullptr) pOverlay->SetZOrder(nZOrder);
 }
 
 QXTexture* QXOgreGraphics3D::GetRenderTargetTexture(QXRenderTarget* pTarget) const {

@@ -4,19 +4,18 @@
 #include <stdexcept>
 #include <string>
 
-#include <dlfcn.h>
-
 #include <OgreHardwarePixelBuffer.h>
 #include <OgreResourceGroupManager.h>
 #include <OgreTextureManager.h>
 
 #include <plugins/ogre/QXOgreDevice.h>
+#include <plugins/ogre/QXOgreOpenGL.h>
 
 namespace QXC {
 
 namespace {
 
-// What OGRE has no words for is said to OpenGL itself; its numbers.
+// OpenGL's numbers.
 constexpr unsigned int TEXTURE_2D = 0x0DE1;
 constexpr unsigned int TEXTURE_BINDING_2D = 0x8069;
 constexpr unsigned int TEXTURE_BASE_LEVEL = 0x813C;
@@ -24,39 +23,10 @@ constexpr unsigned int TEXTURE_MAX_LEVEL = 0x813D;
 constexpr unsigned int TEXTURE_SWIZZLE_A = 0x8E45;
 constexpr int SWIZZLE_ONE = 1;
 
-/// The few functions of OpenGL that are needed, out of the library that OGRE draws with.
-struct OpenGL {
-  void (*m_pfnBindTexture)(unsigned int, unsigned int);
-  void (*m_pfnGetInteger)(unsigned int, int*);
-  void (*m_pfnTexParameter)(unsigned int, unsigned int, int);
-  void (*m_pfnGenerateMipmap)(unsigned int);
-};
-
-template <class Function>
-void Find(void* pLibrary, char const* szName, Function& pfn) {
-  pfn = reinterpret_cast<Function>(dlsym(pLibrary, szName));
-  if (!pfn) throw std::runtime_error(std::string("the OpenGL library has no ") + szName);
-}
-
-OpenGL const& GetOpenGL() {
-  static OpenGL const s_OpenGL = [] {
-    // OGRE has loaded it already; one more handle keeps the functions where they are.
-    void* const pLibrary = dlopen("libGL.so.1", RTLD_LAZY);
-    if (!pLibrary) throw std::runtime_error("libGL.so.1 is not there");
-    OpenGL functions{};
-    Find(pLibrary, "glBindTexture", functions.m_pfnBindTexture);
-    Find(pLibrary, "glGetIntegerv", functions.m_pfnGetInteger);
-    Find(pLibrary, "glTexParameteri", functions.m_pfnTexParameter);
-    Find(pLibrary, "glGenerateMipmap", functions.m_pfnGenerateMipmap);
-    return functions;
-  }();
-  return s_OpenGL;
-}
-
 /// Works on a plain texture. OGRE remembers what is bound, so that is bound again afterwards.
 template <class Work>
 void WithTexture(unsigned int nID, Work&& work) {
-  OpenGL const& gl = GetOpenGL();
+  QXOgreOpenGL const& gl = QXOgreOpenGL::Get();
   int nFormer = 0;
   gl.m_pfnGetInteger(TEXTURE_BINDING_2D, &nFormer);
   gl.m_pfnBindTexture(TEXTURE_2D, nID);
@@ -65,12 +35,12 @@ void WithTexture(unsigned int nID, Work&& work) {
 }
 
 void SetParameter(unsigned int nID, unsigned int eParameter, int nValue) {
-  WithTexture(nID, [&](OpenGL const& gl) { gl.m_pfnTexParameter(TEXTURE_2D, eParameter, nValue); });
+  WithTexture(nID, [&](QXOgreOpenGL const& gl) { gl.m_pfnTexParameter(TEXTURE_2D, eParameter, nValue); });
 }
 
 /// Makes all levels anew from the first one.
 void GenerateLevels(unsigned int nID) {
-  WithTexture(nID, [](OpenGL const& gl) { gl.m_pfnGenerateMipmap(TEXTURE_2D); });
+  WithTexture(nID, [](QXOgreOpenGL const& gl) { gl.m_pfnGenerateMipmap(TEXTURE_2D); });
 }
 
 Ogre::PixelBox MakeBox(unsigned int nWidth, unsigned int nHeight, Ogre::PixelFormat eFormat, void const* pPixels) {

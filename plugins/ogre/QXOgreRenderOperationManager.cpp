@@ -5,6 +5,9 @@
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreRenderOperation3D.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/QXOgreTextureManager.h>
+#include <plugins/ogre/effects/QXOgreQueryOperation3D.h>
+#include <plugins/ogre/effects/QXOgreRibbonTrail.h>
 #include <plugins/ogre/effects/QXOgreSkeletonAnimation.h>
 
 namespace QXC {
@@ -14,6 +17,7 @@ QXOgreRenderOperationManager::QXOgreRenderOperationManager(QXOgreGraphics3D& gra
 
 QXOgreRenderOperationManager::~QXOgreRenderOperationManager() {
   for (QXOgreRenderOperation3D* const pOperation : m_setOperations) pOperation->LeaveManager();
+  for (QXOgreQueryOperation3D* const pQuery : m_setQueries) pQuery->LeaveManager();
 }
 
 unsigned long long QXOgreRenderOperationManager::Add(QXOgreRenderOperation3D* pOperation) {
@@ -98,6 +102,27 @@ QXBillboard* QXOgreRenderOperationManager::CreateBillboard(QdcUnicodeString cons
 
 QXSkeletonAnimation* QXOgreRenderOperationManager::CreateSkeletonAnimation(QdcUnicodeString const& strName) {
   return new QXOgreSkeletonAnimation(strName);
+}
+
+QXRibbonTrail3D* QXOgreRenderOperationManager::CreateRibbonTrail(
+    QdcUnicodeString const& strSceneName, QdcUnicodeString const& strName, QdcUnicodeString const& strMaterial) {
+  QXOgreScene* const pScene = m_Graphics3D.FindScene(strSceneName);
+  if (!pScene) {
+    m_Graphics3D.SetErrorText("a ribbon needs a scene that exists: '" + ToUtf8(strSceneName) + "'");
+    return nullptr;
+  }
+  auto* const pTrail = new QXOgreRibbonTrail(*m_Graphics3D.GetDevice(), *pScene, strName);
+  if (!strMaterial.IsEmpty()) {
+    QXTextureManager& textures = m_Graphics3D.GetTextures();
+    textures.Lock();
+    pTrail->SetTexture(textures.GetTexture(strMaterial, 0));
+    textures.Unlock();
+  }
+  return pTrail;
+}
+
+QXQueryOperation3D* QXOgreRenderOperationManager::CreateQueryOperation(QdcUnicodeString const& strName) {
+  return new QXOgreQueryOperation3D(*this, strName);
 }
 
 QXOgreRenderOperation3D* QXOgreRenderOperationManager::Own(QXRenderOperation3D* pOperation) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <unordered_set>
+#include <vector>
 
 #include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 #include <QxGraphics3D/renderop/QXRenderOperationManager.h>
@@ -10,9 +11,10 @@
 namespace QXC {
 
 class QXOgreGraphics3D;
+class QXOgreQueryOperation3D;
 class QXOgreRenderOperation3D;
 
-/// Makes drawables, and knows those that exist, and billboards. Particles, ribbons and queries are not there
+/// Makes drawables, and knows those that exist, billboards, ribbons, queries and skeletons. Particles are not there
 /// yet: null.
 class QXOgreRenderOperationManager final : public QXRenderOperationManager {
 public:
@@ -32,6 +34,13 @@ public:
   /// @param nKey  receives the object's key
   QXOgreRenderOperation3D* FindWithObject(unsigned int nSelectionID, unsigned int& nKey) const;
 
+  /// Called by the queries themselves: all of them, and those that run.
+  void AddQuery(QXOgreQueryOperation3D* pQuery) { m_setQueries.insert(pQuery); }
+  void RemoveQuery(QXOgreQueryOperation3D* pQuery) { m_setQueries.erase(pQuery); }
+  void StartQuery(QXOgreQueryOperation3D* pQuery) { m_arrRunning.push_back(pQuery); }
+  void StopQuery(QXOgreQueryOperation3D* pQuery) { std::erase(m_arrRunning, pQuery); }
+  std::vector<QXOgreQueryOperation3D*> const& GetRunningQueries() const { return m_arrRunning; }
+
   QXOgreGraphics3D& GetGraphics3D() const { return m_Graphics3D; }
   /// The drawable as this plug-in's own, null if it is another's.
   QXOgreRenderOperation3D* Own(QXRenderOperation3D* pOperation) const;
@@ -50,11 +59,11 @@ public:
   QXParticleSystem3D* CreateParticleSystem(QdcUnicodeString const&, QdcUnicodeString const&) override {
     return nullptr;
   }
-  QXRibbonTrail3D* CreateRibbonTrail(
-      QdcUnicodeString const&, QdcUnicodeString const&, QdcUnicodeString const&) override {
-    return nullptr;
-  }
-  QXQueryOperation3D* CreateQueryOperation(QdcUnicodeString const&) override { return nullptr; }
+  /// Null for a scene that does not exist. The material is the name of a texture in the renderer's texture manager;
+  /// one that it does not have makes a trail of plain colours.
+  QXRibbonTrail3D* CreateRibbonTrail(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strName,
+      QdcUnicodeString const& strMaterial) override;
+  QXQueryOperation3D* CreateQueryOperation(QdcUnicodeString const& strName) override;
   QXSkeletonAnimation* CreateSkeletonAnimation(QdcUnicodeString const& strName) override;
 
 private:
@@ -62,6 +71,8 @@ private:
 
   QXOgreGraphics3D& m_Graphics3D;
   std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
+  std::unordered_set<QXOgreQueryOperation3D*> m_setQueries;
+  std::vector<QXOgreQueryOperation3D*> m_arrRunning;
   QXColorValue3D m_SelectionColor;
   unsigned long long m_nMade;
 };

@@ -8,15 +8,20 @@
 
 #include <QxGraphics3D/frame/QXRenderTargetListener.h>
 #include <QxGraphics3D/frame/QXViewport.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 #include <QxGraphics3D/text/QXTextureFontManager.h>
 
 #include <plugins/ogre/QXOgreCamera.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreRenderOperationManager.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreTextureSource.h>
 #include <plugins/ogre/effects/QXOgreBloom.h>
+#include <plugins/ogre/effects/QXOgreOverlays.h>
+#include <plugins/ogre/effects/QXOgreQueryOperation3D.h>
+#include <plugins/ogre/effects/QXOgreSampleCounts.h>
 #include <plugins/ogre/picking/QXOgreSelection.h>
 
 namespace QXC {
@@ -45,7 +50,8 @@ QXOgreRenderTarget::QXOgreRenderTarget(QXOgreGraphics3D& graphics3D, QdcUnicodeS
     QdcUnicodeString const& strSceneName, unsigned int nWidth, unsigned int nHeight)
     : m_pRenderer(&graphics3D), m_pOgreTarget(nullptr), m_pOgreViewport(nullptr), m_pDrawnViewport(nullptr),
       m_bBloom(false), m_vecSun(DEFAULT_SUN), m_AmbientLight(DEFAULT_AMBIENT), m_DiffuseLight(DEFAULT_DIFFUSE),
-      m_nSamples(1), m_bHostLight(false), m_bPatch(false), m_bRenderDepth(false), m_bIdentifiers(false) {
+      m_nSamples(1), m_bHostLight(false), m_bPatch(false), m_bRenderDepth(false), m_bIdentifiers(false),
+      m_bOverlaysShown(true) {
   m_strName = strName;
   m_strSceneName = strSceneName;
   m_nWidth = nWidth;
@@ -69,6 +75,9 @@ void QXOgreRenderTarget::LeaveRenderer() {
 }
 
 void QXOgreRenderTarget::SetOgreTarget(Ogre::RenderTarget* pOgreTarget) {
+  m_pSampleCounts.reset();
+  // They may be those of this target's context.
+  if (m_pBloom) m_pBloom->DropSampleCounts();
   if (m_pOgreTarget) m_pOgreTarget->removeAllViewports();
   m_pOgreTarget = pOgreTarget;
   m_pOgreViewport = nullptr;
@@ -136,9 +145,12 @@ void QXOgreRenderTarget::DrawPicture() {
   drawn._beginUpdate();
   QXRenderTarget::Update();
   drawn._endUpdate();
-  if (!bGlows) return;
-  m_pOgreViewport->setDimensions(0.0F, 0.0F, 1.0F, 1.0F);
-  m_pBloom->Finish(*m_pOgreViewport, m_pRenderer->GetBloomSetting());
+  if (bGlows) {
+    m_pOgreViewport->setDimensions(0.0F, 0.0F, 1.0F, 1.0F);
+    m_pBloom->Finish(*m_pOgreViewport, m_pRenderer->GetBloomSetting());
+    m_pDrawnViewport = m_pOgreViewport;
+  }
+  if (m_bOverlaysShown && !m_bIdentifiers && GetNumViewports() > 0) m_pRenderer->GetOverlays().DrawInto(*this);
 }
 
 void QXOgreRenderTarget::SwapBuffers(unsigned char bWaitForVerticalBlank) {
@@ -203,9 +215,25 @@ void QXOgreRenderTarget::DrawViewport(
   QXOgrePickFilter const everything{&m_pRenderer->m_SceneOperation, nullptr};
   QXOgreView drawn = view;
   if (m_bIdentifiers) drawn.m_pPick = &everything;
-  QXOgreCounts const counts = pScene->Draw(*m_pDrawnViewport, drawn, bDrawables);
+  bool const bCounted = !m_pRenderer->GetOperations().GetRunningQueries().empty();
+  QXOgreCounts const counts =
+      bCounted ? DrawCounted(*pScene, drawn, bDrawables) : pScene->Draw(*m_pDrawnViewport, drawn, bDrawables);
   m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
   m_pRenderer->Count(counts);
+}
+
+QXOgreCounts QXOgreRenderTarget::DrawCounted(QXOgreScene& scene, QXOgreView const& view, unsigned char bDrawables) {
+  if (!m_pSampleCounts)
+    m_pSampleCounts = std::make_unique<QXOgreSampleCounts>(m_pRenderer->GetDevice()->GetRenderSystem(), *m_pOgreTarget);
+  bool const bGlows = m_pDrawnViewport != m_pOgreViewport;
+  QXOgreSampleCounts& counts = bGlows ? m_pBloom->GetSampleCounts() : *m_pSampleCounts;
+  std::shared_ptr<QXOgreSampleCount> const pCount = counts.Begin(*m_pDrawnViewport);
+  // Ended whatever happens: OpenGL counts one thing at a time.
+  struct End {
+    ~End() { QXOgreSampleCounts::End(); }
+  } const end{};
+  for (QXOgreQueryOperation3D* const pQuery : m_pRenderer->GetOperations().GetRunningQueries()) pQuery->Add(pCount);
+  return scene.Draw(*m_pDrawnViewport, view, bDrawables);
 }
 
 void QXOgreRenderTarget::TellTexture(bool bPremultiplied) {
@@ -238,18 +266,35 @@ void QXOgreRenderTarget::DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatc
   m_pRenderer->SetProjectionMatrix(matFormerProjection);
 }
 
-void QXOgreRenderTarget::DrawOver(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view) {
-  if (!m_pOgreTarget) return;
-  m_pRenderer->GetDevice()->BeginFrame();
-  m_pOgreTarget->_beginUpdate();
+QXOgreView QXOgreRenderTarget::MakePixelView(QXViewport const& viewport) {
+  double const dLeft = viewport.GetActualLeft();
+  double const dBottom = viewport.GetActualBottom();
+  QXOgreView view{};
+  view.m_matProjection = QXMathEngine::ComputeOrthoMatrix(
+      dLeft, dLeft + viewport.GetActualWidth(), dBottom, dBottom + viewport.GetActualHeight(), -1.0, 1.0);
+  view.m_dVerticalExaggeration = 1.0;
+  view.m_ePolygonMode = Ogre::PM_SOLID;
+  view.m_nWidth = viewport.GetActualWidth();
+  view.m_nHeight = viewport.GetActualHeight();
+  return view;
+}
+
+void QXOgreRenderTarget::DrawAbove(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view) {
   PlaceViewport(viewport);
   m_pDrawnViewport->setClearEveryFrame(false, 0);
   SetLight(view, scene);
   QXOgreCounts const counts = scene.Draw(*m_pDrawnViewport, view, 1);
-  m_pOgreTarget->_endUpdate();
-  FinishPicture();
   m_Stats.triangleCount += static_cast<int>(counts.m_nTriangles);
   m_pRenderer->Count(counts);
+}
+
+void QXOgreRenderTarget::DrawOver(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view) {
+  if (!m_pOgreTarget) return;
+  m_pRenderer->GetDevice()->BeginFrame();
+  m_pOgreTarget->_beginUpdate();
+  DrawAbove(viewport, scene, view);
+  m_pOgreTarget->_endUpdate();
+  FinishPicture();
 }
 
 bool QXOgreRenderTarget::HasViewport(QXViewport const* pViewport) const {

@@ -17,6 +17,7 @@ namespace QXC {
 class QXOgreBloom;
 class QXOgreCamera;
 class QXOgreGraphics3D;
+class QXOgreSampleCounts;
 class QXOgreScene;
 struct QXOgreLight;
 
@@ -36,7 +37,14 @@ public:
   /// Draws a camera's picture into a part of the target (fractions of it, counted from the lower left corner) on a
   /// transparent background; the rest stays.
   void DrawPatch(QXOgreCamera& camera, QdcRect2D const& rcPatch);
-  /// Draws a scene over the picture that a viewport of this target has.
+  /// The pixels of a viewport as a view of its own, counted from the lower left corner of the target.
+  static QXOgreView MakePixelView(QXViewport const& viewport);
+  /// Draws a scene above what a viewport's place shows. Called while Update runs.
+  void DrawAbove(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view);
+  /// The overlays belong to pictures that somebody looks at, and to no others: not to those that other pictures are made
+  /// of. They are shown at first.
+  void SetOverlaysShown(bool bShown) { m_bOverlaysShown = bShown; }
+  /// Draws a scene over the finished picture that a viewport of this target has.
   void DrawOver(QXViewport const& viewport, QXOgreScene& scene, QXOgreView const& view);
   /// Whether it is one of this target's; it may have died.
   bool HasViewport(QXViewport const* pViewport) const;
@@ -117,6 +125,8 @@ protected:
   void TellTexture(bool bPremultiplied);
 
 private:
+  /// Draws a scene into the viewport as that stands, for the queries that run.
+  QXOgreCounts DrawCounted(QXOgreScene& scene, QXOgreView const& view, unsigned char bDrawables);
   /// Places the OGRE viewport on the pixels of the library's, which counts from the bottom.
   void PlaceViewport(QXViewport const& viewport);
   /// @param light  receives what lights a view of the scene
@@ -135,6 +145,8 @@ private:
   Ogre::Viewport* m_pDrawnViewport;
   std::unique_ptr<QXOgreBloom> m_pBloom;
   bool m_bBloom;
+  /// Null until a query has run; of the OGRE target.
+  std::unique_ptr<QXOgreSampleCounts> m_pSampleCounts;
   QXVector3d m_vecSun;
   QXColorValue3D m_AmbientLight;
   QXColorValue3D m_DiffuseLight;
@@ -145,6 +157,7 @@ private:
   bool m_bPatch;
   bool m_bRenderDepth;
   bool m_bIdentifiers;
+  bool m_bOverlaysShown;
 };
 
 }  // namespace QXC

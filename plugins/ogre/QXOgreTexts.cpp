@@ -7,7 +7,6 @@
 #include <utility>
 
 #include <QxGraphics3D/frame/QXViewport.h>
-#include <QxGraphics3D/frame/foundation/base3d/QXMathEngine.h>
 #include <QxGraphics3D/renderop/QXRenderOperationMultiIndex.h>
 #include <QxGraphics3D/renderop/QXTexCoordBlock.h>
 #include <QxGraphics3D/renderop/QXVertexBlock.h>
@@ -141,17 +140,12 @@ void QXOgreTexts::DrawPages(Pages const& pages, QXVector3d const& vecZero, unsig
     pDrawable->SetScene(&m_Scene);
     m_arrDrawables.push_back(std::move(pDrawable));
   }
-  double const dLeft = viewport.GetActualLeft();
-  double const dBottom = viewport.GetActualBottom();
-  QXOgreView view{};
-  view.m_matView = bWindow ? QXMatrix4d::IDENTITY : m_Graphics3D.m_matView;
-  view.m_matProjection = bWindow ? QXMathEngine::ComputeOrthoMatrix(dLeft, dLeft + viewport.GetActualWidth(), dBottom,
-                                       dBottom + viewport.GetActualHeight(), -1.0, 1.0)
-                                 : m_Graphics3D.m_matProjection;
-  view.m_dVerticalExaggeration = bWindow ? 1.0 : target.GetVerticalExaggeration();
-  view.m_ePolygonMode = Ogre::PM_SOLID;
-  view.m_nWidth = viewport.GetActualWidth();
-  view.m_nHeight = viewport.GetActualHeight();
+  QXOgreView view = QXOgreRenderTarget::MakePixelView(viewport);
+  if (!bWindow) {
+    view.m_matView = m_Graphics3D.m_matView;
+    view.m_matProjection = m_Graphics3D.m_matProjection;
+    view.m_dVerticalExaggeration = target.GetVerticalExaggeration();
+  }
   target.DrawOver(viewport, m_Scene, view);
   m_arrDrawables.clear();
 }

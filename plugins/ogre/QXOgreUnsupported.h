@@ -81,11 +81,6 @@ public:
     return nullptr;
   }
 
-  // Overlays.
-  void DestroyOverlay(QdcUnicodeString const&) override {}
-  void SetOverlayPosition(QdcUnicodeString const&, double, double) override {}
-  void SetOverlayZOrder(QdcUnicodeString const&, int) override {}
-
   // Head-mounted displays and stereo.
   void SetStereoMode(int) override {}
   int GetStereoMode() const override { return 0; }

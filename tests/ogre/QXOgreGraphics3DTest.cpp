@@ -330,8 +330,6 @@ TEST_F(QXOgreGraphics3D, WhatItCannotDoAnswersNothing) {
   EXPECT_EQ(nHeight, 0U);
   QXRenderOperationManager& manager = *m_pGraphics3D->GetRenderOperationManager();
   EXPECT_EQ(manager.CreateParticleSystem(L"3D", L""), nullptr);
-  EXPECT_EQ(manager.CreateRibbonTrail(L"3D", L"trail", L""), nullptr);
-  EXPECT_EQ(manager.CreateQueryOperation(L"query"), nullptr);
 }
 
 // The table is what a host reads before it relies on an operation, so it must not fall behind the code.

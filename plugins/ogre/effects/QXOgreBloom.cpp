@@ -112,6 +112,7 @@ void QXOgreBloom::SetTexture(Step const& step, unsigned short nUnit, Picture con
 }
 
 void QXOgreBloom::Free(Picture& picture) {
+  picture.m_pSampleCounts.reset();
   if (picture.m_pTexture) Ogre::TextureManager::getSingleton().remove(picture.m_pTexture);
   picture = {};
 }
@@ -140,6 +141,13 @@ void QXOgreBloom::Fit(Picture& picture, unsigned int nWidth, unsigned int nHeigh
 Ogre::Viewport& QXOgreBloom::Begin(unsigned int nWidth, unsigned int nHeight, int nSamples) {
   Fit(m_Drawn, nWidth, nHeight, nSamples);
   return *m_Drawn.m_pViewport;
+}
+
+QXOgreSampleCounts& QXOgreBloom::GetSampleCounts() {
+  if (!m_Drawn.m_pSampleCounts)
+    m_Drawn.m_pSampleCounts =
+        std::make_unique<QXOgreSampleCounts>(m_Device.GetRenderSystem(), *m_Drawn.m_pViewport->getTarget());
+  return *m_Drawn.m_pSampleCounts;
 }
 
 void QXOgreBloom::SetWeights(double dRadius) {

@@ -10,6 +10,8 @@
 
 #include <QxGraphics3D/view/QXBloomSetting.h>
 
+#include <plugins/ogre/effects/QXOgreSampleCounts.h>
+
 namespace QXC {
 
 class QXOgreDevice;
@@ -32,6 +34,9 @@ public:
 
   /// Where to draw the scene. Throws what OGRE throws.
   Ogre::Viewport& Begin(unsigned int nWidth, unsigned int nHeight, int nSamples);
+  /// Of what is drawn there, until that has another size or samples.
+  QXOgreSampleCounts& GetSampleCounts();
+  void DropSampleCounts() { m_Drawn.m_pSampleCounts.reset(); }
   /// What was drawn there since Begin, and its glow, into the whole of a viewport.
   void Finish(Ogre::Viewport& viewport, QXBloomSetting const& setting);
 
@@ -40,6 +45,7 @@ private:
   struct Picture {
     Ogre::TexturePtr m_pTexture;
     Ogre::Viewport* m_pViewport = nullptr;
+    std::unique_ptr<QXOgreSampleCounts> m_pSampleCounts;
     unsigned int m_nWidth = 0;
     unsigned int m_nHeight = 0;
     int m_nSamples = 0;
