@@ -4,7 +4,13 @@ namespace QXGallery {
 
 std::vector<QXGalleryPicture> GetAllPictures() {
   std::vector<QXGalleryPicture> arrAll;
-  for (auto const pfnGetPictures : {GetScenePictures, GetLightPictures, GetSkyPictures})
+  for (auto const pfnGetPictures : {
+           GetScenePictures,
+           GetLightPictures,
+           GetSkyPictures,
+           GetOverlayPictures,
+           GetTrailPictures,
+       })
     for (QXGalleryPicture const& picture : pfnGetPictures()) arrAll.push_back(picture);
   return arrAll;
 }

@@ -24,6 +24,8 @@ struct QXGalleryPicture {
 std::span<QXGalleryPicture const> GetScenePictures();
 std::span<QXGalleryPicture const> GetLightPictures();
 std::span<QXGalleryPicture const> GetSkyPictures();
+std::span<QXGalleryPicture const> GetOverlayPictures();
+std::span<QXGalleryPicture const> GetTrailPictures();
 
 /// All pictures of all families.
 std::vector<QXGalleryPicture> GetAllPictures();
