@@ -231,6 +231,11 @@ TEST_F(QXOgreOverlays, EachTargetThatIsLookedAtShowsThem) {
   m_pGraphics3D->AttachRenderTarget(pMirror);
   pMirror->SetActive(1);
   AddViewport(*pMirror, *m_pCamera, 0, 0.0, 0.0, 1.0, 1.0);
+  QXRenderTarget* const pSelection = m_pGraphics3D->CreateSelectionRenderTarget(L"selection", 32, 32, L"3D");
+  ASSERT_NE(pSelection, nullptr) << Text(m_pGraphics3D->GetErrorText());
+  m_pGraphics3D->AttachRenderTarget(pSelection);
+  pSelection->SetActive(1);
+  AddViewport(*pSelection, *m_pCamera, 0, 0.0, 0.0, 1.0, 1.0);
   QXRenderTarget* const pWindow = m_pGraphics3D->CreateRenderWindow(L"window", nullptr, 40, 31, 0);
   ASSERT_NE(pWindow, nullptr) << Text(m_pGraphics3D->GetErrorText());
   m_pGraphics3D->AttachRenderTarget(pWindow);
@@ -242,6 +247,7 @@ TEST_F(QXOgreOverlays, EachTargetThatIsLookedAtShowsThem) {
   EXPECT_EQ(Find(QXPicture(*pSecond), RED_PIXEL, 32, 16), QdcRect(0, 0, 8, 8));
   EXPECT_EQ(Find(QXPicture(*pWindow), RED_PIXEL, 40, 31), QdcRect(0, 0, 8, 8));
   EXPECT_EQ(Find(QXPicture(*pMirror), BACKGROUND_PIXEL, 32, 32), QdcRect(0, 0, 32, 32));
+  EXPECT_EQ(Find(QXPicture(*pSelection), QXPixel{0, 0, 0, 0}, 32, 32), QdcRect(0, 0, 32, 32));
   EXPECT_EQ(QXPicture(*pWithoutViewport).At(4, 4), (QXPixel{200, 200, 200, 200}));
 }
 
