@@ -3,6 +3,8 @@
 
 #include <QxGraphics3D/environment/QXSkyGraphics3D.h>
 #include <QxGraphics3D/environment/QXSunPosition.h>
+#include <QxGraphics3D/environment/QXTritonOceanGraphics3D.h>
+#include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
 
 #include <examples/gallery/QXGalleryPictures.h>
 #include <examples/gallery/QXGalleryStage.h>
@@ -85,7 +87,49 @@ bool DrawStorm(QXGalleryStage& stage) {
   return DrawYard(stage, 15.0, {1.0, 0.0, 0.0}, QXC::CONDITION_STORM);
 }
 
-constexpr std::array<QXGalleryPicture, 8> PICTURES = {{
+/// Water under a sky, seen from a height above it, with three buoys that swim on it.
+bool DrawWater(QXGalleryStage& stage, double dHours, double dBeaufort, QXVector3d const& vecLook,
+    QXC::QXConditionPresets eCondition) {
+  QXSkyGraphics3D* const pSky = AddSky(stage, At(dHours));
+  QXC::QXTritonOceanGraphics3D* const pOcean = stage.GetGraphics3D().CreateOcean(L"3D", QXC::SCENE_PLANE);
+  if (!pSky || !pOcean) return false;
+  pSky->SetCondition(eCondition);
+  stage.Keep(pOcean);
+  pOcean->SetSeaState(dBeaufort);
+  pOcean->SetWindDirection(0.6);
+  if (!pOcean->Initialize()) return false;
+  pOcean->Update(20.0);
+  for (int i = 0; i < 3; ++i) {
+    QXVector3d const vecRight(vecLook.y, -vecLook.x, 0.0);
+    double const dAway = 12.0 + 14.0 * i;
+    double const dAside = -5.0 + 6.0 * i;
+    QXVector3d vecPlace(vecLook.x * dAway + vecRight.x * dAside, vecLook.y * dAway + vecRight.y * dAside, 0.0);
+    QXVector3d vecNormal;
+    pOcean->GetHeight(vecPlace, vecPlace.z, vecNormal);
+    QXGalleryMesh buoy;
+    buoy.AddCylinder({0.0, 0.0, -0.6}, 1.0, 1.0, 1.4, BRICK).AddCylinder({0.0, 0.0, 0.8}, 1.0, 0.25, 1.4, BRICK);
+    buoy.AddCylinder({0.0, 0.0, 2.2}, 0.12, 0.12, 0.8, CHALK);
+    QXC::QXMatrix4d matModel;
+    matModel.SetTrans(vecPlace);
+    stage.Add(buoy).SetModelMatrix(matModel);
+  }
+  stage.AddView({0.0, 0.0, 5.0}, {40.0 * vecLook.x, 40.0 * vecLook.y, 5.0 - 2.0});
+  return true;
+}
+
+bool DrawCalm(QXGalleryStage& stage) {
+  return DrawWater(stage, 9.0, 2.0, {0.0, 1.0, 0.0}, QXC::CONDITION_FAIR);
+}
+
+bool DrawSea(QXGalleryStage& stage) {
+  return DrawWater(stage, 13.0, 6.0, {0.6, 0.8, 0.0}, QXC::CONDITION_OVERCAST);
+}
+
+bool DrawEveningSea(QXGalleryStage& stage) {
+  return DrawWater(stage, 18.7, 3.0, {-0.8, 0.6, 0.0}, QXC::CONDITION_CLEAR);
+}
+
+constexpr std::array<QXGalleryPicture, 11> PICTURES = {{
     {"sky-dawn", "A clear sky before sunrise, seen to the north-east.", &DrawDawn},
     {"sky-day", "The same place in the forenoon, seen to the north.", &DrawDay},
     {"sky-evening", "The sun sets, and its light on the things below goes with it.", &DrawEvening},
@@ -94,6 +138,9 @@ constexpr std::array<QXGalleryPicture, 8> PICTURES = {{
     {"sky-cirrus", "High thin clouds along the wind, late in the day.", &DrawCirrus},
     {"sky-overcast", "A closed layer of clouds.", &DrawOvercast},
     {"sky-storm", "Storm clouds.", &DrawStorm},
+    {"ocean-calm", "A light breeze: small waves that mirror the sky.", &DrawCalm},
+    {"ocean-rough", "A strong breeze, Beaufort's 6: waves of three metres that carry foam.", &DrawSea},
+    {"ocean-evening", "The evening sun on the water.", &DrawEveningSea},
 }};
 
 }  // namespace

@@ -128,6 +128,7 @@ void QXOgreCamera::FindDistances(QXViewport const& viewport, double& dNear, doub
     dNearest -= dMargin;
     dFarthest += dMargin;
   }
+  if (pScene && pScene->IsEndless()) dNearest = std::min(dNearest, 0.0);
   if (m_eProjectionType == PROJECTION_ORTHOGRAPHIC) {
     dFar = m_bFarDistSet ? m_dFarDist : dFarthest;
     dNear = m_bNearDistSet ? m_dNearDist : dNearest;

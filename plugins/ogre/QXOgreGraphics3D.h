@@ -201,6 +201,7 @@ public:
       unsigned int nHeight, int nMipmaps, unsigned int nColourDepth, QdcUnicodeString const& strSceneName) override;
   /// For scenes whose z is up.
   QXSkyGraphics3D* CreateSky(QdcUnicodeString const& strSceneName, SceneType eSceneType) override;
+  QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const& strSceneName, SceneType eSceneType) override;
 
 protected:
   unsigned char Refuse(char const* szWhat) override;

@@ -11,6 +11,7 @@
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreDrawable.h>
 #include <plugins/ogre/QXOgreSceneItem.h>
+#include <plugins/ogre/environment/QXOgreSky.h>
 
 namespace QXC {
 
@@ -51,6 +52,16 @@ void QXOgreScene::Remove(QXOgreDrawable* pDrawable) {
 
 void QXOgreScene::RemoveItem(QXOgreSceneItem* pItem) {
   std::erase(m_arrItems, pItem);
+}
+
+bool QXOgreScene::IsEndless() const {
+  return std::any_of(m_arrItems.begin(), m_arrItems.end(), [](auto const* pItem) { return pItem->IsEndless(); });
+}
+
+QXOgreSky* QXOgreScene::FindSky() const {
+  for (std::size_t i = m_arrItems.size(); i-- > 0;)
+    if (auto* const pSky = dynamic_cast<QXOgreSky*>(m_arrItems[i])) return pSky;
+  return nullptr;
 }
 
 QXBoundingBox QXOgreScene::GetBounds() const {

@@ -21,6 +21,7 @@ class QXOgreBillboardSet;
 class QXOgreDevice;
 class QXOgreDrawable;
 class QXOgreSceneItem;
+class QXOgreSky;
 
 /// OGRE's scene manager with the drawables in place of OGRE's own objects: culling is the library's, on world bounds in
 /// double, and OGRE sorts and draws what is left. Made and deleted by the device.
@@ -35,6 +36,10 @@ public:
   /// Items are drawn in the order of their coming, where that matters.
   void AddItem(QXOgreSceneItem* pItem) { m_arrItems.push_back(pItem); }
   void RemoveItem(QXOgreSceneItem* pItem);
+  /// Whether something that is drawn reaches from the eye to the horizon.
+  bool IsEndless() const;
+  /// The sky that came last; null if there is none.
+  QXOgreSky* FindSky() const;
   QXOgreBillboardSet& GetBillboards() { return *m_pBillboards; }
   QXOgreSceneNodes& GetNodes() { return m_Nodes; }
   QXOgreLights& GetLights() { return m_Lights; }

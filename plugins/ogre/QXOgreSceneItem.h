@@ -30,6 +30,8 @@ public:
   virtual bool HasIdentifiers() const { return false; }
   /// Around what is visible, in world coordinates; null if there is nothing. Cameras set near and far by it.
   virtual QXBoundingBox GetVisibleBounds() const = 0;
+  /// Whether it reaches from the eye to the horizon, so that cameras see from near on.
+  virtual bool IsEndless() const { return false; }
   /// The scene goes: it calls nothing here any more.
   virtual void LeaveScene() = 0;
 };

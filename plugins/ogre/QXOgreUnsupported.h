@@ -67,12 +67,6 @@ public:
   unsigned char AddResourceFolder(QdcUnicodeString const&) override { return Refuse("resource folders"); }
   void RemoveResourceFolder(QdcUnicodeString const&) override {}
 
-  // Ocean.
-  QXTritonOceanGraphics3D* CreateOcean(QdcUnicodeString const&, SceneType) override {
-    Refuse("oceans");
-    return nullptr;
-  }
-
   // Selection of single vertices.
   void SetSelectionMode(int) override {}
   QXRenderTarget* CreateVertexSelectionRenderTarget(

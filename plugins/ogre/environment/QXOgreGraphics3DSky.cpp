@@ -2,6 +2,7 @@
 
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/environment/QXOgreOcean.h>
 #include <plugins/ogre/environment/QXOgreSky.h>
 
 namespace QXC {
@@ -16,6 +17,11 @@ QXOgreScene* QXOgreGraphics3D::FindPlaneScene(QdcUnicodeString const& strSceneNa
 QXSkyGraphics3D* QXOgreGraphics3D::CreateSky(QdcUnicodeString const& strSceneName, SceneType eSceneType) {
   QXOgreScene* const pScene = FindPlaneScene(strSceneName, eSceneType);
   return pScene ? new QXOgreSky(*this, *pScene) : nullptr;
+}
+
+QXTritonOceanGraphics3D* QXOgreGraphics3D::CreateOcean(QdcUnicodeString const& strSceneName, SceneType eSceneType) {
+  QXOgreScene* const pScene = FindPlaneScene(strSceneName, eSceneType);
+  return pScene ? new QXOgreOcean(*this, *pScene) : nullptr;
 }
 
 }  // namespace QXC

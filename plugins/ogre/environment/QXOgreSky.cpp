@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include <OgreHardwareBufferManager.h>
@@ -14,6 +13,7 @@
 #include <plugins/ogre/QXOgreDevice.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/environment/QXOgreAir.h>
 #include <plugins/ogre/environment/QXOgreEffect.h>
 #include <plugins/ogre/environment/QXOgreFog.h>
 #include <plugins/ogre/environment/QXOgreNoise.h>
@@ -28,13 +28,6 @@ namespace {
 constexpr QXInt64 DEFAULT_TIME = 1718960400000;
 constexpr double WEST = 4.71238898038469;
 constexpr unsigned int NOISE_EDGE = 256;
-/// The sun moves that far until the air is computed anew: a twentieth of a degree.
-constexpr double ALTITUDE_STEP = 8.7e-4;
-
-Ogre::Vector3 ToOgre(QXOgreLinear const& light) {
-  return {static_cast<float>(light[0]), static_cast<float>(light[1]), static_cast<float>(light[2])};
-}
-
 /// What is left of a number of repeats, 0 to 1; 0 of what is no number.
 double Fraction(double d) {
   double const dPart = d - std::floor(d);
@@ -52,9 +45,9 @@ Ogre::Matrix3 StarTurn(double dSiderealAngle) {
   QXVector3d const vecNorth(-std::sin(dLatitude) * c, -std::sin(dLatitude) * s, std::cos(dLatitude));
   QXVector3d const vecUp(std::cos(dLatitude) * c, std::cos(dLatitude) * s, std::sin(dLatitude));
   Ogre::Matrix3 mat;
-  mat.SetColumn(0, QXC::ToOgre(vecEast));
-  mat.SetColumn(1, QXC::ToOgre(vecNorth));
-  mat.SetColumn(2, QXC::ToOgre(vecUp));
+  mat.SetColumn(0, ToOgre(vecEast));
+  mat.SetColumn(1, ToOgre(vecNorth));
+  mat.SetColumn(2, ToOgre(vecUp));
   return mat;
 }
 
@@ -109,13 +102,12 @@ struct QXOgreSky::Clouds {
 class QXOgreSky::Device {
 public:
   explicit Device(QXOgreDevice& device)
-      : m_Table(device, QXOgreSkyModel::COLUMNS, QXOgreSkyModel::ROWS, Ogre::PF_FLOAT32_RGBA, false),
-        m_Noise(device, NOISE_EDGE, NOISE_EDGE, Ogre::PF_BYTE_L, true),
+      : m_Air(device), m_Noise(device, NOISE_EDGE, NOISE_EDGE, Ogre::PF_BYTE_L, true),
         m_Effect(device, QX_OGRE_SKY_VERTEX,
             std::string("#version 330 core\n") + QX_OGRE_SKY_LIGHT + QX_OGRE_SKY_FOG + QX_OGRE_SKY_FRAGMENT),
         m_Quad(m_Effect.GetMaterial()) {
     m_Noise.Fill(MakeNoise(NOISE_EDGE).data());
-    m_Effect.AddTexture("skyTable", m_Table.GetTexture(), false);
+    m_Effect.AddTexture("skyTable", m_Air.GetTexture(), false);
     m_Effect.AddTexture("noise", m_Noise.GetTexture(), true);
     m_Effect.GetVertex().setNamedAutoConstant("flipping", Ogre::GpuProgramParameters::ACT_RENDER_TARGET_FLIPPING);
     Ogre::Pass& pass = m_Effect.GetPass();
@@ -124,18 +116,18 @@ public:
     pass.setPolygonModeOverrideable(false);
   }
 
-  QXOgreData m_Table;
+  QXOgreAir m_Air;
   QXOgreData m_Noise;
   QXOgreEffect m_Effect;
   Quad m_Quad;
 };
 
 QXOgreSky::QXOgreSky(QXOgreGraphics3D& graphics3D, QXOgreScene& scene)
-    : m_pGraphics3D(&graphics3D), m_pScene(&scene), m_Sun(QdcTime(DEFAULT_TIME)),
-      m_dModelAltitude(std::numeric_limits<double>::infinity()), m_nTime(0), m_dDriftEast(0.0), m_dDriftNorth(0.0),
-      m_dCloudDistance(40000.0), m_dCloudAltitude(2000.0), m_dWindMin(0.0), m_dWindMax(20000.0), m_dWindDirection(WEST),
-      m_dWindSpeed(5.0), m_dPrecipitationRate(0.0), m_eCondition(CONDITION_CLEAR), m_ePrecipitation(PRECIPITATION_NONE),
-      m_eCloudType(CLOUD_NONE), m_nGroupID(0), m_bVisible(1), m_bTextureBuffer(0) {
+    : m_pGraphics3D(&graphics3D), m_pScene(&scene), m_Sun(QdcTime(DEFAULT_TIME)), m_nTime(0), m_dDriftEast(0.0),
+      m_dDriftNorth(0.0), m_dCloudDistance(40000.0), m_dCloudAltitude(2000.0), m_dWindMin(0.0), m_dWindMax(20000.0),
+      m_dWindDirection(WEST), m_dWindSpeed(5.0), m_dPrecipitationRate(0.0), m_eCondition(CONDITION_CLEAR),
+      m_ePrecipitation(PRECIPITATION_NONE), m_eCloudType(CLOUD_NONE), m_nGroupID(0), m_bVisible(1),
+      m_bTextureBuffer(0) {
   scene.AddItem(this);
 }
 
@@ -208,17 +200,25 @@ QXOgreSky::Clouds const& QXOgreSky::LookOf(QXCloudTypes eType) {
   }
 }
 
-void QXOgreSky::UpdateAir() {
-  double const dAltitude = m_Sun.GetAltitude();
-  if (std::abs(dAltitude - m_dModelAltitude) > ALTITUDE_STEP) {
-    m_Model.Compute(dAltitude);
-    m_dModelAltitude = dAltitude;
-    m_pDevice->m_Table.Fill(m_Model.GetTable().data());
-  }
+QXOgreAir const* QXOgreSky::UpdateAir() {
+  if (!m_pDevice || !m_bVisible) return nullptr;
+  m_pDevice->m_Air.Update(m_Sun);
+  return &m_pDevice->m_Air;
+}
+
+double QXOgreSky::GetVeil() const {
+  return LookOf(m_eCloudType).m_dVeil;
+}
+
+double QXOgreSky::GetDarkness() const {
+  return LookOf(m_eCloudType).m_dDark;
+}
+
+void QXOgreSky::TellAir(QXOgreAir const& air) {
   Ogre::GpuProgramParameters& fragment = m_pDevice->m_Effect.GetFragment();
-  fragment.setNamedConstant("toSun", QXC::ToOgre(m_Sun.GetDirection()));
-  fragment.setNamedConstant("average", ToOgre(m_Model.GetAverage()));
-  fragment.setNamedConstant("night", static_cast<float>(m_Model.GetNight()));
+  fragment.setNamedConstant("toSun", air.GetToSun());
+  fragment.setNamedConstant("average", QXOgreAir::ToOgre(air.GetModel().GetAverage()));
+  fragment.setNamedConstant("night", static_cast<float>(air.GetModel().GetNight()));
   fragment.setNamedConstant("starTurn", Ogre::Matrix4(StarTurn(m_Sun.GetSiderealAngle())));
 }
 
@@ -248,18 +248,20 @@ void QXOgreSky::TellClouds(QXVector3d const& vecEye, Clouds const& clouds) {
 void QXOgreSky::Queue(
     QXOgreView const& view, Ogre::RenderQueue& queue, std::vector<Ogre::Real>&, QXOgreCounts& counts) {
   QXOgreRays rays;
-  if (!m_pDevice || !m_bVisible || !FindRays(view, rays)) return;
-  UpdateAir();
+  QXOgreAir const* const pAir = UpdateAir();
+  if (!pAir || !FindRays(view, rays)) return;
+  TellAir(*pAir);
   Ogre::GpuProgramParameters& vertex = m_pDevice->m_Effect.GetVertex();
   Ogre::GpuProgramParameters& fragment = m_pDevice->m_Effect.GetFragment();
   QXVector3d vecRay = rays.m_vecRay;
   QXVector3d const& vecToSun = m_Sun.GetDirection();
   // A map is looked at from above: it gets the horizon beside the sun, however it is turned.
   if (rays.m_bParallel && vecRay.z < 0.0) vecRay = QXVector3d(-vecToSun.y, vecToSun.x, 0.0);
-  vertex.setNamedConstant("ray", QXC::ToOgre(vecRay));
-  vertex.setNamedConstant("rayRight", QXC::ToOgre(rays.m_vecRayRight));
-  vertex.setNamedConstant("rayUp", QXC::ToOgre(rays.m_vecRayUp));
-  fragment.setNamedConstant("sunLight", rays.m_bParallel ? Ogre::Vector3::ZERO : ToOgre(m_Model.GetSun()));
+  vertex.setNamedConstant("ray", ToOgre(vecRay));
+  vertex.setNamedConstant("rayRight", ToOgre(rays.m_vecRayRight));
+  vertex.setNamedConstant("rayUp", ToOgre(rays.m_vecRayUp));
+  fragment.setNamedConstant(
+      "sunLight", rays.m_bParallel ? Ogre::Vector3::ZERO : QXOgreAir::ToOgre(pAir->GetModel().GetSun()));
   bool const bClouds =
       !rays.m_bParallel && m_dCloudDistance > 0.0 && std::isfinite(m_dCloudAltitude) && std::isfinite(m_dWindDirection);
   TellClouds(rays.m_vecEye, LookOf(bClouds ? m_eCloudType : CLOUD_NONE));

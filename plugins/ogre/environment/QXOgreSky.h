@@ -8,10 +8,10 @@
 #include <QxGraphics3D/environment/QXSunPosition.h>
 
 #include <plugins/ogre/QXOgreSceneItem.h>
-#include <plugins/ogre/environment/QXOgreSkyModel.h>
 
 namespace QXC {
 
+class QXOgreAir;
 class QXOgreGraphics3D;
 class QXOgreScene;
 
@@ -69,13 +69,20 @@ public:
   QXBoundingBox GetVisibleBounds() const override { return {}; }
   void LeaveScene() override;
 
+  /// What an ocean under it mirrors; null while nothing is drawn.
+  QXOgreAir const* UpdateAir();
+  QXSunPosition const& GetSun() const { return m_Sun; }
+  /// How much of the blue the clouds hide, 0 to 1, and how much of the light.
+  double GetVeil() const;
+  double GetDarkness() const;
+
 private:
   class Device;
 
   /// The kind of clouds as the program takes it.
   struct Clouds;
 
-  void UpdateAir();
+  void TellAir(QXOgreAir const& air);
   void TellClouds(QXVector3d const& vecEye, Clouds const& clouds);
   static Clouds const& LookOf(QXCloudTypes eType);
 
@@ -84,10 +91,7 @@ private:
   QXOgreScene* m_pScene;
   /// Null before Initialize and after LeaveScene.
   std::unique_ptr<Device> m_pDevice;
-  QXOgreSkyModel m_Model;
   QXSunPosition m_Sun;
-  /// The sun's altitude that the model stands for.
-  double m_dModelAltitude;
   QXInt64 m_nTime;
   /// How far the wind took the clouds, east and north.
   double m_dDriftEast;
