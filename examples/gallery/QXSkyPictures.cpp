@@ -113,7 +113,8 @@ bool DrawWater(QXGalleryStage& stage, double dHours, double dBeaufort, QXVector3
     matModel.SetTrans(vecPlace);
     stage.Add(buoy).SetModelMatrix(matModel);
   }
-  stage.AddView({0.0, 0.0, 5.0}, {40.0 * vecLook.x, 40.0 * vecLook.y, 5.0 - 2.0});
+  double const dEye = 3.5 + dBeaufort;
+  stage.AddView({0.0, 0.0, dEye}, {40.0 * vecLook.x, 40.0 * vecLook.y, dEye - 0.6 * dBeaufort - 1.0});
   return true;
 }
 
@@ -122,7 +123,7 @@ bool DrawCalm(QXGalleryStage& stage) {
 }
 
 bool DrawSea(QXGalleryStage& stage) {
-  return DrawWater(stage, 13.0, 6.0, {0.6, 0.8, 0.0}, QXC::CONDITION_OVERCAST);
+  return DrawWater(stage, 13.0, 8.0, {0.6, 0.8, 0.0}, QXC::CONDITION_OVERCAST);
 }
 
 bool DrawEveningSea(QXGalleryStage& stage) {
@@ -139,7 +140,7 @@ constexpr std::array<QXGalleryPicture, 11> PICTURES = {{
     {"sky-overcast", "A closed layer of clouds.", &DrawOvercast},
     {"sky-storm", "Storm clouds.", &DrawStorm},
     {"ocean-calm", "A light breeze: small waves that mirror the sky.", &DrawCalm},
-    {"ocean-rough", "A strong breeze, Beaufort's 6: waves of three metres that carry foam.", &DrawSea},
+    {"ocean-rough", "A gale, Beaufort's 8: waves of more than five metres that carry foam.", &DrawSea},
     {"ocean-evening", "The evening sun on the water.", &DrawEveningSea},
 }};
 

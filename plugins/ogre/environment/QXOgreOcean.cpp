@@ -47,6 +47,8 @@ constexpr double FOAM_REPEAT = 23.0;
 constexpr double FOAM_SPEED = 0.3;
 /// So far through air the horizon's colour takes over by 1 - 1 / e.
 constexpr double CLEAR_AIR = 25000.0;
+/// Beaufort's 3, where the first crests break, metres a second.
+constexpr double LEAST_FOAM_WIND = 3.4;
 /// No crest is squeezed so much.
 constexpr double NO_FOAM = 10.0;
 /// Farther away than anything that is blended: water comes before it.
@@ -77,7 +79,7 @@ double FoamThreshold(QXOgreWaves const& waves) {
     double const dSteepness = wave.m_dAmplitude * std::hypot(wave.m_dKX, wave.m_dKY);
     dVariance += 0.5 * dSteepness * dSteepness;
   }
-  if (dVariance <= 0.0 || waves.GetWindSpeed() <= 0.0) return NO_FOAM;
+  if (dVariance <= 0.0 || waves.GetWindSpeed() < LEAST_FOAM_WIND) return NO_FOAM;
   return std::sqrt(dVariance) * ExceededBy(FoamPart(waves.GetWindSpeed()));
 }
 
@@ -343,7 +345,10 @@ void QXOgreOcean::TellAir() {
   Ogre::Vector3 const sunColor = ToVector3(sun.GetSunColor()) * static_cast<float>(1.0 - dVeil);
   fragment.setNamedConstant("sunDirection", bOwnLight ? ToOgre(m_vecToSun) : pAir->GetToSun());
   fragment.setNamedConstant("sunColour", bOwnLight ? ToVector3(m_SunColor) : sunColor);
-  fragment.setNamedConstant("ambientColour", ToVector3(bOwnLight ? m_AmbientColor : sun.GetAmbientColor()));
+  // A closed layer spreads the sun's light over the whole sky.
+  Ogre::Vector3 const spread = ToVector3(sun.GetSunColor()) * static_cast<float>(0.5 * dVeil * (1.0 - dDarkness));
+  Ogre::Vector3 const ambient = ToVector3(sun.GetAmbientColor()) + spread;
+  fragment.setNamedConstant("ambientColour", bOwnLight ? ToVector3(m_AmbientColor) : ambient);
 }
 
 void QXOgreOcean::TellLook(QXOgreRays const& rays) {

@@ -5,10 +5,10 @@
 namespace QXC {
 
 /// The same sum as QXOgreWaves, counted from the eye: of each wave its vector, its amplitude and its angle under the
-/// eye. weight says how much of a wave is left where points lie so far apart.
+/// eye. OGRE takes the length of an array from a bare number alone. weight says how much of a wave is left where points
+/// lie so far apart.
 inline constexpr char QX_OGRE_OCEAN_WAVES[] = R"glsl(
-const int MAX_WAVES = 24;
-uniform vec4 wave[MAX_WAVES];
+uniform vec4 wave[24];
 uniform int waveCount;
 uniform float chop;
 float weight(vec4 one, float apart, float least) {
@@ -96,6 +96,13 @@ float fogVisible(float span) {
   return clamp(visible, 0.0, 1.0);
 }
 
+// How the pattern rises over some of its pixels.
+vec2 ripple(vec2 place, float reach) {
+  vec2 e = vec2(reach / 256.0, 0.0);
+  return vec2(textureLod(noise, place + e.xy, 0.0).r - textureLod(noise, place - e.xy, 0.0).r,
+      textureLod(noise, place + e.yx, 0.0).r - textureLod(noise, place - e.yx, 0.0).r);
+}
+
 vec3 skyColour(vec3 way) {
   vec3 grey = mix(average, vec3(dot(average, vec3(0.3, 0.5, 0.2))), 0.7);
   return shown(mix(skyLight(way), grey * (1.0 - 0.7 * cover.y), cover.x));
@@ -114,15 +121,11 @@ void main() {
     squeeze += steep * left * cos(angle);
     variance += 0.5 * steep * steep * (1.0 - left * left);
   }
-  // Ripples, where a pixel is smaller than they are.
-  float near = 1.0 - smoothstep(0.05, 0.6, pixel);
+  // Ripples of two sizes, where a pixel is smaller than they are.
   vec2 at = foamPlace + rest * look.w;
-  if (near > 0.0 && look.x > 0.0031) {
-    float e = 1.0 / 256.0;
-    vec2 one = vec2(textureLod(noise, at * 9.0 + vec2(e, 0.0), 0.0).r - textureLod(noise, at * 9.0 - vec2(e, 0.0), 0.0).r,
-        textureLod(noise, at * 9.0 + vec2(0.0, e), 0.0).r - textureLod(noise, at * 9.0 - vec2(0.0, e), 0.0).r);
-    slope += one * near * sqrt(look.x) * 1.2;
-  }
+  float ripples = sqrt(max(look.x - 0.003, 0.0));
+  slope += ripple(at * 9.0, 1.0) * (1.0 - smoothstep(0.04, 0.4, pixel)) * ripples * 1.1;
+  slope += ripple(at * 2.0, 2.0) * (1.0 - smoothstep(0.15, 1.5, pixel)) * ripples * 1.1;
   vec3 normal = normalize(vec3(-slope / max(1.0 - chop * squeeze, 0.2), 1.0));
   float distance = length(seen);
   vec3 toEye = dot(parallelRay, parallelRay) > 0.0 ? -parallelRay : -seen / max(distance, 1e-6);
@@ -150,8 +153,8 @@ void main() {
   alpha = min(alpha + max(light.r, max(light.g, light.b)), 1.0);
   if (look.y < 9.0) {
     float pattern = 0.5 * texture(noise, at).r + 0.5 * texture(noise, at * 5.0).r;
-    float foam = smoothstep(0.0, 0.25 * look.y, squeeze - look.y * (0.7 + 0.8 * (1.0 - pattern)));
-    foam *= 0.75 * smoothstep(0.2, 0.75, pattern);
+    float foam = smoothstep(0.0, 0.35 * look.y, squeeze - look.y * (1.2 - 0.6 * pattern));
+    foam *= 0.85 * smoothstep(0.25, 0.7, pattern);
     colour = mix(colour, ambientColour * 1.1 + sunColour * 0.8 * max(sunDirection.z, 0.0) + 0.1 * sunColour, foam);
     alpha = mix(alpha, 1.0, foam);
   }
