@@ -52,12 +52,13 @@ std::vector<unsigned char> MakeNoise(unsigned int nEdge) {
   std::size_t const nCount = std::size_t{nEdge} * nEdge;
   std::vector<double> arrHeights(nCount);
   for (std::size_t i = 0; i < nCount; ++i) {
+    auto const dX = static_cast<double>(i % nEdge);
+    auto const dY = static_cast<double>(i / nEdge);
     double dWeight = 1.0;
     for (unsigned int nOctave = 0; nOctave < OCTAVES; ++nOctave) {
       unsigned int const nFields = COARSEST << nOctave;
       double const dScale = static_cast<double>(nFields) / nEdge;
-      arrHeights[i] +=
-          dWeight * Octave(static_cast<double>(i % nEdge) * dScale, static_cast<double>(i / nEdge) * dScale, nFields);
+      arrHeights[i] += dWeight * Octave(dX * dScale, dY * dScale, nFields);
       dWeight *= ROUGHNESS;
     }
   }
