@@ -29,17 +29,23 @@ Ogre::ColourValue FogColorOf(QXOgreSurface const& surface, QXOgreFog const& fog)
   return bSource || bDest ? Ogre::ColourValue::White : fog.m_Color;
 }
 
+/// Labels are neither lit nor in fog.
+bool HasAtmosphere(QXOgreSurface const& surface) {
+  return surface.m_eProgram != QX_OGRE_PROGRAM_LABEL;
+}
+
+/// To the technique that the light needs.
 void Apply(Ogre::Material const& material, QXOgreSurface const& surface, QXOgreLight const& light) {
-  auto const pParameters = material.getTechnique(0)->getPass(0)->getFragmentProgramParameters();
+  auto const pParameters = material.getTechnique(light.GetTechnique())->getPass(0)->getFragmentProgramParameters();
   pParameters->setNamedConstant("toSun", light.m_vecToSun);
   pParameters->setNamedConstant("ambient", light.m_Ambient);
   pParameters->setNamedConstant("diffuse", light.m_Diffuse);
   pParameters->setNamedConstant("orthographic", light.m_fOrthographic);
+  if (light.GetTechnique() == 0 || !HasAtmosphere(surface)) return;
   pParameters->setNamedConstant("lampCount", light.m_Lamps.m_nCount);
   if (light.m_Lamps.m_nCount > 0)
     pParameters->setNamedConstant("lamps", light.m_Lamps.m_arrNumbers.data(),
         static_cast<std::size_t>(light.m_Lamps.m_nCount) * QXOgreLamps::NUMBERS / 4, 4);
-  if (surface.m_eProgram == QX_OGRE_PROGRAM_LABEL) return;
   pParameters->setNamedConstant("fog", light.m_Fog.m_Numbers);
   pParameters->setNamedConstant("fogColour", FogColorOf(surface, light.m_Fog));
 }
@@ -64,7 +70,8 @@ QXOgreMaterials::~QXOgreMaterials() {
 QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(QXOgreVariant const& variant) {
   Programs& programs = m_mapPrograms[variant];
   if (!programs.m_pVertex) programs.m_pVertex = MakeProgram(MakeVertexSource(variant), Ogre::GPT_VERTEX_PROGRAM);
-  if (!programs.m_pFragment) programs.m_pFragment = MakeProgram(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
+  if (!programs.m_pFragment)
+    programs.m_pFragment = MakeProgram(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
   return programs;
 }
 
@@ -103,34 +110,38 @@ Ogre::MaterialPtr const& QXOgreMaterials::GetForIdentifiers(Ogre::MaterialPtr co
 }
 
 Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface, bool bIdentifiers) {
-  QXOgreVariant const variant{
-      surface.m_eProgram, surface.m_eVertices, surface.m_eAlphaFunction, surface.m_strCoordSets, bIdentifiers};
-  Programs const& programs = GetPrograms(variant);
   auto pMaterial = Ogre::MaterialManager::getSingleton().create(
       QXOgreDevice::MakeName("material"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
-  Ogre::Pass* const pPass = pMaterial->getTechnique(0)->getPass(0);
-  pPass->setCullingMode(static_cast<Ogre::CullingMode>(surface.m_eCullingMode));
-  pPass->setPolygonMode(surface.m_bWireframe ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID);
-  pPass->setDepthCheckEnabled(surface.m_bDepthTest);
-  pPass->setDepthFunction(static_cast<Ogre::CompareFunction>(surface.m_eDepthFunction));
-  // Of panes one behind the other the nearest is hit.
-  pPass->setDepthWriteEnabled(surface.m_bDepthWrite && (bIdentifiers || !surface.m_bTransparent));
-  // OGRE counts towards the eye.
-  pPass->setDepthBias(-surface.m_fDepthBias, -surface.m_fDepthBiasSlope);
-  pPass->setLineWidth(surface.m_fLineWidth);
-  // Lets the vertex program say the size.
-  pPass->setPointAttenuation(true);
-  // Alpha adds up instead of being blended: what is seen through a pane stays as solid as it was.
-  if (surface.m_bTransparent && !bIdentifiers)
-    pPass->setSeparateSceneBlending(static_cast<Ogre::SceneBlendFactor>(surface.m_eSourceFactor),
-        static_cast<Ogre::SceneBlendFactor>(surface.m_eDestFactor), Ogre::SBF_ONE, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA);
-  // What is drawn in the order of its depths in the picture, is so here: it may ask for no depth at all.
-  pPass->setTransparentSortingForced(surface.m_bTransparent && bIdentifiers);
-  pPass->setVertexProgram(programs.m_pVertex->getName());
-  pPass->setFragmentProgram(programs.m_pFragment->getName());
-  BindParameters(*pPass, surface, variant);
+  FillPass(*pMaterial->getTechnique(0)->getPass(0), surface, bIdentifiers, false);
+  if (!bIdentifiers) FillPass(*pMaterial->createTechnique()->createPass(), surface, false, HasAtmosphere(surface));
   pMaterial->load();
   return pMaterial;
+}
+
+void QXOgreMaterials::FillPass(Ogre::Pass& pass, QXOgreSurface const& surface, bool bIdentifiers, bool bAtmosphere) {
+  QXOgreVariant const variant{surface.m_eProgram, surface.m_eVertices, surface.m_eAlphaFunction, surface.m_strCoordSets,
+      bAtmosphere, bIdentifiers};
+  Programs const& programs = GetPrograms(variant);
+  pass.setCullingMode(static_cast<Ogre::CullingMode>(surface.m_eCullingMode));
+  pass.setPolygonMode(surface.m_bWireframe ? Ogre::PM_WIREFRAME : Ogre::PM_SOLID);
+  pass.setDepthCheckEnabled(surface.m_bDepthTest);
+  pass.setDepthFunction(static_cast<Ogre::CompareFunction>(surface.m_eDepthFunction));
+  // Of panes one behind the other the nearest is hit.
+  pass.setDepthWriteEnabled(surface.m_bDepthWrite && (bIdentifiers || !surface.m_bTransparent));
+  // OGRE counts towards the eye.
+  pass.setDepthBias(-surface.m_fDepthBias, -surface.m_fDepthBiasSlope);
+  pass.setLineWidth(surface.m_fLineWidth);
+  // Lets the vertex program say the size.
+  pass.setPointAttenuation(true);
+  // Alpha adds up instead of being blended: what is seen through a pane stays as solid as it was.
+  if (surface.m_bTransparent && !bIdentifiers)
+    pass.setSeparateSceneBlending(static_cast<Ogre::SceneBlendFactor>(surface.m_eSourceFactor),
+        static_cast<Ogre::SceneBlendFactor>(surface.m_eDestFactor), Ogre::SBF_ONE, Ogre::SBF_ONE_MINUS_SOURCE_ALPHA);
+  // What is drawn in the order of its depths in the picture, is so here: it may ask for no depth at all.
+  pass.setTransparentSortingForced(surface.m_bTransparent && bIdentifiers);
+  pass.setVertexProgram(programs.m_pVertex->getName());
+  pass.setFragmentProgram(programs.m_pFragment->getName());
+  BindParameters(pass, surface, variant);
 }
 
 void QXOgreMaterials::BindParameters(Ogre::Pass& pass, QXOgreSurface const& surface, QXOgreVariant const& variant) {

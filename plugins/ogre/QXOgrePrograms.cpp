@@ -189,7 +189,8 @@ std::string MakeFragmentSource(QXOgreVariant const& variant) {
   } else {
     if (variant.IsOfPass()) source.m_strText += QX_OGRE_PASS_DECLARATIONS;
     source.m_strText += QX_OGRE_LIGHT_SHADER;
-    source.m_strText += variant.m_eProgram == QX_OGRE_PROGRAM_LABEL ? QX_OGRE_NO_FOG_SHADER : QX_OGRE_FOG_SHADER;
+    source.m_strText += variant.m_bAtmosphere ? QX_OGRE_LAMP_SHADER : QX_OGRE_NO_LAMP_SHADER;
+    source.m_strText += variant.m_bAtmosphere ? QX_OGRE_FOG_SHADER : QX_OGRE_NO_FOG_SHADER;
     source.m_strText += QX_OGRE_FRAGMENT_SHADER;
   }
   if (bFolded) AddFoldedTexels(source, variant);

@@ -31,6 +31,7 @@ struct QXOgreVariant {
   int m_eAlphaFunction = 1;                  ///< QXCompareFunction; for the programs of passes alone
   /// The coordinate set that each texture reads ('0' to '7', 'A' to 'H' for a stack of layers).
   std::string m_strCoordSets;
+  bool m_bAtmosphere = false;   ///< Knows the lamps and the fog of a scene
   bool m_bIdentifiers = false;  ///< Draws identifiers in place of colours
 
   // The check takes the zero inside the comparison that the compiler writes for a pointer.

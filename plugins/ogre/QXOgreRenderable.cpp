@@ -79,8 +79,8 @@ void QXOgreRenderable::DrawIdentifiers(bool bIdentifiers) {
 }
 
 Ogre::Technique* QXOgreRenderable::getTechnique() const {
-  Ogre::MaterialPtr const& pMaterial = m_pIdentifierMaterial ? m_pIdentifierMaterial : m_pMaterial;
-  return pMaterial->getBestTechnique(0, this);
+  if (m_pIdentifierMaterial) return m_pIdentifierMaterial->getBestTechnique(0, this);
+  return m_pMaterial->getTechnique(m_Device.GetMaterials().GetLight().GetTechnique());
 }
 
 void QXOgreRenderable::SetLook(

@@ -5,18 +5,12 @@
 
 namespace QXC {
 
-/// The sun, the ambient light and the lamps. Each lamp has six groups of numbers: where it stands, and 1 (or the way to
-/// one that is everywhere, and 0); the way it shines, and the cosine of half its outer angle; constant, linear and
-/// quadric attenuation, and its range; diffuse colour, and the exponent of its falloff; colour of its highlights, and
-/// one by the difference of the cosines of half its angles; ambient colour. Places are those of the eye. The array holds
-/// QXOgreLamps::MOST times 6.
+/// The sun and the ambient light, and whatever the next part adds to them.
 inline constexpr char QX_OGRE_LIGHT_SHADER[] = R"glsl(
 uniform vec3 toSun;
 uniform vec4 ambient;
 uniform vec4 diffuse;
 uniform float orthographic;
-uniform int lampCount;
-uniform vec4 lamps[192];
 in vec3 viewPosition;
 vec3 ambientLight;
 vec3 diffuseLight;
@@ -28,6 +22,23 @@ void addLight(vec3 normal, vec3 eyeward, float exponent, vec3 towards, vec3 colo
   if (exponent > 0.0)
     shineLight += shine * pow(max(dot(normal, normalize(towards + eyeward)), 0.0), exponent);
 }
+void gatherLamps(vec3 normal, vec3 eyeward, float exponent);
+void gatherLight(vec3 normal, vec3 eyeward, float exponent) {
+  ambientLight = ambient.rgb;
+  diffuseLight = vec3(0.0);
+  shineLight = vec3(0.0);
+  addLight(normal, eyeward, exponent, toSun, diffuse.rgb, diffuse.rgb);
+  gatherLamps(normal, eyeward, exponent);
+}
+)glsl";
+
+/// Each lamp has six groups of numbers: where it stands, and 1 (or the way to one that is everywhere, and 0); the way it
+/// shines, and the cosine of half its outer angle; constant, linear and quadric attenuation, and its range; diffuse
+/// colour, and the exponent of its falloff; colour of its highlights, and one by the difference of the cosines of half
+/// its angles; ambient colour. Places are those of the eye. The array holds QXOgreLamps::MOST times 6.
+inline constexpr char QX_OGRE_LAMP_SHADER[] = R"glsl(
+uniform int lampCount;
+uniform vec4 lamps[192];
 void addLamp(int first, vec3 normal, vec3 eyeward, float exponent) {
   vec4 place = lamps[first];
   vec4 axis = lamps[first + 1];
@@ -47,16 +58,17 @@ void addLamp(int first, vec3 normal, vec3 eyeward, float exponent) {
   ambientLight += lamps[first + 5].rgb * share;
   addLight(normal, eyeward, exponent, towards, plain.rgb * share, shine.rgb * share);
 }
-void gatherLight(vec3 normal, vec3 eyeward, float exponent) {
-  ambientLight = ambient.rgb;
-  diffuseLight = vec3(0.0);
-  shineLight = vec3(0.0);
-  addLight(normal, eyeward, exponent, toSun, diffuse.rgb, diffuse.rgb);
+void gatherLamps(vec3 normal, vec3 eyeward, float exponent) {
   for (int i = 0; i < lampCount; ++i) addLamp(6 * i, normal, eyeward, exponent);
 }
 )glsl";
 
-/// Behind the part above. The first number is the mode (QXOgreFog); in parallel views fog grows along the view.
+/// Scenes without lamps and fog have programs without: processors that draw go through what a condition skips.
+inline constexpr char QX_OGRE_NO_LAMP_SHADER[] = R"glsl(
+void gatherLamps(vec3 normal, vec3 eyeward, float exponent) {}
+)glsl";
+
+/// Behind the part of the light. The first number is the mode (QXOgreFog); in parallel views fog grows along the view.
 inline constexpr char QX_OGRE_FOG_SHADER[] = R"glsl(
 uniform vec4 fog;
 uniform vec4 fogColour;
@@ -70,7 +82,7 @@ vec3 fogged(vec3 colour) {
 }
 )glsl";
 
-/// In place of that, for what is to be read.
+/// In place of that, where there is none, and for what is to be read.
 inline constexpr char QX_OGRE_NO_FOG_SHADER[] = R"glsl(
 vec3 fogged(vec3 colour) { return colour; }
 )glsl";
