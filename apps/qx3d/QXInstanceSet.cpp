@@ -28,11 +28,10 @@ std::string Describe(QXC::QXGraphics3D const& graphics3D, std::string const& str
 }  // namespace
 
 std::string QXInstanceSet::Add(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
-    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section,
-    unsigned int nFirstID) {
+    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section) {
   ++m_nMeshes;
   QXC::QXHwInstancingManager* pManager = graphics3D.GetHwInstancingManager();
-  if (pManager == nullptr) return AddDrawables(graphics3D, strScene, mesh, group, section, nFirstID);
+  if (pManager == nullptr) return AddDrawables(graphics3D, strScene, mesh, group, section);
   QXC::QdcUnicodeString strName;
   strName.Format(L"Instances%d", static_cast<int>(m_vecInstancings.size()));
   QXC::QXInstancing* pInstancing = pManager->CreateInstancing(strName, strScene.c_str());
@@ -43,15 +42,12 @@ std::string QXInstanceSet::Add(QXC::QXGraphics3D& graphics3D, std::wstring const
   pManager->AddPlacements(pInstancing, group.m_vecMatrices.data(), nCount);
   if (std::any_of(section.m_nColor, section.m_nColor + 3, [](unsigned char n) { return n != 255; }))
     for (unsigned int i = 0; i < nCount; ++i) pManager->SetPlacementColor(pInstancing, i, MakeColor(section.m_nColor));
-  for (unsigned int i = 0; nFirstID > 0 && i < nCount; ++i)
-    pManager->SetPlacementSelectionID(pInstancing, i, nFirstID + i);
   if (section.m_dDistance > 0.0) pManager->SetVisibleDistance(pInstancing, 0.0, section.m_dDistance);
   return std::string();
 }
 
 std::string QXInstanceSet::AddDrawables(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
-    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section,
-    unsigned int nFirstID) {
+    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section) {
   if (group.m_vecMatrices.size() > ms_nMaxDrawables - std::min(ms_nMaxDrawables, m_vecDrawables.size()))
     return "the renderer has no instancing, and these would be more than " + std::to_string(ms_nMaxDrawables) +
            " drawables; choose another renderer, or leave some out";
@@ -64,7 +60,6 @@ std::string QXInstanceSet::AddDrawables(QXC::QXGraphics3D& graphics3D, std::wstr
     pDrawable->SetRenderOperationMultiIndex(&mesh);
     pDrawable->SetModelMatrix(*mesh.GetMatrix() * mat);
     pDrawable->SetColor(MakeColor(section.m_nColor));
-    if (nFirstID > 0) pDrawable->SetSelectionID(nFirstID++);
     if (section.m_dDistance > 0.0) pDrawable->SetVisibleDistance(0.0, section.m_dDistance);
   }
   return std::string();

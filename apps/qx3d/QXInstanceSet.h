@@ -30,11 +30,9 @@ public:
   /// Adds one mesh of a group.
   /// @param mesh     copied, with its textures
   /// @param section  what the scene says of all instances of the group
-  /// @param nFirstID  identifier of the first instance for selection, and the next of each further one; 0: none can be
-  ///                 picked
   /// @return  empty, or why it cannot be shown
   std::string Add(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXC::QXRenderOperationMultiIndex& mesh,
-      QXInstanceGroup const& group, QXSceneInstances const& section, unsigned int nFirstID = 0);
+      QXInstanceGroup const& group, QXSceneInstances const& section);
   /// Before the renderer and its textures go.
   void GiveBack(QXC::QXGraphics3D& graphics3D);
 
@@ -45,8 +43,7 @@ public:
 
 private:
   std::string AddDrawables(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
-      QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section,
-      unsigned int nFirstID);
+      QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section);
 
   std::vector<QXC::QXInstancing*> m_vecInstancings;
   std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;

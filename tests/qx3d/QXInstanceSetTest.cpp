@@ -159,26 +159,6 @@ TEST_F(QXInstanceSetTest, WithoutInstancingEachIsADrawable) {
   EXPECT_THAT(renderer.FindScene(L"Scene3D")->GetDrawables(), IsEmpty());
 }
 
-TEST_F(QXInstanceSetTest, IdentifiersFollowEachOther) {
-  Add({{QXVector3d(10, 0, 0), true, 0.0, 1.0}, {QXVector3d(5, 0, 0), true, 90.0, 2.0}});
-  Load();
-  QXC::QXRenderOperationMultiIndex& mesh = *m_Models.GetModel(0).m_vecParts[0].m_pOperation;
-  QXInstanceGroup const& group = m_Models.GetGroups()[0];
-  QXSceneInstances const& section = m_Scene.m_vecInstances[0];
-  Renderer renderer(true);
-  EXPECT_EQ(m_Set.Add(renderer, L"Scene3D", mesh, group, section, 0x03000007), "");
-  EXPECT_EQ(m_Set.Add(renderer, L"Scene3D", mesh, group, section), "");
-  EXPECT_EQ(renderer.FindInstancing(L"Instances0")->m_arrPlacements[0].m_nSelectionID, 0x03000007u);
-  EXPECT_EQ(renderer.FindInstancing(L"Instances0")->m_arrPlacements[1].m_nSelectionID, 0x03000008u);
-  EXPECT_EQ(renderer.FindInstancing(L"Instances1")->m_arrPlacements[1].m_nSelectionID, 0u);
-  m_Set.GiveBack(renderer);
-  Renderer plain(false);
-  EXPECT_EQ(m_Set.Add(plain, L"Scene3D", mesh, group, section, 7), "");
-  EXPECT_EQ(plain.FindScene(L"Scene3D")->GetDrawables()[0]->GetSelectionID(), 7u);
-  EXPECT_EQ(plain.FindScene(L"Scene3D")->GetDrawables()[1]->GetSelectionID(), 8u);
-  m_Set.GiveBack(plain);
-}
-
 TEST_F(QXInstanceSetTest, WithoutInstancingThereIsALimit) {
   Add(std::vector<QXScenePlace>(QXInstanceSet::ms_nMaxDrawables + 1, {QXVector3d(), true, 0.0, 1.0}));
   Load();
