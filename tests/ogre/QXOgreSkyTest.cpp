@@ -13,7 +13,7 @@ namespace QXC {
 
 namespace {
 
-/// 2024-06-21, a clear night of 2024-12-21, and 2024-03-20 toward which the sun sets due west.
+/// 2024-06-21 00:00 UTC, and a night half a year later.
 constexpr QXInt64 MIDSUMMER = 1718928000000;
 constexpr QXInt64 WINTER_NIGHT = 1734822000000;
 

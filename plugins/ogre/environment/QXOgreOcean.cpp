@@ -49,6 +49,9 @@ constexpr double FOAM_SPEED = 0.3;
 constexpr double CLEAR_AIR = 25000.0;
 /// Beaufort's 3, where the first crests break, metres a second.
 constexpr double LEAST_FOAM_WIND = 3.4;
+/// The variance of slopes on still water, and that which a wind of 1 adds.
+constexpr double CALM_ROUGHNESS = 0.003;
+constexpr double ROUGHNESS_OF_WIND = 0.00512;
 /// No crest is squeezed so much.
 constexpr double NO_FOAM = 10.0;
 /// Farther away than anything that is blended: water comes before it.
@@ -71,14 +74,20 @@ double ExceededBy(double dProbability) {
   return dLower;
 }
 
-/// The squeeze of a crest from which on it carries foam, such that the right part of the sea does.
-double FoamThreshold(QXOgreWaves const& waves) {
+/// Of the slopes of the whole sum, along and across together.
+double SlopeVariance(QXOgreWaves const& waves) {
   double dVariance = 0.0;
   for (std::size_t i = 0; i < waves.GetCount(); ++i) {
     QXOgreWave const& wave = waves.GetWave(i);
     double const dSteepness = wave.m_dAmplitude * std::hypot(wave.m_dKX, wave.m_dKY);
     dVariance += 0.5 * dSteepness * dSteepness;
   }
+  return dVariance;
+}
+
+/// The squeeze of a crest from which on it carries foam, such that the right part of the sea does.
+double FoamThreshold(QXOgreWaves const& waves) {
+  double const dVariance = SlopeVariance(waves);
   if (dVariance <= 0.0 || waves.GetWindSpeed() < LEAST_FOAM_WIND) return NO_FOAM;
   return std::sqrt(dVariance) * ExceededBy(FoamPart(waves.GetWindSpeed()));
 }
@@ -353,8 +362,9 @@ void QXOgreOcean::TellAir() {
 
 void QXOgreOcean::TellLook(QXOgreRays const& rays) {
   Ogre::GpuProgramParameters& fragment = m_pDevice->m_Effect.GetFragment();
-  // What the waves of the sum have of it is taken off again, by as much as a wind makes of it in them.
-  double const dRoughness = 0.003 + 0.00512 * m_Waves.GetWindSpeed() * 0.4;
+  // Cox's and Munk's variance of slopes, less what the waves of the sum have of it themselves.
+  double const dRoughness =
+      CALM_ROUGHNESS + std::max(ROUGHNESS_OF_WIND * m_Waves.GetWindSpeed() - SlopeVariance(m_Waves), 0.0);
   double const dFoam = m_bFoam ? FoamThreshold(m_Waves) : NO_FOAM;
   fragment.setNamedConstant("look", Ogre::Vector4(static_cast<float>(dRoughness), static_cast<float>(dFoam),
                                         static_cast<float>(CLEAR_AIR), static_cast<float>(1.0 / FOAM_REPEAT)));

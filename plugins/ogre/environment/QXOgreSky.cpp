@@ -62,7 +62,7 @@ public:
     pBuffer->writeData(0, sizeof(CORNERS), CORNERS.data(), true);
     m_VertexData.vertexBufferBinding->setBinding(0, pBuffer);
     m_VertexData.vertexCount = 4;
-    // The rays turn with the world themselves.
+    // Filled, whatever the camera's mode.
     setPolygonModeOverrideable(false);
   }
 
