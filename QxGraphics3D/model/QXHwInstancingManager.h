@@ -68,7 +68,7 @@ public:
   virtual unsigned char GetPlacement(
       QXInstancing* pInstancing, unsigned int nPlacement, QXMatrix4d& matPlacement) const = 0;
   /// Removes placements with their colours and identifiers; those behind move up and get lower numbers. As many as
-  /// there are, if nCount reaches past the last.
+  /// there are, if nCount reaches past the last. Cost: linear in those behind, so many go in one call or from the end.
   virtual void RemovePlacements(QXInstancing* pInstancing, unsigned int nFirst, unsigned int nCount) = 0;
   virtual unsigned int GetPlacementCount(QXInstancing* pInstancing) const = 0;
   /// 0: this place is left out; 1 is the default. The whole instancing is shown and hidden by QXInstancing::SetVisible.

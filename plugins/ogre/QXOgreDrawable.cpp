@@ -240,7 +240,7 @@ bool QXOgreDrawable::IsSeen(QXOgreView const& view) const {
   return view.m_pFrustum->IsVisible(box, 0.0) != 0;
 }
 
-void QXOgreDrawable::MoveVertices() {
+void QXOgreDrawable::MoveVertices() const {
   if (!m_bMoved) return;
   static std::vector<QXMatrix4d> const s_AtRest;
   m_Geometry.Move(m_pSkeleton ? m_pSkeleton->GetMoves() : s_AtRest);

@@ -148,7 +148,7 @@ public:
   /// Rises with each change of ranges and what they look like.
   unsigned long long GetLookVersion() const { return m_nLookVersion; }
   /// Puts the vertices on the device to where the skeleton has them.
-  void MoveVertices();
+  void MoveVertices() const;
   /// OGRE's number of the render priority.
   unsigned short GetQueuePriority() const;
   /// Gives a range the material that fits its textures as they are now.
@@ -190,7 +190,8 @@ private:
   QXOgreDevice* m_pDevice;
   QXOgreScene* m_pScene;
   QXOgreSceneNode* m_pNode;
-  QXOgreGeometry m_Geometry;
+  /// Vertices are moved when they are asked for.
+  mutable QXOgreGeometry m_Geometry;
   /// Null for other geometry.
   std::unique_ptr<QXOgreBucket> m_pBucket;
   QXOgreTextureSet m_Textures;
@@ -207,7 +208,7 @@ private:
   QXBoundingBox m_WorldBounds;
   QXOgreSkeletonAnimation* m_pSkeleton;
   /// The vertices on the device are not where the skeleton has them.
-  bool m_bMoved;
+  mutable bool m_bMoved;
   QXOgreLook m_Look;
   /// Of the buffers' zero; the renderables point here.
   QXOgrePlace m_Place;

@@ -237,6 +237,10 @@ TEST_F(QXOgreInstancingOperations, ARayFindsTheNearestVisiblePlace) {
   EXPECT_EQ(nPlacement, 99U);
   m_pManager->SetModelMatrix(m_pTrees, At(3, 0, 0));
   EXPECT_EQ(m_pManager->Intersect(m_pTrees, QXVector3d(3.0, 0.0, 9.0), vecDown, dDistance, nPlacement), 1);
+  m_pTrees->SetVisible(0);
+  EXPECT_EQ(m_pManager->Intersect(m_pTrees, QXVector3d(3.0, 0.0, 9.0), vecDown, dDistance, nPlacement), 0);
+  m_pTrees->SetVisible(1);
+  EXPECT_EQ(m_pManager->Intersect(m_pTrees, QXVector3d(3.0, 0.0, 9.0), vecDown, dDistance, nPlacement), 1);
 }
 
 TEST_F(QXOgreInstancingOperations, RaysMeetTheTrianglesThatAMeshIsMadeOf) {

@@ -3,6 +3,7 @@
 #include <random>
 #include <set>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
 #include <QxGraphics3D/renderop/QXBillboard.h>
 
 #include <tests/ogre/QXOgreScenery.h>
@@ -149,6 +150,33 @@ TEST_F(QXOgrePick, EdgePixelsAreFoundExactlyWhereThePictureHasThem) {
       ASSERT_EQ(m_pGraphics3D->ReadSelectionID(static_cast<int>(x), static_cast<int>(SIZE - 1 - y)) == 5U,
           picture.At(x, y) == RED_PIXEL)
           << x << ", " << y;
+}
+
+TEST_F(QXOgrePick, PointsAndLinesAreFoundExactlyWhereThePictureHasThem) {
+  // Wider than the pixel that is looked at, so that their own places lie beside it.
+  auto const pPoints = MakeMesh({{0.11F, 0.07F, 0.0F}, {-0.62F, 0.42F, 1.0F}});
+  AddRange<unsigned short>(*pPoints, {0, 1}, RED)->m_eOperationType = QX_OPERATION_POINT_LIST;
+  QXRenderOperation3D* const pWide = Draw(*pPoints);
+  pWide->SetPointSize(15.0);
+  pWide->SetSelectionID(5);
+  auto const pLines = MakeMesh({{-1.0F, -0.93F, 0.0F}, {0.83F, -0.37F, 0.0F}, {-0.7F, -0.9F, 0.0F}, {-0.9F, 0.9F, 0.0F}});
+  AddRange<unsigned short>(*pLines, {0, 1, 2, 3}, GREEN)->m_eOperationType = QX_OPERATION_LINE_LIST;
+  Draw(*pLines)->SetSelectionID(6);
+  QXPicture const picture = Frame();
+  int nPoints = 0;
+  int nLines = 0;
+  for (unsigned int y = 0; y < SIZE; ++y) {
+    for (unsigned int x = 0; x < SIZE; ++x) {
+      bool const bPoint = picture.At(x, y) == RED_PIXEL;
+      bool const bLine = picture.At(x, y) == GREEN_PIXEL;
+      nPoints += bPoint ? 1 : 0;
+      nLines += bLine ? 1 : 0;
+      if (!bPoint && !bLine && (x + y) % 8 != 0) continue;
+      ASSERT_EQ(Pick(x, SIZE - 1 - y), bPoint ? 5U : bLine ? 6U : 0U) << x << ", " << y;
+    }
+  }
+  EXPECT_GT(nPoints, 400);
+  EXPECT_GT(nLines, 100);
 }
 
 TEST_F(QXOgrePick, AgreesWithTheObviousReferenceOnRandomSquares) {

@@ -7,6 +7,10 @@
 #include <numbers>
 #include <random>
 
+#include <QxGraphics3D/model/QXHwInstancingManager.h>
+#include <QxGraphics3D/model/QXInstancing.h>
+#include <QxGraphics3D/model/QXROInstancePtr.h>
+#include <QxGraphics3D/model/QXRenderObjectInstance.h>
 #include <QxGraphics3D/renderop/QXBoneKey.h>
 #include <QxGraphics3D/renderop/QXSkeletonAnimation.h>
 
@@ -417,6 +421,36 @@ TEST_F(QXOgreSkeletons, WithoutASkeletonAnymoreVerticesGoBack) {
   m_pSkeleton.reset();
   EXPECT_EQ(p->GetSkeletonAnimation(), nullptr);
   ExpectRedAt(32.0, 32.0, "the skeleton has died");
+}
+
+TEST_F(QXOgreSkeletons, RaysMeetVerticesWhereTheyAreEvenIfNoCameraSawThem) {
+  m_pSkeleton->AddBone(L"a", -1, QXMatrix4d());
+  SetKeys(0, {Key(0.0, {0.5, 0.0, 0.0})});
+  QXRenderOperation3D* const p = DrawBound(0.0F, 0.0F, {0, 0, 0, 0}, {1, 0, 0, 0}, m_pSkeleton.get());
+  auto pMesh = MakeMesh({{-0.1F, -0.1F, 0.0F}, {0.1F, -0.1F, 0.0F}, {0.1F, 0.1F, 0.0F}});
+  AddRange<unsigned short>(*pMesh, {0, 1, 2});
+  BindAll(*pMesh, {0, 0, 0, 0}, {1, 0, 0, 0});
+  QXROInstancePtr const pShared(new QXRenderObjectInstance(pMesh.release(), m_pGraphics3D.get()));
+  QXHwInstancingManager& manager = *m_pGraphics3D->GetHwInstancingManager();
+  QXInstancing* const pWalkers = manager.CreateInstancing(L"walkers", L"3D");
+  ASSERT_EQ(manager.SetSharedMesh(pWalkers, pShared), 1);
+  QXMatrix4d const matPlace = Translation(0.0, 4.0, 0.0);
+  manager.AddPlacements(pWalkers, &matPlace, 1);
+  double dDistance = 0.0;
+  unsigned int nPlacement = 0;
+  auto const isHit = [&](double x, double y) {
+    QXVector3d const vecOrigin(x, y, 3.0);
+    return y < 1.0 ? p->Intersect(vecOrigin, {0.0, 0.0, -1.0}, dDistance)
+                   : manager.Intersect(pWalkers, vecOrigin, {0.0, 0.0, -1.0}, dDistance, nPlacement);
+  };
+  for (QXSkeletonAnimation* const pSkeleton : {m_pSkeleton.get(), static_cast<QXSkeletonAnimation*>(nullptr)}) {
+    p->SetSkeletonAnimation(pSkeleton);
+    pShared->GetRenderOperation3D()->SetSkeletonAnimation(pSkeleton);
+    for (double const y : {0.0, 3.98}) {
+      EXPECT_EQ(isHit(0.52, y), pSkeleton ? 1 : 0) << y;
+      EXPECT_EQ(isHit(0.02, y), pSkeleton ? 0 : 1) << y;
+    }
+  }
 }
 
 TEST_F(QXOgreSkeletons, BoundsFollowTheBonesAndSoDoesCulling) {

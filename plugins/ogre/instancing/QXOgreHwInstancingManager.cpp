@@ -34,10 +34,13 @@ QXInstancing* QXOgreHwInstancingManager::CreateInstancing(
                               "' in '" + ToUtf8(strSceneName) + "'");
     return nullptr;
   }
-  auto& pInstancing = m_mapInstancings[strName];
-  pInstancing = std::make_unique<QXOgreInstancing>(m_Graphics3D, *pScene);
-  m_mapOwn[pInstancing.get()] = pInstancing.get();
-  return pInstancing.get();
+  QXOgreInstancing* pMade = nullptr;
+  m_Graphics3D.Try([&] {
+    auto pInstancing = std::make_unique<QXOgreInstancing>(m_Graphics3D, *pScene);
+    pMade = m_mapInstancings.emplace(strName, std::move(pInstancing)).first->second.get();
+    m_mapOwn[pMade] = pMade;
+  });
+  return pMade;
 }
 
 void QXOgreHwInstancingManager::DestroyInstancing(QXInstancing* pInstancing) {

@@ -130,7 +130,7 @@ QXBoundingBox QXOgreInstancing::GetBounds() const {
 
 unsigned char QXOgreInstancing::Intersect(
     QXVector3d const& vecOrigin, QXVector3d const& vecDirection, double& dDistance, unsigned int& nPlacement) const {
-  QXOgreDrawable* const pMesh = FindMesh();
+  QXOgreDrawable* const pMesh = m_bVisible ? FindMesh() : nullptr;
   if (!pMesh) return 0;
   Refresh(*pMesh);
   pMesh->MoveVertices();

@@ -43,14 +43,14 @@ bool HitTriangle(std::array<QXVector3d, 3> const& arrCorners, QXVector3d const& 
 }  // namespace
 
 void QXOgreMeshTriangles::Follow(QXOgreDrawable const& mesh) {
-  // A skeleton moves vertices without giving them another version.
+  // A skeleton moves vertices without giving them another version, and lets them go back so.
   if (m_nVersion == mesh.GetGeometryVersion() && !mesh.GetSkeleton()) return;
   m_arrPositions.clear();
   m_arrTriangles.clear();
   ReadPositions(mesh.GetGeometry());
   std::vector<QXOgreRange> const& arrRanges = mesh.GetGeometry().GetRanges();
   for (std::size_t i = 0; i < arrRanges.size(); ++i) ReadRange(arrRanges[i], static_cast<std::uint32_t>(i));
-  m_nVersion = mesh.GetGeometryVersion();
+  m_nVersion = mesh.GetSkeleton() ? 0 : mesh.GetGeometryVersion();
 }
 
 void QXOgreMeshTriangles::ReadPositions(QXOgreGeometry const& geometry) {

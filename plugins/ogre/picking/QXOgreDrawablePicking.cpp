@@ -79,8 +79,12 @@ void QXOgreDrawable::SelectObjects(std::set<unsigned int> const& setIDs) {
   std::set<unsigned int> const setFormer = m_pBucket->GetSelected();
   for (unsigned int const nFormer : setFormer)
     if (m_nSelectionID == 0 || !setIDs.contains(m_nSelectionID + nFormer)) SelectObject(nFormer, false);
-  for (unsigned int const nID : setIDs)
-    if (FindObject(nID, nKey)) SelectObject(nKey, true);
+  // From the drawable's own on: there may be as many drawables as identifiers.
+  if (m_nSelectionID == 0) return;
+  for (auto position = setIDs.lower_bound(m_nSelectionID); position != setIDs.end(); ++position) {
+    if (*position - m_nSelectionID > m_pBucket->GetObjects().rbegin()->first) break;
+    if (FindObject(*position, nKey)) SelectObject(nKey, true);
+  }
 }
 
 QXBoundingBox QXOgreDrawable::GetObjectBounds(unsigned int nKey) const {
@@ -104,6 +108,7 @@ bool QXOgreDrawable::Intersect(QXVector3d const& vecOrigin, QXVector3d const& ve
       (m_pBucket && m_pBucket->HasWideLines()) || m_Look.m_Surface.m_eProgram == QX_OGRE_PROGRAM_LABEL;
   if (!m_pDevice || bNoTriangles || m_WorldBounds.IsNULL()) return false;
   if (!QXOgreMeshTriangles::MayHit(m_WorldBounds, vecOrigin, vecDirection)) return false;
+  MoveVertices();
   QXOgreMeshTriangles triangles;
   triangles.Follow(*this);
   return triangles.Intersect(*this, m_matWorld, vecOrigin, vecDirection, dDistance);

@@ -50,11 +50,13 @@ void QXOgrePickResult::AddView(QXOgrePixelRect const& rect, QXOgreView const& vi
   m_arrParts.push_back({rect, view.m_matView, view.m_matProjection, view.m_vecOrigin, view.m_dVerticalExaggeration});
 }
 
-void QXOgrePickResult::Take(
-    std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces, std::size_t nStride) {
+void QXOgrePickResult::Take(std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces,
+    QXOgrePixelRect const& drawn, std::size_t nStride) {
+  auto const nLeft = static_cast<std::size_t>(m_Rect.m_nLeft - drawn.m_nLeft);
+  auto const nBottom = static_cast<std::size_t>(m_Rect.m_nBottom - drawn.m_nBottom);
   for (std::size_t y = 0, i = 0; y < static_cast<std::size_t>(m_Rect.m_nHeight); ++y) {
     for (std::size_t x = 0; x < static_cast<std::size_t>(m_Rect.m_nWidth); ++x, ++i) {
-      std::size_t const nFrom = y * nStride + x;
+      std::size_t const nFrom = (nBottom + y) * nStride + nLeft + x;
       unsigned char const* const p = arrIdentifiers.data() + 4 * nFrom;
       m_arrIdentifiers[i] = static_cast<unsigned int>(p[3]) << 24U | static_cast<unsigned int>(p[0]) << 16U |
                             static_cast<unsigned int>(p[1]) << 8U | p[2];

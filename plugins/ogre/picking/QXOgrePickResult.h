@@ -31,11 +31,13 @@ class QXOgrePickResult final {
 public:
   /// Starts anew, with nothing seen.
   void Reset(QXOgrePixelRect const& rect);
-  /// Notes that a view was drawn into a part of the rectangle, over those noted before.
+  /// Notes that a view was drawn into a rectangle, over those noted before; it may reach beyond that of the result.
   void AddView(QXOgrePixelRect const& rect, QXOgreView const& view);
   /// Takes over what the views drew.
+  /// @param drawn    what stands in the arrays; the rectangle of the result lies inside it
   /// @param nStride  pixels from one row of the arrays to the next
-  void Take(std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces, std::size_t nStride);
+  void Take(std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces,
+      QXOgrePixelRect const& drawn, std::size_t nStride);
 
   QXOgrePixelRect const& GetRect() const { return m_Rect; }
   /// The identifier as it was drawn, 0 for none and outside of the rectangle.

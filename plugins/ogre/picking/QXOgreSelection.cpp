@@ -19,12 +19,19 @@ namespace QXC {
 namespace {
 
 /// Edge of the surface for single clicks.
-constexpr int SMALL_EDGE = 32;
+constexpr int SMALL_EDGE = 80;
+/// Around the rectangle that is asked for, as many pixels are drawn: points reach into it from beside, and the device
+/// drops those whose middle is out of sight.
+constexpr int MARGIN = 32;
 /// Farther from the picture than any pixel.
 constexpr double FAR_OUT = 1.0e6;
 
 QXOgrePixelRect RectOf(QXViewport const& viewport) {
   return {viewport.GetActualLeft(), viewport.GetActualBottom(), viewport.GetActualWidth(), viewport.GetActualHeight()};
+}
+
+QXOgrePixelRect WithMargin(QXOgrePixelRect const& rect) {
+  return {rect.m_nLeft - MARGIN, rect.m_nBottom - MARGIN, rect.m_nWidth + 2 * MARGIN, rect.m_nHeight + 2 * MARGIN};
 }
 
 /// What follows a projection so that a part of its picture fills the whole.
@@ -94,22 +101,23 @@ unsigned char QXOgreSelection::Draw(QXOgreRenderTarget& target, QXOgrePixelRect 
   if (part.IsEmpty() || !pDevice) return 0;
   filter.m_pNumbering = &m_Graphics3D.m_SceneOperation;
   unsigned char const bDone = m_Graphics3D.Try([&] {
-    QXOgrePickSurface& surface = DemandSurface(part.m_nWidth, part.m_nHeight);
+    QXOgrePixelRect const drawn = WithMargin(part).Intersect(whole);
+    QXOgrePickSurface& surface = DemandSurface(drawn.m_nWidth, drawn.m_nHeight);
     pDevice->BeginFrame();
     surface.Clear();
-    DrawViewports(target, filter, bAll, surface, result);
+    DrawViewports(target, drawn, filter, bAll, surface, result);
     surface.Read(m_arrIdentifiers, m_arrPlaces);
-    result.Take(m_arrIdentifiers, m_arrPlaces, surface.GetWidth());
+    result.Take(m_arrIdentifiers, m_arrPlaces, drawn, surface.GetWidth());
   });
   if (!bDone) result.Reset(part);
   return bDone;
 }
 
-void QXOgreSelection::DrawViewports(QXOgreRenderTarget& target, QXOgrePickFilter const& filter, bool bAll,
-    QXOgrePickSurface& surface, QXOgrePickResult& result) {
+void QXOgreSelection::DrawViewports(QXOgreRenderTarget& target, QXOgrePixelRect const& rect,
+    QXOgrePickFilter const& filter, bool bAll, QXOgrePickSurface& surface, QXOgrePickResult& result) {
   for (QXViewport* const pViewport : target.GetViewports()) {
     QXOgrePixelRect const whole = RectOf(*pViewport);
-    QXOgrePixelRect const part = whole.Intersect(result.GetRect());
+    QXOgrePixelRect const part = whole.Intersect(rect);
     auto* const pCamera = dynamic_cast<QXOgreCamera*>(pViewport->GetCamera());
     QXOgreScene* const pScene = pCamera && !part.IsEmpty() ? pCamera->FindScene(pViewport) : nullptr;
     if (!pScene || whole.m_nWidth <= 0 || whole.m_nHeight <= 0) continue;
@@ -126,8 +134,8 @@ void QXOgreSelection::DrawViewports(QXOgreRenderTarget& target, QXOgrePickFilter
     view.m_nWidth = part.m_nWidth;
     view.m_nHeight = part.m_nHeight;
     view.m_pPick = &filter;
-    surface.Draw(*pScene, view, part.m_nLeft - result.GetRect().m_nLeft, part.m_nBottom - result.GetRect().m_nBottom,
-        part.m_nWidth, part.m_nHeight, pViewport->m_bClearEveryFrame ? pViewport->m_nClearBuffers : 0);
+    surface.Draw(*pScene, view, part.m_nLeft - rect.m_nLeft, part.m_nBottom - rect.m_nBottom, part.m_nWidth,
+        part.m_nHeight, pViewport->m_bClearEveryFrame ? pViewport->m_nClearBuffers : 0);
     result.AddView(part, view);
   }
 }
@@ -228,7 +236,7 @@ unsigned int QXOgreSelection::FindAlong(
     surface.Draw(scene, view, 0, 0, 1, 1, 0);
     result.AddView({0, 0, 1, 1}, view);
     surface.Read(m_arrIdentifiers, m_arrPlaces);
-    result.Take(m_arrIdentifiers, m_arrPlaces, surface.GetWidth());
+    result.Take(m_arrIdentifiers, m_arrPlaces, {0, 0, 1, 1}, surface.GetWidth());
   });
   result.GetPosition(0, 0, vecPosition);
   return result.GetIdentifier(0, 0);

@@ -20,8 +20,9 @@ class QXOgrePickSurface;
 class QXOgreRenderTarget;
 class QXOgreScene;
 
-/// Draws identifiers and finds what lies under pixels. A pass draws only its rectangle, with a view that is narrowed to
-/// it, and reads only that back. It needs the device and ends before it.
+/// Draws identifiers and finds what lies under pixels. A pass draws only its rectangle and 32 pixels around it, with a
+/// view that is narrowed to them, and reads only those back: points up to 64 pixels wide are found to their edges. It
+/// needs the device and ends before it.
 class QXOgreSelection final {
 public:
   explicit QXOgreSelection(QXOgreGraphics3D& graphics3D);
@@ -64,8 +65,9 @@ public:
 private:
   /// One that has room for a rectangle. That of single clicks stays as small as it is.
   QXOgrePickSurface& DemandSurface(int nWidth, int nHeight);
-  void DrawViewports(QXOgreRenderTarget& target, QXOgrePickFilter const& filter, bool bAll, QXOgrePickSurface& surface,
-      QXOgrePickResult& result);
+  /// Draws a rectangle of the target.
+  void DrawViewports(QXOgreRenderTarget& target, QXOgrePixelRect const& rect, QXOgrePickFilter const& filter, bool bAll,
+      QXOgrePickSurface& surface, QXOgrePickResult& result);
 
   QXOgreGraphics3D& m_Graphics3D;
   std::unique_ptr<QXOgrePickSurface> m_pSmall;
