@@ -1,5 +1,6 @@
 // Lights of scenes, beside the sun.
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -404,6 +405,27 @@ TEST_F(QXOgreSceneLight, NamesAreTakenUntilTheLightOrItsSceneGoes) {
   m_pGraphics3D->DestroyLight(L"lamp");
   EXPECT_EQ(Red(), 255);
   EXPECT_EQ(m_pGraphics3D->CreateLight(L"lamp", L"3D"), 1);
+}
+
+TEST_F(QXOgreSceneLight, AHundredThousandLightsComeMoveAndGoInTime) {
+  int const nCount = 100000;
+  auto const nameOf = [](int i) { return QdcUnicodeString(std::to_wstring(i).c_str()); };
+  auto const start = std::chrono::steady_clock::now();
+  for (int i = 0; i < nCount; ++i) ASSERT_EQ(m_pGraphics3D->CreateLight(nameOf(i), L"3D"), 1);
+  for (int i = 0; i < nCount; ++i) {
+    QXLight light = Lamp(0.0, 0.0, 1.0);
+    light.SetDiffuseColour(i % 2 == 0 ? 0.01 : 0.0, 0.01, 0.0);
+    ASSERT_EQ(m_pGraphics3D->SetLight(nameOf(i), light), 1);
+  }
+  QXPixel const pixel = Frame().At(32, 32);
+  // Thirty-two of equals: the first sixteen pairs.
+  EXPECT_NEAR(pixel.g, 255 * 0.32, 1);
+  EXPECT_NEAR(pixel.r, 255 * 0.16, 1);
+  for (int i = 0; i < nCount; ++i) m_pGraphics3D->DestroyLight(nameOf(i));
+  double const dSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  // It takes about one; looking for each name among all would take minutes.
+  EXPECT_LT(dSeconds, 30.0);
+  EXPECT_EQ(Red(), 255);
 }
 
 TEST_F(QXOgreSceneLight, NothingIsLitBeforeTheRendererRuns) {

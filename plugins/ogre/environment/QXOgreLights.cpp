@@ -114,19 +114,21 @@ QXOgreLamp::QXOgreLamp(QXLight const& light)
 }
 
 void QXOgreLights::Create(QdcUnicodeString const& strName) {
+  // Ahead of the light, so that choosing among all of them allocates nothing.
+  std::size_t const nNeeded = m_mapEntries.size() + 1;
+  if (m_arrCandidates.capacity() < nNeeded) m_arrCandidates.reserve(2 * nNeeded);
   QXLight const light;
-  m_arrEntries.push_back({strName, light, QXOgreLamp(light), true});
-  m_arrCandidates.reserve(m_arrEntries.capacity());
+  m_mapEntries.emplace(strName, Entry{light, QXOgreLamp(light), true, m_nMade});
+  ++m_nMade;
 }
 
 bool QXOgreLights::Destroy(QdcUnicodeString const& strName) {
-  return std::erase_if(m_arrEntries, [&](Entry const& entry) { return entry.m_strName == strName; }) > 0;
+  return m_mapEntries.erase(strName) > 0;
 }
 
 QXOgreLights::Entry* QXOgreLights::Find(QdcUnicodeString const& strName) {
-  for (Entry& entry : m_arrEntries)
-    if (entry.m_strName == strName) return &entry;
-  return nullptr;
+  auto const it = m_mapEntries.find(strName);
+  return it == m_mapEntries.end() ? nullptr : &it->second;
 }
 
 void QXOgreLights::Set(Entry& entry, QXLight const& light) {
@@ -135,7 +137,7 @@ void QXOgreLights::Set(Entry& entry, QXLight const& light) {
 }
 
 bool QXOgreLights::IsAnyEnabled() const {
-  return std::any_of(m_arrEntries.begin(), m_arrEntries.end(), [](Entry const& entry) { return entry.m_bEnable; });
+  return std::any_of(m_mapEntries.begin(), m_mapEntries.end(), [](auto const& item) { return item.second.m_bEnable; });
 }
 
 bool QXOgreLights::Place(QXOgreLamp const& lamp, QXOgreView const& view, Candidate& candidate) {
@@ -171,16 +173,19 @@ double QXOgreLights::WeightOf(std::size_t nCandidate) const {
 
 void QXOgreLights::Choose(QXOgreView const& view, QXOgreLamps& lamps) {
   m_arrCandidates.clear();
-  for (std::size_t i = 0; i < m_arrEntries.size(); ++i) {
-    Candidate candidate{nullptr, {}, 0.0, i};
-    Entry const& entry = m_arrEntries[i];
+  for (auto const& [strName, entry] : m_mapEntries) {
+    Candidate candidate{nullptr, {}, 0.0, entry.m_nNumber};
     if (entry.m_bEnable && entry.m_Lamp.m_bShines && Place(entry.m_Lamp, view, candidate))
       m_arrCandidates.push_back(candidate);
   }
-  if (m_arrCandidates.size() > QXOgreLamps::MOST)
-    std::sort(m_arrCandidates.begin(), m_arrCandidates.end(), [](Candidate const& a, Candidate const& b) {
-      return a.m_dImportance != b.m_dImportance ? a.m_dImportance > b.m_dImportance : a.m_nNumber < b.m_nNumber;
-    });
+  if (m_arrCandidates.size() > QXOgreLamps::MOST) {
+    // Those that shine, and the first that does not, which dims the last of them.
+    auto const itRest = m_arrCandidates.begin() + QXOgreLamps::MOST + 1;
+    std::partial_sort(
+        m_arrCandidates.begin(), itRest, m_arrCandidates.end(), [](Candidate const& a, Candidate const& b) {
+          return a.m_dImportance != b.m_dImportance ? a.m_dImportance > b.m_dImportance : a.m_nNumber < b.m_nNumber;
+        });
+  }
   std::size_t const nCount = std::min(m_arrCandidates.size(), QXOgreLamps::MOST);
   for (std::size_t i = 0; i < nCount; ++i)
     Write(*m_arrCandidates[i].m_pLamp, m_arrCandidates[i].m_vecPlace, WeightOf(i), view,

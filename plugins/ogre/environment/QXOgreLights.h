@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <map>
 #include <vector>
 
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
@@ -51,21 +52,23 @@ struct QXOgreLamp {
   double m_dReach;
 };
 
-/// The lights that CreateLight made in one scene, in the order of their making.
+/// The lights that CreateLight made in one scene. Cost of finding one: the logarithm of their number.
 class QXOgreLights final {
 public:
   struct Entry {
-    QdcUnicodeString m_strName;
     /// As the host told it.
     QXLight m_Light;
     QXOgreLamp m_Lamp;
     bool m_bEnable;
+    /// How many were made before it.
+    std::size_t m_nNumber;
   };
 
+  /// The name is none that it has.
   void Create(QdcUnicodeString const& strName);
   /// False for an unknown name.
   bool Destroy(QdcUnicodeString const& strName);
-  /// Null for an unknown name. Good until the next light comes or goes.
+  /// Null for an unknown name. Good until the light goes.
   Entry* Find(QdcUnicodeString const& strName);
   static void Set(Entry& entry, QXLight const& light);
   /// Whether one is switched on, whatever it shines.
@@ -76,7 +79,7 @@ public:
   /// eye), in a parallel view the distance from the line of sight. It falls with every step away, since among equals,
   /// which keep their order, nothing could fade. The last FADING that find a place are dimmed the closer their
   /// importance is to that of the first that finds none, so that lights change places while they are dark.
-  /// Allocates nothing. Cost: linear in the lights, times its logarithm if there are more than MOST.
+  /// Allocates nothing. Cost: linear in the lights.
   void Choose(QXOgreView const& view, QXOgreLamps& lamps);
 
   static constexpr std::size_t FADING = 4;
@@ -95,7 +98,8 @@ private:
   /// Of the candidate at a place in the order of importance.
   double WeightOf(std::size_t nCandidate) const;
 
-  std::vector<Entry> m_arrEntries;
+  std::map<QdcUnicodeString, Entry> m_mapEntries;
+  std::size_t m_nMade = 0;
   /// With room for all entries.
   std::vector<Candidate> m_arrCandidates;
 };
