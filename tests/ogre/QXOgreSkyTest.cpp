@@ -333,6 +333,28 @@ TEST_F(QXOgreSky, NumbersThatAreNoneDrawASkyAllTheSame) {
   EXPECT_GT(above.b - above.r, 50);
 }
 
+TEST_F(QXOgreSky, CloudsTooHighToBeSeenAreNotHoweverHigh) {
+  QXPicture const clear = Show(At(9.0));
+  m_pSky->SetCloudType(CLOUD_STRATUS);
+  m_pSky->SetCloudVisibleDistance(100.0);
+  QXPicture const unseen = Frame();
+  for (double const dAltitude : {1.0e5, 1.0e20, 1.0e300, -1.0e300}) {
+    for (double const dDistance : {100.0, 1.0e-300}) {
+      m_pSky->SetCloudAltitude(dAltitude);
+      m_pSky->SetCloudVisibleDistance(dDistance);
+      EXPECT_EQ(CountDifferences(unseen, Frame()), 0) << dAltitude << ", " << dDistance;
+    }
+  }
+  // And what is seen from everywhere is a picture, too.
+  m_pSky->SetCloudAltitude(1.0e300);
+  m_pSky->SetCloudVisibleDistance(1.0e300);
+  QXPicture const endless = Frame();
+  for (unsigned int y = 0; y < SIZE / 2; ++y)
+    for (unsigned int x = 0; x < SIZE; ++x) EXPECT_GT(Sum(endless.At(x, y)), 200) << x << ", " << y;
+  m_pSky->SetCloudType(CLOUD_NONE);
+  EXPECT_EQ(CountDifferences(clear, Frame()), 0);
+}
+
 TEST_F(QXOgreSky, EachViewportAndTargetShowsItsOwnPart) {
   Show(At(9.0));
   QXRenderTarget* const pOther = MakeTarget(L"other", 32, 64);

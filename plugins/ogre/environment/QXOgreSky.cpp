@@ -1,5 +1,6 @@
 #include <plugins/ogre/environment/QXOgreSky.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -32,6 +33,11 @@ constexpr unsigned int NOISE_EDGE = 256;
 double Fraction(double d) {
   double const dPart = d - std::floor(d);
   return std::isfinite(dPart) ? dPart : 0.0;
+}
+
+/// A length in metres whose quotients with other such lengths are numbers of the device.
+float Metres(double d) {
+  return static_cast<float>(std::clamp(d, -1.0e12, 1.0e12));
 }
 
 /// From the world to the sky of stars: the pole stands in the north as high as the place is north, and the sky turns
@@ -238,7 +244,7 @@ void QXOgreSky::TellClouds(QXVector3d const& vecEye, Clouds const& clouds) {
   fragment.setNamedConstant(
       "cloudPlace", Ogre::Vector4(static_cast<float>(Fraction(arrAxes[0] * dEast + arrAxes[2] * dNorth)),
                         static_cast<float>(Fraction(arrAxes[1] * dEast + arrAxes[3] * dNorth)),
-                        static_cast<float>(dAbove), static_cast<float>(m_dCloudDistance)));
+                        Metres(dAbove), std::max(Metres(m_dCloudDistance), 1.0e-6F)));
   fragment.setNamedConstant(
       "cloudLook", Ogre::Vector4(static_cast<float>(clouds.m_dCover), static_cast<float>(clouds.m_dSoft),
                        static_cast<float>(clouds.m_dSolid), static_cast<float>(clouds.m_dDark)));
