@@ -503,6 +503,69 @@ TEST_F(QXOgreOcean, NumbersThatAreNoneAreStillWaterOrNothing) {
   EXPECT_EQ(Frame().At(32, 60), BACKGROUND_PIXEL);
 }
 
+TEST_F(QXOgreOcean, WavesThatNoSeaHasAreLeftOut) {
+  double const dInfinity = std::numeric_limits<double>::infinity();
+  for (double const d : {1.0e-300, 1.0e-160, 1.0e-3, 1.0e300, dInfinity, -1.0, -dInfinity}) {
+    m_pOcean->SetWindSpeed(d);
+    EXPECT_EQ(HeightAt(3.0, 4.0), 0.0) << d;
+  }
+  m_pOcean->SetSeaState(1.0e-300);
+  EXPECT_EQ(HeightAt(3.0, 4.0), 0.0);
+  m_pOcean->SetSeaState(-1.0);
+  m_pOcean->SetWindSpeed(0.0);
+  QXPicture const still = Frame();
+  double const arrSwells[][2] = {{1.0e-310, 1.0}, {0.009, 1.0}, {1.1e7, 1.0}, {1.0e300, 1.0}, {NaN, 1.0}, {-9.0, 1.0},
+      {100.0, 1.1e4}, {100.0, -1.0e300}, {100.0, NaN}, {dInfinity, 1.0}};
+  for (auto const& swell : arrSwells) {
+    m_pOcean->AddSwell(0.0, swell[0], swell[1], 0.0);
+    EXPECT_EQ(HeightAt(3.0, 4.0), 0.0) << swell[0] << ", " << swell[1];
+  }
+  m_pOcean->AddSwell(dInfinity, 100.0, 1.0, 0.0);
+  m_pOcean->AddSwell(0.0, 100.0, 1.0, NaN);
+  EXPECT_EQ(Frame().GetBytes(), still.GetBytes());
+  // They took no place from those that are.
+  for (int i = 0; i < 8; ++i) m_pOcean->AddSwell(0.0, 100.0, 2.0, 0.0);
+  EXPECT_NEAR(HeightAt(0.0, 0.0), 8.0, 1e-9);
+}
+
+TEST_F(QXOgreOcean, ColoursAndLightThatAreNoneStillDrawWater) {
+  double const dInfinity = std::numeric_limits<double>::infinity();
+  for (double const d : {NaN, dInfinity, -dInfinity, -1.0, 1.0e300}) {
+    m_pOcean->SetWaterColor(QXColorValue3D(d, 0.2, d, d));
+    m_pOcean->SetLight(QXVector3d(0.0, 0.0, -1.0), QXColorValue3D(d, 0.0, 0.0, d), QXColorValue3D(0.0, 1.0, d, d));
+    // Looking down, hardly anything is mirrored: the green is the water's alone.
+    m_pCamera->SetDirection(0.0, 0.001, -1.0);
+    QXPixel const pixel = Frame().At(32, 32);
+    EXPECT_EQ(pixel.a, 255) << d;
+    if (std::isnan(d)) {
+      EXPECT_LT(pixel.r, 30);
+    }
+  }
+  m_pOcean->SetWaterColor(QXColorValue3D(0.0, 0.2, 0.4, 1.0));
+  m_pOcean->SetLight(QXVector3d(0.0, 0.0, -1.0), QXColorValue3D(), QXColorValue3D::White);
+  QXPicture const picture = Frame();
+  // Of any length.
+  for (double const d : {1.0e-300, 1.0e300}) {
+    m_pOcean->SetLight(QXVector3d(0.0, 0.0, -d), QXColorValue3D(), QXColorValue3D::White);
+    EXPECT_EQ(Frame().GetBytes(), picture.GetBytes()) << d;
+  }
+  m_pOcean->SetVisible(7);
+  EXPECT_EQ(m_pOcean->IsVisible(), 1);
+}
+
+TEST_F(QXOgreOcean, HoweverFarAwayThereIsAHeight) {
+  m_pOcean->SetWindSpeed(10.0);
+  m_pOcean->Update(1.0e300);
+  for (double const d : {1.0e18, 1.0e300, -1.0e308}) EXPECT_LT(std::abs(HeightAt(d, -d)), 20.0) << d;
+  for (double const d : {1.0e7, 1.0e20, 1.0e300}) {
+    m_pOcean->SetSeaLevel(-d);
+    // The horizon stands level.
+    EXPECT_NE(Frame().At(32, 60), BACKGROUND_PIXEL) << d;
+    m_pOcean->SetSeaLevel(d);
+    EXPECT_EQ(Frame().At(32, 60), BACKGROUND_PIXEL) << d;
+  }
+}
+
 TEST_F(QXOgreOcean, ANewOneIsStillAndNothingBeforeInitialize) {
   m_pOcean.reset(m_pGraphics3D->CreateOcean(L"3D", SCENE_PLANE));
   EXPECT_EQ(m_pOcean->IsVisible(), 1);

@@ -9,6 +9,7 @@
 #include <QxGraphics3D/view/QXFrustum.h>
 
 #include <plugins/ogre/QXOgreView.h>
+#include <plugins/ogre/environment/QXOgreNumbers.h>
 
 namespace QXC {
 
@@ -25,16 +26,6 @@ constexpr double STEPS = 256.0;
 
 double Sound(double dValue) {
   return std::isfinite(dValue) ? dValue : 0.0;
-}
-
-/// Of length 1; zero where there is no direction.
-QXVector3d UnitOf(QXVector3d const& vec) {
-  double const dLargest = std::max({std::abs(vec.x), std::abs(vec.y), std::abs(vec.z)});
-  if (!(dLargest > 0.0) || !std::isfinite(dLargest) || std::isnan(vec.x + vec.y + vec.z)) return QXVector3d::ZERO;
-  // Squares of very large or small numbers are none.
-  QXVector3d const vecScaled(vec.x / dLargest, vec.y / dLargest, vec.z / dLargest);
-  double const dLength = vecScaled.Length();
-  return {vecScaled.x / dLength, vecScaled.y / dLength, vecScaled.z / dLength};
 }
 
 std::array<double, 3> ColorOf(QXColorValue3D const& color, double dPower) {

@@ -24,6 +24,7 @@
 #include <plugins/ogre/environment/QXOgreFan.h>
 #include <plugins/ogre/environment/QXOgreFog.h>
 #include <plugins/ogre/environment/QXOgreNoise.h>
+#include <plugins/ogre/environment/QXOgreNumbers.h>
 #include <plugins/ogre/environment/QXOgreOceanShaders.h>
 #include <plugins/ogre/environment/QXOgreRays.h>
 #include <plugins/ogre/environment/QXOgreSky.h>
@@ -54,6 +55,11 @@ constexpr double CALM_ROUGHNESS = 0.003;
 constexpr double ROUGHNESS_OF_WIND = 0.00512;
 /// No crest is squeezed so much.
 constexpr double NO_FOAM = 10.0;
+constexpr double BRIGHTEST = 1.0e6;
+// Swells that some sea has, metres.
+constexpr double SHORTEST_SWELL = 0.01;
+constexpr double LONGEST_SWELL = 1.0e7;
+constexpr double HIGHEST_SWELL = 1.0e4;
 /// Farther away than anything that is blended: water comes before it.
 constexpr Ogre::Real FARTHEST = 1.0e30F;
 
@@ -93,13 +99,8 @@ double FoamThreshold(QXOgreWaves const& waves) {
 }
 
 Ogre::Vector3 ToVector3(QXColorValue3D const& color) {
-  return {static_cast<float>(color.r), static_cast<float>(color.g), static_cast<float>(color.b)};
-}
-
-/// What is left of a number of repeats, 0 to 1; 0 of what is no number.
-float Fraction(double d) {
-  double const dPart = d - std::floor(d);
-  return std::isfinite(dPart) ? static_cast<float>(dPart) : 0.0F;
+  auto const channel = [](double d) { return static_cast<float>(ChannelOf(d, BRIGHTEST)); };
+  return {channel(color.r), channel(color.g), channel(color.b)};
 }
 
 /// Squares of a grid, whose corners the program moves.
@@ -243,16 +244,16 @@ void QXOgreOcean::SetChoppiness(double dChoppiness) {
 }
 
 void QXOgreOcean::SetLight(QXVector3d const& vecDirection, QXColorValue3D const& sun, QXColorValue3D const& ambient) {
-  m_vecToSun = -vecDirection;
-  m_vecToSun.Normalize();
+  m_vecToSun = -UnitOf(vecDirection);
   m_SunColor = sun;
   m_AmbientColor = ambient;
 }
 
 void QXOgreOcean::AddSwell(double dDirection, double dWaveLength, double dWaveHeight, double dPhase) {
-  bool const bNumbers =
-      std::isfinite(dDirection) && std::isfinite(dWaveLength) && std::isfinite(dWaveHeight) && std::isfinite(dPhase);
-  if (!bNumbers || dWaveLength <= 0.0 || m_arrSwells.size() == QXOgreWaves::MAX_SWELLS) return;
+  // Written so that what is no number is left out as well.
+  bool const bWave = dWaveLength >= SHORTEST_SWELL && dWaveLength <= LONGEST_SWELL &&
+                     std::abs(dWaveHeight) <= HIGHEST_SWELL && std::isfinite(dDirection) && std::isfinite(dPhase);
+  if (!bWave || m_arrSwells.size() == QXOgreWaves::MAX_SWELLS) return;
   m_arrSwells.push_back({dDirection, dWaveLength, dWaveHeight, dPhase});
   MakeWaves();
 }
@@ -308,7 +309,7 @@ void QXOgreOcean::TellWaves(QXOgreRays const& rays) {
 }
 
 void QXOgreOcean::TellPlace(QXOgreView const& view, QXOgreRays const& rays) {
-  double const dAbove = rays.m_vecEye.z - m_dLevel * view.m_dVerticalExaggeration;
+  double const dAbove = MetresOf(rays.m_vecEye.z - m_dLevel * view.m_dVerticalExaggeration);
   QXMatrix4d matTurn = view.m_matView;
   matTurn.SetTrans(QXVector3d::ZERO);
   Ogre::GpuProgramParameters& vertex = m_pDevice->m_Effect.GetVertex();
@@ -369,11 +370,11 @@ void QXOgreOcean::TellLook(QXOgreRays const& rays) {
   fragment.setNamedConstant("look", Ogre::Vector4(static_cast<float>(dRoughness), static_cast<float>(dFoam),
                                         static_cast<float>(CLEAR_AIR), static_cast<float>(1.0 / FOAM_REPEAT)));
   double const dWay = FOAM_SPEED * m_dClock;
-  fragment.setNamedConstant(
-      "foamPlace", Ogre::Vector2(Fraction((rays.m_vecEye.x + std::sin(m_dWindDirection) * dWay) / FOAM_REPEAT),
-                       Fraction((rays.m_vecEye.y + std::cos(m_dWindDirection) * dWay) / FOAM_REPEAT)));
-  Ogre::ColourValue const water = ToOgre(m_WaterColor);
-  fragment.setNamedConstant("water", Ogre::Vector4(water.r, water.g, water.b, water.a));
+  fragment.setNamedConstant("foamPlace",
+      Ogre::Vector2(static_cast<float>(FractionOf((rays.m_vecEye.x + std::sin(m_dWindDirection) * dWay) / FOAM_REPEAT)),
+          static_cast<float>(FractionOf((rays.m_vecEye.y + std::cos(m_dWindDirection) * dWay) / FOAM_REPEAT))));
+  auto const fOpacity = static_cast<float>(ChannelOf(m_WaterColor.a, 1.0));
+  fragment.setNamedConstant("water", Ogre::Vector4(ToVector3(m_WaterColor), fOpacity));
   Ogre::Vector3 const vecParallel = rays.m_bParallel ? ToOgre(rays.m_vecRay) : Ogre::Vector3::ZERO;
   fragment.setNamedConstant("parallelRay", vecParallel);
   fragment.setNamedConstant("depthAxis", Ogre::Vector4(vecParallel.x, vecParallel.y, vecParallel.z, 0.0F));

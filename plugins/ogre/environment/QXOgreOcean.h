@@ -34,7 +34,7 @@ public:
 
   /// Where the device cannot, the renderer's error text says why.
   unsigned char Initialize() override;
-  void SetVisible(unsigned char bVisible) override { m_bVisible = bVisible; }
+  void SetVisible(unsigned char bVisible) override { m_bVisible = bVisible != 0 ? 1 : 0; }
   unsigned char IsVisible() const override { return m_bVisible; }
   /// Kept: water is drawn after what hides what is behind it, and before everything that does not.
   void SetRenderGroupID(unsigned int nID) override { m_nGroupID = nID; }
@@ -57,8 +57,9 @@ public:
   void SetFoamEnable(unsigned char bEnable) override { m_bFoam = bEnable; }
   /// Kept: it is the sky's light alone.
   void SetReflectionEnable(unsigned char bEnable) override { m_bReflection = bEnable; }
+  /// Without a direction the light is the sky's again. Colours lie between 0 and 1e6.
   void SetLight(QXVector3d const& vecDirection, QXColorValue3D const& sun, QXColorValue3D const& ambient) override;
-  /// A ninth one, and one without a length, is left out.
+  /// A ninth one is left out, and what is no wave: shorter than 0.01, longer than 1e7 or higher than 1e4.
   void AddSwell(double dDirection, double dWaveLength, double dWaveHeight, double dPhase) override;
   void RemoveAllSwells() override;
   /// By the sum that is drawn near the eye; far away short waves are left out of the picture.

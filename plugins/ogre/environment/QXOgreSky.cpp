@@ -18,6 +18,7 @@
 #include <plugins/ogre/environment/QXOgreEffect.h>
 #include <plugins/ogre/environment/QXOgreFog.h>
 #include <plugins/ogre/environment/QXOgreNoise.h>
+#include <plugins/ogre/environment/QXOgreNumbers.h>
 #include <plugins/ogre/environment/QXOgreRays.h>
 #include <plugins/ogre/environment/QXOgreSkyShaders.h>
 
@@ -29,17 +30,6 @@ namespace {
 constexpr QXInt64 DEFAULT_TIME = 1718960400000;
 constexpr double WEST = 4.71238898038469;
 constexpr unsigned int NOISE_EDGE = 256;
-/// What is left of a number of repeats, 0 to 1; 0 of what is no number.
-double Fraction(double d) {
-  double const dPart = d - std::floor(d);
-  return std::isfinite(dPart) ? dPart : 0.0;
-}
-
-/// A length in metres whose quotients with other such lengths are numbers of the device.
-float Metres(double d) {
-  return static_cast<float>(std::clamp(d, -1.0e12, 1.0e12));
-}
-
 /// From the world to the sky of stars: the pole stands in the north as high as the place is north, and the sky turns
 /// about it.
 Ogre::Matrix3 StarTurn(double dSiderealAngle) {
@@ -242,9 +232,9 @@ void QXOgreSky::TellClouds(QXVector3d const& vecEye, Clouds const& clouds) {
   fragment.setNamedConstant("cloudAxes", Ogre::Vector4(static_cast<float>(arrAxes[0]), static_cast<float>(arrAxes[1]),
                                              static_cast<float>(arrAxes[2]), static_cast<float>(arrAxes[3])));
   fragment.setNamedConstant(
-      "cloudPlace", Ogre::Vector4(static_cast<float>(Fraction(arrAxes[0] * dEast + arrAxes[2] * dNorth)),
-                        static_cast<float>(Fraction(arrAxes[1] * dEast + arrAxes[3] * dNorth)),
-                        Metres(dAbove), std::max(Metres(m_dCloudDistance), 1.0e-6F)));
+      "cloudPlace", Ogre::Vector4(static_cast<float>(FractionOf(arrAxes[0] * dEast + arrAxes[2] * dNorth)),
+                        static_cast<float>(FractionOf(arrAxes[1] * dEast + arrAxes[3] * dNorth)), MetresOf(dAbove),
+                        std::max(MetresOf(m_dCloudDistance), 1.0e-6F)));
   fragment.setNamedConstant(
       "cloudLook", Ogre::Vector4(static_cast<float>(clouds.m_dCover), static_cast<float>(clouds.m_dSoft),
                        static_cast<float>(clouds.m_dSolid), static_cast<float>(clouds.m_dDark)));

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include <plugins/ogre/environment/QXOgreNumbers.h>
+
 namespace QXC {
 
 namespace {
@@ -18,15 +20,13 @@ double const HEIGHT_OF_WIND = 2.0 * std::sqrt(ALPHA / BETA);
 constexpr std::array<double, 13> BEAUFORT_HEIGHTS = {0.0, 0.1, 0.2, 0.6, 1.0, 2.0, 3.0, 4.0, 5.5, 7.0, 9.0, 11.5, 14.0};
 /// Where the sum of steepness reaches 1, the surface folds over itself.
 constexpr double STEEPEST = 0.9;
+/// What a weaker wind makes is lower than a hundredth of a millimetre, and soon too short for numbers.
+constexpr double LEAST_WIND = 0.01;
 constexpr int MOST_STEPS = 64;
 constexpr double CLOSE_ENOUGH = 1.0e-4;
 // Parts of the golden section and of the plastic number: multiples of them fall evenly between 0 and 1.
 constexpr double EVEN_STEP = 0.6180339887498949;
 constexpr double OTHER_EVEN_STEP = 0.7548776662466927;
-
-double Fraction(double d) {
-  return d - std::floor(d);
-}
 
 double SpeedOfBeaufort(double dBeaufort) {
   double const d = std::min(dBeaufort, 12.0);
@@ -72,16 +72,16 @@ void QXOgreWaves::Make(double dWindDirection, double dWindSpeed, double dBeaufor
     std::vector<QXOgreSwell> const& arrSwells) {
   m_nCount = 0;
   m_dWindSpeed = dBeaufort >= 0.0 ? SpeedOfBeaufort(dBeaufort) : dWindSpeed;
-  if (!(m_dWindSpeed > 0.0 && m_dWindSpeed < 1000.0) || !std::isfinite(dWindDirection)) m_dWindSpeed = 0.0;
+  if (!(m_dWindSpeed >= LEAST_WIND && m_dWindSpeed < 1000.0) || !std::isfinite(dWindDirection)) m_dWindSpeed = 0.0;
   // A sixteenth of the variance, which is the square of a quarter of the height.
   double const dQuarter = 0.25 * HEIGHT_OF_WIND * m_dWindSpeed * m_dWindSpeed / GRAVITY;
   double const dAmplitude = dQuarter * std::sqrt(2.0 / WIND_WAVES);
   for (std::size_t i = 0; i < WIND_WAVES && m_dWindSpeed > 0.0; ++i) {
     double const dPart = (static_cast<double>(i) + 0.5) / WIND_WAVES;
     double const dOmega = GRAVITY / m_dWindSpeed * std::pow(BETA / -std::log(dPart), 0.25);
-    double const dAngle = SpreadAngle(Fraction(0.5 + static_cast<double>(i) * EVEN_STEP));
+    double const dAngle = SpreadAngle(FractionOf(0.5 + static_cast<double>(i) * EVEN_STEP));
     Add(dWindDirection + dAngle, dOmega * dOmega / GRAVITY, dAmplitude,
-        2.0 * PI * Fraction(static_cast<double>(i) * OTHER_EVEN_STEP));
+        2.0 * PI * FractionOf(static_cast<double>(i) * OTHER_EVEN_STEP));
   }
   for (std::size_t i = 0; i < std::min(arrSwells.size(), MAX_SWELLS); ++i)
     Add(arrSwells[i].m_dDirection, 2.0 * PI / arrSwells[i].m_dLength, 0.5 * arrSwells[i].m_dHeight,
@@ -95,7 +95,7 @@ void QXOgreWaves::Make(double dWindDirection, double dWindSpeed, double dBeaufor
 double QXOgreWaves::GetAngle(std::size_t n, double dX, double dY, double dSeconds) const {
   QXOgreWave const& wave = m_arrWaves[n];
   double const dAngle = wave.m_dKX * dX + wave.m_dKY * dY - wave.m_dOmega * dSeconds + wave.m_dPhase;
-  return 2.0 * PI * Fraction(dAngle / (2.0 * PI));
+  return 2.0 * PI * FractionOf(dAngle / (2.0 * PI));
 }
 
 QXOgreWaves::Point QXOgreWaves::Move(double dX, double dY, double dSeconds) const {

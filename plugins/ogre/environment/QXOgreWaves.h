@@ -44,7 +44,7 @@ public:
   static constexpr std::size_t MAX_WAVES = WIND_WAVES + MAX_SWELLS;
   static constexpr double GRAVITY = 9.81;
 
-  /// @param dWindSpeed    metres a second; what is not above 0 makes no waves
+  /// @param dWindSpeed    metres a second; below 0.01, or 1000 and more, there are no waves
   /// @param dBeaufort     below 0: the speed counts; above 12: 12
   /// @param dChoppiness   factor on the sideways movement; less of it is used where waves would break over themselves
   /// @param arrSwells     those beyond MAX_SWELLS are left out
