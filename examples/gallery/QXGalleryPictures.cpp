@@ -10,6 +10,7 @@ std::vector<QXGalleryPicture> GetAllPictures() {
            GetSkyPictures,
            GetOverlayPictures,
            GetTrailPictures,
+           GetParticlePictures,
        })
     for (QXGalleryPicture const& picture : pfnGetPictures()) arrAll.push_back(picture);
   return arrAll;

@@ -26,6 +26,7 @@ std::span<QXGalleryPicture const> GetLightPictures();
 std::span<QXGalleryPicture const> GetSkyPictures();
 std::span<QXGalleryPicture const> GetOverlayPictures();
 std::span<QXGalleryPicture const> GetTrailPictures();
+std::span<QXGalleryPicture const> GetParticlePictures();
 
 /// All pictures of all families.
 std::vector<QXGalleryPicture> GetAllPictures();

@@ -1,11 +1,17 @@
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 
+#include <algorithm>
+#include <cmath>
+
+#include <QxGraphics3D/texture/QXTexture.h>
+
 #include <plugins/ogre/QXOgreBillboard.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
 #include <plugins/ogre/QXOgreRenderOperation3D.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreTextureManager.h>
+#include <plugins/ogre/effects/QXOgreParticleSystem.h>
 #include <plugins/ogre/effects/QXOgreQueryOperation3D.h>
 #include <plugins/ogre/effects/QXOgreRibbonTrail.h>
 #include <plugins/ogre/effects/QXOgreSkeletonAnimation.h>
@@ -98,6 +104,35 @@ QXBillboard* QXOgreRenderOperationManager::CreateBillboard(QdcUnicodeString cons
     return new QXOgreBillboard(pScene->GetBillboards());
   m_Graphics3D.SetErrorText("a billboard needs a scene that exists: '" + ToUtf8(strSceneName) + "'");
   return nullptr;
+}
+
+QXParticleSystem3D* QXOgreRenderOperationManager::CreateParticleSystem(
+    QdcUnicodeString const& strSceneName, QdcUnicodeString const& strTemplate) {
+  QXOgreScene* const pScene = m_Graphics3D.FindScene(strSceneName);
+  QXOgreParticleKind const* const pKind = FindParticleKind(strTemplate.Cstr());
+  if (!pScene || !pKind) {
+    m_Graphics3D.SetErrorText("particles need a scene that exists and a kind that there is: '" + ToUtf8(strSceneName) +
+                              "', '" + ToUtf8(strTemplate) + "'");
+    return nullptr;
+  }
+  return new QXOgreParticleSystem(*m_Graphics3D.GetDevice(), *pScene, *pKind, ++m_nParticleSystemsMade, GetDisc());
+}
+
+QXTexture* QXOgreRenderOperationManager::GetDisc() {
+  if (m_pDisc) return m_pDisc.get();
+  constexpr int SIDE = 32;
+  auto* const pPixels = new unsigned char[std::size_t{SIDE} * SIDE * 4];
+  for (int i = 0; i < SIDE * SIDE; ++i) {
+    double const dX = (i % SIDE + 0.5) / (0.5 * SIDE) - 1.0;
+    double const dY = (i / SIDE + 0.5) / (0.5 * SIDE) - 1.0;
+    double const dInside = std::max(0.0, 1.0 - dX * dX - dY * dY);
+    std::fill_n(pPixels + 4 * i, 3, static_cast<unsigned char>(255));
+    pPixels[4 * i + 3] = static_cast<unsigned char>(std::lround(255.0 * dInside * dInside));
+  }
+  m_pDisc.reset(m_Graphics3D.GetTextures().CreateTexture());
+  m_pDisc->SetTextureData(SIDE, SIDE, pPixels, 0, PF_A8R8G8B8);
+  m_pDisc->LoadTexture(0, 1);
+  return m_pDisc.get();
 }
 
 QXSkeletonAnimation* QXOgreRenderOperationManager::CreateSkeletonAnimation(QdcUnicodeString const& strName) {

@@ -2,6 +2,7 @@
 /// Maker of the plug-in's drawables.
 #pragma once
 
+#include <memory>
 #include <unordered_set>
 #include <vector>
 
@@ -13,9 +14,9 @@ namespace QXC {
 class QXOgreGraphics3D;
 class QXOgreQueryOperation3D;
 class QXOgreRenderOperation3D;
+class QXTexture;
 
-/// Makes drawables, and knows those that exist, billboards, ribbons, queries and skeletons. Particles are not there
-/// yet: null.
+/// Makes drawables, and knows those that exist, billboards, particles, ribbons, queries and skeletons.
 class QXOgreRenderOperationManager final : public QXRenderOperationManager {
 public:
   explicit QXOgreRenderOperationManager(QXOgreGraphics3D& graphics3D);
@@ -56,9 +57,11 @@ public:
   QXBillboard* CreateBillboard(QdcUnicodeString const& strSceneName) override;
   QXRenderOperation3D* CreateStaticGeometry3D(QdcUnicodeString const& strSceneName,
       QXStaticGeometryBucket const& bucket, QdcArray<double> const& arrLevelDistances) override;
-  QXParticleSystem3D* CreateParticleSystem(QdcUnicodeString const&, QdcUnicodeString const&) override {
-    return nullptr;
-  }
+  /// Kinds: empty (plain), "smoke", "fire", "fountain", "rain", "snow". Each system has chances of its own, the same
+  /// ones in each run of a program that makes its systems in the same order. Null for others and for a scene that does
+  /// not exist.
+  QXParticleSystem3D* CreateParticleSystem(
+      QdcUnicodeString const& strSceneName, QdcUnicodeString const& strTemplate) override;
   /// Null for a scene that does not exist. The material is the name of a texture in the renderer's texture manager;
   /// one that it does not have makes a trail of plain colours.
   QXRibbonTrail3D* CreateRibbonTrail(QdcUnicodeString const& strSceneName, QdcUnicodeString const& strName,
@@ -69,7 +72,12 @@ public:
 private:
   QXOgreRenderOperation3D* Make(QdcUnicodeString const& strSceneName, bool bAttach);
 
+  /// A white disc that fades towards its edge; null if the device has no room for it.
+  QXTexture* GetDisc();
+
   QXOgreGraphics3D& m_Graphics3D;
+  std::unique_ptr<QXTexture> m_pDisc;
+  unsigned long long m_nParticleSystemsMade = 0;
   std::unordered_set<QXOgreRenderOperation3D*> m_setOperations;
   std::unordered_set<QXOgreQueryOperation3D*> m_setQueries;
   std::vector<QXOgreQueryOperation3D*> m_arrRunning;
