@@ -88,6 +88,12 @@ void DeclareSets(Source& source, QXOgreVariant const& variant) {
     if ((nWanted >> nSet & 1U) != 0) source.Add(SET_DECLARATION, 0, nSet);
 }
 
+/// Whether a picture shows some of the objects that a drawable holds as selected.
+bool KnowsObjects(QXOgreVariant const& variant) {
+  bool const bInstanced = variant.m_eVertices == QX_OGRE_VERTICES_INSTANCED && !variant.m_bIdentifiers;
+  return variant.IsOfPass() || bInstanced;
+}
+
 /// Where the textures of the group that the layer names are looked up; all of a group's n-th textures share a place.
 void AddFoldedPlaces(Source& source, QXOgreVariant const& variant) {
   std::string const& strSets = variant.m_strCoordSets;
@@ -155,12 +161,12 @@ std::string MakeVertexSource(QXOgreVariant const& variant) {
   for (std::size_t i = 0; i < nPlaces; ++i) source.Add(PLACE_OUT, 0, 0, i);
   if (bFolded) source.Add("flat out float layer;\n");
   bool const bInstanced = variant.m_eVertices == QX_OGRE_VERTICES_INSTANCED;
-  if (variant.IsOfPass()) source.Add("out float chosen;\n");
+  if (KnowsObjects(variant)) source.Add("out float chosen;\n");
   if (variant.m_bIdentifiers) source.m_strText += QX_OGRE_IDENTIFIER_DECLARATIONS;
   // Instances bring an element of that name themselves.
   if (!bInstanced && (variant.IsOfPass() || variant.m_bIdentifiers)) source.Add("in vec4 secondary_colour;\n");
   source.m_strText += BodyOf(variant);
-  if (variant.IsOfPass()) source.Add("  chosen = secondary_colour.x;\n");
+  if (KnowsObjects(variant)) source.Add(bInstanced ? "  chosen = binormal.x;\n" : "  chosen = secondary_colour.x;\n");
   if (variant.m_bIdentifiers)
     source.m_strText += bInstanced ? QX_OGRE_INSTANCE_IDENTIFIER_LINES : QX_OGRE_IDENTIFIER_LINES;
   if (bFolded) AddFoldedPlaces(source, variant);
@@ -188,6 +194,7 @@ std::string MakeFragmentSource(QXOgreVariant const& variant) {
     source.m_strText += QX_OGRE_PICK_SHADER;
   } else {
     if (variant.IsOfPass()) source.m_strText += QX_OGRE_PASS_DECLARATIONS;
+    source.Add(KnowsObjects(variant) ? "in float chosen;\n" : "const float chosen = 0.0;\n");
     source.m_strText += QX_OGRE_LIGHT_SHADER;
     source.m_strText += variant.m_bAtmosphere ? QX_OGRE_LAMP_SHADER : QX_OGRE_NO_LAMP_SHADER;
     source.m_strText += variant.m_bAtmosphere ? QX_OGRE_FOG_SHADER : QX_OGRE_NO_FOG_SHADER;

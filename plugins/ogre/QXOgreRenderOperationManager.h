@@ -47,6 +47,7 @@ public:
   QXOgreRenderOperation3D* Own(QXRenderOperation3D* pOperation) const;
   /// Of the drawables that exist and of those to come.
   void SetSelectionColor(QXColorValue3D const& color);
+  QXColorValue3D const& GetSelectionColor() const { return m_SelectionColor; }
 
   unsigned int GetRenderOperationCount() const override;
   QXRenderOperation3D* CreateRenderOperation3D(QdcUnicodeString const& strSceneName, unsigned char bAttach) override;

@@ -28,8 +28,8 @@ void main() {
 
 /// For meshes at many places. In beside a vertex, once an instance: the rows of the matrix from the mesh to the
 /// directions of the world, each with the place of the mesh's zero in the eye's coordinates behind it, since only double
-/// has room for what lies between world and eye; its colour; its identifier, in the bytes of a pixel. Cofactors turn
-/// normals as the inverse does, and flat instances have some too.
+/// has room for what lies between world and eye; its colour; four bytes that say which it is or how it is marked.
+/// Cofactors turn normals as the inverse does, and flat instances have some too.
 inline constexpr char QX_OGRE_INSTANCE_SHADER[] = R"glsl(
 uniform mat4 worldView;
 uniform mat4 projection;
@@ -45,7 +45,6 @@ in vec4 binormal;
 out vec3 viewPosition;
 out vec3 viewNormal;
 out vec4 vertexColour;
-flat out vec4 instanceIdentifier;
 void main() {
   mat3 toEye = mat3(worldView) * transpose(mat3(blendWeights.xyz, blendIndices.xyz, secondary_colour.xyz));
   viewPosition = toEye * vertex.xyz + vec3(blendWeights.w, blendIndices.w, secondary_colour.w);
@@ -54,7 +53,6 @@ void main() {
   mat3 cofactors = mat3(cross(toEye[1], toEye[2]), cross(toEye[2], toEye[0]), cross(toEye[0], toEye[1]));
   viewNormal = cofactors * normal;
   vertexColour = colour * tangent;
-  instanceIdentifier = binormal;
 )glsl";
 
 /// For labels that face the camera. In: the anchor as the position, the offset of the corner in pixels, colour. The
@@ -105,7 +103,7 @@ void main() {
 )glsl";
 
 inline constexpr char QX_OGRE_FRAGMENT_SHADER_END[] = R"glsl(
-  colour.rgb = mix(colour.rgb, selection.rgb, selection.a * shading.y);
+  colour.rgb = mix(colour.rgb, selection.rgb, selection.a * max(shading.y, chosen));
   if (shading.x > 0.0) {
     gatherLight(normal, toEye, 0.0);
     colour.rgb *= ambientLight + diffuseLight;
@@ -114,14 +112,12 @@ inline constexpr char QX_OGRE_FRAGMENT_SHADER_END[] = R"glsl(
 }
 )glsl";
 
-/// In front of the fragment program of a pass: whether the object is selected, and the colours of the material beside
-/// the diffuse one, which is in the tint. The exponent of the highlight stands in its alpha, the reference of the alpha
+/// In front of the fragment program of a pass: the colours of the material beside the diffuse one, which is in the tint. The exponent of the highlight stands in its alpha, the reference of the alpha
 /// test in that of the emissive colour.
 inline constexpr char QX_OGRE_PASS_DECLARATIONS[] = R"glsl(
 uniform vec4 ownAmbient;
 uniform vec4 emissive;
 uniform vec4 highlight;
-in float chosen;
 )glsl";
 
 /// The material's ambient colour is a factor on the ambient light. Highlights are largest where the direction halfway

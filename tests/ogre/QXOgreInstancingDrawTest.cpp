@@ -1,4 +1,5 @@
 // What instancings look like: as drawables at the same places do.
+#include <initializer_list>
 #include <limits>
 #include <set>
 
@@ -37,6 +38,38 @@ TEST_F(QXOgreInstancingDraw, EachPlaceIsPickedByItsIdentifier) {
   EXPECT_EQ(Drawn(), nDrawn) << "a pick is no picture";
   QXPicture const picture = Frame();
   EXPECT_EQ(picture.At(8, 8), RED_PIXEL);
+}
+
+TEST_F(QXOgreInstancingDraw, PickedPlacesAreShownAsSelected) {
+  GiveSquare(0.1F);
+  for (int i = 0; i < 3; ++i) {
+    Add(At(-0.5 + 0.5 * i, 0.0, 0.0));
+    if (i > 0) m_pManager->SetPlacementSelectionID(m_pTrees, static_cast<unsigned int>(i), 70 + i);
+  }
+  m_pGraphics3D->SetSelectionColor(QXColorValue3D(0.0, 0.0, 1.0, 1.0));
+  auto const shows = [&](std::initializer_list<unsigned int> arrIDs, QXPixel const& second, QXPixel const& third) {
+    QdcArray<unsigned int> arrSelected;
+    for (unsigned int const nID : arrIDs) arrSelected.Add(nID);
+    m_pGraphics3D->SetSelectedObjects(arrSelected);
+    QXPicture const picture = Frame();
+    EXPECT_EQ(picture.At(16, 32), RED_PIXEL) << "0 is no identifier";
+    EXPECT_EQ(picture.At(32, 32), second);
+    EXPECT_EQ(picture.At(48, 32), third);
+  };
+  QXPixel const blue{0, 0, 255, 255};
+  shows({0, 71}, blue, RED_PIXEL);
+  shows({72, 99}, RED_PIXEL, blue);
+  QXVector3d vecHit;
+  EXPECT_EQ(m_pGraphics3D->PickObject(48, 32, vecHit), 72U);
+  EXPECT_EQ(m_pGraphics3D->PickObject(32, 32, vecHit), 71U);
+  // The mark stays with its place, and another mesh has the same colour for it.
+  m_pManager->RemovePlacements(m_pTrees, 1, 1);
+  GiveSquare(0.1F);
+  EXPECT_EQ(Frame().At(48, 32), blue);
+  m_pGraphics3D->SetSelectionColor(GREEN);
+  EXPECT_EQ(Frame().At(48, 32), GREEN_PIXEL);
+  m_pGraphics3D->ClearSelectedObjects();
+  EXPECT_EQ(Frame().At(48, 32), RED_PIXEL);
 }
 
 TEST_F(QXOgreInstancingDraw, ThousandsOfPlacesAreOneOperation) {

@@ -167,6 +167,14 @@ unsigned int QXOgreHwInstancingManager::GetDrawnPlacementCount(QXInstancing* pIn
   return pFound ? pFound->GetDrawnCount() : 0;
 }
 
+void QXOgreHwInstancingManager::SelectObjects(std::set<unsigned int> const& setIDs) {
+  for (auto const& [strName, pInstancing] : m_mapInstancings) pInstancing->GetPlacements().SelectObjects(setIDs);
+}
+
+void QXOgreHwInstancingManager::SetSelectionColor(QXColorValue3D const& color) {
+  for (auto const& [strName, pInstancing] : m_mapInstancings) pInstancing->SetSelectionColor(color);
+}
+
 void QXOgreHwInstancingManager::Update() {
   m_Graphics3D.Try([&] {
     for (auto const& [strName, pInstancing] : m_mapInstancings) pInstancing->Update();

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <unordered_map>
 
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
@@ -50,6 +51,10 @@ public:
       double& dDistance, unsigned int& nPlacement) const override;
   unsigned int GetDrawnPlacementCount(QXInstancing* pInstancing) const override;
   void Update() override;
+
+  /// Shows placements with these identifiers as selected, and no others.
+  void SelectObjects(std::set<unsigned int> const& setIDs);
+  void SetSelectionColor(QXColorValue3D const& color);
 
 private:
   /// Null if it is not one of this manager's; nothing is read through the pointer.

@@ -23,6 +23,12 @@ bool IsDrawable(QXOgreDrawable const& mesh) {
                                  [](QXOgreRange const& range) { return range.m_pIndexData != nullptr; });
 }
 
+void GiveSelectionColor(QXOgreDrawable& mesh, QXColorValue3D const& color) {
+  QXOgreLook look = mesh.GetLook();
+  look.m_SelectionColor = color;
+  mesh.SetLook(look);
+}
+
 }  // namespace
 
 QXOgreInstancing::QXOgreInstancing(QXOgreGraphics3D& graphics3D, QXOgreScene& scene)
@@ -50,6 +56,7 @@ unsigned char QXOgreInstancing::SetMesh(QXRenderOperationMultiIndex const* pMesh
     pDrawable = std::make_unique<QXOgreDrawable>(m_Graphics3D.GetDevice());
     pDrawable->SetGeometry(*pMesh, &m_Graphics3D.GetTextures());
     if (!IsDrawable(*pDrawable)) return 0;
+    GiveSelectionColor(*pDrawable, m_Graphics3D.GetOperations().GetSelectionColor());
   }
   m_Draws.Clear();
   m_pSharedMesh.SetNull();
@@ -66,6 +73,10 @@ unsigned char QXOgreInstancing::SetSharedMesh(QXROInstancePtr const& pMesh) {
   SetMesh(nullptr);
   m_pSharedMesh = pHeld;
   return 1;
+}
+
+void QXOgreInstancing::SetSelectionColor(QXColorValue3D const& color) {
+  if (m_pOwnMesh) GiveSelectionColor(*m_pOwnMesh, color);
 }
 
 void QXOgreInstancing::SetVisibleDistance(double dNear, double dFar) {

@@ -46,6 +46,8 @@ public:
   void SetVisibleDistance(double dNear, double dFar);
   /// Brings everything on the device up to date with what was told; drawing does so too. May throw what OGRE throws.
   void Update();
+  /// Of placements that are selected. A shared mesh has that of its drawable.
+  void SetSelectionColor(QXColorValue3D const& color);
   /// Around all placements, hidden ones included.
   QXBoundingBox GetBounds() const;
   unsigned char Intersect(

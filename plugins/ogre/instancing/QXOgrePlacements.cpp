@@ -150,6 +150,13 @@ void QXOgrePlacements::SetIdentifier(unsigned int nPlacement, unsigned int nID) 
   pBytes[3] = static_cast<unsigned char>(nID >> 24U);
 }
 
+void QXOgrePlacements::SelectObjects(std::set<unsigned int> const& setIDs) {
+  for (std::size_t i = 0; i < m_arrStates.size(); ++i) {
+    bool const bSelected = m_arrIdentifiers[i] != 0 && setIDs.contains(m_arrIdentifiers[i]);
+    m_arrStates[i] = static_cast<unsigned char>(bSelected ? m_arrStates[i] | SELECTED : m_arrStates[i] & ~SELECTED);
+  }
+}
+
 void QXOgrePlacements::SetModelMatrix(QXMatrix4d const& matModel) {
   if (m_matModel == matModel) return;
   m_matModel = matModel;
@@ -199,7 +206,7 @@ void QXOgrePlacements::MeasureBounds() const {
   for (std::size_t i = 0; i < m_arrBoxes.size(); ++i) {
     if ((m_arrStates[i] & PLACED) == 0) continue;
     m_Bounds.Merge(m_arrBoxes[i]);
-    if (m_arrStates[i] == DRAWN) m_VisibleBounds.Merge(m_arrBoxes[i]);
+    if ((m_arrStates[i] & DRAWN) == DRAWN) m_VisibleBounds.Merge(m_arrBoxes[i]);
   }
   m_bBoundsKnown = true;
 }
@@ -222,7 +229,7 @@ std::size_t QXOgrePlacements::Select(See see) {
   unsigned int* const pSeen = m_arrSeen.data();
   std::size_t nSeen = 0;
   for (std::size_t i = 0; i < nCount; ++i) {
-    if (pStates[i] != DRAWN) continue;
+    if ((pStates[i] & DRAWN) != DRAWN) continue;
     // Written in any case, so that the answer is no branch that the processor guesses.
     pSeen[nSeen] = static_cast<unsigned int>(i);
     nSeen += see(pBoxes[i]);
@@ -296,7 +303,8 @@ std::size_t QXOgrePlacements::Collect(QXOgreView const& view, double dNear, doub
   return m_nSeen;
 }
 
-void QXOgrePlacements::Write(std::size_t nFirst, std::size_t nCount, QXOgreInstance* pInstances) const {
+void QXOgrePlacements::Write(
+    std::size_t nFirst, std::size_t nCount, bool bIdentifiers, QXOgreInstance* pInstances) const {
   QXMatrix4d const& mat = m_matToEye;
   for (std::size_t i = 0; i < nCount; ++i) {
     unsigned int const nPlacement = m_arrSeen[nFirst + i];
@@ -306,6 +314,8 @@ void QXOgrePlacements::Write(std::size_t nFirst, std::size_t nCount, QXOgreInsta
     for (int k = 0; k < 3; ++k)
       instance.m_fRows[k][3] =
           static_cast<float>(place[0] * mat[0][k] + place[1] * mat[1][k] + place[2] * mat[2][k] + mat[3][k]);
+    unsigned char const nMark = (m_arrStates[nPlacement] & SELECTED) != 0 ? 0xFF : 0;
+    if (!bIdentifiers) std::fill_n(instance.m_nIdentifier, 4, nMark);
     pInstances[i] = instance;
   }
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <set>
 #include <vector>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
@@ -22,7 +23,8 @@ struct QXOgreInstance {
   /// buffers stands in the coordinates of the eye.
   float m_fRows[3][4];
   float m_fColor[4];
-  /// The identifier's bytes in the order of a pixel's: top bits in alpha, the rest from red to blue.
+  /// The identifier's bytes in the order of a pixel's: top bits in alpha, the rest from red to blue. For a picture all
+  /// ones if it is shown as selected, else zeros.
   unsigned char m_nIdentifier[4];
 };
 
@@ -44,6 +46,8 @@ public:
   void SetColor(unsigned int nPlacement, QXColorValue3D const& color);
   void SetIdentifier(unsigned int nPlacement, unsigned int nID);
   unsigned int GetIdentifier(unsigned int nPlacement) const { return m_arrIdentifiers[nPlacement]; }
+  /// Shows those with these identifiers as selected, and no others.
+  void SelectObjects(std::set<unsigned int> const& setIDs);
   /// Whether a placement's colour lets something through.
   bool HasTransparentColors() const { return m_nTransparent > 0; }
 
@@ -75,7 +79,8 @@ public:
   /// @return  how many they are
   std::size_t Collect(QXOgreView const& view, double dNear, double dFar, bool bSort);
   /// Writes some of those that were collected.
-  void Write(std::size_t nFirst, std::size_t nCount, QXOgreInstance* pInstances) const;
+  /// @param bIdentifiers  for identifiers in place of colours
+  void Write(std::size_t nFirst, std::size_t nCount, bool bIdentifiers, QXOgreInstance* pInstances) const;
   /// The directions of the world in the coordinates of the eye, as the view had them: for the vertex program.
   QXMatrix4d const& GetToEye() const { return m_matToEye; }
 
@@ -83,6 +88,7 @@ private:
   static constexpr unsigned char SHOWN = 1;
   static constexpr unsigned char PLACED = 2;
   static constexpr unsigned char DRAWN = SHOWN | PLACED;
+  static constexpr unsigned char SELECTED = 4;
 
   void Touch(std::size_t nFirst, std::size_t nEnd);
   void Compute(std::size_t nPlacement);

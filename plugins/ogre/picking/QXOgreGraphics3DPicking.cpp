@@ -12,6 +12,7 @@
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 #include <plugins/ogre/QXOgreRenderTarget.h>
 #include <plugins/ogre/QXOgreScene.h>
+#include <plugins/ogre/instancing/QXOgreHwInstancingManager.h>
 #include <plugins/ogre/picking/QXOgreSelection.h>
 
 namespace QXC {
@@ -144,6 +145,7 @@ void QXOgreGraphics3D::SetSelectedObjects(QdcArray<unsigned int> const& arrIDs) 
     for (QXOgreRenderOperation3D* const pOperation : m_pManager->GetOperations())
       pOperation->GetDrawable().SelectObjects(setIDs);
     for (auto const& [strName, pScene] : m_mapScenes) pScene->GetBillboards().SelectObjects(setIDs);
+    m_pInstancings->SelectObjects(setIDs);
   });
 }
 
@@ -154,6 +156,7 @@ void QXOgreGraphics3D::ClearSelectedObjects() {
 void QXOgreGraphics3D::SetSelectionColor(QXColorValue3D const& color) {
   m_pManager->SetSelectionColor(color);
   for (auto const& [strName, pScene] : m_mapScenes) pScene->GetBillboards().SetSelectionColor(color);
+  m_pInstancings->SetSelectionColor(color);
 }
 
 unsigned char QXOgreGraphics3D::GetObjectBoundingBox(unsigned int nID, QXBoundingBox& box) const {

@@ -23,9 +23,9 @@ inline constexpr char QX_OGRE_IDENTIFIER_LINES[] = R"glsl(
   }
 )glsl";
 
-/// Instances bring theirs in the bytes of a pixel.
+/// Instances bring theirs in the bytes of a pixel, where they bring their mark for a picture.
 inline constexpr char QX_OGRE_INSTANCE_IDENTIFIER_LINES[] = R"glsl(
-  uvec4 numbers = uvec4(instanceIdentifier * 255.0 + 0.5);
+  uvec4 numbers = uvec4(binormal * 255.0 + 0.5);
   identifier = (numbers.w << 24u) | (numbers.x << 16u) | (numbers.y << 8u) | numbers.z;
 )glsl";
 
