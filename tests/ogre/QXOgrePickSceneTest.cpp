@@ -4,6 +4,7 @@
 #include <random>
 #include <set>
 
+#include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
 #include <QxGraphics3D/renderop/QXBillboard.h>
 
 #include <tests/ogre/QXOgreBucketing.h>
@@ -448,6 +449,23 @@ TEST_F(QXOgrePickScene, IntersectFindsTheNearestTriangleFromEitherSide) {
   EXPECT_EQ(dDistance, 77.0);
   pOperation->SetIndexRangeVisible(0, 0);
   EXPECT_EQ(pOperation->Intersect({0.3, 0.2, 10.0}, {0.0, 0.0, -2.0}, dDistance), 0);
+}
+
+TEST_F(QXOgrePickScene, IntersectKnowsStripsFansAndWideIndices) {
+  auto const pStrip = MakeMesh({{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}, {-1, 1, 0}});
+  AddRange<unsigned int>(*pStrip, {0, 1, 3, 2})->m_eOperationType = QX_OPERATION_TRIANGLE_STRIP;
+  auto const pFan = MakeMesh({{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}, {-1, 1, 0}});
+  AddRange<unsigned short>(*pFan, {0, 1, 2, 3})->m_eOperationType = QX_OPERATION_TRIANGLE_FAN;
+  for (QXRenderOperationMultiIndex* const pMesh : {pStrip.get(), pFan.get()}) {
+    QXRenderOperation3D const* const pOperation = Draw(*pMesh);
+    for (double const x : {-0.8, 0.8}) {
+      for (double const y : {-0.9, 0.9}) {
+        double dDistance = 0.0;
+        EXPECT_EQ(pOperation->Intersect({x, y, 4.0}, {0.0, 0.0, -1.0}, dDistance), 1) << x << ", " << y;
+        EXPECT_DOUBLE_EQ(dDistance, 4.0);
+      }
+    }
+  }
 }
 
 TEST_F(QXOgrePickScene, IntersectFollowsThePlaceOfTheDrawableFarOut) {

@@ -172,7 +172,7 @@ void QXOgreInstanceDraws::Queue(QXOgreDrawable const& mesh, QXOgrePlacements con
   {
     Ogre::HardwareBufferLockGuard const lock(
         m_pBuffer, 0, nSeen * sizeof(QXOgreInstance), Ogre::HardwareBuffer::HBL_DISCARD);
-    placements.Write(0, nSeen, bIdentifiers, static_cast<QXOgreInstance*>(lock.pData));
+    placements.Write(0, nSeen, static_cast<QXOgreInstance*>(lock.pData), bIdentifiers);
   }
   QXMatrix4d matTurn = placements.GetToEye();
   m_Place.m_fDepth = static_cast<Ogre::Real>(-placements.GetVisibleBounds().GetCenter().MultiplyMatrix(matTurn).z);

@@ -304,7 +304,7 @@ std::size_t QXOgrePlacements::Collect(QXOgreView const& view, double dNear, doub
 }
 
 void QXOgrePlacements::Write(
-    std::size_t nFirst, std::size_t nCount, bool bIdentifiers, QXOgreInstance* pInstances) const {
+    std::size_t nFirst, std::size_t nCount, QXOgreInstance* pInstances, bool bIdentifiers) const {
   QXMatrix4d const& mat = m_matToEye;
   for (std::size_t i = 0; i < nCount; ++i) {
     unsigned int const nPlacement = m_arrSeen[nFirst + i];

@@ -80,7 +80,7 @@ public:
   std::size_t Collect(QXOgreView const& view, double dNear, double dFar, bool bSort);
   /// Writes some of those that were collected.
   /// @param bIdentifiers  for identifiers in place of colours
-  void Write(std::size_t nFirst, std::size_t nCount, bool bIdentifiers, QXOgreInstance* pInstances) const;
+  void Write(std::size_t nFirst, std::size_t nCount, QXOgreInstance* pInstances, bool bIdentifiers = false) const;
   /// The directions of the world in the coordinates of the eye, as the view had them: for the vertex program.
   QXMatrix4d const& GetToEye() const { return m_matToEye; }
 
