@@ -56,10 +56,11 @@ void main() {
 }
 )glsl";
 
-/// Levels of the pattern are named, since in a branch nobody knows how far apart two pixels look. cloudAxes turn metres over the ground into repeats of the pattern, cloudPlace is what stands over the eye, in
-/// repeats, with the clouds' height over the eye and how far they are seen, in metres. cloudLook: the part that is
-/// covered, how soft edges are, how solid a cloud is, how dark its base. cloudVeil is how much of the blue they hide
-/// beyond the distance to which they are seen.
+/// Levels of the pattern are named, since in a branch nobody knows how far apart two pixels look. cloudAxes turn metres
+/// over the ground into repeats of the pattern, cloudPlace is what stands over the eye, in repeats, with the clouds'
+/// height over the eye and how far they are seen, in metres. cloudLook: the part that is covered, how soft edges are,
+/// how solid a cloud is, how dark its base. cloudVeil is how much of the blue they hide beyond the distance to which
+/// they are seen.
 inline constexpr char QX_OGRE_SKY_FRAGMENT[] = R"glsl(
 uniform vec3 sunLight;
 uniform vec3 average;
