@@ -589,6 +589,26 @@ TEST_F(QXOgreOcean, UnknownScenesAndGlobesHaveNone) {
   EXPECT_EQ(m_pGraphics3D->CreateOcean(L"3D", SCENE_GLOBE), nullptr);
 }
 
+TEST_F(QXOgreOcean, TheSkyThatItMirrorsMayGoFirst) {
+  QXPicture const own = Frame();
+  std::unique_ptr<QXSkyGraphics3D> pSky(m_pGraphics3D->CreateSky(L"3D", SCENE_PLANE));
+  pSky->Initialize();
+  pSky->SetTime(QdcTime(1734822000000));
+  EXPECT_GT(CountDifferences(own, Frame()), 1000);
+  pSky.reset();
+  EXPECT_EQ(Frame().GetBytes(), own.GetBytes());
+  // Nothing is drawn between its end and the renderer's.
+  pSky.reset(m_pGraphics3D->CreateSky(L"3D", SCENE_PLANE));
+  pSky->Initialize();
+  EXPECT_EQ(m_pGraphics3D->GetDrawOperationCount(), 1U);
+  Frame();
+  EXPECT_EQ(m_pGraphics3D->GetDrawOperationCount(), 2U);
+  pSky.reset();
+  m_pTarget = nullptr;
+  m_pGraphics3D.reset();
+  EXPECT_EQ(m_pOcean->Initialize(), 0);
+}
+
 TEST_F(QXOgreOcean, ItMayGoBeforeItsSceneAndAfterItAndAfterTheRenderer) {
   m_pOcean.reset();
   EXPECT_EQ(Frame().At(32, 60), BACKGROUND_PIXEL);
