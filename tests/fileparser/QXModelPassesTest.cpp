@@ -7,7 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <initializer_list>
+#include <limits>
+#include <string>
 
 namespace QXC {
 namespace {
@@ -170,7 +173,7 @@ TEST_F(QXModelPasses, CutOutFromTheThresholdOn) {
   Mesh().m_Texture.m_dAlphaCutoff = 1.0;
   EXPECT_EQ(Make().m_eAlphaFunction, COMPARE_GREATER_EQUAL);
   EXPECT_EQ(PassOf(0).m_nAlphaReference, 255);
-  for (double const dAll : {0.0, -3.0}) {
+  for (double const dAll : {0.0, -3.0, std::numeric_limits<double>::quiet_NaN()}) {
     Mesh().m_Texture.m_dAlphaCutoff = dAll;
     EXPECT_EQ(Make().m_eAlphaFunction, COMPARE_ALWAYS);
   }
@@ -193,6 +196,28 @@ TEST_F(QXModelPasses, AreSharedByMeshesThatLookTheSameAndNamedAfterTheirMaterial
   EXPECT_TRUE(PassOf(3).GetName() == L"/m/house.obj|brick#2");
   EXPECT_TRUE(PassOf(4).GetName() == L"/m/house.obj|brick#3");
   for (auto const& [strName, pPass] : m_Model.GetPasses()) EXPECT_TRUE(pPass->GetName() == strName);
+}
+
+TEST_F(QXModelPasses, StepOverNamesThatAMaterialHasByItself) {
+  AddMesh(L"brick#2").m_BaseColor.r = 0.75;
+  AddMesh(L"brick").m_BaseColor.r = 0.5;
+  AddMesh(L"brick#2").m_BaseColor.r = 0.25;
+  m_Model.MakePasses();
+  ASSERT_EQ(m_Model.GetPasses().size(), 4U);
+  EXPECT_TRUE(PassOf(1).GetName() == L"/m/house.obj|brick#2");
+  EXPECT_TRUE(PassOf(2).GetName() == L"/m/house.obj|brick#3");
+  EXPECT_TRUE(PassOf(3).GetName() == L"/m/house.obj|brick#2#2");
+}
+
+// Each would try all the numbers before its own, which takes minutes for as many.
+TEST_F(QXModelPasses, OfThousandsOfMaterialsWithoutANameAreMadeAtOnce) {
+  constexpr int Count = 20000;
+  for (int i = 1; i < Count; ++i) AddMesh(L"brick").m_BaseColor.r = i / 100000.0;
+  auto const start = std::chrono::steady_clock::now();
+  m_Model.MakePasses();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+  EXPECT_EQ(m_Model.GetPasses().size(), static_cast<std::size_t>(Count));
+  EXPECT_TRUE(PassOf(Count - 1).GetName() == (L"/m/house.obj|brick#" + std::to_wstring(Count)).c_str());
 }
 
 TEST_F(QXModelPasses, AreNamedInEachIndexPackageInPlaceOfWhatStoodThere) {

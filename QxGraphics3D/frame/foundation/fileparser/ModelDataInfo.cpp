@@ -127,10 +127,16 @@ QXModelNode const* ModelDataInfo::GetNode(int nIndex) const {
   return &m_arrNodes[static_cast<std::uint64_t>(nIndex)];
 }
 
-QdcUnicodeString ModelDataInfo::FindFreePassName(QdcUnicodeString const& strMaterial) const {
+QdcUnicodeString ModelDataInfo::FindFreePassName(
+    QdcUnicodeString const& strMaterial, std::map<QdcUnicodeString, int>& mapLast) const {
   QdcUnicodeString const strFirst = m_strName + L"|" + strMaterial;
-  QdcUnicodeString strName = strFirst;
-  for (int i = 2; m_mapPasses.contains(strName); ++i) strName = strFirst + (L"#" + std::to_wstring(i)).c_str();
+  int& nLast = mapLast.try_emplace(strFirst, 0).first->second;
+  QdcUnicodeString strName;
+  // A material may itself be called as a numbered one.
+  do {
+    ++nLast;
+    strName = nLast == 1 ? strFirst : strFirst + (L"#" + std::to_wstring(nLast)).c_str();
+  } while (m_mapPasses.contains(strName));
   return strName;
 }
 
@@ -138,11 +144,12 @@ void ModelDataInfo::MakePasses() {
   for (auto const& [strName, pPass] : m_mapPasses) delete pPass;
   m_mapPasses.clear();
   std::map<std::string, QdcUnicodeString> mapNames;
+  std::map<QdcUnicodeString, int> mapLast;
   for (QXModelMesh* pMesh : m_arrMeshes) {
     std::unique_ptr<QXPass> pPass = detail::MakeModelPass(*this, *pMesh);
     auto const [itName, bNew] = mapNames.try_emplace(detail::GetPassBytes(*pPass));
     if (bNew) {
-      itName->second = FindFreePassName(pMesh->m_strMaterialName);
+      itName->second = FindFreePassName(pMesh->m_strMaterialName, mapLast);
       pPass->SetName(itName->second);
       m_mapPasses[itName->second] = pPass.get();
       pPass.release();

@@ -74,7 +74,7 @@ public:
   /// that look different. A texture is called as its file's path, one that the model carries "name|" and the picture's
   /// index; every picture gets that name. The names stay what they are if the model is renamed.
   /// Failure: the allocator's exception; names and passes then need not agree until the next call.
-  /// Cost: linear in the meshes; no vertex is read.
+  /// Cost: n log n in the meshes; no vertex is read.
   void MakePasses();
   /// The passes by the names in the index packages, as QXStaticGeometry::AddVertexDataAndIndexPackage takes them.
   /// A host may add passes of its own, which then are the model's.
@@ -94,7 +94,10 @@ public:
 
 private:
   void Swap(ModelDataInfo& other);
-  QdcUnicodeString FindFreePassName(QdcUnicodeString const& strMaterial) const;
+  /// @param mapLast  by the name without a number the last number that was tried: files have thousands of materials
+  ///                 without a name, which would each try all numbers before theirs
+  QdcUnicodeString FindFreePassName(
+      QdcUnicodeString const& strMaterial, std::map<QdcUnicodeString, int>& mapLast) const;
 
   QdcUnicodeString m_strName;
   QXModelUpAxis m_eUpAxis = QX_UP_UNKNOWN;

@@ -35,10 +35,10 @@ void BlendWithoutDepth(QXPass& pass) {
   pass.m_bDepthWrite = 0;
 }
 
-/// Pixels from the cutoff on stay, as they are.
+/// Pixels from the cutoff on stay, as they are; all of them at a cutoff that is no number.
 void CutOut(double dCutoff, QXPass& pass) {
   double const dReference = std::ceil(std::clamp(dCutoff, 0.0, 2.0) * 255.0);
-  if (dReference < 1.0) return;
+  if (!(dReference >= 1.0)) return;
   pass.m_eAlphaFunction = dReference > 255.0 ? COMPARE_NEVER : COMPARE_GREATER_EQUAL;
   pass.m_nAlphaReference = static_cast<unsigned char>(std::min(dReference, 255.0));
 }
