@@ -27,6 +27,18 @@ QXColorValue3D MakeColor(unsigned char const (&nColor)[3]) {
   return QXColorValue3D(nColor[0] / 255.0, nColor[1] / 255.0, nColor[2] / 255.0, 1.0);
 }
 
+/// Of a scene without a time: where the sun stands, in the south-west, 38 degrees high, and a warm sun and a bluish sky
+/// that together leave what looks up nearly at its own colour.
+QXC::QXVector3d GetFixedSunDirection() {
+  return QXC::QXVector3d(-0.62, -0.48, 0.62);
+}
+QXColorValue3D MakeFixedSun() {
+  return QXColorValue3D(0.78, 0.73, 0.64, 1.0);
+}
+QXColorValue3D MakeFixedAmbient() {
+  return QXColorValue3D(0.51, 0.54, 0.60, 1.0);
+}
+
 /// Noon of a summer day: the light that the day's colours stand for.
 QXColorValue3D GetDayLight() {
   constexpr QXInt64 Noon = 1782040800000;
@@ -85,12 +97,12 @@ void QXEnvironment::LightTarget(QXC::QXGraphics3D& graphics3D, QXC::QXRenderTarg
   if (m_pSun != nullptr) {
     m_pSun->ApplyTo(target);
   } else {
-    // So far away that it stands in the same direction from everywhere: in the south-west, 38 degrees high.
+    // So far away that it stands in the same direction from everywhere.
     constexpr double Far = 1e9;
-    target.SetSunPosition(QXC::QXVector3d(-0.62 * Far, -0.48 * Far, 0.62 * Far));
-    // A warm sun and a bluish sky that together leave what looks up nearly at its own colour.
-    target.SetDiffuseLight(QXColorValue3D(0.78, 0.73, 0.64, 1.0));
-    target.SetAmbientLight(QXColorValue3D(0.51, 0.54, 0.60, 1.0));
+    QXC::QXVector3d const vecSun = GetFixedSunDirection();
+    target.SetSunPosition(QXC::QXVector3d(vecSun.x * Far, vecSun.y * Far, vecSun.z * Far));
+    target.SetDiffuseLight(MakeFixedSun());
+    target.SetAmbientLight(MakeFixedAmbient());
   }
   if (scene.m_bAmbient) target.SetAmbientLight(MakeColor(scene.m_nAmbient));
   graphics3D.SetSunLightEnable(scene.m_bSun ? 1 : 0);
@@ -141,13 +153,13 @@ void QXEnvironment::AddOcean(
   m_pOcean->SetSeaLevel(ocean.m_dLevel);
   m_pOcean->SetSeaState(ocean.m_dBeaufort);
   m_pOcean->SetWindDirection(ocean.m_dWindFrom * Degree);
-  if (m_pSun != nullptr) {
-    m_pOcean->SetTime(scene.m_Sky.m_Time);
-    m_pOcean->SetLight(-m_pSun->GetDirection(), m_pSun->GetSunColor(), m_pSun->GetAmbientColor());
-  } else {
-    m_pOcean->SetLight(QXC::QXVector3d(0.62, 0.48, -0.62), QXColorValue3D(0.78, 0.73, 0.64, 1.0),
-        QXColorValue3D(0.51, 0.54, 0.60, 1.0));
-  }
+  if (m_pSun != nullptr) m_pOcean->SetTime(scene.m_Sky.m_Time);
+  // The water is under the same light as what stands in it.
+  QXColorValue3D const ambient = m_pSun != nullptr ? m_pSun->GetAmbientColor() : MakeFixedAmbient();
+  QXColorValue3D const sun = m_pSun != nullptr ? m_pSun->GetSunColor() : MakeFixedSun();
+  m_pOcean->SetLight(m_pSun != nullptr ? -m_pSun->GetDirection() : -GetFixedSunDirection(),
+      scene.m_bSun ? sun : QXColorValue3D(0.0, 0.0, 0.0, 1.0),
+      scene.m_bAmbient ? MakeColor(scene.m_nAmbient) : ambient);
 }
 
 void QXEnvironment::Advance(double dSeconds) {

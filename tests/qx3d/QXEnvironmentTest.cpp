@@ -201,6 +201,18 @@ TEST_F(QXEnvironmentTest, BackgroundGetsDarkWithTheSky) {
   EXPECT_EQ(ChooseBackground(m_Scene, &midnight).r, 1.0);
 }
 
+TEST_F(QXEnvironmentTest, OceanIsUnderTheLightOfTheScene) {
+  m_Scene.m_Ocean.m_bOcean = true;
+  Show();
+  EXPECT_TRUE(HasLogged("SetLight((0.62 0.48 -0.62), (0.78 0.73 0.64 1), (0.51 0.54 0.6 1))"))
+      << m_Graphics3D.GetLog().GetText();
+  m_Scene.m_bSun = false;
+  m_Scene.m_bAmbient = true;
+  m_Scene.m_nAmbient[2] = 255;
+  Show();
+  EXPECT_TRUE(HasLogged("SetLight((0.62 0.48 -0.62), (0 0 0 1), (0 0 1 1))")) << m_Graphics3D.GetLog().GetText();
+}
+
 TEST_F(QXEnvironmentTest, OceanMovesOnBeforeEachFrame) {
   m_Environment.Advance(1.0);
   m_Scene.m_Ocean.m_bOcean = true;
