@@ -34,13 +34,20 @@ std::string_view TrimLine(std::string_view line) {
   return line.substr(nFirst, line.find_last_not_of(" \t\r") + 1 - nFirst);
 }
 
+std::string DescribeBadPlace(std::string_view line) {
+  std::string strFault = FindLineFault(line);
+  QXScenePlace place;
+  return strFault.empty() ? ReadPlace(line, place) : strFault;
+}
+
 class Loader {
 public:
   Loader(QXSceneFile& scene, std::vector<std::string>& vecProblems, std::vector<std::string>& vecWarnings)
       : m_Problems(scene.m_strPath), m_vecProblems(vecProblems), m_vecWarnings(vecWarnings) {}
 
   void Load(QXSceneInstances& instances, std::function<void(std::string const&)> const& progress) {
-    if (m_bFull) return;
+    // Whoever mends twenty lines sees those of the further files next.
+    if (m_bFull || m_vecProblems.size() >= QXSceneProblems::ms_nMaxKept) return;
     QXRandom random(static_cast<std::uint64_t>(instances.m_nSeed));
     std::size_t const nProblems = m_vecProblems.size();
     if (!instances.m_strPlaces.empty()) {
@@ -183,9 +190,8 @@ void ReadPlaces(std::string_view bytes, std::vector<QXScenePlace>& vecPlaces, QX
     bytes.remove_prefix(std::min(nEnd + 1, bytes.size()));
     if (line.empty()) continue;
     QXScenePlace place;
-    std::string const strProblem = ReadPlace(line.substr(0, MaxSceneLine), place);
-    if (!strProblem.empty()) {
-      problems.Add(nLine, strProblem);
+    if (line.size() > MaxSceneLine || !ScanPlace(line, place)) {
+      problems.Add(nLine, problems.IsFull() ? std::string() : DescribeBadPlace(line));
     } else if (vecPlaces.size() > MaxSceneInstances) {
       // One more than there may be tells that there are too many.
       return;

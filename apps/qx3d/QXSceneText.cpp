@@ -54,7 +54,7 @@ private:
   /// Whether the line is to be parsed; sections are heard here, where those without keys are seen as well.
   bool Accept(std::string_view line, std::size_t nSize) {
     if (line.empty() || line[0] == '#' || line[0] == ';') return false;
-    if (std::string const strFault = FaultOf(line, nSize); !strFault.empty()) {
+    if (std::string const strFault = FindLineFault(line, std::min(MaxSceneLine, nSize - 2)); !strFault.empty()) {
       Refuse(strFault);
       return false;
     }
@@ -73,15 +73,6 @@ private:
       name = std::string_view();
     }
     m_Handler.BeginSection(std::string(name), m_nLine);
-  }
-
-  static std::string FaultOf(std::string_view line, std::size_t nSize) {
-    if (line.find('\0') != std::string_view::npos) return "the line holds a zero byte; save the file as UTF-8 text";
-    if (line.size() > MaxSceneLine || line.size() + 2 > nSize)
-      return "the line is longer than " + std::to_string(MaxSceneLine) +
-             " bytes; shorten it, of a file name by moving the file nearer to the scene";
-    if (!IsUtf8(std::string(line))) return "the line is no UTF-8 text; save the file as UTF-8";
-    return std::string();
   }
 
   int Take(char const* szKey, char const* szValue) {
@@ -127,6 +118,15 @@ std::vector<std::string> QXSceneProblems::GetLines() const {
   if (m_nCount > m_vecKept.size())
     vecLines.push_back(m_strPath + ": " + std::to_string(m_nCount - m_vecKept.size()) + " more; mend these first");
   return vecLines;
+}
+
+std::string FindLineFault(std::string_view line, std::size_t nMaxBytes) {
+  if (line.find('\0') != std::string_view::npos) return "the line holds a zero byte; save the file as UTF-8 text";
+  if (line.size() > nMaxBytes)
+    return "the line is longer than " + std::to_string(MaxSceneLine) +
+           " bytes; shorten it, of a file name by moving the file nearer to the scene";
+  if (!IsUtf8(std::string(line))) return "the line is no UTF-8 text; save the file as UTF-8";
+  return std::string();
 }
 
 void ReadSceneText(std::string_view bytes, QXSceneTextHandler& handler, QXSceneProblems& problems) {

@@ -21,6 +21,8 @@ public:
   void Add(int nLine, std::string const& strText);
 
   bool IsEmpty() const { return m_nCount == 0; }
+  /// Further ones are counted alone, so that nobody needs to find words for them.
+  bool IsFull() const { return m_nCount >= ms_nMaxKept; }
   /// "path:line: text" each, by their lines; the last one tells how many more there are.
   std::vector<std::string> GetLines() const;
 
@@ -50,6 +52,9 @@ public:
 /// Longest line and section name in bytes: those of the parser underneath, which would cut longer ones silently.
 constexpr std::size_t MaxSceneLine = 190;
 constexpr std::size_t MaxSceneSection = 49;
+
+/// Why a line is not looked at: zero bytes, too many bytes, other text than UTF-8; empty for a good one.
+std::string FindLineFault(std::string_view line, std::size_t nMaxBytes = MaxSceneLine);
 
 /// Reads UTF-8 text: `[section]`, `key = value`, lines that begin with # or ; for comments, and " ;" for one behind a
 /// value. A faulty line is told and left out, those behind it are read all the same.

@@ -222,19 +222,25 @@ std::string ReadNumbers(std::string_view text, std::size_t nFewest, std::size_t 
   return std::string();
 }
 
+bool ScanPlace(std::string_view text, QXScenePlace& place) {
+  std::vector<std::string_view> const vecParts = Split(text);
+  double dNumbers[5] = {};
+  if (vecParts.size() < 3 || vecParts.size() > std::size(dNumbers)) return false;
+  for (std::size_t i = 0; i < vecParts.size(); ++i)
+    if (!Scan(vecParts[i], dNumbers[i]) || std::abs(dNumbers[i]) > MaxSceneCoordinate) return false;
+  bool const bScale = vecParts.size() > 4;
+  if (std::abs(dNumbers[3]) > 360.0 || (bScale && !(dNumbers[4] > 0.0))) return false;
+  place.m_vecPosition = QXC::QXVector3d(dNumbers[0], dNumbers[1], dNumbers[2]);
+  place.m_bHeading = vecParts.size() > 3;
+  place.m_dHeading = dNumbers[3];
+  place.m_dScale = dNumbers[4];
+  return true;
+}
+
 std::string ReadPlace(std::string_view text, QXScenePlace& place) {
-  std::vector<double> vecNumbers;
-  bool bGood = ReadNumbers(text, 3, 5, -MaxSceneCoordinate, MaxSceneCoordinate, vecNumbers).empty();
-  bGood = bGood && (vecNumbers.size() < 4 || std::abs(vecNumbers[3]) <= 360.0);
-  bGood = bGood && (vecNumbers.size() < 5 || vecNumbers[4] > 0.0);
-  if (!bGood)
-    return Quote(text) + " is no place; write x, y, z, and if wanted a heading from -360 to 360 and a scale above 0, "
-                         "as 10, 20, 3.5, 90, 1.2";
-  place.m_vecPosition = QXC::QXVector3d(vecNumbers[0], vecNumbers[1], vecNumbers[2]);
-  place.m_bHeading = vecNumbers.size() > 3;
-  place.m_dHeading = place.m_bHeading ? vecNumbers[3] : 0.0;
-  place.m_dScale = vecNumbers.size() > 4 ? vecNumbers[4] : 0.0;
-  return std::string();
+  if (ScanPlace(text, place)) return std::string();
+  return Quote(text) + " is no place; write x, y, z, and if wanted a heading from -360 to 360 and a scale above 0, "
+                       "as 10, 20, 3.5, 90, 1.2";
 }
 
 std::string ReadTime(std::string_view text, QDC::QdcTime& time) {

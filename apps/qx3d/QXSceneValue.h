@@ -38,6 +38,8 @@ std::string ReadNumbers(std::string_view text, std::size_t nFewest, std::size_t 
     std::vector<double>& vecNumbers);
 /// "x, y, z", and behind it the heading in degrees, -360 to 360, and the scale, above 0, if wanted.
 std::string ReadPlace(std::string_view text, QXScenePlace& place);
+/// The same without words for what is wrong, which cost more than all the rest where millions of lines are.
+bool ScanPlace(std::string_view text, QXScenePlace& place);
 /// A moment, "2026-06-21T20:30", with seconds if wanted, in universal time or with a zone, "+02:00", behind it; from
 /// 1900 to 2099.
 std::string ReadTime(std::string_view text, QDC::QdcTime& time);

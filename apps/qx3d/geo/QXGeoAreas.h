@@ -31,8 +31,8 @@ QXC::QXVector3d GetMiddle(QXGeoFootprint const& area);
 /// Whether a point lies inside: within an odd number of rings, seen from above.
 bool IsInside(QXGeoFootprint const& area, double dX, double dY);
 
-/// Random points inside an area, at the height of its first corner. Of an area that is thinner than a hundredth of its
-/// box there may be fewer.
+/// Random points inside an area, at the height of its first corner. Where an area fills less than a hundredth of its
+/// box they are even along y rather than everywhere.
 /// @param nCorners  how many corners may be looked at yet, which is counted down: at 0 there are no further points
 void AppendPoints(QXGeoFootprint const& area, std::size_t nCount, QXRandom& random, std::size_t& nCorners,
     std::vector<QXC::QXVector3d>& vecPoints);

@@ -91,6 +91,35 @@ TEST(QXScenePlaces, ListHasOnePlaceALine) {
   EXPECT_EQ(vecPlaces[3].m_vecPosition, QXVector3d(10.0, 11.0, 12.0));
 }
 
+TEST(QXScenePlaces, LinesThatAreNoTextOrTooLongAreToldAndNotCut) {
+  using namespace std::string_literals;
+  QXSceneProblems problems("p.txt");
+  std::vector<QXScenePlace> vecPlaces;
+  std::string const strBlanks(MaxSceneLine - 8, ' ');
+  ReadPlaces(
+      "1, 2, "s + strBlanks + "34\n1, 2, "s + strBlanks + "345\n1,2,3\0\n1,2,\xFF\n1,2,3 #"s + strBlanks + strBlanks,
+      vecPlaces, problems);
+  ASSERT_EQ(vecPlaces.size(), 2U);
+  EXPECT_EQ(vecPlaces[0].m_vecPosition.z, 34.0);
+  EXPECT_EQ(vecPlaces[1].m_vecPosition.z, 3.0);
+  EXPECT_THAT(problems.GetLines(),
+      ElementsAre(HasSubstr("p.txt:2: the line is longer than 190 bytes"),
+          HasSubstr("p.txt:3: the line holds a zero byte"), HasSubstr("p.txt:4: the line is no UTF-8 text")));
+}
+
+TEST(QXScenePlaces, OfListsThatAreNoneTwentyLinesAreToldAndTheOthersCounted) {
+  Folder folder;
+  std::string strLines;
+  for (int i = 0; i < 30; ++i) strLines += "x\n";
+  folder.Write("p.txt", strLines);
+  QXSceneInstances instances;
+  instances.m_strPlaces = folder.Path("p.txt");
+  std::vector<std::string> const vecProblems = Load({instances, instances}).m_vecProblems;
+  ASSERT_EQ(vecProblems.size(), 21U);
+  EXPECT_THAT(vecProblems[19], HasSubstr("p.txt:20: 'x' is no place"));
+  EXPECT_THAT(vecProblems[20], HasSubstr("p.txt: 10 more"));
+}
+
 TEST(QXScenePlaces, OwnHeadingAndScaleGoBeforeThoseOfTheSection) {
   QXSceneInstances instances;
   instances.m_dHeading = 30.0;
@@ -323,6 +352,26 @@ TEST(QXGeoAreas, AreaAndMiddleKeepTheirDigitsFarFromTheOrigin) {
   area.m_vecRings = {{QXVector3d(0, 0, 1), QXVector3d(4, 2, 1), QXVector3d(2, 1, 1)}};
   EXPECT_EQ(GetArea(area), 0.0);
   EXPECT_EQ(GetMiddle(area), QXVector3d(2.0, 1.0, 1.0));
+}
+
+// A street of one by a thousand, obliquely, fills a thousandth of its box.
+TEST(QXGeoAreas, OfNarrowAreasNoPointIsMissing) {
+  constexpr double Base = 6000000.0;
+  QXGeoFootprint area;
+  area.m_vecRings = {{QXVector3d(Base, Base, 7.0), QXVector3d(Base + 1000.0, Base + 1000.0, 7.0),
+      QXVector3d(Base + 1000.0, Base + 1001.0, 7.0), QXVector3d(Base, Base + 1.0, 7.0)}};
+  QXRandom random(3);
+  std::size_t nCorners = 10000000;
+  std::vector<QXVector3d> vecPoints;
+  AppendPoints(area, 1000, random, nCorners, vecPoints);
+  ASSERT_EQ(vecPoints.size(), 1000U);
+  std::size_t nLower = 0;
+  for (QXVector3d const& vec : vecPoints) {
+    EXPECT_GE(vec.y - vec.x, -1e-6);
+    EXPECT_LE(vec.y - vec.x, 1.0 + 1e-6);
+    nLower += vec.y < Base + 500.0 ? 1U : 0U;
+  }
+  EXPECT_NEAR(static_cast<double>(nLower), 500.0, 80.0);
 }
 
 TEST(QXGeoAreas, PointsFillTheAreaEvenlyAndEndWithTheBudget) {
