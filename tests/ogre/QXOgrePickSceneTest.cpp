@@ -108,6 +108,12 @@ TEST_F(QXOgrePickScene, SelInfoIsConfinedToLayers) {
     EXPECT_EQ(nObject, 11 * nWanted);
     EXPECT_EQ(setLayers, std::set<int>{nWanted});
   }
+  // Layer 0 is one of those that things are on, and what has no identifier is on none.
+  QXRenderOperation3D* const pGround = Square(-1, -1, 1, 1, -1, ID(0, 33));
+  std::set<int> setGround{0};
+  m_pGraphics3D->GetSelInfo(32.0F, 32.0F, nLayer, nObject, arrGeometries, setGround, 0, nullptr);
+  EXPECT_EQ(nObject, 33);
+  pGround->SetVisible(0);
   std::set<int> setNone{5};
   m_pGraphics3D->GetSelInfo(32.0F, 32.0F, nLayer, nObject, arrGeometries, setNone, 0, nullptr);
   EXPECT_EQ(nObject, 0);

@@ -126,6 +126,11 @@ TEST_F(QXOgrePick, ToleranceFindsTheNearestWithinIt) {
   m_pGraphics3D->SetSelectionTolerance(64.0);
   EXPECT_EQ(Pick(29, 32), 5U);
   EXPECT_EQ(Pick(31, 32), 6U);
+  for (double const dMost : {1.0e300, static_cast<double>(INFINITY)}) {
+    m_pGraphics3D->SetSelectionTolerance(dMost);
+    EXPECT_EQ(Pick(29, 32), 5U) << "64 pixels are the most";
+    EXPECT_EQ(Pick(150, 32), 0U);
+  }
   for (double const dNone : {-1.0, 0.0, std::nan("")}) {
     m_pGraphics3D->SetSelectionTolerance(dNone);
     EXPECT_EQ(Pick(22, 32), 0U);
@@ -159,7 +164,8 @@ TEST_F(QXOgrePick, PointsAndLinesAreFoundExactlyWhereThePictureHasThem) {
   QXRenderOperation3D* const pWide = Draw(*pPoints);
   pWide->SetPointSize(15.0);
   pWide->SetSelectionID(5);
-  auto const pLines = MakeMesh({{-1.0F, -0.93F, 0.0F}, {0.83F, -0.37F, 0.0F}, {-0.7F, -0.9F, 0.0F}, {-0.9F, 0.9F, 0.0F}});
+  auto const pLines =
+      MakeMesh({{-1.0F, -0.93F, 0.0F}, {0.83F, -0.37F, 0.0F}, {-0.7F, -0.9F, 0.0F}, {-0.9F, 0.9F, 0.0F}});
   AddRange<unsigned short>(*pLines, {0, 1, 2, 3}, GREEN)->m_eOperationType = QX_OPERATION_LINE_LIST;
   Draw(*pLines)->SetSelectionID(6);
   QXPicture const picture = Frame();
