@@ -279,6 +279,19 @@ TEST_F(QXOgreBloomPictures, NumbersAreCutToTheirRangesAndWhatIsNoneIsRefused) {
   EXPECT_EQ(arrSingly, picture(Setting(0.2, 1.5, 0.2)));
 }
 
+TEST_F(QXOgreBloomPictures, NumbersNextToTheirEdgesDivideByNothing) {
+  DrawLights();
+  auto const arrWithout = Frame().GetBytes();
+  m_pGraphics3D->AddCompositor(m_pTarget, L"bloom");
+  m_pGraphics3D->SetBloomSetting(Setting(1.0 - 1.0e-12, 1.0, 0.1));
+  EXPECT_EQ(Frame().GetBytes(), arrWithout) << "as at 1";
+  m_pGraphics3D->SetBloomSetting(Setting(0.3, 1.0, 0.0));
+  auto const arrSharp = Frame().GetBytes();
+  EXPECT_NE(arrSharp, arrWithout);
+  m_pGraphics3D->SetBloomSetting(Setting(0.3, 1.0, 1.0e-300));
+  EXPECT_EQ(Frame().GetBytes(), arrSharp) << "as at 0";
+}
+
 TEST_F(QXOgreBloomPictures, UnknownEffectsAndTargetsAreRefused) {
   EXPECT_EQ(m_pGraphics3D->AddCompositor(m_pTarget, L"haze"), 0);
   EXPECT_NE(Text(m_pGraphics3D->GetErrorText()).find("haze"), std::string::npos);

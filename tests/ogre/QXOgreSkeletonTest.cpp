@@ -169,6 +169,7 @@ TEST_F(QXOgreSkeletons, KeysThatCannotBeAreRefusedAndChangeNothing) {
   EXPECT_EQ(SetKeys(0, {Key(NO_NUMBER, {})}), 0);
   EXPECT_EQ(SetKeys(0, {Key(0.0, {HUGE_VAL, 0.0, 0.0})}), 0);
   EXPECT_EQ(SetKeys(0, {Key(0.0, {}, QXQuaternion4d(0.0, 0.0, 0.0, 0.0))}), 0) << "no rotation at all";
+  EXPECT_EQ(SetKeys(0, {Key(0.0, {}, QXQuaternion4d(1.0e200, 1.0e200, 0.0, 0.0))}), 0) << "a length beyond all numbers";
   EXPECT_EQ(SetKeys(0, {Key(0.0, {}, QXQuaternion4d::IDENTITY, {1.0, NO_NUMBER, 1.0})}), 0);
   QXForeignKey foreign;
   QdcArray<QXAnimationKey*> arrKeys;

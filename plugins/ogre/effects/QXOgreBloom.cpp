@@ -51,7 +51,8 @@ QXBloomSetting QXOgreBloom::Limit(QXBloomSetting const& setting, QXBloomSetting 
 }
 
 bool QXOgreBloom::IsVisible(QXBloomSetting const& setting) {
-  return setting.m_dIntensity > 0.0 && setting.m_dThreshold < 1.0;
+  // As the program sees it, which divides by what a float threshold leaves of 1.
+  return setting.m_dIntensity > 0.0 && static_cast<float>(setting.m_dThreshold) < 1.0F;
 }
 
 QXOgreBloom::QXOgreBloom(QXOgreDevice& device) : m_Device(device), m_pScene(device.CreateScene()) {
@@ -156,7 +157,8 @@ void QXOgreBloom::SetWeights(double dRadius) {
   float arrWeights[MAX_REACH + 1] = {};
   double dSum = 0.0;
   auto const weight = [&](unsigned int i) {
-    return dRadius > 0.0 ? std::exp(-2.0 * i * i / (dRadius * dRadius)) : 1.0;
+    // Written so that no square of a tiny radius is divided by.
+    return i > 0 ? std::exp(-2.0 * (i / dRadius) * (i / dRadius)) : 1.0;
   };
   for (unsigned int i = 0; i <= nReach; ++i) dSum += (i == 0 ? 1.0 : 2.0) * weight(i);
   for (unsigned int i = 0; i <= nReach; ++i) arrWeights[i] = static_cast<float>(weight(i) / dSum);

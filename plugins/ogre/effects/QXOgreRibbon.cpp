@@ -26,7 +26,7 @@ QXOgreRibbonPoint Between(QXOgreRibbonPoint const& from, QXOgreRibbonPoint const
 }  // namespace
 
 void QXOgreRibbon::Add(QXVector3d const& vecPosition, std::size_t nMaxPoints) {
-  QXOgreRibbonPoint const point{vecPosition, m_Color, m_dWidth};
+  QXOgreRibbonPoint const point{vecPosition, m_Color, std::max(m_dWidth, 0.0)};
   if (m_arrPoints.size() < nMaxPoints) {
     m_arrPoints.push_back(point);
   } else if (nMaxPoints > 0) {

@@ -78,7 +78,8 @@ QXVector3d Between(QXVector3d const& from, QXVector3d const& to, double dPart) {
 }  // namespace
 
 QXOgreSkeletonAnimation::QXOgreSkeletonAnimation(QdcUnicodeString const& strName)
-    : m_strName(strName), m_dFirst(0.0), m_dLast(0.0), m_dTime(0.0), m_bLoop(0), m_bPlaying(0), m_bMovesValid(false) {}
+    : m_strName(strName), m_dFirst(std::numeric_limits<double>::infinity()), m_dLast(-m_dFirst), m_dTime(0.0),
+      m_bLoop(0), m_bPlaying(0), m_bMovesValid(false) {}
 
 QXOgreSkeletonAnimation::~QXOgreSkeletonAnimation() {
   while (!m_arrDrawables.empty()) m_arrDrawables.back()->SetSkeleton(nullptr);
@@ -108,10 +109,17 @@ unsigned char QXOgreSkeletonAnimation::SetKeys(int nBone, QdcArray<QXAnimationKe
     if (!pKey || !IsFinite(*pKey) || (!arrTaken.empty() && pKey->m_dTime < arrTaken.back().m_dTime)) return 0;
     arrTaken.push_back(*pKey);
     double const dLength = arrTaken.back().m_qRotation.Normalize();
-    if (!(dLength > 0.0) || !IsFinite(arrTaken.back())) return 0;
+    if (!(dLength > 0.0) || !std::isfinite(dLength)) return 0;
   }
-  m_arrBones[static_cast<std::size_t>(nBone)].m_arrKeys = std::move(arrTaken);
-  FindLength();
+  Bone& bone = m_arrBones[static_cast<std::size_t>(nBone)];
+  bool const bReplaces = !bone.m_arrKeys.empty();
+  bone.m_arrKeys = std::move(arrTaken);
+  // All bones are asked only where keys go away: those of a model come bone by bone.
+  if (bReplaces) {
+    FindLength();
+  } else {
+    GrowLength(bone);
+  }
   Change();
   return 1;
 }
@@ -119,13 +127,14 @@ unsigned char QXOgreSkeletonAnimation::SetKeys(int nBone, QdcArray<QXAnimationKe
 void QXOgreSkeletonAnimation::FindLength() {
   m_dFirst = std::numeric_limits<double>::infinity();
   m_dLast = -m_dFirst;
-  for (Bone const& bone : m_arrBones) {
-    if (bone.m_arrKeys.empty()) continue;
-    m_dFirst = std::min(m_dFirst, bone.m_arrKeys.front().m_dTime);
-    m_dLast = std::max(m_dLast, bone.m_arrKeys.back().m_dTime);
-  }
-  if (m_dFirst > m_dLast) m_dFirst = m_dLast = 0.0;
+  for (Bone const& bone : m_arrBones) GrowLength(bone);
   m_dTime = std::min(m_dTime, GetLength());
+}
+
+void QXOgreSkeletonAnimation::GrowLength(Bone const& bone) {
+  if (bone.m_arrKeys.empty()) return;
+  m_dFirst = std::min(m_dFirst, bone.m_arrKeys.front().m_dTime);
+  m_dLast = std::max(m_dLast, bone.m_arrKeys.back().m_dTime);
 }
 
 void QXOgreSkeletonAnimation::SetTime(double dSeconds) {

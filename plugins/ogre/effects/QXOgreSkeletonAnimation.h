@@ -28,7 +28,7 @@ public:
   int AddBone(QdcUnicodeString const& strName, int nParent, QXMatrix4d const& matRest) override;
   int GetBoneCount() const override { return static_cast<int>(m_arrBones.size()); }
   unsigned char SetKeys(int nBone, QdcArray<QXAnimationKey*> const& arrKeys) override;
-  double GetLength() const override { return m_dLast - m_dFirst; }
+  double GetLength() const override { return m_dFirst < m_dLast ? m_dLast - m_dFirst : 0.0; }
   void SetLoop(unsigned char bLoop) override { m_bLoop = bLoop; }
   void SetPlaying(unsigned char bPlaying) override { m_bPlaying = bPlaying; }
   void SetTime(double dSeconds) override;
@@ -53,6 +53,7 @@ private:
   /// From the bone to its parent at the present time.
   QXMatrix4d FindMatrix(Bone const& bone) const;
   void FindLength();
+  void GrowLength(Bone const& bone);
   void Change();
 
   QdcUnicodeString m_strName;
@@ -61,7 +62,7 @@ private:
   std::vector<QXMatrix4d> m_arrPlaces;
   std::vector<QXMatrix4d> m_arrMoves;
   std::vector<QXOgreDrawable*> m_arrDrawables;
-  /// Times of the first key and of the last one.
+  /// Times of the first key and of the last one; the first is the later one while there are none.
   double m_dFirst;
   double m_dLast;
   /// Since the first key.
