@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXIconSet.h>
 
 #include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXPickTable.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneText.h>
 #include <apps/qx3d/QXSymbolSet.h>
@@ -151,7 +152,11 @@ void QXIconSet::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene
   FindTextures(graphics3D, pictures, problems);
   for (std::size_t i = 0; i < vecIcons.size(); ++i) {
     Place const place = FindPlace(vecIcons[i], pictures.GetChoices()[i], symbols);
-    if (place.m_pTexture == nullptr || AddIcon(graphics3D, strScene, vecIcons[i], place)) continue;
+    if (place.m_pTexture == nullptr) continue;
+    if (AddIcon(graphics3D, strScene, vecIcons[i], place)) {
+      m_vecIconNumbers.push_back(i);
+      continue;
+    }
     std::string const strReason = Narrow(graphics3D.GetErrorText());
     problems.Add(vecIcons[i].m_nLine, "the renderer cannot make an icon" +
                                           (strReason.empty() ? std::string() : ": " + strReason) +
@@ -160,10 +165,20 @@ void QXIconSet::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene
   }
 }
 
+void QXIconSet::Number(std::vector<QXSceneIcon> const& vecIcons, QXPickTable& table) {
+  for (std::size_t i = 0; i < m_vecIconNumbers.size(); ++i) {
+    QXSceneIcon const& icon = vecIcons[m_vecIconNumbers[i]];
+    std::string const strText = icon.m_strSymbol.empty() ? icon.m_strImage : "symbol " + icon.m_strSymbol;
+    m_vecBillboards[i]->SetSelectionID(
+        table.Take(QXPickKind::Icon, 1, [strText](unsigned int) { return MakeOneLine(strText); }));
+  }
+}
+
 void QXIconSet::GiveBack(QXC::QXGraphics3D& graphics3D) {
   // Before their textures.
   for (QXC::QXBillboard* pBillboard : m_vecBillboards) delete pBillboard;
   m_vecBillboards.clear();
+  m_vecIconNumbers.clear();
   if (m_vecPlaces.empty()) return;
   QXTextureImageManager& manager = QXTextureImageManager::GetSingleton();
   manager.SetTextureManager(graphics3D.GetTextureManager());

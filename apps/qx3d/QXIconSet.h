@@ -20,6 +20,7 @@ class QXTextureImage;
 namespace QXApp {
 
 struct QXSceneIcon;
+class QXPickTable;
 class QXSceneProblems;
 class QXSymbolSet;
 
@@ -36,6 +37,10 @@ public:
   /// @param pictures  loaded with the same icons; their pixels go to the atlas and are gone afterwards
   void Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, std::vector<QXSceneIcon> const& vecIcons,
       QXIconPictures& pictures, QXSymbolSet const& symbols, QXSceneProblems& problems);
+
+  /// Gives each icon that is shown an identifier.
+  /// @param vecIcons  those of Show
+  void Number(std::vector<QXSceneIcon> const& vecIcons, QXPickTable& table);
 
   /// Gives billboards and places back. Before the renderer goes.
   void GiveBack(QXC::QXGraphics3D& graphics3D);
@@ -67,6 +72,8 @@ private:
   /// Of each picture.
   std::vector<Place> m_vecPlaces;
   std::vector<QXC::QXBillboard*> m_vecBillboards;
+  /// Of each billboard its icon's place among the scene's.
+  std::vector<std::size_t> m_vecIconNumbers;
 };
 
 /// Reads a page back from the device.

@@ -104,13 +104,19 @@ void QXMeshGatherer::AddModel(QXPlacedModel const& placed, int nModel) {
       form.m_Bounds = mesh.m_Bounds;
       pForm = &form;
     }
-    for (QXMatrix4d const& matPlace : placed.m_vecPlaces)
-      AddNode(*pForm, node.m_matWorld * matPlace, *placed.m_pPictures);
+    if (m_Scene.m_pNames && !mesh.m_strName.IsEmpty())
+      m_Scene.m_pNames->m_mapMeshes[{nModel, i}] = mesh.m_strName.ToMBString().Cstr();
+    QXSceneObject object{nModel, i, 0};
+    for (QXMatrix4d const& matPlace : placed.m_vecPlaces) {
+      AddNode(*pForm, node.m_matWorld * matPlace, *placed.m_pPictures, object);
+      ++object.m_nPlace;
+    }
   }
   if (m_Options.m_eMerging == QXMerging::None) m_vecForms.clear();
 }
 
-void QXMeshGatherer::AddNode(Form const& form, QXMatrix4d const& matWorld, QXModelPictures const& pictures) {
+void QXMeshGatherer::AddNode(
+    Form const& form, QXMatrix4d const& matWorld, QXModelPictures const& pictures, QXSceneObject const& object) {
   m_Scene.m_nVertices += form.m_Mesh.m_pVertices->m_nVertexNum;
   m_Scene.m_nTriangles += form.m_Mesh.GetTriangleCount();
   ++m_Scene.m_nMeshes;
@@ -118,17 +124,18 @@ void QXMeshGatherer::AddNode(Form const& form, QXMatrix4d const& matWorld, QXMod
       form.m_bTransparent && m_Options.m_eMerging == QXMerging::Cells && m_nSortedParts < MaxSortedParts;
   if (bSorted) ++m_nSortedParts;
   if (bSorted || m_Options.m_eMerging == QXMerging::None)
-    AddDrawable(form, matWorld, pictures);
+    AddDrawable(form, matWorld, pictures, object);
   else
-    m_vecEntries.push_back({FindFrame(GetCenter(form.m_Bounds, matWorld)), &form, matWorld});
+    m_vecEntries.push_back({FindFrame(GetCenter(form.m_Bounds, matWorld)), &form, matWorld, object});
 }
 
-void QXMeshGatherer::AddDrawable(Form const& form, QXMatrix4d const& matWorld, QXModelPictures const& pictures) {
+void QXMeshGatherer::AddDrawable(
+    Form const& form, QXMatrix4d const& matWorld, QXModelPictures const& pictures, QXSceneObject const& object) {
   QXTextureKey const& key = form.m_Texture.m_Key;
   std::string const strTexture = key.m_nImage >= 0 ? pictures.GetTextureName(key) : std::string();
   m_Scene.m_vecParts.push_back(
       {MakeOperation(form.m_Mesh, matWorld, GetCenter(form.m_Bounds, matWorld), MakeTexturePackage(strTexture)),
-          form.m_bTransparent, form.m_Texture.m_nModel, key});
+          form.m_bTransparent, form.m_Texture.m_nModel, key, object});
 }
 
 QXMeshGatherer::Frame QXMeshGatherer::FindFrame(QXVector3d const& vecCenter) const {
@@ -186,7 +193,7 @@ void QXMeshGatherer::JoinPart(std::vector<Entry>::iterator itBegin, std::vector<
   for (auto it = itBegin; it != itEnd; ++it)
     AppendReadyMesh(PlaceReadyMesh(it->m_pForm->m_Mesh, it->m_matWorld, m_Scene.m_vecOrigin), collector);
   m_Scene.m_vecParts.push_back({collector.Finish(m_Scene.m_vecOrigin, MakeTexturePackage(form.m_Texture.m_strName)),
-      form.m_bTransparent, form.m_Texture.m_nModel, form.m_Texture.m_Key});
+      form.m_bTransparent, form.m_Texture.m_nModel, form.m_Texture.m_Key, itBegin->m_Object});
 }
 
 void QXMeshGatherer::MergeFrame(std::vector<Entry>::iterator itBegin, std::vector<Entry>::iterator itEnd) {
@@ -219,6 +226,7 @@ void QXMeshGatherer::AddToGeometry(Entry const& entry, QXVector3d const& vecBase
   if (pMesh->m_pIndices->m_arrPassNames.GetSize() == 0) pMesh->m_pIndices->m_arrPassNames.Add(strPass);
   auto pSubObject = std::make_unique<QXC::QXSubObjectInfo>();
   pSubObject->m_BoundingSphere = GetSphere(form.m_Bounds, entry.m_matWorld, vecBase);
+  if (m_Scene.m_pNames) m_Scene.m_mapObjects[pSubObject.get()] = entry.m_Object;
   QXC::QdcArray<QXC::QXIndexPackage*> arrIndices;
   arrIndices.Add(pMesh->m_pIndices.get());
   geometry.AddVertexDataAndIndexPackage(pMesh->m_pVertices.get(), arrIndices, m_mapPasses, matModel,

@@ -54,10 +54,13 @@ private:
     Frame m_Frame;
     Form const* m_pForm;
     QXC::QXMatrix4d m_matWorld;
+    QXSceneObject m_Object;
   };
 
-  void AddNode(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures);
-  void AddDrawable(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures);
+  void AddNode(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures,
+      QXSceneObject const& object);
+  void AddDrawable(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures,
+      QXSceneObject const& object);
   Frame FindFrame(QXC::QXVector3d const& vecCenter) const;
   QXC::QXVector3d GetBase(Frame const& frame) const;
   void JoinParts();

@@ -157,6 +157,7 @@ QXScene BuildScene(std::vector<QXPlacedModel> const& vecModels,
   scene.m_Bounds.Merge(others);
   QXVector3d const vecCenter = scene.m_Bounds.GetCenter();
   scene.m_vecOrigin = QXVector3d(std::round(vecCenter.x), std::round(vecCenter.y), std::round(vecCenter.z));
+  if (options.m_bObjects) scene.m_pNames = std::make_shared<QXSceneNames>();
   QXMeshGatherer gatherer(scene, options);
   for (std::size_t i = 0; i < vecModels.size(); ++i) gatherer.AddModel(vecModels[i], static_cast<int>(i));
   gatherer.Merge();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <apps/qx3d/QXModelPictures.h>
+#include <apps/qx3d/QXSceneNames.h>
 
 #include <QxGraphics3D/frame/foundation/base3d/QXBoundingBox.h>
 #include <QxGraphics3D/frame/foundation/base3d/QXMatrix4d.h>
@@ -14,10 +15,12 @@
 #include <memory>
 #include <string>
 #include <tuple>
+#include <unordered_map>
 #include <vector>
 
 namespace QXC {
 class ModelDataInfo;
+class QXSubObjectInfo;
 }
 
 namespace QXApp {
@@ -40,6 +43,8 @@ struct QXScenePart {
   int m_nModel = 0;
   /// The texture for the operation's one package, which holds its name; without a picture there is no package.
   QXTextureKey m_Texture;
+  /// Its own, or the first of those that it was joined from.
+  QXSceneObject m_Object;
 };
 
 /// A texture that merged meshes name.
@@ -73,6 +78,8 @@ struct QXMergeOptions {
   QXMerging m_eMerging = QXMerging::Cells;
   /// Name of a texture in the passes; empty: the one under which QXModelPictures shares it.
   std::function<std::string(QXSceneTexture const&)> m_nameTexture;
+  /// Whether the scene tells which object is which mesh, for whoever points at them: some 50 bytes each.
+  bool m_bObjects = false;
 };
 
 /// Models merged into few drawables.
@@ -82,6 +89,10 @@ struct QXScene {
   /// Those that the geometries name.
   std::vector<QXSceneTexture> m_vecTextures;
   std::vector<QXScenePart> m_vecParts;
+  /// Of the merged meshes, by their records in the geometries; empty unless they were asked for.
+  std::unordered_map<QXC::QXSubObjectInfo const*, QXSceneObject> m_mapObjects;
+  /// Null unless the objects were asked for.
+  std::shared_ptr<QXSceneNames> m_pNames;
   /// Middle of the scene, world coordinates: the origin for floats.
   QXC::QXVector3d m_vecOrigin;
   /// Everything that is drawn, world coordinates.

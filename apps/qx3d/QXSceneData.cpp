@@ -73,7 +73,7 @@ private:
     std::unique_ptr<QXC::ModelDataInfo> pModel = MakeFootprintModel(vecFootprints, data.m_vecPosition, strWarning);
     Warn(data, strWarning);
     if (pModel == nullptr) return;
-    std::string const strReason = m_pModels->Add(std::move(pModel));
+    std::string const strReason = m_pModels->Add(std::move(pModel), data.m_strFile);
     if (!strReason.empty()) m_vecProblems.push_back(data.m_strFile + ": " + strReason);
   }
 

@@ -122,13 +122,13 @@ void QXSceneModels::LoadOne(
   pictures.Load(*pModel, vecProblems);
   AppendNew(vecProblems, vecPictureProblems);
   QXC::QXBoundingBox const box = pModel->GetBoundingBox();
-  m_vecModels.push_back({std::move(pModel), box, {}});
+  m_vecModels.push_back({std::move(pModel), box, {}, strPath});
   m_vecPictures.push_back(std::move(pictures));
 }
 
-std::string QXSceneModels::Add(std::unique_ptr<QXC::ModelDataInfo> pModel) {
+std::string QXSceneModels::Add(std::unique_ptr<QXC::ModelDataInfo> pModel, std::string const& strFile) {
   QXC::QXBoundingBox const box = pModel->GetBoundingBox();
-  m_vecModels.push_back({std::move(pModel), box, {}});
+  m_vecModels.push_back({std::move(pModel), box, {}, strFile});
   m_vecPictures.emplace_back();
   return Place(m_vecModels.back(), QXMatrix4d());
 }
@@ -169,6 +169,7 @@ std::string QXSceneModels::LoadStatic(QXSceneStatic const& placed, std::vector<s
   AppendNew(vecProblems, vecPictureProblems);
   m_vecMergedPictures.push_back(std::move(pictures));
   m_vecMerged.push_back(std::move(pGeometry));
+  m_vecMergedFiles.push_back(placed.m_strFile);
   return std::string();
 }
 
@@ -231,6 +232,13 @@ QXScene QXSceneModels::Build(QXC::QXBoundingBox const& others, QXMergeOptions co
     vecPlaced.push_back({m_vecModels[i].m_pModel.get(), &m_vecPictures[i], std::move(m_vecModels[i].m_vecPlaces)});
   QXScene scene = BuildScene(vecPlaced, std::move(m_vecMerged), others, options);
   m_vecMerged.clear();
+  if (scene.m_pNames) {
+    for (std::size_t i = 0; i < m_vecModels.size(); ++i)
+      scene.m_pNames->m_vecModels.push_back({m_vecModels[i].m_strFile, m_vecModels[i].m_pModel->GetNodeCount(),
+          static_cast<int>(vecPlaced[i].m_vecPlaces.size())});
+    scene.m_pNames->m_vecStatics = std::move(m_vecMergedFiles);
+  }
+  m_vecMergedFiles.clear();
   // Behind those of the models, whose number is known only now.
   for (QXSceneTexture texture : m_vecMergedTextures) {
     texture.m_nModel += static_cast<int>(m_vecPictures.size());

@@ -63,8 +63,9 @@ public:
       QXSceneProblems& problems, std::vector<std::string>& vecPictureProblems);
 
   /// Takes a model over that no file holds, z up and where its coordinates put it.
+  /// @param strFile  what it was made of
   /// @return  empty, or why it cannot be shown
-  std::string Add(std::unique_ptr<QXC::ModelDataInfo> pModel);
+  std::string Add(std::unique_ptr<QXC::ModelDataInfo> pModel, std::string const& strFile);
 
   /// Merges what was read; the models, not their pictures, are freed.
   /// @param others  bounds of what stands in the scene besides
@@ -83,6 +84,7 @@ private:
     std::unique_ptr<QXC::ModelDataInfo> m_pModel;
     QXC::QXBoundingBox m_Box;
     std::vector<QXC::QXMatrix4d> m_vecPlaces;
+    std::string m_strFile;
   };
 
   /// A file, and the axis that is up in it: what makes two placements share what is read.
@@ -105,6 +107,7 @@ private:
   /// Of the models, then of the static geometries.
   std::vector<QXModelPictures> m_vecPictures;
   std::vector<std::unique_ptr<QXC::QXStaticGeometry>> m_vecMerged;
+  std::vector<std::string> m_vecMergedFiles;
   std::vector<QXModelPictures> m_vecMergedPictures;
   /// Of the static geometries, by their index among these.
   std::vector<QXSceneTexture> m_vecMergedTextures;

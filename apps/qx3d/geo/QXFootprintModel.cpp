@@ -46,8 +46,10 @@ struct Buffers {
   }
 };
 
-void AddMesh(Buffers const& buffers, QXVector3d const& vecOrigin, QXC::ModelDataInfo& model) {
+void AddMesh(
+    Buffers const& buffers, QXVector3d const& vecOrigin, std::size_t nNumber, QXC::ModelDataInfo& model) {
   auto pMesh = std::make_unique<QXC::QXModelMesh>();
+  pMesh->m_strName = QXC::QdcUnicodeString::FromUTF8(("building " + std::to_string(nNumber)).c_str());
   pMesh->m_pVertexPackage = new QXC::QXVertexDataPackage;
   auto const nVertices = static_cast<unsigned int>(buffers.GetVertexCount());
   pMesh->m_pVertexPackage->SetVertexNum(nVertices, 0);
@@ -74,6 +76,7 @@ public:
   explicit Builder(QXVector3d const& vecShift) : m_vecShift(vecShift), m_pModel(new QXC::ModelDataInfo) {}
 
   void Add(QXGeoFootprint const& footprint) {
+    ++m_nNumber;
     std::size_t nCorners = 0;
     for (auto const& vecRing : footprint.m_vecRings) nCorners += vecRing.size();
     if (nCorners > MaxCorners || m_Cutter.GetCrossingCount() > MaxCrossings || footprint.m_vecRings.empty()) {
@@ -95,7 +98,7 @@ public:
     Buffers buffers;
     AddRoof(dTop, buffers);
     for (auto const& vecRing : vecRings) AddWalls(vecRing, dBase, dTop, buffers);
-    AddMesh(buffers, vecOrigin, *m_pModel);
+    AddMesh(buffers, vecOrigin, m_nNumber, *m_pModel);
   }
 
   std::unique_ptr<QXC::ModelDataInfo> Finish() {
@@ -143,6 +146,8 @@ private:
   std::unique_ptr<QXC::ModelDataInfo> m_pModel;
   QXRoofCutter m_Cutter;
   std::size_t m_nLeftOut = 0;
+  /// Of the footprint among those of the file, from 1.
+  std::size_t m_nNumber = 0;
 };
 
 }  // namespace
