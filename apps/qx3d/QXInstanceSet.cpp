@@ -28,29 +28,53 @@ std::string Describe(QXC::QXGraphics3D const& graphics3D, std::string const& str
 }  // namespace
 
 std::string QXInstanceSet::Add(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
-    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section) {
+    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section,
+    unsigned int nFirstID) {
   ++m_nMeshes;
   QXC::QXHwInstancingManager* pManager = graphics3D.GetHwInstancingManager();
-  if (pManager == nullptr) return AddDrawables(graphics3D, strScene, mesh, group, section);
+  if (pManager == nullptr) return AddDrawables(graphics3D, strScene, mesh, group, section, nFirstID);
   QXC::QdcUnicodeString strName;
   strName.Format(L"Instances%d", static_cast<int>(m_vecInstancings.size()));
   QXC::QXInstancing* pInstancing = pManager->CreateInstancing(strName, strScene.c_str());
   if (pInstancing == nullptr) return Describe(graphics3D, "makes no instances");
   m_vecInstancings.push_back(pInstancing);
+  m_vecNumbers.push_back(
+      {nFirstID, static_cast<unsigned int>(group.m_vecMatrices.size()), MakeColor(section.m_nColor)});
   if (pManager->SetMesh(pInstancing, &mesh) == 0) return Describe(graphics3D, "cannot draw the mesh of instances");
   auto const nCount = static_cast<unsigned int>(group.m_vecMatrices.size());
   pManager->AddPlacements(pInstancing, group.m_vecMatrices.data(), nCount);
   if (std::any_of(section.m_nColor, section.m_nColor + 3, [](unsigned char n) { return n != 255; }))
     for (unsigned int i = 0; i < nCount; ++i) pManager->SetPlacementColor(pInstancing, i, MakeColor(section.m_nColor));
   if (section.m_dDistance > 0.0) pManager->SetVisibleDistance(pInstancing, 0.0, section.m_dDistance);
+  for (unsigned int i = 0; i < nCount && nFirstID != 0; ++i)
+    pManager->SetPlacementSelectionID(pInstancing, i, nFirstID + i);
   return std::string();
 }
 
+void QXInstanceSet::Highlight(QXC::QXGraphics3D& graphics3D, unsigned int nID) {
+  QXC::QXHwInstancingManager* pManager = graphics3D.GetHwInstancingManager();
+  if (pManager == nullptr) return;
+  auto const paint = [&](unsigned int nPainted, bool bHighlight) {
+    for (std::size_t i = 0; i < m_vecInstancings.size(); ++i) {
+      Numbers const& numbers = m_vecNumbers[i];
+      if (nPainted < numbers.m_nFirstID || nPainted - numbers.m_nFirstID >= numbers.m_nCount) continue;
+      // Brighter than any colour of the mesh, so that also dark ones are seen.
+      pManager->SetPlacementColor(m_vecInstancings[i], nPainted - numbers.m_nFirstID,
+          bHighlight ? QXC::QXColorValue3D(3.0, 2.2, 0.2, 1.0) : numbers.m_Color);
+    }
+  };
+  if (m_nHighlighted != 0) paint(m_nHighlighted, false);
+  m_nHighlighted = nID;
+  if (nID != 0) paint(nID, true);
+}
+
 std::string QXInstanceSet::AddDrawables(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
-    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section) {
+    QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section,
+    unsigned int nFirstID) {
   if (group.m_vecMatrices.size() > ms_nMaxDrawables - std::min(ms_nMaxDrawables, m_vecDrawables.size()))
     return "the renderer has no instancing, and these would be more than " + std::to_string(ms_nMaxDrawables) +
            " drawables; choose another renderer, or leave some out";
+  unsigned int nID = nFirstID;
   for (QXC::QXMatrix4d const& mat : group.m_vecMatrices) {
     QXC::QXRenderOperation3D* pDrawable =
         graphics3D.GetRenderOperationManager()->CreateRenderOperation3D(strScene.c_str(), 1);
@@ -60,6 +84,7 @@ std::string QXInstanceSet::AddDrawables(QXC::QXGraphics3D& graphics3D, std::wstr
     pDrawable->SetRenderOperationMultiIndex(&mesh);
     pDrawable->SetModelMatrix(*mesh.GetMatrix() * mat);
     pDrawable->SetColor(MakeColor(section.m_nColor));
+    if (nFirstID != 0) pDrawable->SetSelectionID(nID++);
     if (section.m_dDistance > 0.0) pDrawable->SetVisibleDistance(0.0, section.m_dDistance);
   }
   return std::string();
@@ -71,6 +96,7 @@ void QXInstanceSet::GiveBack(QXC::QXGraphics3D& graphics3D) {
   if (QXC::QXRenderOperationManager* pManager = graphics3D.GetRenderOperationManager())
     for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
   m_vecInstancings.clear();
+  m_vecNumbers.clear();
   m_vecDrawables.clear();
 }
 

@@ -1,6 +1,7 @@
 #include <apps/qx3d/QXLabelSet.h>
 
 #include <apps/qx3d/QXMessage.h>
+#include <apps/qx3d/QXPickTable.h>
 #include <apps/qx3d/QXSceneFile.h>
 #include <apps/qx3d/QXSceneText.h>
 
@@ -117,6 +118,11 @@ void QXLabelSet::Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScen
   layout.Clear();
   manager.AddCharBitmapToTexture();
   AddParts(graphics3D, strScene, parts, nLine, problems);
+}
+
+void QXLabelSet::Number(QXPickTable& table) {
+  for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables)
+    pDrawable->SetSelectionID(table.Take(QXPickKind::Label, 1, [](unsigned int) { return std::string(); }));
 }
 
 void QXLabelSet::GiveBack(QXC::QXGraphics3D& graphics3D) {

@@ -18,6 +18,8 @@ class QXTexture;
 
 namespace QXApp {
 
+class QXPickTable;
+
 /// Most letters of all labels, the borders of halos counted for themselves: what becomes of them takes a gigabyte until
 /// the device has it.
 constexpr std::size_t MaxLabelLetters = 2000000;
@@ -34,6 +36,9 @@ public:
   /// @param bounds     of what stands in the scene besides
   void Show(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, std::vector<QXSceneLabel> const& vecLabels,
       QXC::QXVector3d const& vecOrigin, QXC::QXBoundingBox const& bounds, QXSceneProblems& problems);
+
+  /// Gives each drawable an identifier: one has many labels.
+  void Number(QXPickTable& table);
 
   /// Gives drawables and glyphs back. Before the renderer goes.
   void GiveBack(QXC::QXGraphics3D& graphics3D);

@@ -22,6 +22,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace QXApp {
@@ -161,7 +162,57 @@ std::string QXRendererSession::AddGround(QXScene const& scene) {
   std::unique_ptr<QXC::QXStaticGeometry> const pGround = BuildGround(scene);
   m_SceneFigures.m_nGroundTriangles = CountTriangles(*pGround);
   m_SceneFigures.m_nGroundVertices = CountVertices(*pGround);
-  return AddGeometry(*pGround);
+  std::string strReason = AddGeometry(*pGround);
+  if (strReason.empty() && m_bPicking)
+    m_vecDrawables.back()->SetSelectionID(
+        m_PickTable.Take(QXPickKind::Ground, 1, [](unsigned int) { return std::string("the ground plane"); }));
+  return strReason;
+}
+
+void QXRendererSession::NumberGeometry(
+    QXC::QXStaticGeometry const& geometry, QXScene const& scene, int nStatic, std::size_t nFirstDrawable) {
+  // What an identifier adds to its drawable's is the first vertex of the object.
+  using Keys = std::vector<std::pair<unsigned int, QXSceneObject>>;
+  std::size_t nDrawable = nFirstDrawable;
+  int nBefore = 0;
+  for (QXC::QXStaticGeometryBucket const* pBucket : GetBuckets(geometry)) {
+    if (pBucket->m_pVertexPackage->m_nVertexNum == 0) continue;
+    auto pKeys = std::make_shared<Keys>();
+    for (auto const& [nKey, pObject] : pBucket->m_mapSubObjects) {
+      auto const it = scene.m_mapObjects.find(pObject);
+      QXSceneObject const object = it != scene.m_mapObjects.end() ? it->second : QXSceneObject{-1, nBefore, 0};
+      pKeys->emplace_back(static_cast<unsigned int>(nKey), object);
+      ++nBefore;
+    }
+    std::string const strStatic = nStatic >= 0 ? scene.m_pNames->m_vecStatics[static_cast<std::size_t>(nStatic)] : "";
+    auto const describe = [pKeys, strStatic, pNames = scene.m_pNames](unsigned int nVertex) {
+      auto const next = std::upper_bound(
+          pKeys->begin(), pKeys->end(), nVertex, [](unsigned int n, auto const& entry) { return n < entry.first; });
+      if (next == pKeys->begin()) return strStatic;
+      QXSceneObject const& object = std::prev(next)->second;
+      if (object.m_nModel >= 0) return pNames->Describe(object);
+      return MakeOneLine(strStatic + ", object " + std::to_string(object.m_nNode + 1));
+    };
+    m_vecDrawables[nDrawable++]->SetSelectionID(m_PickTable.Take(
+        nStatic >= 0 ? QXPickKind::Static : QXPickKind::Model, pBucket->m_pVertexPackage->m_nVertexNum, describe));
+  }
+}
+
+unsigned int QXRendererSession::Pick(int nX, int nY, QXPickedThing& thing, QXC::QXVector3d& vecPosition) {
+  m_pGraphics3D->SetSelectionTolerance(2.0);
+  // The library counts from the lower edge.
+  unsigned int const nID =
+      m_pGraphics3D->PickObject(nX + 0.5, static_cast<int>(m_pTarget->GetHeight()) - 1 - nY + 0.5, vecPosition);
+  return nID != 0 && m_PickTable.Find(nID, thing) ? nID : 0;
+}
+
+void QXRendererSession::HighlightPicked(unsigned int nID) {
+  QXPickedThing thing;
+  bool const bThing = m_PickTable.Find(nID, thing);
+  QXC::QdcArray<unsigned int> arrIDs;
+  if (bThing && thing.m_eKind != QXPickKind::Label && thing.m_eKind != QXPickKind::Ground) arrIDs.Add(nID);
+  m_pGraphics3D->SetSelectedObjects(arrIDs);
+  m_Instances.Highlight(*m_pGraphics3D, bThing && thing.m_eKind == QXPickKind::Instance ? nID : 0);
 }
 
 QXC::QXTexture* QXRendererSession::TakeTexture(int nModel, QXTextureKey const& key,
@@ -187,9 +238,14 @@ std::string QXRendererSession::AddScene(QXScene& scene, std::vector<QXModelPictu
   // Drawables of merged meshes find their textures by name, so those go first.
   for (QXSceneTexture const& texture : scene.m_vecTextures)
     TakeTexture(texture.m_nModel, texture.m_Key, vecPictures, vecProblems);
+  std::size_t const nStatics = scene.m_pNames ? scene.m_pNames->m_vecStatics.size() : 0;
+  int nStatic = static_cast<int>(nStatics) - static_cast<int>(scene.m_vecGeometries.size());
   for (std::unique_ptr<QXC::QXStaticGeometry>& pGeometry : scene.m_vecGeometries) {
+    std::size_t const nFirst = m_vecDrawables.size();
     std::string strReason = AddGeometry(*pGeometry, matPlace);
     if (!strReason.empty()) return strReason;
+    if (m_bPicking && scene.m_pNames) NumberGeometry(*pGeometry, scene, nStatic, nFirst);
+    ++nStatic;
     pGeometry.reset();  // the drawables have copied it
   }
   scene.m_vecGeometries.clear();
@@ -197,6 +253,9 @@ std::string QXRendererSession::AddScene(QXScene& scene, std::vector<QXModelPictu
     AddTexture(part, vecPictures, vecProblems);
     std::string strReason = AddPart(part, matPlace);
     if (!strReason.empty()) return strReason;
+    if (!m_bPicking || !scene.m_pNames) continue;
+    m_vecDrawables.back()->SetSelectionID(m_PickTable.Take(QXPickKind::Model, 1,
+        [pNames = scene.m_pNames, object = part.m_Object](unsigned int) { return pNames->Describe(object); }));
   }
   return std::string();
 }
@@ -224,10 +283,15 @@ void QXRendererSession::ShowInstances(QXSceneFile const& scene, QXInstanceModels
     QXSceneInstances const& section = scene.m_vecInstances[group.m_nSection];
     std::vector<std::string> vecLines;
     std::string strReason;
+    auto const nPlaces = static_cast<unsigned int>(group.m_vecMatrices.size());
+    auto const describe = [strFile = section.m_strFile, nPlaces](unsigned int i) {
+      return MakeOneLine(strFile + ", place " + std::to_string(i + 1) + " of " + std::to_string(nPlaces));
+    };
+    unsigned int const nFirstID = m_bPicking ? m_PickTable.Take(QXPickKind::Instance, nPlaces, describe) : 0;
     for (QXScenePart& part : models.GetModel(group.m_nModel).m_vecParts) {
       AddTexture(part, models.GetPictures(), vecLines);
       if (strReason.empty())
-        strReason = m_Instances.Add(*m_pGraphics3D, m_strScene, *part.m_pOperation, group, section);
+        strReason = m_Instances.Add(*m_pGraphics3D, m_strScene, *part.m_pOperation, group, section, nFirstID);
     }
     if (!strReason.empty()) vecLines.push_back(strReason);
     for (std::string const& strLine : vecLines) problems.Add(section.m_nLine, strLine);
@@ -284,10 +348,12 @@ void QXRendererSession::ShowSymbols(std::vector<QXSymbolModel>& vecSymbols, QXSc
 void QXRendererSession::ShowIcons(
     std::vector<QXSceneIcon> const& vecIcons, QXIconPictures& pictures, QXSceneProblems& problems) {
   m_Icons.Show(*m_pGraphics3D, m_strScene, vecIcons, pictures, m_Symbols, problems);
+  if (m_bPicking) m_Icons.Number(vecIcons, m_PickTable);
 }
 
 void QXRendererSession::ShowLabels(std::vector<QXSceneLabel> const& vecLabels, QXSceneProblems& problems) {
   m_Labels.Show(*m_pGraphics3D, m_strScene, vecLabels, m_vecOrigin, m_Bounds, problems);
+  if (m_bPicking) m_Labels.Number(m_PickTable);
 }
 
 std::vector<QXAtlasPage> QXRendererSession::GetIconPages() const {

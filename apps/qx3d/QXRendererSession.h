@@ -6,6 +6,7 @@
 #include <apps/qx3d/QXIconSet.h>
 #include <apps/qx3d/QXInstanceSet.h>
 #include <apps/qx3d/QXLabelSet.h>
+#include <apps/qx3d/QXPickTable.h>
 #include <apps/qx3d/QXPose.h>
 #include <apps/qx3d/QXSymbolSet.h>
 #include <apps/qx3d/QXTextureShelf.h>
@@ -94,6 +95,16 @@ public:
   /// @param problems  gets what the renderer has not; the rest is shown
   void ShowEnvironment(QXSceneFile const& scene, QXSceneProblems& problems);
 
+  /// Gives everything that is shown from then on an identifier.
+  void EnablePicking() { m_bPicking = true; }
+  /// What a person points at, within two pixels.
+  /// @param nX,nY        pixel of the target, from the upper left corner
+  /// @param vecPosition  set where anything is hit: where, in world coordinates
+  /// @return  0 where nothing is, else the thing's identifier
+  unsigned int Pick(int nX, int nY, QXPickedThing& thing, QXC::QXVector3d& vecPosition);
+  /// Shows that thing as selected and no other; 0 for none. Labels and the ground stay as they are.
+  void HighlightPicked(unsigned int nID);
+
   /// What viewports added from then on have behind everything; red, green, blue from 0 to 1. The sky, unless set.
   void SetBackground(double dRed, double dGreen, double dBlue);
   /// Vertical, radians; for poses set from then on.
@@ -165,6 +176,10 @@ private:
   std::string AddScene(QXScene& scene, std::vector<QXModelPictures> const& vecPictures,
       std::vector<std::string>& vecProblems, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
   std::string AddGeometry(QXC::QXStaticGeometry const& geometry, QXC::QXMatrix4d const& matPlace = QXC::QXMatrix4d());
+  /// Gives the drawables from a number on their identifiers: those of the buckets of a geometry.
+  /// @param nStatic  its place among those that were merged already, -1 for others
+  void NumberGeometry(
+      QXC::QXStaticGeometry const& geometry, QXScene const& scene, int nStatic, std::size_t nFirstDrawable);
   void Highlight(QXC::QXStaticGeometryBucket const& bucket, QXC::QXRenderOperation3D& drawable);
   std::string AddSymbol(QXSymbolModel& symbol, QXSymbolPlace const& place, std::vector<std::string>& vecProblems);
   std::string AddGround(QXScene const& scene);
@@ -183,6 +198,8 @@ private:
   QXSymbolSet m_Symbols;
   QXLabelSet m_Labels;
   QXInstanceSet m_Instances;
+  QXPickTable m_PickTable;
+  bool m_bPicking = false;
   QXEnvironment m_Environment;
   QXC::QXVector3d m_vecOrigin;
   QXC::QXBoundingBox m_Bounds;

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <numbers>
 #include <optional>
 #include <vector>
@@ -27,7 +28,7 @@ namespace QXApp {
 
 namespace {
 
-/// The work of one call of `qx3d view`; every step answers with the lines to leave with, none where it went well.
+/// The work of one call of `qx3d view` or `qx3d pick`; every step answers with the lines to leave with, none where it went well.
 class ViewRun {
 public:
   explicit ViewRun(QXViewOptions const& options) : m_Options(options) {}
@@ -42,12 +43,16 @@ public:
     return strError.empty() ? vecProblems : std::vector<std::string>{strError};
   }
 
+  /// Of `qx3d pick`: whether there was anything.
+  bool HasHit() const { return m_bHit; }
+
 private:
-  bool IsPicture() const { return !m_Options.m_strOut.empty(); }
+  /// Without a window.
+  bool IsPicture() const { return m_Options.m_bPick || !m_Options.m_strOut.empty(); }
 
   /// Before any work: whoever waited for a large model should not learn only then that the name was wrong.
   std::string CheckOutput() const {
-    if (!IsPicture()) return std::string();
+    if (m_Options.m_strOut.empty()) return std::string();
     std::string const strReason = QXPngWriter::Check(m_Options.m_strOut);
     return strReason.empty() ? strReason : m_Options.m_strOut + ": " + strReason;
   }
@@ -91,6 +96,7 @@ private:
     others.Merge(m_Instances.GetBounds());
     QXMergeOptions options;
     if (!m_Options.m_bMerge) options.m_eMerging = QXMerging::None;
+    options.m_bObjects = CanPick();
     m_Scene = m_Models.Build(others, options);
     // Whoever waits in front of a window wants the picture to move by the clock on the wall.
     if (IsPicture() && (m_Models.HasAnimated() || m_Instances.HasAnimated())) m_Clock.emplace();
@@ -108,9 +114,18 @@ private:
     return vecProblems.empty() ? problems.GetLines() : vecProblems;
   }
 
+  /// Nobody points at a picture that is only written.
+  bool CanPick() const { return m_Options.m_bPick || !IsPicture(); }
+
   std::string Show() {
+    if (CanPick()) m_Session.EnablePicking();
     std::string strError = OpenRenderer();
     if (strError.empty()) strError = AddViews();
+    if (strError.empty() && m_Options.m_bPick) {
+      DrawFrames(1);
+      m_bHit = Pick(m_Options.m_nPickX, m_Options.m_nPickY);
+      if (m_Options.m_strOut.empty()) return strError;
+    }
     if (strError.empty()) strError = IsPicture() ? WritePicture() : RunWindow();
     return strError;
   }
@@ -241,6 +256,45 @@ private:
     return std::string();
   }
 
+  /// Prints what is at a pixel and highlights it, or says that there is nothing.
+  /// @return  whether anything is there
+  bool Pick(int nX, int nY) {
+    m_Progress.Clear();
+    QXPickedThing thing;
+    QXC::QXVector3d vecPosition;
+    unsigned int const nID = m_Session.Pick(nX, nY, thing, vecPosition);
+    m_Session.HighlightPicked(nID);
+    if (nID == 0) {
+      std::printf("nothing at %d %d\n", nX, nY);
+    } else {
+      if (thing.m_eKind == QXPickKind::Label) thing.m_strText = FindLabel(FindView(nX, nY), vecPosition);
+      std::printf("layer     %d (%s)\n", thing.m_nLayer, QXPickTable::GetKindName(thing.m_eKind));
+      std::printf("object    %d (%s)\n", thing.m_nObject, thing.m_strText.c_str());
+      std::printf("position  %.3f %.3f %.3f\n", vecPosition.x, vecPosition.y, vecPosition.z);
+    }
+    // Whoever reads along learns of each click at once.
+    std::fflush(stdout);
+    return nID != 0;
+  }
+
+  /// The text whose letters were hit: labels share drawables, and a letter stands as far from the eye as the position of
+  /// its label, or in the world beside it.
+  std::string FindLabel(int nView, QXC::QXVector3d const& vecHit) const {
+    QXPose const& pose = m_vecPoses[static_cast<std::size_t>(nView)];
+    QXC::QXVector3d const vecLook = (pose.m_vecTarget - pose.GetEye()).Normalize();
+    double dNearest = HUGE_VAL;
+    std::string strText;
+    for (QXSceneLabel const& label : m_File.m_vecLabels) {
+      QXC::QXVector3d const vecWay = label.m_vecPosition - vecHit;
+      double const dAlong = label.m_eFacing == QXLabelFacing::Flat ? 0.0 : vecWay.DotProduct(vecLook);
+      double const dCost = 1e3 * std::abs(dAlong) + vecWay.Length();
+      if (dCost >= dNearest) continue;
+      dNearest = dCost;
+      strText = label.m_strText;
+    }
+    return MakeOneLine(strText);
+  }
+
   /// The first frame of all is at time 0.
   void DrawFrames(int nFrames) {
     for (int i = 0; i < nFrames; ++i) {
@@ -279,6 +333,7 @@ private:
       for (int i = 0; i < m_Options.m_nViews; ++i) m_Session.SetCell(i, GetCell(i));
     }
     if (input.m_bHome) ResetPoses();
+    if (input.m_bClick) Pick(input.m_nClickX, input.m_nClickY);
     QXPose& pose = m_vecPoses[static_cast<std::size_t>(FindView(input.m_nMouseX, input.m_nMouseY))];
     constexpr double RadiansPerPixel = 0.006;
     pose.Orbit(input.m_dOrbitX * RadiansPerPixel, -input.m_dOrbitY * RadiansPerPixel);
@@ -313,6 +368,7 @@ private:
   // Before the session, which still asks the time while it ends.
   std::optional<QXFrameClock> m_Clock;
   bool m_bDrawn = false;
+  bool m_bHit = false;
   unsigned int m_nLastFrame = 0;
   QXSceneFile m_File;
   QXSceneModels m_Models;
@@ -336,6 +392,15 @@ int RunView(QXViewOptions const& options) {
   std::vector<std::string> const vecErrors = run.Run();
   for (std::string const& strError : vecErrors) PrintFailure(strError);
   return vecErrors.empty() ? 0 : 1;
+}
+
+int RunPick(QXViewOptions const& options) {
+  constexpr int Miss = 3;
+  ViewRun run(options);
+  std::vector<std::string> const vecErrors = run.Run();
+  for (std::string const& strError : vecErrors) PrintFailure(strError);
+  if (!vecErrors.empty()) return 1;
+  return run.HasHit() ? 0 : Miss;
 }
 
 }  // namespace QXApp

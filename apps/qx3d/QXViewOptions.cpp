@@ -75,7 +75,7 @@ std::string CheckNotEmpty(std::string& strText) {
 
 constexpr char const* ViewFooter =
     R"(Without --out a window opens: left button orbits, right button pans, wheel zooms, Home goes back to the first
-view, Escape quits. Without a display give --out, and start a renderer that needs one through 'xvfb-run -a'.
+view, Escape quits. A click prints what is there, as 'qx3d pick' does, and highlights it. Without a display give --out, and start a renderer that needs one through 'xvfb-run -a'.
 
 Pictures on a model come from the model file or from files beside it: .png .jpg .tif .webp .bmp .tga .hdr .psd .gif
 .ktx2. One that cannot be read is told in one line and its meshes are shown in their colours. A GIF plays: in a window
@@ -94,6 +94,14 @@ while it is low, gone at night. The time is universal unless a zone follows.
 
 z is up. Formats that say otherwise are turned; of 3DS, OBJ, PLY and STL, which do not say, a flat wide model lies
 down, and else OBJ has y up and the others z, unless --up tells.)";
+
+constexpr char const* PickFooter =
+    R"(The picture is the one that 'qx3d view' writes with the same size, eye and point to look at. Printed are layer and
+object as the renderer numbers them, what the object is, and the position in the world: the mesh of a model or the
+building of map data with its file, the place of an instance, the object of static geometry, the icon, the text of the
+label, or the ground. What is up to two pixels beside the given one counts where that shows only the background.
+
+The exit status is 0 for a hit and 3 where there is nothing.)";
 
 constexpr char const* InspectFooter =
     R"(Of an image are printed the type by name and by content, the size and depth in the file, the pixel format, size
@@ -150,14 +158,12 @@ void DefineRenderer(CLI::App& command, std::string& strRenderer, std::vector<std
       ->take_all();
 }
 
-void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
+/// What is shown, how large and from where.
+void DefineScene(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
   view.add_option("model", options.m_strModel,
           "Model file: .3ds .gltf .glb .obj .ply .stl .dae .fbx; map data: .gml .citygml .geojson .shp; static "
           "geometry: .qsg; or a scene of several: .qxscene")
       ->required()
-      ->check(CLI::Validator(CheckNotEmpty, ""));
-  view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")
-      ->type_name("FILE")
       ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--size", raw.m_strSize, "Width and height in pixels (1280x720)")
       ->type_name("WxH")
@@ -176,6 +182,14 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
           "--time", raw.m_strTime, "Moment of the sky and its sun, as 2026-06-21T20:30 or with +02:00 behind it")
       ->type_name("TIME")
       ->check(CLI::Validator(CheckTimeSyntax, ""));
+  view.add_flag("--no-ground", raw.m_bNoGround, "Leave out the ground plane under the model");
+}
+
+void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
+  DefineScene(view, options, raw);
+  view.add_option("--out", options.m_strOut, "Write the picture to this PNG file instead of opening a window")
+      ->type_name("FILE")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
   view.add_option("--views", options.m_nViews, "Viewports with different views, 1 to 16")
       ->type_name("N")
       ->check(CLI::Range(1, 16));
@@ -191,13 +205,22 @@ void DefineView(CLI::App& view, QXViewOptions& options, RawOptions& raw) {
           "Moments side by side in the written picture, each --frames after the one before, 1 to 64")
       ->type_name("N")
       ->check(CLI::Range(1, 64));
-  view.add_flag("--no-ground", raw.m_bNoGround, "Leave out the ground plane under the model");
   view.add_flag("--no-merge", raw.m_bNoMerge, "Draw each mesh of the models for itself, to see what merging saves");
   view.add_option("--highlight", options.m_nHighlight, "Mark this one of the merged meshes, counted from 1")
       ->type_name("N")
       ->check(CLI::Range(1, 100000000));
   view.add_flag("--stats", options.m_bStats, "Print frame statistics, triangles, vertices and draw operations");
   view.footer(ViewFooter);
+}
+
+void DefinePick(CLI::App& pick, QXViewOptions& options, RawOptions& raw) {
+  DefineScene(pick, options, raw);
+  pick.add_option("x", options.m_nPickX, "Column of the picture, from 0 at the left")->type_name("X")->required();
+  pick.add_option("y", options.m_nPickY, "Row of the picture, from 0 at the top")->type_name("Y")->required();
+  pick.add_option("--out", options.m_strOut, "Write the picture to this PNG file, with what is hit highlighted")
+      ->type_name("FILE")
+      ->check(CLI::Validator(CheckNotEmpty, ""));
+  pick.footer(PickFooter);
 }
 
 void DefineInspect(CLI::App& inspect, std::string& strFile) {
@@ -275,6 +298,12 @@ std::string TakeOver(RawOptions const& raw, QXViewOptions& options) {
            " pixels each: the picture must have 1 to 16384 pixels a side";
   options.m_nWidth = static_cast<int>(nSides[0]);
   options.m_nHeight = static_cast<int>(nSides[1]);
+  bool const bInside = options.m_nPickX >= 0 && options.m_nPickX < options.m_nWidth && options.m_nPickY >= 0 &&
+                       options.m_nPickY < options.m_nHeight;
+  if (!bInside)
+    return "the pixel " + std::to_string(options.m_nPickX) + " " + std::to_string(options.m_nPickY) +
+           " is outside of the picture, which has " + std::to_string(options.m_nWidth) + " x " +
+           std::to_string(options.m_nHeight) + "; give another one, or a larger --size";
   return std::string();
 }
 
@@ -295,6 +324,8 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
   RawOptions raw;
   CLI::App* pView = app.add_subcommand("view", "Show a model or a scene in a window, or write a picture of it");
   DefineView(*pView, result.m_Options, raw);
+  CLI::App* pPick = app.add_subcommand("pick", "Tell what is at a pixel of the picture of a model or a scene");
+  DefinePick(*pPick, result.m_Options, raw);
   CLI::App* pInspect =
       app.add_subcommand("inspect", "Print what is in an image or in static geometry, and whether it is whole");
   DefineInspect(*pInspect, result.m_strFile);
@@ -314,6 +345,8 @@ QXCommandLine ParseCommandLine(int nArguments, char const* const* pszArguments) 
     for (CLI::App const* pCommand : app.get_subcommands()) strCommand = " " + pCommand->get_name();
     return Leave(2, std::string(error.what()) + "; see 'qx3d" + strCommand + " --help'");
   }
+  if (pPick->parsed()) result.m_eCommand = QXCommand::Pick;
+  result.m_Options.m_bPick = pPick->parsed();
   if (pInspect->parsed()) result.m_eCommand = QXCommand::Inspect;
   if (pAtlas->parsed()) result.m_eCommand = QXCommand::Atlas;
   if (pFonts->parsed()) result.m_eCommand = QXCommand::Fonts;

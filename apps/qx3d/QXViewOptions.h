@@ -46,6 +46,10 @@ struct QXViewOptions {
   /// Moment of the sky, in place of that of a scene.
   bool m_bTime = false;
   QDC::QdcTime m_Time;
+  /// `qx3d pick`: tell what is at a pixel of the picture, counted from the upper left corner. m_strOut may be empty.
+  bool m_bPick = false;
+  int m_nPickX = 0;
+  int m_nPickY = 0;
 };
 
 /// What `qx3d bake` was asked for.
@@ -77,7 +81,7 @@ struct QXFontsOptions {
   std::string m_strFolder;
 };
 
-enum class QXCommand { View, Inspect, Atlas, Fonts, Bake };
+enum class QXCommand { View, Pick, Inspect, Atlas, Fonts, Bake };
 
 /// Outcome of reading the command line: either options to act on, or an exit status to leave with.
 struct QXCommandLine {
@@ -85,6 +89,7 @@ struct QXCommandLine {
   int m_nExitStatus = 0;
   QXCommand m_eCommand = QXCommand::View;
   // Of these the one of the command is filled.
+  /// Of view and pick.
   QXViewOptions m_Options;
   /// What is inspected.
   std::string m_strFile;

@@ -3,6 +3,8 @@
 #include <SDL.h>
 #include <SDL_syswm.h>
 
+#include <cstdlib>
+
 namespace QXApp {
 
 namespace {
@@ -69,12 +71,29 @@ void QXWindow::GetSize(int& nWidth, int& nHeight) const {
   SDL_GetWindowSize(m_pWindow, &nWidth, &nHeight);
 }
 
+void QXWindow::FollowButton(int nX, int nY, bool bDown, QXInput& input) {
+  // A hand is not quite still.
+  constexpr int Slack = 3;
+  if (bDown) {
+    m_nDownX = nX;
+    m_nDownY = nY;
+  } else if (m_bDown && std::abs(nX - m_nDownX) <= Slack && std::abs(nY - m_nDownY) <= Slack) {
+    input.m_bClick = true;
+    input.m_nClickX = m_nDownX;
+    input.m_nClickY = m_nDownY;
+  }
+  m_bDown = bDown;
+}
+
 QXInput QXWindow::ReadInput(int nMilliseconds) {
   QXInput input;
   SDL_Event event;
   if (SDL_WaitEventTimeout(&event, nMilliseconds) != 0) {
     do {
       ReadEvent(event, input);
+      bool const bButton = event.type == SDL_MOUSEBUTTONDOWN || event.type == SDL_MOUSEBUTTONUP;
+      if (bButton && event.button.button == SDL_BUTTON_LEFT)
+        FollowButton(event.button.x, event.button.y, event.type == SDL_MOUSEBUTTONDOWN, input);
     } while (SDL_PollEvent(&event) != 0);
   }
   SDL_GetMouseState(&input.m_nMouseX, &input.m_nMouseY);

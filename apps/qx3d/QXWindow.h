@@ -22,6 +22,10 @@ struct QXInput {
   double m_dPanY = 0.0;
   /// Notches of the wheel, away from the person.
   double m_dZoom = 0.0;
+  /// The left button went down and up again on the spot, here.
+  bool m_bClick = false;
+  int m_nClickX = 0;
+  int m_nClickY = 0;
   /// Where the mouse is, pixels from the upper left corner: the view that drags and wheel mean.
   int m_nMouseX = 0;
   int m_nMouseY = 0;
@@ -44,8 +48,14 @@ public:
   QXInput ReadInput(int nMilliseconds);
 
 private:
+  void FollowButton(int nX, int nY, bool bDown, QXInput& input);
+
   SDL_Window* m_pWindow = nullptr;
   HWND m_hWindow = nullptr;
+  /// Where the left button went down, and whether it still is.
+  int m_nDownX = 0;
+  int m_nDownY = 0;
+  bool m_bDown = false;
   bool m_bStarted = false;
 };
 

@@ -20,6 +20,7 @@ static int FinishOutput(int nExitStatus) {
 
 static int RunCommand(QXApp::QXCommandLine const& commandLine) {
   switch (commandLine.m_eCommand) {
+  case QXApp::QXCommand::Pick: return QXApp::RunPick(commandLine.m_Options);
   case QXApp::QXCommand::Inspect: return QXApp::RunInspect(commandLine.m_strFile);
   case QXApp::QXCommand::Bake: return QXApp::RunBake(commandLine.m_Bake);
   case QXApp::QXCommand::Atlas: return QXApp::RunAtlas(commandLine.m_Atlas);
