@@ -51,6 +51,23 @@ TEST(QXViewOptions, ModelAloneTakesTheDefaults) {
   EXPECT_EQ(options.m_eUp, UpAxis::Auto);
 }
 
+TEST(QXViewOptions, PickTakesAPixel) {
+  Parsed const parsed = Parse({"pick", "a.qxscene", "12", "34", "--size", "100x50", "--no-ground"});
+  ASSERT_TRUE(parsed.m_CommandLine.m_bRun) << parsed.m_strError;
+  EXPECT_EQ(parsed.m_CommandLine.m_eCommand, QXCommand::Pick);
+  QXViewOptions const& options = parsed.m_CommandLine.m_Options;
+  EXPECT_TRUE(options.m_bPick);
+  EXPECT_EQ(options.m_strModel, "a.qxscene");
+  EXPECT_EQ(options.m_nPickX, 12);
+  EXPECT_EQ(options.m_nPickY, 34);
+  EXPECT_FALSE(options.m_bGround);
+  EXPECT_EQ(options.m_strOut, "");
+  EXPECT_FALSE(Parse({"view", "a.qxscene"}).m_CommandLine.m_Options.m_bPick);
+  ExpectLeaves({"pick", "a.qxscene", "100", "34", "--size", "100x50"}, 1, "100 34 is outside of the picture");
+  ExpectLeaves({"pick", "a.qxscene", "1"}, 2, "pick --help");
+  ExpectLeaves({"pick", "a.qxscene", "1", "2", "--views", "2"}, 2, "pick --help");
+}
+
 TEST(QXViewOptions, EveryOptionArrives) {
   Parsed const parsed = Parse({"view", "city.3ds", "--out", "a.png", "--size", "640x480", "--renderer", "null",
       "--plugins", "one", "--plugins", "two", "--eye", "-1,2.5,3e2", "--look", "604099.5,0,-7", "--up", "y", "--views",
