@@ -8,6 +8,7 @@ std::vector<QXGalleryPicture> GetAllPictures() {
            GetScenePictures,
            GetLightPictures,
            GetSkyPictures,
+           GetPickPictures,
            GetOverlayPictures,
            GetTrailPictures,
            GetParticlePictures,

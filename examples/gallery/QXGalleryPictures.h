@@ -24,6 +24,7 @@ struct QXGalleryPicture {
 std::span<QXGalleryPicture const> GetScenePictures();
 std::span<QXGalleryPicture const> GetLightPictures();
 std::span<QXGalleryPicture const> GetSkyPictures();
+std::span<QXGalleryPicture const> GetPickPictures();
 std::span<QXGalleryPicture const> GetOverlayPictures();
 std::span<QXGalleryPicture const> GetTrailPictures();
 std::span<QXGalleryPicture const> GetParticlePictures();

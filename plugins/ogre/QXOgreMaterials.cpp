@@ -50,6 +50,11 @@ void Apply(Ogre::Material const& material, QXOgreSurface const& surface, QXOgreL
   pParameters->setNamedConstant("fogColour", FogColorOf(surface, light.m_Fog));
 }
 
+void Tell(Ogre::Material const& material, int nView) {
+  auto const pParameters = material.getTechnique(0)->getPass(0)->getFragmentProgramParameters();
+  pParameters->setNamedConstant("viewNumber", static_cast<Ogre::Real>(nView));
+}
+
 }  // namespace
 
 QXOgreMaterials::QXOgreMaterials(QXOgreLog& log) : m_Log(log), m_Light() {
@@ -106,7 +111,13 @@ Ogre::MaterialPtr const& QXOgreMaterials::GetForIdentifiers(Ogre::MaterialPtr co
     static Ogre::MaterialPtr const s_None;
     return s_None;
   }
+  Tell(*pResult, m_nView);
   return m_mapIdentifierMaterials[pMaterial] = pResult;
+}
+
+void QXOgreMaterials::SetViewNumber(int nView) {
+  m_nView = nView;
+  for (auto const& [pPicture, pMaterial] : m_mapIdentifierMaterials) Tell(*pMaterial, nView);
 }
 
 Ogre::MaterialPtr QXOgreMaterials::Make(QXOgreSurface const& surface, bool bIdentifiers) {

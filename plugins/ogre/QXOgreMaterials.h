@@ -97,6 +97,8 @@ public:
   /// The one that draws identifiers where that one draws a picture: not blended, neither lit nor in fog, so that each
   /// pixel has one whole identifier. Null for a material that Get has not made. Cost: logarithmic in the materials.
   Ogre::MaterialPtr const& GetForIdentifiers(Ogre::MaterialPtr const& pMaterial);
+  /// Sets which of the views that share a surface of identifiers is drawn next.
+  void SetViewNumber(int nView);
   /// The light for what is drawn next; ApplyLight tells the programs what has changed in it. Cost of that: linear in
   /// the materials and in the lamps.
   QXOgreLight& GetLight() { return m_Light; }
@@ -121,6 +123,7 @@ private:
   std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
   /// By the material whose place each takes.
   std::map<Ogre::MaterialPtr, Ogre::MaterialPtr> m_mapIdentifierMaterials;
+  int m_nView = 0;
   QXOgreLight m_Light;
 };
 

@@ -6,6 +6,7 @@
 
 #include <QxGraphics3D/frame/foundation/base3d/QXOperationType.h>
 #include <QxGraphics3D/renderop/QXBillboard.h>
+#include <QxGraphics3D/text/QXTextLayout.h>
 
 #include <tests/ogre/QXOgreBucketing.h>
 
@@ -274,6 +275,33 @@ TEST_F(QXOgrePickScene, ClearTexelsAreNotHit) {
   EXPECT_EQ(Pick(37, 34), ID(2, 1));
 }
 
+TEST_F(QXOgrePickScene, LabelsAreHitWhereTheyAreDrawn) {
+  auto const pMesh = MakeMesh({{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}});
+  AddRange<unsigned short>(*pMesh, {0, 1, 2, 0, 2, 3});
+  pMesh->m_pTexCoordBlock = new QXTexCoordBlock;
+  for (unsigned int const nSet : {0U, 1U}) {
+    pMesh->m_pTexCoordBlock->m_pBuffers[nSet] = new float[8]{4, 8, 20, 8, 20, 12, 4, 12};
+    pMesh->m_pTexCoordBlock->m_nCounts[nSet] = 4;
+  }
+  QXRenderOperation3D* const pLabel = Draw(*pMesh);
+  ASSERT_EQ(pLabel->SetShaderPrograms(LABEL_VERTEX_PROGRAM, LABEL_FRAGMENT_PROGRAM), 1);
+  pLabel->SetSelectionID(ID(4, 4));
+  QXPicture const picture = Frame();
+  PassOver(*m_pTarget);
+  int nHits = 0;
+  for (unsigned int y = 0; y < SIZE; ++y) {
+    for (unsigned int x = 0; x < SIZE; ++x) {
+      bool const bDrawn = picture.At(x, y) != BACKGROUND_PIXEL;
+      nHits += bDrawn ? 1 : 0;
+      int const nY = static_cast<int>(SIZE - 1 - y);
+      ASSERT_EQ(m_pGraphics3D->ReadSelectionID(static_cast<int>(x), nY), bDrawn ? ID(4, 4) : 0U) << x << ", " << y;
+      if (!bDrawn || x % 5 != 0) continue;
+      ASSERT_EQ(Pick(x, nY), ID(4, 4)) << x << ", " << y;
+    }
+  }
+  EXPECT_EQ(nHits, 64);
+}
+
 TEST_F(QXOgrePickScene, WhatTheAlphaTestDropsIsNotHit) {
   Square(-1, -1, 1, 1, -1, ID(1, 1));
   QXStaticGeometryBucket bucket;
@@ -306,6 +334,10 @@ TEST_F(QXOgrePickScene, ViewportsAreFoundByThePoint) {
   // One that clears no colours lets through what is under it.
   m_pTarget->GetViewport(1)->m_nClearBuffers = 2;
   EXPECT_EQ(Pick(48, 24), 5U);
+  EXPECT_NEAR(m_vecHit.x, 48.5 / 32.0 - 1.0, 1e-9) << "the place is that of the view which drew it";
+  EXPECT_NEAR(m_vecHit.z, 0.0, 1e-4);
+  EXPECT_EQ(Pick(48, 8), 6U);
+  EXPECT_NEAR(m_vecHit.x, 2.0 * (16.5 / 32.0) - 1.0, 1e-9);
   m_pGraphics3D->SetSelectionEnable(L"other", 0);
   EXPECT_EQ(Pick(48, 8), 5U);
   m_pGraphics3D->SetSelectionEnable(L"other", 1);

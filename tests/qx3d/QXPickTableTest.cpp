@@ -52,8 +52,7 @@ TEST(QXPickTable, AFullLayerIsFollowedByAnother) {
   EXPECT_EQ(thing.m_nIndex, 0xFFFFFEU);
   ASSERT_TRUE(table.Find(0x02000001, thing));
   EXPECT_EQ(thing.m_nIndex, 0U);
-  for (int nLayer = 3; nLayer <= 255; ++nLayer)
-    ASSERT_NE(table.Take(QXPickKind::Model, 0xFFFFFF, Count), 0U) << nLayer;
+  for (int nLayer = 3; nLayer <= 255; ++nLayer) ASSERT_NE(table.Take(QXPickKind::Model, 0xFFFFFF, Count), 0U) << nLayer;
   EXPECT_EQ(table.Take(QXPickKind::Model, 0xFFFFFF, Count), 0U);
   EXPECT_EQ(table.Take(QXPickKind::Icon, 1, Count), 0U);
 }

@@ -46,8 +46,7 @@ struct Buffers {
   }
 };
 
-void AddMesh(
-    Buffers const& buffers, QXVector3d const& vecOrigin, std::size_t nNumber, QXC::ModelDataInfo& model) {
+void AddMesh(Buffers const& buffers, QXVector3d const& vecOrigin, std::size_t nNumber, QXC::ModelDataInfo& model) {
   auto pMesh = std::make_unique<QXC::QXModelMesh>();
   pMesh->m_strName = QXC::QdcUnicodeString::FromUTF8(("building " + std::to_string(nNumber)).c_str());
   pMesh->m_pVertexPackage = new QXC::QXVertexDataPackage;

@@ -43,11 +43,12 @@ void QXOgrePickResult::Reset(QXOgrePixelRect const& rect) {
   std::size_t const nPixels =
       rect.IsEmpty() ? 0 : static_cast<std::size_t>(rect.m_nWidth) * static_cast<std::size_t>(rect.m_nHeight);
   m_arrIdentifiers.assign(nPixels, 0);
-  m_arrPlaces.assign(2 * nPixels, 0.0F);
+  m_arrPlaces.assign(3 * nPixels, 0.0F);
 }
 
-void QXOgrePickResult::AddView(QXOgrePixelRect const& rect, QXOgreView const& view) {
+int QXOgrePickResult::AddView(QXOgrePixelRect const& rect, QXOgreView const& view) {
   m_arrParts.push_back({rect, view.m_matView, view.m_matProjection, view.m_vecOrigin, view.m_dVerticalExaggeration});
+  return static_cast<int>(m_arrParts.size()) - 1;
 }
 
 void QXOgrePickResult::Take(std::vector<unsigned char> const& arrIdentifiers, std::vector<float> const& arrPlaces,
@@ -60,8 +61,7 @@ void QXOgrePickResult::Take(std::vector<unsigned char> const& arrIdentifiers, st
       unsigned char const* const p = arrIdentifiers.data() + 4 * nFrom;
       m_arrIdentifiers[i] = static_cast<unsigned int>(p[3]) << 24U | static_cast<unsigned int>(p[0]) << 16U |
                             static_cast<unsigned int>(p[1]) << 8U | p[2];
-      m_arrPlaces[2 * i] = arrPlaces[2 * nFrom];
-      m_arrPlaces[2 * i + 1] = arrPlaces[2 * nFrom + 1];
+      for (std::size_t k = 0; k < 3; ++k) m_arrPlaces[3 * i + k] = arrPlaces[4 * nFrom + k];
     }
   }
 }
@@ -76,36 +76,36 @@ unsigned int QXOgrePickResult::GetIdentifier(int nX, int nY) const {
 }
 
 bool QXOgrePickResult::IsDrawn(int nX, int nY) const {
-  return m_Rect.Contains(nX, nY) && m_arrPlaces[2 * PlaceOf(nX, nY) + 1] != 0.0F;
+  return m_Rect.Contains(nX, nY) && m_arrPlaces[3 * PlaceOf(nX, nY) + 1] != 0.0F;
 }
 
 double QXOgrePickResult::GetDepth(int nX, int nY) const {
-  return IsDrawn(nX, nY) ? static_cast<double>(m_arrPlaces[2 * PlaceOf(nX, nY)]) : 1.0;
+  return IsDrawn(nX, nY) ? static_cast<double>(m_arrPlaces[3 * PlaceOf(nX, nY)]) : 1.0;
 }
 
 unsigned char QXOgrePickResult::GetPosition(int nX, int nY, QXVector3d& vecPosition) const {
   if (!IsDrawn(nX, nY)) return 0;
-  auto const part = std::find_if(
-      m_arrParts.rbegin(), m_arrParts.rend(), [&](Part const& each) { return each.m_Rect.Contains(nX, nY); });
-  if (part == m_arrParts.rend()) return 0;
-  QXMatrix4d const& matProjection = part->m_matProjection;
+  std::size_t const nPlace = 3 * PlaceOf(nX, nY);
+  auto const nPart = static_cast<std::size_t>(std::lround(m_arrPlaces[nPlace + 2]));
+  if (nPart >= m_arrParts.size()) return 0;
+  Part const& part = m_arrParts[nPart];
+  QXMatrix4d const& matProjection = part.m_matProjection;
   QXMatrix4d const matInverse = matProjection.Invert();
-  double const dX = 2.0 * (nX + 0.5 - part->m_Rect.m_nLeft) / part->m_Rect.m_nWidth - 1.0;
-  double const dY = 2.0 * (nY + 0.5 - part->m_Rect.m_nBottom) / part->m_Rect.m_nHeight - 1.0;
+  double const dX = 2.0 * (nX + 0.5 - part.m_Rect.m_nLeft) / part.m_Rect.m_nWidth - 1.0;
+  double const dY = 2.0 * (nY + 0.5 - part.m_Rect.m_nBottom) / part.m_Rect.m_nHeight - 1.0;
   // Two points of the ray. The second is not on the far plane: that may be infinitely far.
   QXVector3d const vecNear = ToEye(dX, dY, -1.0, matInverse);
   QXVector3d const vecWay = ToEye(dX, dY, 0.0, matInverse) - vecNear;
   double const dNearW = vecNear.x * matProjection[0][3] + vecNear.y * matProjection[1][3] +
                         vecNear.z * matProjection[2][3] + matProjection[3][3];
   double const dWayW = vecWay.x * matProjection[0][3] + vecWay.y * matProjection[1][3] + vecWay.z * matProjection[2][3];
-  std::size_t const nPlace = 2 * PlaceOf(nX, nY);
   // w grows along the ray, and as floats it stays exact where the depth is crowded; of parallel views it does not.
   double const dAlong = std::abs(dWayW) > 1.0e-12 * std::abs(dNearW)
                             ? (static_cast<double>(m_arrPlaces[nPlace + 1]) - dNearW) / dWayW
                             : 2.0 * static_cast<double>(m_arrPlaces[nPlace]);
   QXVector3d const vecEye(vecNear.x + dAlong * vecWay.x, vecNear.y + dAlong * vecWay.y, vecNear.z + dAlong * vecWay.z);
-  QXVector3d vecWorld = vecEye.MultiplyMatrix(part->m_matView.Invert()) + part->m_vecOrigin;
-  vecWorld.z = part->m_dVerticalExaggeration == 0.0 ? 0.0 : vecWorld.z / part->m_dVerticalExaggeration;
+  QXVector3d vecWorld = vecEye.MultiplyMatrix(part.m_matView.Invert()) + part.m_vecOrigin;
+  vecWorld.z = part.m_dVerticalExaggeration == 0.0 ? 0.0 : vecWorld.z / part.m_dVerticalExaggeration;
   if (!std::isfinite(vecWorld.x) || !std::isfinite(vecWorld.y) || !std::isfinite(vecWorld.z)) return 0;
   vecPosition = vecWorld;
   return 1;

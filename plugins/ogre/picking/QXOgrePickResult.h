@@ -31,8 +31,9 @@ class QXOgrePickResult final {
 public:
   /// Starts anew, with nothing seen.
   void Reset(QXOgrePixelRect const& rect);
-  /// Notes that a view was drawn into a rectangle, over those noted before; it may reach beyond that of the result.
-  void AddView(QXOgrePixelRect const& rect, QXOgreView const& view);
+  /// Notes that a view is drawn into a rectangle, which may reach beyond that of the result.
+  /// @return  its number, for QXOgreMaterials::SetViewNumber: of views that clear nothing both may be seen
+  int AddView(QXOgrePixelRect const& rect, QXOgreView const& view);
   /// Takes over what the views drew.
   /// @param drawn    what stands in the arrays; the rectangle of the result lies inside it
   /// @param nStride  pixels from one row of the arrays to the next
@@ -64,7 +65,7 @@ private:
   QXOgrePixelRect m_Rect;
   std::vector<Part> m_arrParts;
   std::vector<unsigned int> m_arrIdentifiers;
-  /// Depth and w of each pixel.
+  /// Depth, w and number of the view of each pixel.
   std::vector<float> m_arrPlaces;
 };
 

@@ -32,6 +32,7 @@ inline constexpr char QX_OGRE_INSTANCE_IDENTIFIER_LINES[] = R"glsl(
 /// Like the beginning of every fragment program, as far as the alpha needs it.
 inline constexpr char QX_OGRE_PICK_SHADER[] = R"glsl(
 uniform vec4 tint;
+uniform float viewNumber;
 flat in uint identifier;
 in vec4 vertexColour;
 layout(location = 0) out vec4 fragmentColour;
@@ -42,12 +43,12 @@ void main() {
 
 /// What lets everything through is not there. The identifier is written as QXSceneOperation::GetID takes pixels apart:
 /// the top bits in alpha, the rest from red to blue. The second output is where the fragment lies along the view, by the
-/// window's depth and by w, and a 1 that no cleared pixel has; targets with one output drop it.
+/// window's depth and by w, and in which of the views that share a surface; targets with one output drop it.
 inline constexpr char QX_OGRE_PICK_SHADER_END[] = R"glsl(
   if (!(colour.a >= 0.5 / 255.0)) discard;
   uvec4 bytes = uvec4(identifier >> 16u, identifier >> 8u, identifier, identifier >> 24u) & 255u;
   fragmentColour = vec4(bytes) / 255.0;
-  fragmentPlace = vec4(gl_FragCoord.z, 1.0 / gl_FragCoord.w, 0.0, 1.0);
+  fragmentPlace = vec4(gl_FragCoord.z, 1.0 / gl_FragCoord.w, viewNumber, 1.0);
 }
 )glsl";
 

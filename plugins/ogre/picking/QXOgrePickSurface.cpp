@@ -32,7 +32,7 @@ QXOgrePickSurface::QXOgrePickSurface(unsigned int nWidth, unsigned int nHeight)
     : m_nWidth(nWidth), m_nHeight(nHeight), m_pTarget(nullptr), m_pViewport(nullptr) {
   try {
     m_pIdentifiers = MakeTexture(Ogre::PF_BYTE_RGBA);
-    m_pPlaces = MakeTexture(Ogre::PF_FLOAT32_GR);
+    m_pPlaces = MakeTexture(Ogre::PF_FLOAT32_RGBA);
     m_pTarget =
         Ogre::Root::getSingleton().getRenderSystem()->createMultiRenderTarget(QXOgreDevice::MakeName("identifiers"));
     m_pTarget->setAutoUpdated(false);
@@ -94,12 +94,12 @@ void QXOgrePickSurface::Draw(QXOgreScene& scene, QXOgreView const& view, int nLe
 void QXOgrePickSurface::Read(std::vector<unsigned char>& arrIdentifiers, std::vector<float>& arrPlaces) {
   std::size_t const nPixels = std::size_t{m_nWidth} * m_nHeight;
   arrIdentifiers.resize(4 * nPixels);
-  arrPlaces.resize(2 * nPixels);
+  arrPlaces.resize(4 * nPixels);
   m_pIdentifiers->getBuffer()->blitToMemory(
       Ogre::PixelBox(m_nWidth, m_nHeight, 1, Ogre::PF_BYTE_RGBA, arrIdentifiers.data()));
-  m_pPlaces->getBuffer()->blitToMemory(Ogre::PixelBox(m_nWidth, m_nHeight, 1, Ogre::PF_FLOAT32_GR, arrPlaces.data()));
+  m_pPlaces->getBuffer()->blitToMemory(Ogre::PixelBox(m_nWidth, m_nHeight, 1, Ogre::PF_FLOAT32_RGBA, arrPlaces.data()));
   TurnOver(arrIdentifiers, std::size_t{4} * m_nWidth);
-  TurnOver(arrPlaces, std::size_t{2} * m_nWidth);
+  TurnOver(arrPlaces, std::size_t{4} * m_nWidth);
 }
 
 }  // namespace QXC

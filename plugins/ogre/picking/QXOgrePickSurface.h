@@ -14,7 +14,7 @@ class QXOgreScene;
 struct QXOgreView;
 
 /// Two textures that are drawn at once: identifiers of 8 bits a channel, one sample a pixel, and where along the view
-/// each lies, as two floats. On the rendering thread, while the device lives.
+/// each lies, as floats. On the rendering thread, while the device lives.
 class QXOgrePickSurface final {
 public:
   /// Throws what OGRE throws.
@@ -32,8 +32,8 @@ public:
   /// @param nClearBuffers  bits of what is cleared there first: 1 colour, 2 depth
   void Draw(QXOgreScene& scene, QXOgreView const& view, int nLeft, int nBottom, int nWidth, int nHeight,
       unsigned int nClearBuffers);
-  /// Reads all pixels, rows from below: four bytes each (red, green, blue, alpha), and two floats each: the window's
-  /// depth, and w, which is 0 where nothing was drawn. Cost: that of the surface's size, whatever was drawn.
+  /// Reads all pixels, rows from below: four bytes each (red, green, blue, alpha), and four floats each: the window's
+  /// depth, w, which is 0 where nothing was drawn, the number of the view, and nothing. Cost: that of the surface's size, whatever was drawn.
   void Read(std::vector<unsigned char>& arrIdentifiers, std::vector<float>& arrPlaces);
 
 private:

@@ -10,6 +10,7 @@
 #include <plugins/ogre/QXOgreCamera.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreGraphics3D.h>
+#include <plugins/ogre/QXOgreMaterials.h>
 #include <plugins/ogre/QXOgreRenderTarget.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/picking/QXOgrePickSurface.h>
@@ -134,9 +135,9 @@ void QXOgreSelection::DrawViewports(QXOgreRenderTarget& target, QXOgrePixelRect 
     view.m_nWidth = part.m_nWidth;
     view.m_nHeight = part.m_nHeight;
     view.m_pPick = &filter;
+    m_Graphics3D.GetDevice()->GetMaterials().SetViewNumber(result.AddView(part, view));
     surface.Draw(*pScene, view, part.m_nLeft - rect.m_nLeft, part.m_nBottom - rect.m_nBottom, part.m_nWidth,
         part.m_nHeight, pViewport->m_bClearEveryFrame ? pViewport->m_nClearBuffers : 0);
-    result.AddView(part, view);
   }
 }
 
@@ -233,8 +234,8 @@ unsigned int QXOgreSelection::FindAlong(
     QXOgrePickSurface& surface = DemandSurface(1, 1);
     pDevice->BeginFrame();
     surface.Clear();
+    pDevice->GetMaterials().SetViewNumber(result.AddView({0, 0, 1, 1}, view));
     surface.Draw(scene, view, 0, 0, 1, 1, 0);
-    result.AddView({0, 0, 1, 1}, view);
     surface.Read(m_arrIdentifiers, m_arrPlaces);
     result.Take(m_arrIdentifiers, m_arrPlaces, {0, 0, 1, 1}, surface.GetWidth());
   });
