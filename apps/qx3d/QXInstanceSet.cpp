@@ -38,8 +38,6 @@ std::string QXInstanceSet::Add(QXC::QXGraphics3D& graphics3D, std::wstring const
   QXC::QXInstancing* pInstancing = pManager->CreateInstancing(strName, strScene.c_str());
   if (pInstancing == nullptr) return Describe(graphics3D, "makes no instances");
   m_vecInstancings.push_back(pInstancing);
-  m_vecNumbers.push_back(
-      {nFirstID, static_cast<unsigned int>(group.m_vecMatrices.size()), MakeColor(section.m_nColor)});
   if (pManager->SetMesh(pInstancing, &mesh) == 0) return Describe(graphics3D, "cannot draw the mesh of instances");
   auto const nCount = static_cast<unsigned int>(group.m_vecMatrices.size());
   pManager->AddPlacements(pInstancing, group.m_vecMatrices.data(), nCount);
@@ -49,23 +47,6 @@ std::string QXInstanceSet::Add(QXC::QXGraphics3D& graphics3D, std::wstring const
   for (unsigned int i = 0; i < nCount && nFirstID != 0; ++i)
     pManager->SetPlacementSelectionID(pInstancing, i, nFirstID + i);
   return std::string();
-}
-
-void QXInstanceSet::Highlight(QXC::QXGraphics3D& graphics3D, unsigned int nID) {
-  QXC::QXHwInstancingManager* pManager = graphics3D.GetHwInstancingManager();
-  if (pManager == nullptr) return;
-  auto const paint = [&](unsigned int nPainted, bool bHighlight) {
-    for (std::size_t i = 0; i < m_vecInstancings.size(); ++i) {
-      Numbers const& numbers = m_vecNumbers[i];
-      if (nPainted < numbers.m_nFirstID || nPainted - numbers.m_nFirstID >= numbers.m_nCount) continue;
-      // Brighter than any colour of the mesh, so that also dark ones are seen.
-      pManager->SetPlacementColor(m_vecInstancings[i], nPainted - numbers.m_nFirstID,
-          bHighlight ? QXC::QXColorValue3D(3.0, 2.2, 0.2, 1.0) : numbers.m_Color);
-    }
-  };
-  if (m_nHighlighted != 0) paint(m_nHighlighted, false);
-  m_nHighlighted = nID;
-  if (nID != 0) paint(nID, true);
 }
 
 std::string QXInstanceSet::AddDrawables(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene,
@@ -96,7 +77,6 @@ void QXInstanceSet::GiveBack(QXC::QXGraphics3D& graphics3D) {
   if (QXC::QXRenderOperationManager* pManager = graphics3D.GetRenderOperationManager())
     for (QXC::QXRenderOperation3D* pDrawable : m_vecDrawables) pManager->DestroyRenderOperation3D(pDrawable);
   m_vecInstancings.clear();
-  m_vecNumbers.clear();
   m_vecDrawables.clear();
 }
 

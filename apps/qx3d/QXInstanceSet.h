@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QxGraphics3D/frame/foundation/base/QdcUnicodeString.h>
-#include <QxGraphics3D/frame/foundation/toolkit/QXColorValue3D.h>
 
 #include <cstddef>
 #include <string>
@@ -35,9 +34,6 @@ public:
   /// @return  empty, or why it cannot be shown
   std::string Add(QXC::QXGraphics3D& graphics3D, std::wstring const& strScene, QXC::QXRenderOperationMultiIndex& mesh,
       QXInstanceGroup const& group, QXSceneInstances const& section, unsigned int nFirstID = 0);
-  /// Shows the instance with an identifier as selected, and no other; 0 for none. Those with drawables of their own are
-  /// the renderer's to select.
-  void Highlight(QXC::QXGraphics3D& graphics3D, unsigned int nID);
   /// Before the renderer and its textures go.
   void GiveBack(QXC::QXGraphics3D& graphics3D);
 
@@ -51,16 +47,7 @@ private:
       QXC::QXRenderOperationMultiIndex& mesh, QXInstanceGroup const& group, QXSceneInstances const& section,
       unsigned int nFirstID);
 
-  /// What stands in an instancing, in the same order.
-  struct Numbers {
-    unsigned int m_nFirstID;
-    unsigned int m_nCount;
-    QXC::QXColorValue3D m_Color;
-  };
-
   std::vector<QXC::QXInstancing*> m_vecInstancings;
-  std::vector<Numbers> m_vecNumbers;
-  unsigned int m_nHighlighted = 0;
   std::vector<QXC::QXRenderOperation3D*> m_vecDrawables;
   std::size_t m_nMeshes = 0;
 };

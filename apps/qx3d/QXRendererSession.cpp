@@ -212,7 +212,6 @@ void QXRendererSession::HighlightPicked(unsigned int nID) {
   QXC::QdcArray<unsigned int> arrIDs;
   if (bThing && thing.m_eKind != QXPickKind::Label && thing.m_eKind != QXPickKind::Ground) arrIDs.Add(nID);
   m_pGraphics3D->SetSelectedObjects(arrIDs);
-  m_Instances.Highlight(*m_pGraphics3D, bThing && thing.m_eKind == QXPickKind::Instance ? nID : 0);
 }
 
 QXC::QXTexture* QXRendererSession::TakeTexture(int nModel, QXTextureKey const& key,
