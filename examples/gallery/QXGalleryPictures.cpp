@@ -12,6 +12,7 @@ std::vector<QXGalleryPicture> GetAllPictures() {
            GetOverlayPictures,
            GetTrailPictures,
            GetParticlePictures,
+           GetInstancePictures,
        })
     for (QXGalleryPicture const& picture : pfnGetPictures()) arrAll.push_back(picture);
   return arrAll;

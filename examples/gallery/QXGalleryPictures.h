@@ -28,6 +28,7 @@ std::span<QXGalleryPicture const> GetPickPictures();
 std::span<QXGalleryPicture const> GetOverlayPictures();
 std::span<QXGalleryPicture const> GetTrailPictures();
 std::span<QXGalleryPicture const> GetParticlePictures();
+std::span<QXGalleryPicture const> GetInstancePictures();
 
 /// All pictures of all families.
 std::vector<QXGalleryPicture> GetAllPictures();

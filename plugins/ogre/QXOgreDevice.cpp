@@ -22,6 +22,7 @@
 #include <plugins/ogre/QXOgreDrawable.h>
 #include <plugins/ogre/QXOgreImage.h>
 #include <plugins/ogre/QXOgreMaterials.h>
+#include <plugins/ogre/QXOgreOpenGL.h>
 #include <plugins/ogre/QXOgreScene.h>
 #include <plugins/ogre/QXOgreTextureUnits.h>
 
@@ -95,7 +96,7 @@ void QXOgreDevice::Open(std::string const& strMediaFolder) {
   m_pRoot = std::make_unique<Ogre::Root>("", "", "");
   LoadRenderSystem(strMediaFolder);
   OpenHiddenWindow();
-  m_nMaxTargetSize = 16384;
+  m_nMaxTargetSize = static_cast<unsigned int>(QXOgreOpenGL::Get().GetMaxTargetSize());
   m_pSceneFactory = std::make_unique<QXOgreSceneFactory>(*this);
   m_pRoot->addSceneManagerFactory(m_pSceneFactory.get());
   m_pMaterials = std::make_unique<QXOgreMaterials>(m_Log);

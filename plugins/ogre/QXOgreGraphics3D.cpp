@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
+#include <utility>
 
 #include <OgreException.h>
 #include <OgreRenderSystem.h>
@@ -15,6 +16,7 @@
 #include <plugins/ogre/QXOgreCamera.h>
 #include <plugins/ogre/QXOgreConvert.h>
 #include <plugins/ogre/QXOgreDrawable.h>
+#include <plugins/ogre/QXOgreOpenGL.h>
 #include <plugins/ogre/QXOgreRenderOperationManager.h>
 #include <plugins/ogre/QXOgreRenderTexture.h>
 #include <plugins/ogre/QXOgreRenderWindow.h>
@@ -32,6 +34,19 @@ namespace {
 
 constexpr wchar_t const* MAIN_SCENE = L"3D";
 constexpr wchar_t const* RENDER_SYSTEM = L"OpenGL 3+ Rendering Subsystem";
+
+constexpr std::pair<Ogre::Capabilities, Capabilities> CAPABILITIES[] = {
+    {Ogre::RSC_ANISOTROPY, CAP_ANISOTROPY},
+    {Ogre::RSC_HWSTENCIL, CAP_HWSTENCIL},
+    {Ogre::RSC_VERTEX_PROGRAM, CAP_VERTEX_PROGRAM},
+    {Ogre::RSC_FRAGMENT_PROGRAM, CAP_FRAGMENT_PROGRAM},
+    {Ogre::RSC_TEXTURE_COMPRESSION, CAP_TEXTURE_COMPRESSION},
+    {Ogre::RSC_HWRENDER_TO_TEXTURE, CAP_HWRENDER_TO_TEXTURE},
+    {Ogre::RSC_VERTEX_BUFFER_INSTANCE_DATA, CAP_INSTANCING},
+    {Ogre::RSC_NON_POWER_OF_2_TEXTURES, CAP_NON_POWER_OF_2_TEXTURES},
+    {Ogre::RSC_USER_CLIP_PLANES, CAP_USER_CLIP_PLANES},
+    {Ogre::RSC_TEXTURE_FLOAT, CAP_TEXTURE_FLOAT},
+};
 
 /// OGRE numbers the makers otherwise than the library does.
 GPUVendor ToVendor(Ogre::GPUVendor eVendor, std::string const& strDevice) {
@@ -169,18 +184,16 @@ void QXOgreGraphics3D::FillCapabilities() {
   capabilities.SetVendor(ToVendor(source.getVendor(), source.getDeviceName()));
   capabilities.SetNumTextureUnits(source.getNumTextureUnits());
   capabilities.SetMaxPointSize(source.getMaxPointSize());
-  capabilities.SetMaxTextureSize(static_cast<int>(m_pDevice->GetMaxTargetSize()));
-  capabilities.SetStencilBufferBitDepth(8);
-  // What every OpenGL of version 3.3 has.
-  for (Capabilities const eCapability :
-      {CAP_AUTOMIPMAP, CAP_BLENDING, CAP_CUBEMAPPING, CAP_HWSTENCIL, CAP_VERTEX_PROGRAM, CAP_FRAGMENT_PROGRAM,
-          CAP_HWRENDER_TO_TEXTURE, CAP_INSTANCING, CAP_NON_POWER_OF_2_TEXTURES, CAP_TEXTURE_FLOAT})
-    capabilities.SetCapability(eCapability);
-  if (source.hasCapability(Ogre::RSC_ANISOTROPY)) {
-    capabilities.SetCapability(CAP_ANISOTROPY);
+  capabilities.SetMaxTextureSize(QXOgreOpenGL::Get().GetMaxTextureSize());
+  capabilities.SetStencilBufferBitDepth(QXOgreOpenGL::Get().GetStencilBits());
+  // What every OpenGL of version 3.3 has, and OGRE no names for.
+  capabilities.SetCapability(CAP_AUTOMIPMAP);
+  capabilities.SetCapability(CAP_BLENDING);
+  capabilities.SetCapability(CAP_CUBEMAPPING);
+  for (auto const& [eOgre, eCapability] : CAPABILITIES)
+    if (source.hasCapability(eOgre)) capabilities.SetCapability(eCapability);
+  if (source.hasCapability(Ogre::RSC_ANISOTROPY))
     capabilities.SetMaxAnisotropy(static_cast<float>(source.getMaxSupportedAnisotropy()));
-  }
-  if (source.hasCapability(Ogre::RSC_TEXTURE_COMPRESSION)) capabilities.SetCapability(CAP_TEXTURE_COMPRESSION);
   m_Capabilities = capabilities;
 }
 

@@ -160,6 +160,7 @@ void QXOgrePlacements::SelectObjects(std::set<unsigned int> const& setIDs) {
 void QXOgrePlacements::SetModelMatrix(QXMatrix4d const& matModel) {
   if (m_matModel == matModel) return;
   m_matModel = matModel;
+  m_bModelMatrix = !(matModel == QXMatrix4d());
   Touch(0, m_arrMatrices.size());
 }
 
@@ -169,13 +170,18 @@ void QXOgrePlacements::SetMesh(QXMatrix4d const& matMesh, QXBoundingBox const& b
                      boxMesh.IsNULL() == m_MeshBounds.IsNULL() && vecZero == m_vecZero && matMesh == m_matMesh;
   if (bSame) return;
   m_matMesh = matMesh;
+  m_bMeshMatrix = !(matMesh == QXMatrix4d());
   m_MeshBounds = boxMesh;
   m_vecZero = vecZero;
   Touch(0, m_arrMatrices.size());
 }
 
 QXMatrix4d QXOgrePlacements::GetWorldMatrix(unsigned int nPlacement) const {
-  return m_matMesh * m_arrMatrices[nPlacement] * m_matModel;
+  QXMatrix4d const& mat = m_arrMatrices[nPlacement];
+  // Most have neither, and a multiplication takes longer than all the rest.
+  if (!m_bMeshMatrix && !m_bModelMatrix) return mat;
+  if (!m_bModelMatrix) return m_matMesh * mat;
+  return m_bMeshMatrix ? m_matMesh * mat * m_matModel : mat * m_matModel;
 }
 
 void QXOgrePlacements::Update() {

@@ -121,6 +121,9 @@ private:
   QXBoundingBox m_MeshBounds;
   QXVector3d m_vecZero;
   QXMatrix4d m_matToEye;
+  /// Whether they are others than the identity.
+  bool m_bModelMatrix = false;
+  bool m_bMeshMatrix = false;
   mutable QXBoundingBox m_Bounds;
   mutable QXBoundingBox m_VisibleBounds;
   mutable bool m_bBoundsKnown = true;
