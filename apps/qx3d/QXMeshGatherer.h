@@ -57,10 +57,10 @@ private:
     QXSceneObject m_Object;
   };
 
-  void AddNode(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures,
-      QXSceneObject const& object);
-  void AddDrawable(Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures,
-      QXSceneObject const& object);
+  void AddNode(
+      Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures, QXSceneObject const& object);
+  void AddDrawable(
+      Form const& form, QXC::QXMatrix4d const& matWorld, QXModelPictures const& pictures, QXSceneObject const& object);
   Frame FindFrame(QXC::QXVector3d const& vecCenter) const;
   QXC::QXVector3d GetBase(Frame const& frame) const;
   void JoinParts();

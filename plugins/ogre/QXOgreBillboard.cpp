@@ -6,8 +6,8 @@ namespace QXC {
 
 QXOgreBillboard::QXOgreBillboard(QXOgreBillboardSet& set)
     : m_pSet(&set), m_rcPart(0.0, 0.0, 1.0, 1.0), m_Color(QXColorValue3D::White), m_dWidth(1.0), m_dHeight(1.0),
-      m_dRotation(0.0), m_dNear(0.0), m_dFar(0.0), m_nIndex(0), m_nNumber(0), m_nSelectionID(0), m_bVisible(1), m_bSelected(0),
-      m_bPixels(0) {
+      m_dRotation(0.0), m_dNear(0.0), m_dFar(0.0), m_nIndex(0), m_nNumber(0), m_nSelectionID(0), m_bVisible(1),
+      m_bSelected(0), m_bPixels(0) {
   set.Add(this);
 }
 

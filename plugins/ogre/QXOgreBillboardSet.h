@@ -80,7 +80,8 @@ private:
   void MakeRoom(std::size_t nQuads);
   /// Whether the second of two neighbours belongs into the batch that the first one began.
   static bool IsOneBatch(Item const& first, Item const& next, std::vector<Ogre::Real> const& arrDepths);
-  void QueueBatch(std::size_t nBatch, std::size_t nFirst, std::size_t nEnd, bool bIdentifiers, Ogre::RenderQueue& queue);
+  void QueueBatch(
+      std::size_t nBatch, std::size_t nFirst, std::size_t nEnd, bool bIdentifiers, Ogre::RenderQueue& queue);
 
   QXOgreDevice& m_Device;
   std::vector<QXOgreBillboard*> m_arrBillboards;

@@ -68,8 +68,8 @@ unsigned long long NextVersion() {
 }  // namespace
 
 QXOgreDrawable::QXOgreDrawable(QXOgreDevice* pDevice)
-    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false),
-      m_nSelectionID(0), m_bVisible(1), m_nGeometryVersion(NextVersion()), m_nLookVersion(0) {
+    : m_pDevice(pDevice), m_pScene(nullptr), m_pNode(nullptr), m_pSkeleton(nullptr), m_bMoved(false), m_nSelectionID(0),
+      m_bVisible(1), m_nGeometryVersion(NextVersion()), m_nLookVersion(0) {
   if (m_pDevice) m_pDevice->AddDrawable(this);
 }
 

@@ -72,13 +72,14 @@ void QXOgreRenderWindow::ShowPicture(unsigned char bWaitForVerticalBlank) {
   m_bShown = true;
 }
 
-void QXOgreRenderWindow::ReadPicture(unsigned int nLeft, unsigned int nTop, unsigned int nWidth,
-    unsigned int nHeight, unsigned char* pPixels) {
+void QXOgreRenderWindow::ReadPicture(
+    unsigned int nLeft, unsigned int nTop, unsigned int nWidth, unsigned int nHeight, unsigned char* pPixels) {
   // What is in front cannot be read everywhere: software rasterisers keep no copy of it.
   if (m_bShown)
     throw std::runtime_error("the picture of a window is gone once it is shown: read it before SwapBuffers");
   Ogre::PixelBox const pixels(nWidth, nHeight, 1, Ogre::PF_A8R8G8B8, pPixels);
-  m_pOgreWindow->copyContentsToMemory(Ogre::Box(nLeft, nTop, nLeft + nWidth, nTop + nHeight), pixels, Ogre::RenderTarget::FB_BACK);
+  m_pOgreWindow->copyContentsToMemory(
+      Ogre::Box(nLeft, nTop, nLeft + nWidth, nTop + nHeight), pixels, Ogre::RenderTarget::FB_BACK);
 }
 
 }  // namespace QXC

@@ -114,8 +114,7 @@ void QXOgreScene::_findVisibleObjects(Ogre::Camera*, Ogre::VisibleObjectsBoundsI
   // No node has items or billboards.
   if (m_pView->m_pNode) return;
   for (QXOgreSceneItem* const pItem : m_arrItems)
-    if (!m_pView->m_pPick || pItem->HasIdentifiers())
-      pItem->Queue(*m_pView, *getRenderQueue(), m_arrDepths, m_Counts);
+    if (!m_pView->m_pPick || pItem->HasIdentifiers()) pItem->Queue(*m_pView, *getRenderQueue(), m_arrDepths, m_Counts);
   m_pBillboards->Queue(*m_pView, m_arrDepths, *getRenderQueue(), m_Counts);
 }
 
