@@ -67,26 +67,26 @@ QXOgreMaterials::~QXOgreMaterials() {
   m_mapMaterials.clear();
   for (auto& [pPicture, pMaterial] : m_mapIdentifierMaterials) Ogre::MaterialManager::getSingleton().remove(pMaterial);
   m_mapIdentifierMaterials.clear();
-  for (auto& [key, programs] : m_mapPrograms)
-    for (auto const& pProgram : {programs.m_pVertex, programs.m_pFragment})
-      if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
+  for (auto const& [source, pProgram] : m_mapSources) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
 }
 
 QXOgreMaterials::Programs const& QXOgreMaterials::GetPrograms(QXOgreVariant const& variant) {
   Programs& programs = m_mapPrograms[variant];
-  if (!programs.m_pVertex) programs.m_pVertex = MakeProgram(MakeVertexSource(variant), Ogre::GPT_VERTEX_PROGRAM);
-  if (!programs.m_pFragment)
-    programs.m_pFragment = MakeProgram(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
+  if (!programs.m_pVertex) programs.m_pVertex = GetProgram(MakeVertexSource(variant), Ogre::GPT_VERTEX_PROGRAM);
+  if (!programs.m_pFragment) programs.m_pFragment = GetProgram(MakeFragmentSource(variant), Ogre::GPT_FRAGMENT_PROGRAM);
   return programs;
 }
 
-Ogre::HighLevelGpuProgramPtr QXOgreMaterials::MakeProgram(std::string const& strSource, Ogre::GpuProgramType eType) {
+Ogre::HighLevelGpuProgramPtr const& QXOgreMaterials::GetProgram(
+    std::string const& strSource, Ogre::GpuProgramType eType) {
+  auto const position = m_mapSources.find({eType, strSource});
+  if (position != m_mapSources.end()) return position->second;
   auto pProgram = Ogre::HighLevelGpuProgramManager::getSingleton().createProgram(
       QXOgreDevice::MakeName("program"), Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME, "glsl", eType);
   pProgram->setSource(strSource);
   m_Log.Clear();
   pProgram->load();
-  if (!pProgram->hasCompileError()) return pProgram;
+  if (!pProgram->hasCompileError()) return m_mapSources[{eType, strSource}] = pProgram;
   Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
   throw std::runtime_error("a program does not compile: " + m_Log.GetLastComplaint());
 }

@@ -5,6 +5,7 @@
 #include <compare>
 #include <map>
 #include <string>
+#include <utility>
 
 #include <OgreColourValue.h>
 #include <OgreHighLevelGpuProgram.h>
@@ -103,8 +104,11 @@ public:
   /// the materials and in the lamps.
   QXOgreLight& GetLight() { return m_Light; }
   void ApplyLight();
-  /// A program for a material of somebody else's, who removes it. Throws as the constructor does.
-  Ogre::HighLevelGpuProgramPtr MakeProgram(std::string const& strSource, Ogre::GpuProgramType eType);
+  /// The program of a source, also for materials of somebody else's; compiled at its first use and kept until the end.
+  /// Nobody removes one before: drivers that share programs between the contexts of several windows put away a removed
+  /// one in each context later, take out what that context draws with then, and crash with its next draw operation.
+  /// Throws as the constructor does.
+  Ogre::HighLevelGpuProgramPtr const& GetProgram(std::string const& strSource, Ogre::GpuProgramType eType);
 
 private:
   struct Programs {
@@ -119,6 +123,7 @@ private:
   static void BindParameters(Ogre::Pass& pass, QXOgreSurface const& surface, QXOgreVariant const& variant);
 
   QXOgreLog& m_Log;
+  std::map<std::pair<Ogre::GpuProgramType, std::string>, Ogre::HighLevelGpuProgramPtr> m_mapSources;
   std::map<QXOgreVariant, Programs> m_mapPrograms;
   std::map<QXOgreSurface, Ogre::MaterialPtr> m_mapMaterials;
   /// By the material whose place each takes.

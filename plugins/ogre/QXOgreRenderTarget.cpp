@@ -132,7 +132,9 @@ void QXOgreRenderTarget::Update() {
 }
 
 bool QXOgreRenderTarget::IsGlowing() const {
-  return m_bBloom && m_pRenderer->IsBloomEnabled() && QXOgreBloom::IsVisible(m_pRenderer->GetBloomSetting());
+  // Without a viewport the picture stays as it is.
+  return m_bBloom && GetNumViewports() > 0 && m_pRenderer->IsBloomEnabled() &&
+         QXOgreBloom::IsVisible(m_pRenderer->GetBloomSetting());
 }
 
 void QXOgreRenderTarget::DrawPicture() {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include <QxGraphics3D/view/QXBloomSetting.h>
@@ -195,6 +196,56 @@ TEST_F(QXOgreBloomPictures, AWindowGlowsAsATextureDoes) {
   ExpectGlow(*pWindow, Setting(0.6, 1.0, 0.1), "a window");
   pWindow->SetSceneAntialiasValue(4);
   ExpectGlow(*pWindow, Setting(0.6, 1.0, 0.1), "of four samples");
+}
+
+TEST_F(QXOgreBloomPictures, WindowsThatGlowComeAndGoInAnyOrder) {
+  DrawSquare(-0.5F, -0.5F, 0.5F, 0.5F, 0.0F, QXColorValue3D::White);
+  std::vector<unsigned char> const arrBefore = Frame().GetBytes();
+  auto const expectGlow = [](QXRenderTarget& window, char const* szWhy) {
+    window.Update();
+    // Next to the left edge of the square, where there is nothing red without the glow.
+    QXPixel const pixel = QXPicture(window).At(window.GetWidth() / 4 - 1, window.GetHeight() / 2);
+    EXPECT_GT(pixel.r, 20) << szWhy;
+    EXPECT_LT(pixel.r, 200) << szWhy;
+  };
+  int nNumber = 0;
+  for (std::size_t const nFirst : {0U, 1U, 0U}) {
+    std::array<std::unique_ptr<QXRenderTarget>, 2> arrWindows;
+    for (auto& pWindow : arrWindows) {
+      QdcUnicodeString strName;
+      strName.Format(L"window%d", ++nNumber);
+      pWindow.reset(m_pGraphics3D->CreateRenderWindow(strName, nullptr, SIZE, SIZE, 0));
+      ASSERT_NE(pWindow, nullptr) << Text(m_pGraphics3D->GetErrorText());
+      pWindow->SetActive(1);
+      pWindow->SetSunLightEnable(0);
+      AddViewport(*pWindow, *m_pCamera, 0, 0.0, 0.0, 1.0, 1.0);
+      ASSERT_EQ(m_pGraphics3D->AddCompositor(pWindow.get(), L"bloom"), 1);
+      expectGlow(*pWindow, "new");
+    }
+    for (std::size_t const i : {1U, 0U}) {
+      arrWindows[i]->SetSceneAntialiasValue(4);
+      expectGlow(*arrWindows[i], "four samples");
+      expectGlow(*arrWindows[1 - i], "beside one of four samples");
+    }
+    arrWindows[1]->ReSize(80, 48);
+    expectGlow(*arrWindows[1], "another size");
+    arrWindows[nFirst].reset();
+    expectGlow(*arrWindows[1 - nFirst], "alone");
+    arrWindows[1 - nFirst].reset();
+    EXPECT_EQ(Frame().GetBytes(), arrBefore) << "the windows are gone";
+  }
+}
+
+TEST_F(QXOgreBloomPictures, ATargetWithoutViewportsKeepsItsPicture) {
+  DrawLights();
+  m_pGraphics3D->AddCompositor(m_pTarget, L"bloom");
+  std::vector<unsigned char> const arrBefore = Frame().GetBytes();
+  m_pTarget->RemoveAllViewports();
+  EXPECT_EQ(Frame().GetBytes(), arrBefore);
+  m_pGraphics3D->RemoveCompositor(m_pTarget, L"bloom");
+  EXPECT_EQ(Frame().GetBytes(), arrBefore);
+  m_pGraphics3D->AddCompositor(m_pTarget, L"bloom");
+  EXPECT_EQ(Frame().GetBytes(), arrBefore);
 }
 
 TEST_F(QXOgreBloomPictures, WithoutItThePictureIsTheSameToTheByte) {

@@ -5,7 +5,6 @@
 
 #include <OgreHardwareBufferManager.h>
 #include <OgreHardwarePixelBuffer.h>
-#include <OgreHighLevelGpuProgramManager.h>
 #include <OgreMaterial.h>
 #include <OgreMaterialManager.h>
 #include <OgrePass.h>
@@ -56,7 +55,7 @@ bool QXOgreBloom::IsVisible(QXBloomSetting const& setting) {
 }
 
 QXOgreBloom::QXOgreBloom(QXOgreDevice& device) : m_Device(device), m_pScene(device.CreateScene()) {
-  m_pVertex = device.GetMaterials().MakeProgram(QX_OGRE_WHOLE_SHADER, Ogre::GPT_VERTEX_PROGRAM);
+  m_pVertex = device.GetMaterials().GetProgram(QX_OGRE_WHOLE_SHADER, Ogre::GPT_VERTEX_PROGRAM);
   m_Bright = MakeStep(QX_OGRE_BRIGHT_SHADER, 1);
   m_Blur = MakeStep(QX_OGRE_BLUR_SHADER, 1);
   m_Sum = MakeStep(QX_OGRE_SUM_SHADER, 2);
@@ -71,18 +70,16 @@ QXOgreBloom::QXOgreBloom(QXOgreDevice& device) : m_Device(device), m_pScene(devi
 }
 
 QXOgreBloom::~QXOgreBloom() {
-  // Materials hold programs and textures, so they go first.
+  // Materials hold textures, so they go first.
   for (Step const& step : {m_Bright, m_Blur, m_Sum})
     if (step.m_pMaterial) Ogre::MaterialManager::getSingleton().remove(step.m_pMaterial);
-  for (auto const& pProgram : {m_Bright.m_pFragment, m_Blur.m_pFragment, m_Sum.m_pFragment, m_pVertex})
-    if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
   for (Picture* const pPicture : {&m_Drawn, &m_arrReduced[0], &m_arrReduced[1]}) Free(*pPicture);
   m_Device.DestroyScene(static_cast<QXOgreScene*>(m_pScene));
 }
 
 QXOgreBloom::Step QXOgreBloom::MakeStep(char const* szFragment, int nTextures) {
   Step step;
-  step.m_pFragment = m_Device.GetMaterials().MakeProgram(szFragment, Ogre::GPT_FRAGMENT_PROGRAM);
+  auto const pFragment = m_Device.GetMaterials().GetProgram(szFragment, Ogre::GPT_FRAGMENT_PROGRAM);
   step.m_pMaterial = Ogre::MaterialManager::getSingleton().create(QXOgreDevice::MakeName("effect"), GROUP);
   Ogre::Pass& pass = *step.m_pMaterial->getTechnique(0)->getPass(0);
   pass.setCullingMode(Ogre::CULL_NONE);
@@ -90,7 +87,7 @@ QXOgreBloom::Step QXOgreBloom::MakeStep(char const* szFragment, int nTextures) {
   pass.setDepthWriteEnabled(false);
   pass.setPolygonModeOverrideable(false);
   pass.setVertexProgram(m_pVertex->getName());
-  pass.setFragmentProgram(step.m_pFragment->getName());
+  pass.setFragmentProgram(pFragment->getName());
   pass.getVertexProgramParameters()->setNamedAutoConstant(
       "flipping", Ogre::GpuProgramParameters::ACT_RENDER_TARGET_FLIPPING);
   char const* const arrNames[] = {"picture", "glow"};

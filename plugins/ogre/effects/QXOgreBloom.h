@@ -53,7 +53,6 @@ private:
   /// One drawing over a whole target.
   struct Step {
     Ogre::MaterialPtr m_pMaterial;
-    Ogre::HighLevelGpuProgramPtr m_pFragment;
   };
 
   static void Free(Picture& picture);

@@ -1,9 +1,7 @@
 #include <plugins/ogre/environment/QXOgreEffect.h>
 
-#include <stdexcept>
-
 #include <OgreHardwarePixelBuffer.h>
-#include <OgreHighLevelGpuProgramManager.h>
+#include <OgreHighLevelGpuProgram.h>
 #include <OgreMaterial.h>
 #include <OgreMaterialManager.h>
 #include <OgreResourceGroupManager.h>
@@ -12,7 +10,7 @@
 #include <OgreTextureUnitState.h>
 
 #include <plugins/ogre/QXOgreDevice.h>
-#include <plugins/ogre/QXOgreLog.h>
+#include <plugins/ogre/QXOgreMaterials.h>
 
 namespace QXC {
 
@@ -22,44 +20,21 @@ Ogre::String const& Group() {
   return Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME;
 }
 
-void Remove(Ogre::HighLevelGpuProgramPtr const& pProgram) {
-  if (pProgram) Ogre::HighLevelGpuProgramManager::getSingleton().remove(pProgram);
-}
-
-Ogre::HighLevelGpuProgramPtr Compile(QXOgreDevice& device, std::string const& strSource, Ogre::GpuProgramType eType) {
-  auto pProgram = Ogre::HighLevelGpuProgramManager::getSingleton().createProgram(
-      QXOgreDevice::MakeName("program"), Group(), "glsl", eType);
-  pProgram->setSource(strSource);
-  device.GetLog().Clear();
-  pProgram->load();
-  if (!pProgram->hasCompileError()) return pProgram;
-  Remove(pProgram);
-  throw std::runtime_error("a program does not compile: " + device.GetLog().GetLastComplaint());
-}
-
 }  // namespace
 
 QXOgreEffect::QXOgreEffect(QXOgreDevice& device, std::string const& strVertex, std::string const& strFragment) {
-  m_pVertex = Compile(device, strVertex, Ogre::GPT_VERTEX_PROGRAM);
-  try {
-    m_pFragment = Compile(device, strFragment, Ogre::GPT_FRAGMENT_PROGRAM);
-  } catch (...) {
-    Remove(m_pVertex);
-    throw;
-  }
+  QXOgreMaterials& materials = device.GetMaterials();
+  auto const pVertex = materials.GetProgram(strVertex, Ogre::GPT_VERTEX_PROGRAM);
+  auto const pFragment = materials.GetProgram(strFragment, Ogre::GPT_FRAGMENT_PROGRAM);
   m_pMaterial = Ogre::MaterialManager::getSingleton().create(QXOgreDevice::MakeName("material"), Group());
-  GetPass().setVertexProgram(m_pVertex->getName());
-  GetPass().setFragmentProgram(m_pFragment->getName());
+  GetPass().setVertexProgram(pVertex->getName());
+  GetPass().setFragmentProgram(pFragment->getName());
   GetPass().setCullingMode(Ogre::CULL_NONE);
   m_pMaterial->load();
 }
 
 QXOgreEffect::~QXOgreEffect() {
-  // It holds the programs, so it goes first.
   Ogre::MaterialManager::getSingleton().remove(m_pMaterial);
-  m_pMaterial.reset();
-  Remove(m_pVertex);
-  Remove(m_pFragment);
 }
 
 Ogre::Pass& QXOgreEffect::GetPass() const {

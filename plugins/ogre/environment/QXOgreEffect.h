@@ -1,12 +1,11 @@
 /// @file
-/// A material on a pair of programs of its own, and a texture of numbers.
+/// A material on a pair of programs, and a texture of numbers.
 #pragma once
 
 #include <cstddef>
 #include <string>
 
 #include <OgreGpuProgramParams.h>
-#include <OgreHighLevelGpuProgram.h>
 #include <OgrePass.h>
 #include <OgrePixelFormat.h>
 #include <OgrePrerequisites.h>
@@ -15,7 +14,8 @@ namespace QXC {
 
 class QXOgreDevice;
 
-/// One pass with programs that nothing else uses. Parameters count from the next draw operation on.
+/// One pass with parameters of its own, which count from the next draw operation on. Effects of the same sources share
+/// the programs.
 class QXOgreEffect final {
 public:
   /// Throws std::runtime_error with the compiler's words if the programs do not compile.
@@ -33,8 +33,6 @@ public:
   void AddTexture(std::string const& strName, Ogre::TexturePtr const& pTexture, bool bRepeat);
 
 private:
-  Ogre::HighLevelGpuProgramPtr m_pVertex;
-  Ogre::HighLevelGpuProgramPtr m_pFragment;
   Ogre::MaterialPtr m_pMaterial;
 };
 
