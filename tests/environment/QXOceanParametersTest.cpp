@@ -20,6 +20,9 @@ struct Field {
   Type Record::*m_pField;
   Type m_Default;
 };
+// clang 14 deduces nothing from the fields of an aggregate.
+template <class Record, class Type>
+Field(Type Record::*, Type) -> Field<Record, Type>;
 
 /// The fields of a record, in their order.
 template <class Record>
